@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "core_interface/TkCore.h"
+#include "ppd/PPDText.h"
+
+namespace TkPPDUpdating {
+
+/// The core library of this project: parses PPDs with `PPDModelFile` and finds the PPDs of queues.
+class PPDModelCore : public TkCore {
+  public:
+    /// Gives the PPD text of a queue whose name has been checked, or null with the reason. The
+    /// scheduler's answer where a backend for it is built in.
+    using QueuePPDSource =
+        std::function<PPDText(const std::string& queueName, std::string& reason)>;
+
+    /// Looks for the PPDs of queues in the server root: `ppd/NAME.ppd` under the directory in the
+    /// environment variable `CUPS_SERVERROOT`, /etc/cups when that is not set. `source`, when
+    /// given, is asked first.
+    explicit PPDModelCore(QueuePPDSource source = nullptr);
+
+    std::shared_ptr<const OrbPPDFile> PPDFileWithContentsOfFile(
+        const std::string& path) const override;
+    std::shared_ptr<const OrbPPDFile> PPDFileForQueueWithName(
+        const std::string& queueName) const override;
+    std::shared_ptr<const OrbCustomMediaType> customMediaTypeWithPPDParameters(
+        const OrbDictionary& parameters) const override;
+    std::shared_ptr<const OrbICCProfile> profileWithPPDParameters(
+        const OrbDictionary& parameters) const override;
+    std::shared_ptr<const OrbCUPSICCProfileSpecifier> specifierVer2WithProfileID(
+        std::uint64_t profileID) const override;
+
+    /// As `PPDFileForQueueWithName`; the reason for null goes to `reason`: one phrase that names
+    /// the file or the scheduler's answer.
+    std::shared_ptr<const OrbPPDFile> queuePPDFile(const std::string& queueName,
+                                                   std::string& reason) const;
+
+    /// Whether the name could be that of a CUPS queue: 1 to 127 bytes, no "/", "#", white space or
+    /// control character, not "." or "..".
+    static bool couldBeQueueName(const std::string& queueName);
+
+  private:
+    QueuePPDSource source_;
+};
+
+}  // namespace TkPPDUpdating

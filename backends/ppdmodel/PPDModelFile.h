@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core_interface/OrbPPDFile.h"
+#include "ppd/PPDText.h"
+
+namespace TkPPDUpdating {
+
+/// A parsed PPD, made of views into its text and an index by keyword (PPD specification 4.3, CUPS
+/// PPD extensions; the accepted grammar is in docs/architecture.md). Keywords are compared exactly.
+class PPDModelFile : public OrbPPDFile {
+  public:
+    /// Parses a text. Null when it is null or no PPD; the reason then goes to `*reason` when that
+    /// is not null: one phrase with the place (line from 1, byte from 0), without a file name.
+    static std::shared_ptr<const PPDModelFile> fileWithText(PPDText text,
+                                                            std::string* reason = nullptr);
+
+    /// Reads and parses the file at `path`. Null and the reason as above, also when the file cannot
+    /// be read.
+    static std::shared_ptr<const PPDModelFile> fileWithContentsOfFile(
+        const std::string& path, std::string* reason = nullptr);
+
+    PPDModelFile(const PPDModelFile&) = delete;
+    PPDModelFile& operator=(const PPDModelFile&) = delete;
+    ~PPDModelFile() override;
+
+    const OrbPPDOption* optionForName(std::string_view optionName) const override;
+    std::vector<const OrbPPDAttribute*> attributesForName(std::string_view name) const override;
+    std::vector<const OrbPPDAttribute*> attributesForName_spec(
+        std::string_view name, std::string_view spec) const override;
+    const OrbPPDPageSize* pageSizeForName(std::string_view name) const override;
+
+    /// The text that was parsed.
+    const PPDText& text() const;
+
+    /// The keywords of all options (UI keywords), in file order, each once.
+    std::vector<std::string_view> optionNames() const;
+
+    /// The main keywords of all attributes, sorted, each once.
+    std::vector<std::string_view> mainKeywords() const;
+
+  private:
+    struct Contents;
+    explicit PPDModelFile(std::unique_ptr<const Contents> contents);
+
+    std::unique_ptr<const Contents> contents_;
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,23 @@
+# One place for what every target of the project is compiled with.
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+function(tkppdupdating_compiler_settings target)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    if(TKPPDUPDATING_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(TKPPDUPDATING_SANITIZERS)
+        target_compile_options(${target} PRIVATE
+            -fsanitize=${TKPPDUPDATING_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PUBLIC -fsanitize=${TKPPDUPDATING_SANITIZERS})
+    endif()
+    if(TKPPDUPDATING_COVERAGE)
+        target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
+        target_link_options(${target} PUBLIC --coverage)
+    endif()
+endfunction()

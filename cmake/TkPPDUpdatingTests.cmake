@@ -1,0 +1,38 @@
+# The one function that registers tests. A test program is one folder's worth of *_test.cpp files;
+# CTest lists every test case by its own name.
+#
+#   tkppdupdating_add_tests(<program> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>]
+#                           [PROPERTIES <name> <value>...])
+include(GoogleTest)
+find_package(GTest REQUIRED)
+
+function(tkppdupdating_add_tests program)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${program} ${arg_SOURCES})
+    tkppdupdating_compiler_settings(${program})
+    target_link_libraries(${program} PRIVATE
+        TkPPDUpdating ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+    target_compile_definitions(${program} PRIVATE
+        TKPPDUPDATING_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        TKPPDUPDATING_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+    foreach(source IN LISTS arg_SOURCES)
+        get_filename_component(path "${source}" ABSOLUTE)
+        set_property(GLOBAL APPEND PROPERTY TKPPDUPDATING_TEST_SOURCES "${path}")
+    endforeach()
+endfunction()
+
+# A test file that no program lists would never run: refuse to configure.
+function(tkppdupdating_check_every_test_is_registered)
+    get_property(registered GLOBAL PROPERTY TKPPDUPDATING_TEST_SOURCES)
+    file(GLOB_RECURSE present CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/*_test.cpp")
+    list(REMOVE_ITEM present ${registered})
+    list(FILTER present EXCLUDE REGEX "/tests/consumer/")
+    if(present)
+        message(FATAL_ERROR "test files that no tkppdupdating_add_tests() call lists: ${present}")
+    endif()
+endfunction()

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string_view>
+
+/// Key texts of the communication-services library and of the core library.
+///
+/// Status keys name what a device status can tell; recordings of a device use the same texts.
+namespace TkPPDUpdating {
+
+inline constexpr std::string_view kTkCSDeviceAccessoriesKey = "DeviceAccessories";
+inline constexpr std::string_view kTkCSInstalledPensConfigurationKey = "InstalledPensConfiguration";
+inline constexpr std::string_view kTkCSLinTableKey = "LinTable";
+inline constexpr std::string_view kTkCSMaxSupportedResolutionKey = "MaxSupportedResolution";
+inline constexpr std::string_view kTkCSRemainingPagesEstimationsKey = "RemainingPagesEstimations";
+inline constexpr std::string_view kTkCSCustomMediaTypesKey = "CustomMediaTypes";
+
+/// Names of accessories in the list under `kTkCSDeviceAccessoriesKey`.
+inline constexpr std::string_view kTkCSDeviceAccessoryDuplexer = "Duplexer";
+inline constexpr std::string_view kTkCSDeviceAccessoryTray2 = "Tray2";
+
+/// Request parameter (a `bool`): true asks for the status as the CUPS filter would obtain it, that
+/// is without asking a user for anything and with a short time limit.
+inline constexpr std::string_view kTkCSIsCUPSFilterModeKey = "IsCUPSFilterMode";
+
+/// Keys into the `PPDAttributeValues` of a pens configuration; each is also the PPD main keyword.
+inline constexpr std::string_view kTkCSPPDPensConfigNameKey = "ZrPensConfigName";
+inline constexpr std::string_view kTkCSPPDPenDyesKey = "ZrPenDyes";
+inline constexpr std::string_view kTkCSPPDPenDropVolumesKey = "ZrPenDropVolumes";
+inline constexpr std::string_view kTkCSPPDPenEverydayStatusKey = "ZrPenEverydayStatus";
+inline constexpr std::string_view kTkCSPPDPenFamilyIDsKey = "ZrPenFamilyIDs";
+inline constexpr std::string_view kTkCSPPDPenActualDropVolumesKey = "ZrPenActualDropVolumes";
+inline constexpr std::string_view kTkCSPPDPenNominalDropVolumesKey = "ZrPenNominalDropVolumes";
+inline constexpr std::string_view kTkCSPPDPenBriskDropVolumesKey = "ZrPenBriskDropVolumes";
+inline constexpr std::string_view kTkCSPPDPenInkSufficientKey = "ZrPenInkSufficient";
+inline constexpr std::string_view kTkCSPPDPenHasPrintheadDefectKey = "ZrPenHasPrintheadDefect";
+
+/// Parameters of `OrbCustomMediaType::customMediaTypeWithPPDParameters`: strings, but for the
+/// profile, which is a `std::shared_ptr<const OrbICCProfile>`.
+inline constexpr std::string_view kTkPPDCustomMediaTypeCodeNameKey = "CodeName";
+inline constexpr std::string_view kTkPPDCustomMediaTypeNameKey = "Name";
+inline constexpr std::string_view kTkPPDCustomMediaTypeIDKey = "MediaID";
+inline constexpr std::string_view kTkPPDCustomMediaTypeParentIDKey = "ParentMediaID";
+inline constexpr std::string_view kTkPPDCustomMediaTypeICCProfileKey = "ICCProfile";
+
+/// Parameters of `OrbICCProfile::profileWithPPDParameters`: strings.
+inline constexpr std::string_view kTkPPDProfileNameKey = "ProfileName";
+inline constexpr std::string_view kTkPPDProfileURLKey = "ProfileURL";
+inline constexpr std::string_view kTkPPDProfileQualifierVer2Key = "QualifierVer2";
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "manager/OrbClass.h"
+
+namespace TkPPDUpdating {
+
+/// The classes of this library that can be found by their name. The updaters' folder defines it as
+/// one plain list, so that a static link keeps every class.
+std::span<const OrbClass* const> OrbClassTable();
+
+/// The class of that name in the table, or null.
+const OrbClass* OrbClassFromName(std::string_view name);
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,351 @@
+#include "ppd/OrbPPDLines.h"
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+
+#include "ppd/CaseFolding.h"
+#include "ppd/OrbPPDProcessor.h"
+#include "ppd/PPDConstants.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::size_t kLargestBlock = 512;
+constexpr std::size_t kStorageSize = 64UL * 1024;
+
+/// Building the index costs about as much as this many passes over the lines.
+constexpr unsigned kLookUpsBeforeIndex = 8;
+
+constexpr std::size_t kSeedOfKeyword = 1;
+
+/// Part of the text before the first of `separators`; all of it when it has none.
+std::string_view partBefore(std::string_view text, std::string_view separators) {
+    return text.substr(0, text.find_first_of(separators));
+}
+
+[[noreturn]] void throwOutOfRange(std::size_t index, std::size_t size) {
+    throw std::out_of_range("line index " + std::to_string(index) + " in a PPD of " +
+                            std::to_string(size) + " lines");
+}
+
+}  // namespace
+
+OrbPPDLines::OrbPPDLines(PPDText text) : text_(std::move(text)) {
+    const std::string_view whole = *text_;
+    lines_.reserve(static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n')) + 1);
+    std::size_t start = 0;
+    for (std::size_t end = whole.find('\n'); end != std::string_view::npos;
+         end = whole.find('\n', start)) {
+        lines_.push_back({whole.substr(start, end - start)});
+        start = end + 1;
+    }
+    if (start < whole.size()) {
+        lines_.push_back({whole.substr(start)});
+    }
+    size_ = lines_.size();
+
+    // Half full, so that an insertion finds room.
+    constexpr std::size_t kFirstSize = kLargestBlock / 2;
+    for (std::size_t first = 0; first < size_ || blocks_.empty(); first += kFirstSize) {
+        auto block = std::make_unique<Block>();
+        block->position = blocks_.size();
+        block->lines.resize(std::min(kFirstSize, size_ - first));
+        std::iota(block->lines.begin(), block->lines.end(), static_cast<LineID>(first));
+        for (const LineID line : block->lines) {
+            lines_[line].block = block.get();
+        }
+        blocks_.push_back(std::move(block));
+    }
+}
+
+OrbPPDLines::Place OrbPPDLines::placeOf(std::size_t index) const {
+    std::size_t block = 0;
+    while (block + 1 < blocks_.size() && index >= blocks_[block]->lines.size()) {
+        index -= blocks_[block]->lines.size();
+        ++block;
+    }
+    return {block, index};
+}
+
+std::size_t OrbPPDLines::indexOf(LineID line) const {
+    const Block& block = *lines_[line].block;
+    std::size_t index = 0;
+    for (std::size_t before = 0; before < block.position; ++before) {
+        index += blocks_[before]->lines.size();
+    }
+    const auto found = std::find(block.lines.begin(), block.lines.end(), line);
+    return index + static_cast<std::size_t>(found - block.lines.begin());
+}
+
+bool OrbPPDLines::comesBefore(LineID left, LineID right) const {
+    const Block& leftBlock = *lines_[left].block;
+    const Block& rightBlock = *lines_[right].block;
+    if (&leftBlock != &rightBlock) {
+        return leftBlock.position < rightBlock.position;
+    }
+    const auto first = std::find_if(leftBlock.lines.begin(), leftBlock.lines.end(),
+                                    [&](LineID each) { return each == left || each == right; });
+    return left != right && first != leftBlock.lines.end() && *first == left;
+}
+
+std::string_view OrbPPDLines::at(std::size_t index) const {
+    if (index >= size_) {
+        throwOutOfRange(index, size_);
+    }
+    const Place place = placeOf(index);
+    return lines_[blocks_[place.block]->lines[place.offset]].text;
+}
+
+std::string_view OrbPPDLines::storedCopy(std::string_view line) {
+    if (stored_.empty() || stored_.back().capacity() - stored_.back().size() < line.size()) {
+        stored_.emplace_back().reserve(std::max(kStorageSize, line.size()));
+    }
+    std::string& storage = stored_.back();
+    const std::size_t start = storage.size();
+    storage += line;  // within its capacity: the views into it stay valid
+    return std::string_view(storage).substr(start);
+}
+
+void OrbPPDLines::renumberBlocksFrom(std::size_t position) {
+    for (; position < blocks_.size(); ++position) {
+        blocks_[position]->position = position;
+    }
+}
+
+void OrbPPDLines::splitBlock(std::size_t position) {
+    auto& lines = blocks_[position]->lines;
+    const auto middle = lines.begin() + static_cast<std::ptrdiff_t>(lines.size() / 2);
+    auto second = std::make_unique<Block>();
+    second->lines.assign(middle, lines.end());
+    lines.erase(middle, lines.end());
+    for (const LineID line : second->lines) {
+        lines_[line].block = second.get();
+    }
+    blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(position) + 1, std::move(second));
+    renumberBlocksFrom(position + 1);
+}
+
+void OrbPPDLines::insert(std::size_t index, std::string_view line) {
+    if (index > size_) {
+        throwOutOfRange(index, size_);
+    }
+    Place place = placeOf(index);
+    if (blocks_[place.block]->lines.size() >= kLargestBlock) {
+        splitBlock(place.block);
+        place = placeOf(index);
+    }
+    Block& block = *blocks_[place.block];
+    const auto id = static_cast<LineID>(lines_.size());
+    lines_.push_back({storedCopy(line), &block});
+    block.lines.insert(block.lines.begin() + static_cast<std::ptrdiff_t>(place.offset), id);
+    ++size_;
+    if (index_) {
+        addToIndex(id);
+    }
+}
+
+void OrbPPDLines::erase(std::size_t index, std::size_t count) {
+    if (index > size_ || count > size_ - index) {
+        throwOutOfRange(index + count, size_);
+    }
+    while (count > 0) {
+        const Place place = placeOf(index);
+        auto& lines = blocks_[place.block]->lines;
+        const std::size_t here = std::min(count, lines.size() - place.offset);
+        const auto first = lines.begin() + static_cast<std::ptrdiff_t>(place.offset);
+        const auto last = first + static_cast<std::ptrdiff_t>(here);
+        if (index_) {
+            std::for_each(first, last, [this](LineID line) { removeFromIndex(line); });
+        }
+        lines.erase(first, last);
+        size_ -= here;
+        count -= here;
+        if (lines.empty() && blocks_.size() > 1) {
+            blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(place.block));
+            renumberBlocksFrom(place.block);
+        }
+    }
+}
+
+PPDText OrbPPDLines::joined() const {
+    std::size_t bytes = size_;
+    for (const auto& block : blocks_) {
+        for (const LineID line : block->lines) {
+            bytes += lines_[line].text.size();
+        }
+    }
+    std::string text;
+    text.reserve(bytes);
+
+    // Neighbours in the shared text are copied together, with the line feeds between them.
+    const std::string_view whole = *text_;
+    const auto isInWhole = [whole](std::string_view line) {
+        return !std::less<>()(line.data(), whole.data()) &&
+               !std::less<>()(whole.data() + whole.size(), line.data() + line.size());
+    };
+    std::string_view run;
+    bool hasRun = false;
+    for (const auto& block : blocks_) {
+        for (const LineID id : block->lines) {
+            const std::string_view line = lines_[id].text;
+            if (hasRun && isInWhole(run) && isInWhole(line) &&
+                line.data() == run.data() + run.size() + 1) {
+                run = whole.substr(static_cast<std::size_t>(run.data() - whole.data()),
+                                   run.size() + 1 + line.size());
+                continue;
+            }
+            if (hasRun) {
+                (text += run) += '\n';
+            }
+            run = line;
+            hasRun = true;
+        }
+    }
+    text += run;
+    return makePPDText(std::move(text));
+}
+
+std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLine(std::string_view line) {
+    if (!line.starts_with(kTkPPDAsterisk)) {
+        return std::nullopt;
+    }
+    line.remove_prefix(kTkPPDAsterisk.size());
+    const std::string_view keyword = partBefore(line, " :");
+    line.remove_prefix(keyword.size());
+    if (line.empty()) {
+        return std::nullopt;
+    }
+    const Key keyOfKeyword = hashIgnoringCase(keyword, kSeedOfKeyword);
+    if (line.front() == ':') {
+        return keyOfKeyword;
+    }
+    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+    const std::string_view spec = partBefore(line, ":/");
+    return spec.size() == line.size() ? std::nullopt
+                                      : std::optional(hashIgnoringCase(spec, keyOfKeyword));
+}
+
+std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLookUp(std::string_view keyword,
+                                                         std::optional<std::string_view> spec) {
+    if (keyword.find_first_of(" :") != std::string_view::npos) {
+        return std::nullopt;
+    }
+    const Key keyOfKeyword = hashIgnoringCase(keyword, kSeedOfKeyword);
+    return spec ? hashIgnoringCase(partBefore(*spec, ":/"), keyOfKeyword) : keyOfKeyword;
+}
+
+void OrbPPDLines::addToIndex(LineID line) const {
+    const auto key = keyOfLine(lines_[line].text);
+    if (!key) {
+        return;
+    }
+    Chain& chain = (*index_)[*key];
+    if (chain.first == kNoLine) {
+        chain = {line, line};
+    } else if (comesBefore(chain.last, line)) {
+        lines_[chain.last].nextOfKey = line;
+        chain.last = line;
+    } else if (comesBefore(line, chain.first)) {
+        lines_[line].nextOfKey = chain.first;
+        chain.first = line;
+    } else {
+        LineID before = chain.first;
+        while (comesBefore(lines_[before].nextOfKey, line)) {
+            before = lines_[before].nextOfKey;
+        }
+        lines_[line].nextOfKey = std::exchange(lines_[before].nextOfKey, line);
+    }
+}
+
+void OrbPPDLines::removeFromIndex(LineID line) const {
+    const auto key = keyOfLine(lines_[line].text);
+    if (!key) {
+        return;
+    }
+    const auto entry = index_->find(*key);
+    Chain& chain = entry->second;
+    if (chain.first == line) {
+        chain.first = lines_[line].nextOfKey;
+        if (chain.first == kNoLine) {
+            index_->erase(entry);
+        }
+        return;
+    }
+    LineID before = chain.first;
+    while (lines_[before].nextOfKey != line) {
+        before = lines_[before].nextOfKey;
+    }
+    lines_[before].nextOfKey = lines_[line].nextOfKey;
+    if (chain.last == line) {
+        chain.last = before;
+    }
+}
+
+void OrbPPDLines::buildIndex() const {
+    index_.emplace();
+    index_->reserve(size_);
+    for (const auto& block : blocks_) {
+        for (const LineID line : block->lines) {
+            const auto key = keyOfLine(lines_[line].text);
+            if (!key) {
+                continue;
+            }
+            Chain& chain = (*index_)[*key];
+            (chain.first == kNoLine ? chain.first : lines_[chain.last].nextOfKey) = line;
+            chain.last = line;
+        }
+    }
+}
+
+const OrbPPDLines::Chain* OrbPPDLines::chainOf(Key key) const {
+    const auto entry = index_->find(key);
+    return entry == index_->end() ? nullptr : &entry->second;
+}
+
+template <typename Accepts>
+std::optional<std::size_t> OrbPPDLines::firstFrom(std::size_t index, const Accepts& accepts) const {
+    Place place = placeOf(index);
+    for (; place.block < blocks_.size(); ++place.block, place.offset = 0) {
+        const auto& lines = blocks_[place.block]->lines;
+        for (; place.offset < lines.size(); ++place.offset, ++index) {
+            if (accepts(lines_[lines[place.offset]].text)) {
+                return index;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
+    std::string_view keyword, std::optional<std::string_view> spec,
+    std::optional<std::string_view> value) const {
+    const auto matches = [&](std::string_view line) {
+        return OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(line, keyword, spec,
+                                                                            value);
+    };
+    if (!index_ && ++lookUpsWithoutIndex_ > kLookUpsBeforeIndex) {
+        buildIndex();
+    }
+    const auto key = keyOfLookUp(keyword, spec);
+    if (!index_ || !key) {
+        return firstFrom(0, matches);
+    }
+    const Chain* const chain = chainOf(*key);
+    for (LineID line = chain ? chain->first : kNoLine; line != kNoLine;
+         line = lines_[line].nextOfKey) {
+        if (matches(lines_[line].text)) {
+            return indexOf(line);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const {
+    return firstFrom(index + 1, [](std::string_view line) { return line == kTkPPDEnd; });
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,325 @@
+#include "ppd/OrbPPDProcessor.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include "ppd/CaseFolding.h"
+#include "ppd/UTF8.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// A line of this many bytes or more is wrapped or refused (PPD specification 4.3: 255 characters).
+constexpr std::size_t kLineTooLong = 256;
+constexpr std::size_t kLongestWord = 255;
+/// A translation string of this many bytes or more is shortened.
+constexpr std::size_t kTranslationTooLong = 80;
+
+constexpr std::string_view kAttributeFormat = "*%@: %@";
+constexpr std::string_view kAttributeWithSpecFormat = "*%@ %@: %@";
+constexpr std::string_view kAttributeWithSpecAndTextFormat = "*%@ %@/%@: %@";
+constexpr std::string_view kTranslationFormat = "*%@.%@ %@/%@: \"\"";
+constexpr std::string_view kTranslationKeywordFormat = "%@.%@";
+/// Translations into it are looked for, and made of texts that are not ASCII, in every PPD.
+constexpr std::string_view kEnglish = "en";
+
+/// Reads a text from the left, ignoring case.
+class Scanner {
+  public:
+    explicit Scanner(std::string_view text) : rest_(text) {}
+
+    bool scan(std::string_view literal) {
+        const std::size_t length = lengthOfPrefixIgnoringCase(rest_, literal);
+        if (length == std::string_view::npos) {
+            return false;
+        }
+        rest_.remove_prefix(length);
+        return true;
+    }
+
+    bool scanSpaces() {
+        const std::size_t length = std::min(rest_.find_first_not_of(' '), rest_.size());
+        rest_.remove_prefix(length);
+        return length > 0;
+    }
+
+  private:
+    std::string_view rest_;
+};
+
+std::vector<std::string_view> partsBetweenSpaces(std::string_view text) {
+    std::vector<std::string_view> parts;
+    while (true) {
+        const std::size_t end = text.find(' ');
+        parts.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) {
+            return parts;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// The value of an attribute whose text holds no quote: what follows the first colon and the
+/// spaces.
+std::optional<std::string_view> unquotedValue(std::string_view text) {
+    const std::size_t colon = text.find(kTkPPDColon);
+    if (colon == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::size_t start = text.find_first_not_of(' ', colon + kTkPPDColon.size());
+    if (start == std::string_view::npos) {
+        throw std::out_of_range("nothing follows the colon of the attribute \"" +
+                                std::string(text.substr(0, colon)) + "\"");
+    }
+    const std::string_view value = text.substr(start);
+    // A single character at the very end does not count as a value. Four bytes hold at least two
+    // units, whatever they are.
+    return UTF16Length(value.substr(0, 4)) <= 1 ? std::nullopt : std::optional(value);
+}
+
+/// The value in the joined lines of an attribute.
+std::optional<std::string_view> valueInAttributeText(std::string_view text) {
+    const std::size_t open = text.find(kTkPPDQuote);
+    if (open == std::string_view::npos) {
+        return unquotedValue(text);
+    }
+    const std::size_t start = open + kTkPPDQuote.size();
+    const std::size_t close = text.find(kTkPPDQuote, start);
+    return close == std::string_view::npos ? std::nullopt
+                                           : std::optional(text.substr(start, close - start));
+}
+
+}  // namespace
+
+std::unique_ptr<OrbPPDProcessor> OrbPPDProcessor::processorWithPPDContent(PPDText content) {
+    auto processor = std::make_unique<OrbPPDProcessor>();
+    processor->initWithPDDContent(std::move(content));
+    return processor;
+}
+
+OrbPPDProcessor& OrbPPDProcessor::initWithPDDContent(PPDText content) {
+    setContent(std::move(content));
+    return *this;
+}
+
+PPDText OrbPPDProcessor::content() {
+    if (!content_ && lines_) {
+        lines_->insert(lines_->size(), kTkPPDEmptyString);
+        content_ = lines_->joined();
+    }
+    return content_;
+}
+
+void OrbPPDProcessor::setContent(PPDText content) {
+    content_ = std::move(content);
+}
+
+void OrbPPDProcessor::clearContent() {
+    setContent(nullptr);
+}
+
+OrbPPDLines* OrbPPDProcessor::lines() {
+    if (!lines_ && content_) {
+        lines_.emplace(content_);
+    }
+    return lines_ ? &*lines_ : nullptr;
+}
+
+void OrbPPDProcessor::setInsertLocation(std::size_t index) {
+    const OrbPPDLines* const all = lines();
+    insertLocation_ = std::min(index, all ? all->size() : 0);
+}
+
+const std::vector<std::string>& OrbPPDProcessor::localizations() {
+    if (!localizations_) {
+        std::vector<std::string> languages;
+        if (const auto value =
+                valueForAttributeWithKeyword_spec(kTkPPDCUPSLanguagesAttributeName, std::nullopt)) {
+            const auto parts = partsBetweenSpaces(*value);
+            languages.assign(parts.begin(), parts.end());
+        }
+        localizations_ = std::move(languages);
+    }
+    return *localizations_;
+}
+
+void OrbPPDProcessor::setLocalizations(std::vector<std::string> localizations) {
+    localizations_ = std::move(localizations);
+}
+
+bool OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(
+    std::string_view line, std::string_view keyword, std::optional<std::string_view> spec,
+    std::optional<std::string_view> value) {
+    Scanner scanner(line);
+    if (!scanner.scan(kTkPPDAsterisk) || !scanner.scan(keyword)) {
+        return false;
+    }
+    if (spec && (!scanner.scanSpaces() || !scanner.scan(*spec))) {
+        return false;
+    }
+    if (!scanner.scan(kTkPPDColon) && !(spec && scanner.scan(kTkPPDSlash))) {
+        return false;
+    }
+    return !value || (scanner.scanSpaces() && scanner.scan(*value));
+}
+
+OrbPPDLineRange OrbPPDProcessor::rangeOfAttributeWithKeyword_spec_value(
+    std::optional<std::string_view> keyword, std::optional<std::string_view> spec,
+    std::optional<std::string_view> value) {
+    const OrbPPDLines* const all = lines();
+    const auto first = keyword && all ? all->indexOfAttribute(*keyword, spec, value) : std::nullopt;
+    if (!first) {
+        return {};
+    }
+    const std::string_view line = all->at(*first);
+    const std::size_t quote = line.find(kTkPPDQuote);
+    if (quote == std::string_view::npos ||
+        line.find(kTkPPDQuote, quote + kTkPPDQuote.size()) != std::string_view::npos) {
+        return {*first, 1};
+    }
+    const auto end = all->indexOfEndAfter(*first);
+    return end ? OrbPPDLineRange{*first, *end - *first + 1} : OrbPPDLineRange{};
+}
+
+std::optional<std::string> OrbPPDProcessor::valueForAttributeWithKeyword_spec(
+    std::optional<std::string_view> keyword, std::optional<std::string_view> spec) {
+    const OrbPPDLineRange range =
+        rangeOfAttributeWithKeyword_spec_value(keyword, spec, std::nullopt);
+    if (range.length == 0) {
+        return std::nullopt;
+    }
+    std::string text(lines_->at(range.location));
+    for (std::size_t i = 1; i < range.length; ++i) {
+        (text += kTkPPDSpace) += lines_->at(range.location + i);
+    }
+    const auto value = valueInAttributeText(text);
+    return value ? std::optional<std::string>(*value) : std::nullopt;
+}
+
+std::size_t OrbPPDProcessor::deleteAttributeWithKeyword_spec_value(
+    std::optional<std::string_view> keyword, std::optional<std::string_view> spec,
+    std::optional<std::string_view> value) {
+    const OrbPPDLineRange range = rangeOfAttributeWithKeyword_spec_value(keyword, spec, value);
+    if (range.length == 0) {
+        return range.location;
+    }
+    // The languages are those of the PPD without the attribute, which may be "cupsLanguages"
+    // itself.
+    lines_->erase(range.location, range.length);
+    const auto deleteTranslation = [&](std::string_view language) {
+        const std::string translated =
+            PPDFormatted(kTranslationKeywordFormat, {language, *keyword});
+        const OrbPPDLineRange found =
+            rangeOfAttributeWithKeyword_spec_value(translated, spec, std::nullopt);
+        lines_->erase(found.length == 0 ? 0 : found.location, found.length);
+    };
+    for (const std::string& language : localizations()) {
+        deleteTranslation(language);
+    }
+    deleteTranslation(kEnglish);
+    clearContent();
+    return range.location;
+}
+
+bool OrbPPDProcessor::insertAttributeWithKeyword_spec_text_value_wrap(
+    std::optional<std::string_view> keyword, std::optional<std::string_view> spec,
+    std::optional<std::string_view> text, std::optional<std::string_view> value, bool wrap) {
+    OrbPPDLines* const all = lines();
+    if (!keyword || !value || !all) {
+        return false;
+    }
+    std::vector<std::string> newLines;
+    std::vector<std::string> translations;
+    std::string mainLine;
+    if (!spec) {
+        mainLine = PPDFormatted(kAttributeFormat, {*keyword, *value});
+    } else if (!text) {
+        mainLine = PPDFormatted(kAttributeWithSpecFormat, {*keyword, *spec, *value});
+    } else {
+        const std::string_view name = PPDSavvyNameFromString(*text);
+        const auto addTranslation = [&](std::string_view language) {
+            translations.push_back(
+                PPDFormatted(kTranslationFormat, {language, *keyword, *spec, name}));
+        };
+        if (isASCIIString(name)) {
+            mainLine =
+                PPDFormatted(kAttributeWithSpecAndTextFormat, {*keyword, *spec, name, *value});
+        } else {
+            mainLine = PPDFormatted(kAttributeWithSpecFormat, {*keyword, *spec, *value});
+            addTranslation(kEnglish);
+        }
+        for (const std::string& language : localizations()) {
+            addTranslation(language);
+        }
+    }
+    if (mainLine.size() < kLineTooLong) {
+        newLines.push_back(std::move(mainLine));
+    } else if (auto wrapped =
+                   wrap ? linesWrapedToPPDMaxWidthForAttributeString(mainLine) : std::nullopt) {
+        newLines = std::move(*wrapped);
+    } else {
+        return false;
+    }
+    std::move(translations.begin(), translations.end(), std::back_inserter(newLines));
+    for (const std::string& line : newLines) {
+        all->insert(insertLocation_, line);
+        ++insertLocation_;
+    }
+    clearContent();
+    return true;
+}
+
+std::optional<std::vector<std::string>> OrbPPDProcessor::linesWrapedToPPDMaxWidthForAttributeString(
+    std::string_view line) {
+    std::vector<std::string> wrapped;
+    std::string current;
+    std::size_t currentLength = 0;
+    bool isFirst = true;
+    for (const std::string_view word : partsBetweenSpaces(line)) {
+        if (word.size() > kLongestWord) {
+            return std::nullopt;
+        }
+        if (currentLength + word.size() >= kLineTooLong) {
+            wrapped.push_back(std::exchange(current, std::string(word)));
+            currentLength = word.size();
+        } else {
+            if (!isFirst) {
+                current += kTkPPDSpace;
+                currentLength += kTkPPDSpace.size();
+            }
+            current += word;
+            currentLength += word.size();
+        }
+        isFirst = false;
+    }
+    const bool didBreak = !wrapped.empty();
+    wrapped.push_back(std::move(current));
+    if (didBreak) {
+        wrapped.emplace_back(kTkPPDEnd);
+    }
+    return wrapped;
+}
+
+bool OrbPPDProcessor::isASCIIString(std::string_view string) {
+    return std::all_of(string.begin(), string.end(),
+                       [](char each) { return static_cast<unsigned char>(each) < 0x80; });
+}
+
+std::string_view OrbPPDProcessor::PPDSavvyNameFromString(std::string_view string) {
+    if (string.size() < kTranslationTooLong) {
+        return string;
+    }
+    const auto isContinuation = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+    };
+    std::size_t length = kTranslationTooLong - 1;
+    while (length > 0 && isContinuation(string[length])) {
+        --length;
+    }
+    return string.substr(0, length);
+}
+
+}  // namespace TkPPDUpdating
