@@ -2,6 +2,13 @@
 #include <vector>
 
 #include "manager/OrbClassTable.h"
+#include "updaters/attributes/OrbPPDEstimatedPagesUpdater.h"
+#include "updaters/attributes/OrbPPDLinTablesUpdater.h"
+#include "updaters/attributes/OrbPPDMaxResolutionUpdater.h"
+#include "updaters/attributes/OrbPPDPensConfigAdditionalInfoUpdater.h"
+#include "updaters/attributes/OrbPPDPensConfigCSLInfoUpdater.h"
+#include "updaters/attributes/OrbPPDPensConfigFamilyIDUpdater.h"
+#include "updaters/attributes/OrbPPDPensConfigNameUpdater.h"
 
 namespace TkPPDUpdating {
 
@@ -10,6 +17,13 @@ std::span<const OrbClass* const> OrbClassTable() {
     static const std::vector<const OrbClass*> classes = {
         // default_choice
         // attributes
+        &OrbClassOf<OrbPPDEstimatedPagesUpdater>(),
+        &OrbClassOf<OrbPPDLinTablesUpdater>(),
+        &OrbClassOf<OrbPPDMaxResolutionUpdater>(),
+        &OrbClassOf<OrbPPDPensConfigAdditionalInfoUpdater>(),
+        &OrbClassOf<OrbPPDPensConfigCSLInfoUpdater>(),
+        &OrbClassOf<OrbPPDPensConfigFamilyIDUpdater>(),
+        &OrbClassOf<OrbPPDPensConfigNameUpdater>(),
         // capabilities
         // custom_media
     };
