@@ -97,9 +97,8 @@ TEST(OrbPPDDefaultChoiceUpdater, RaisesWhenASubclassDoesNotAskTheDevice) {
     OrbPPDDefaultChoiceUpdater updater;
     const std::string expected =
         "OrbPPDDefaultChoiceUpdater does not implement defaultChoicesFromDeviceWithURI_context";
-    EXPECT_EQ(messageOfInvalidOperation([&] {
-                  updater.defaultChoicesFromDeviceWithURI_context("ipp://p", nullptr);
-              }),
+    EXPECT_EQ(messageOfInvalidOperation(
+                  [&] { updater.defaultChoicesFromDeviceWithURI_context("ipp://p", nullptr); }),
               expected);
     EXPECT_EQ(messageOfInvalidOperation([&] {
                   updater.updatedPPDContentsForContents_deviceURI_context(makePPDText(""),
@@ -195,8 +194,9 @@ TEST(DefaultChoicesFromDevice, GiveNullWhenOneChoiceIsMissingFromTheText) {
 
 TEST(CopyingDefaultChoices, SetsTheDefaultsOfTheOtherPPD) {
     const auto file = parsedPPD(options("X", "Y"));
-    EXPECT_EQ(textOf(TestUpdater({"A", "B"}, {}).updatedPPDContentsForContents_PPDFile_context(
-                  makePPDText("*P\n" + options("Y", "X")), file.get(), nullptr)),
+    EXPECT_EQ(textOf(TestUpdater({"A", "B"}, {})
+                         .updatedPPDContentsForContents_PPDFile_context(
+                             makePPDText("*P\n" + options("Y", "X")), file.get(), nullptr)),
               "*P\n" + options("X", "Y"));
 }
 

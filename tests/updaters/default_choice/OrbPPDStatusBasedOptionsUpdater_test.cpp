@@ -113,9 +113,8 @@ TEST(StatusBasedChoices, AreNothingWithoutADeviceStatus) {
 
 TEST(StatusBasedChoices, AskForTheStatusOfTheURIThroughTheContext) {
     const CoreInterfaceScope scope;
-    const auto services =
-        std::make_shared<FakeCommunicationServices>(std::make_shared<FakeDeviceStatus>(
-            FakeDeviceStatus::Values{{"Key", scalar("C1")}}));
+    const auto services = std::make_shared<FakeCommunicationServices>(
+        std::make_shared<FakeDeviceStatus>(FakeDeviceStatus::Values{{"Key", scalar("C1")}}));
     OrbCoreInterface::setCommunicationServices(services);
     TestUpdater updater({{"A", {"Key", {}}}});
     OrbDictionary context{{"Hint", std::string("slow")}};
@@ -150,8 +149,7 @@ TEST(StatusBasedChoices, AskForNoAccessoryWhereThereIsAStatusKey) {
 
 TEST(StatusBasedChoices, AreNothingWhenTheStatusKeyYieldsNoValueThoughTheAccessoryIsThere) {
     TestUpdater updater({{"A", {"Key", "Tray2"}}});
-    EXPECT_EQ(choicesOf(updater, Testing::contextWithAccessories({{"Tray2", true}})),
-              std::nullopt);
+    EXPECT_EQ(choicesOf(updater, Testing::contextWithAccessories({{"Tray2", true}})), std::nullopt);
 }
 
 TEST(StatusBasedChoices, AreNothingWhenOneOfSeveralKeysYieldsNoValue) {
@@ -209,7 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
          {{{std::nullopt, false}, {"Tray2", true}}},
          {{{"A", "Installed"}}}},
         {"AreNothingWithoutAList", std::nullopt, std::nullopt},
-        {"AreNothingForAnEmptyList", {{}}, std::nullopt},
+        {"AreNothingForAnEmptyList", OrbCSDeviceAccessories(), std::nullopt},
         {"AreNothingWhenNoAccessoryMatches", {{{"Duplexer", true}}}, std::nullopt},
         {"AreNothingWhenTheCaseDiffers", {{{"tray2", true}}}, std::nullopt},
         {"AreNothingWhenOnlyTheBeginningMatches", {{{"Tray22", true}}}, std::nullopt},
@@ -219,8 +217,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(StatusBasedChoices, AreNothingWhenOneOfTwoAccessoriesIsMissing) {
     TestUpdater updater({{"A", {{}, "Tray2"}}, {"B", {{}, "Duplexer"}}});
-    EXPECT_EQ(choicesOf(updater, Testing::contextWithAccessories({{"Tray2", true}})),
-              std::nullopt);
+    EXPECT_EQ(choicesOf(updater, Testing::contextWithAccessories({{"Tray2", true}})), std::nullopt);
 }
 
 TEST(StatusBasedChoices, MixAccessoriesAndStatusKeys) {
