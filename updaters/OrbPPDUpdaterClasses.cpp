@@ -9,13 +9,22 @@
 #include "updaters/attributes/OrbPPDPensConfigCSLInfoUpdater.h"
 #include "updaters/attributes/OrbPPDPensConfigFamilyIDUpdater.h"
 #include "updaters/attributes/OrbPPDPensConfigNameUpdater.h"
+#include "updaters/default_choice/OrbPPDDefaultPageSizeUpdater.h"
+#include "updaters/default_choice/OrbPPDDuplexerInstalledUpdater.h"
+#include "updaters/default_choice/OrbPPDLowerTrayInstalledUpdater.h"
+#include "updaters/default_choice/OrbPPDPenConfigUpdater.h"
 
 namespace TkPPDUpdating {
 
 std::span<const OrbClass* const> OrbClassTable() {
     // One line for each updater, folder by folder.
+    // clang-format off
     static const std::vector<const OrbClass*> classes = {
         // default_choice
+        &OrbClassOf<OrbPPDDefaultPageSizeUpdater>(),
+        &OrbClassOf<OrbPPDDuplexerInstalledUpdater>(),
+        &OrbClassOf<OrbPPDLowerTrayInstalledUpdater>(),
+        &OrbClassOf<OrbPPDPenConfigUpdater>(),
         // attributes
         &OrbClassOf<OrbPPDEstimatedPagesUpdater>(),
         &OrbClassOf<OrbPPDLinTablesUpdater>(),
@@ -27,6 +36,7 @@ std::span<const OrbClass* const> OrbClassTable() {
         // capabilities
         // custom_media
     };
+    // clang-format on
     return classes;
 }
 
