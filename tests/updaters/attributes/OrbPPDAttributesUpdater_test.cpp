@@ -19,7 +19,8 @@ constexpr std::array<std::string_view, 3> kNames = {"ZrA", "ZrB", "ZrC"};
 class ThreeAttributesUpdater : public OrbPPDAttributesUpdater {
   public:
     ThreeAttributesUpdater() = default;
-    explicit ThreeAttributesUpdater(OrbPPDUpdatingValues newValues) : values(std::move(newValues)) {}
+    explicit ThreeAttributesUpdater(OrbPPDUpdatingValues newValues)
+        : values(std::move(newValues)) {}
 
     std::span<const std::string_view> attributeNames() const override { return kNames; }
 
@@ -124,7 +125,8 @@ TEST(OrbPPDAttributesUpdater, AnEmptyValueLeavesColonAndOneBlank) {
 TEST(OrbPPDAttributesUpdater, AValueIsWrittenAsItStands) {
     for (const std::string value :
          {"\"quoted\"", "%@", "a:b/c", " leading", "trailing ", "\xC3\xA9", "*End"}) {
-        EXPECT_EQ(textWithValues({{"ZrA", value}}, "*ZrA: old\n"), "*ZrA: " + value + "\n") << value;
+        EXPECT_EQ(textWithValues({{"ZrA", value}}, "*ZrA: old\n"), "*ZrA: " + value + "\n")
+            << value;
     }
 }
 
@@ -153,9 +155,9 @@ TEST(OrbPPDAttributesUpdater, ATooLongValueOfAnAttributeThatTheTextLacksChangesN
 }
 
 TEST(OrbPPDAttributesUpdater, ARefusedLineDoesNotKeepTheOthersFromBeingWritten) {
-    EXPECT_EQ(textWithValues({{"ZrA", std::string(300, 'v')}, {"ZrB", "b"}},
-                             "*ZrA: old\n*ZrB: old\n"),
-              "*ZrB: b\n");
+    EXPECT_EQ(
+        textWithValues({{"ZrA", std::string(300, 'v')}, {"ZrB", "b"}}, "*ZrA: old\n*ZrB: old\n"),
+        "*ZrB: b\n");
 }
 
 TEST(OrbPPDAttributesUpdater, AnOldValueOfSeveralLinesGoesWhole) {
@@ -171,8 +173,7 @@ TEST(OrbPPDAttributesUpdater, TheTranslationLinesOfTheOldAttributeGoWithIt) {
 }
 
 TEST(OrbPPDAttributesUpdater, OnlyTheFirstOfSeveralLinesIsReplaced) {
-    EXPECT_EQ(textWithValues({{"ZrA", "new"}}, "*ZrA: one\n*ZrA: two\n"),
-              "*ZrA: new\n*ZrA: two\n");
+    EXPECT_EQ(textWithValues({{"ZrA", "new"}}, "*ZrA: one\n*ZrA: two\n"), "*ZrA: new\n*ZrA: two\n");
 }
 
 TEST(OrbPPDAttributesUpdater, ALineWithAnOptionKeywordIsNotTheAttribute) {
@@ -199,7 +200,7 @@ TEST(OrbPPDAttributesUpdater, WithoutValuesTheTextItselfComesBack) {
 }
 
 TEST(OrbPPDAttributesUpdater, NoTextStaysNoText) {
-    ThreeAttributesUpdater updater({{"ZrA", "new"}});
+    ThreeAttributesUpdater updater(OrbPPDUpdatingValues{{"ZrA", "new"}});
     EXPECT_EQ(updater.updatedPPDContentsForContents_deviceURI_context(nullptr, kAnyURI, nullptr),
               nullptr);
     const auto source = parsedPPD(ppdOfLines({"*ZrA: new"}));
@@ -208,7 +209,7 @@ TEST(OrbPPDAttributesUpdater, NoTextStaysNoText) {
 }
 
 TEST(OrbPPDAttributesUpdater, TheDeviceIsAskedOnceWithTheURIAndTheContext) {
-    ThreeAttributesUpdater updater({{"ZrA", "1"}, {"ZrB", "2"}});
+    ThreeAttributesUpdater updater(OrbPPDUpdatingValues{{"ZrA", "1"}, {"ZrB", "2"}});
     OrbDictionary context;
     updater.updatedPPDContentsForContents_deviceURI_context(makePPDText("*ZrA: old\n"), kAnyURI,
                                                             &context);
@@ -224,7 +225,7 @@ TEST(OrbPPDAttributesUpdater, ASecondRunChangesNothingFurther) {
 }
 
 TEST(OrbPPDAttributesUpdater, ALanguagesLineThatEndsAtItsColonIsAnOutOfRangeError) {
-    ThreeAttributesUpdater updater({{"ZrA", "new"}});
+    ThreeAttributesUpdater updater(OrbPPDUpdatingValues{{"ZrA", "new"}});
     EXPECT_THROW(updater.updatedPPDContentsForContents_deviceURI_context(
                      makePPDText("*ZrA: old\n*cupsLanguages:\n"), kAnyURI, nullptr),
                  std::out_of_range);
@@ -277,7 +278,7 @@ TEST(OrbPPDAttributesUpdater, WithoutASourceTheTextItselfComesBack) {
 }
 
 TEST(OrbPPDAttributesUpdater, CopyingAsksNoDeviceAndLeavesTheContextAlone) {
-    ThreeAttributesUpdater updater({{"ZrA", "from the device"}});
+    ThreeAttributesUpdater updater(OrbPPDUpdatingValues{{"ZrA", "from the device"}});
     OrbDictionary context;
     const auto source = parsedPPD(ppdOfLines({"*ZrA: from the queue"}));
     EXPECT_EQ(*updater.updatedPPDContentsForContents_PPDFile_context(makePPDText("*ZrA: old\n"),

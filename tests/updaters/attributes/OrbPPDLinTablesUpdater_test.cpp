@@ -63,9 +63,16 @@ TEST(OrbPPDLinTablesUpdater, ATextCountsAsTheNumberThatItBeginsWith) {
         const char* timestamp;
         bool isDue;
     } const cases[] = {
-        {"", true},      {"0", true},  {"never", true},      {"0x10", true},
-        {"1", false},    {" 7", false}, {"252532800", false}, {"2009-01-01", false},
-        {"-3", false},   {"0.9", true},
+        {"", true},
+        {"0", true},
+        {"never", true},
+        {"0x10", true},
+        {"1", false},
+        {" 7", false},
+        {"252532800", false},
+        {"2009-01-01", false},
+        {"-3", false},
+        {"0.9", true},
         {"99999999999999999999999999", false},
     };
     OrbPPDLinTablesUpdater updater;

@@ -76,10 +76,10 @@ TEST(OrbPPDPensConfigUpdater, AKeywordThatTheDeviceDoesNotReportIsBlanked) {
     EXPECT_EQ(valuesFrom(updater, status), (OrbPPDUpdatingValues{{"ZrPenDyes", "C,M,Y,K"},
                                                                  {"ZrPenDropVolumes", ""},
                                                                  {"ZrPenEverydayStatus", ""}}));
-    EXPECT_EQ(textUpdatedFrom(updater,
-                              "*ZrPenEverydayStatus: 1\n*ZrPenDropVolumes: 4\n*ZrPenDyes: K\n",
-                              status),
-              "*ZrPenEverydayStatus: \n*ZrPenDropVolumes: \n*ZrPenDyes: C,M,Y,K\n");
+    EXPECT_EQ(
+        textUpdatedFrom(updater, "*ZrPenEverydayStatus: 1\n*ZrPenDropVolumes: 4\n*ZrPenDyes: K\n",
+                        status),
+        "*ZrPenEverydayStatus: \n*ZrPenDropVolumes: \n*ZrPenDyes: C,M,Y,K\n");
 }
 
 TEST(OrbPPDPensConfigUpdater, WithoutPensConfigurationAllItsAttributesAreBlanked) {
