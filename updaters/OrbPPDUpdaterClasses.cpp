@@ -2,6 +2,8 @@
 #include <vector>
 
 #include "manager/OrbClassTable.h"
+#include "updaters/capabilities/OrbPPDDeviceCapabilitiesUpdater.h"
+#include "updaters/capabilities/OrbPPDNonInstallableDuplexUpdater.h"
 
 namespace TkPPDUpdating {
 
@@ -11,6 +13,8 @@ std::span<const OrbClass* const> OrbClassTable() {
         // default_choice
         // attributes
         // capabilities
+        &OrbClassOf<OrbPPDDeviceCapabilitiesUpdater>(),
+        &OrbClassOf<OrbPPDNonInstallableDuplexUpdater>(),
         // custom_media
     };
     return classes;
