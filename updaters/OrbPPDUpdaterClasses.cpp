@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "manager/OrbClassTable.h"
+#include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 
 namespace TkPPDUpdating {
 
@@ -12,6 +13,7 @@ std::span<const OrbClass* const> OrbClassTable() {
         // attributes
         // capabilities
         // custom_media
+        &OrbClassOf<OrbPPDCustomMediaUpdater>(),
     };
     return classes;
 }
