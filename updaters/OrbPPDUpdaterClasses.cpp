@@ -11,6 +11,7 @@
 #include "updaters/attributes/OrbPPDPensConfigNameUpdater.h"
 #include "updaters/capabilities/OrbPPDDeviceCapabilitiesUpdater.h"
 #include "updaters/capabilities/OrbPPDNonInstallableDuplexUpdater.h"
+#include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 #include "updaters/default_choice/OrbPPDDefaultPageSizeUpdater.h"
 #include "updaters/default_choice/OrbPPDDuplexerInstalledUpdater.h"
 #include "updaters/default_choice/OrbPPDLowerTrayInstalledUpdater.h"
@@ -39,6 +40,7 @@ std::span<const OrbClass* const> OrbClassTable() {
         &OrbClassOf<OrbPPDDeviceCapabilitiesUpdater>(),
         &OrbClassOf<OrbPPDNonInstallableDuplexUpdater>(),
         // custom_media
+        &OrbClassOf<OrbPPDCustomMediaUpdater>(),
     };
     // clang-format on
     return classes;
