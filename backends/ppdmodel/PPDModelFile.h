@@ -14,8 +14,9 @@ namespace TkPPDUpdating {
 /// PPD extensions; the accepted grammar is in docs/architecture.md). Keywords are compared exactly.
 class PPDModelFile : public OrbPPDFile {
   public:
-    /// Parses a text. Null when it is null or no PPD; the reason then goes to `*reason` when that
-    /// is not null: one phrase with the place (line from 1, byte from 0), without a file name.
+    /// Parses a text. Null when it is null, not valid UTF-8 or no PPD; the reason then goes to
+    /// `*reason` when that is not null: one phrase with the place (line from 1, byte from 0),
+    /// without a file name.
     static std::shared_ptr<const PPDModelFile> fileWithText(PPDText text,
                                                             std::string* reason = nullptr);
 
@@ -46,6 +47,7 @@ class PPDModelFile : public OrbPPDFile {
   private:
     struct Contents;
     explicit PPDModelFile(std::unique_ptr<const Contents> contents);
+    static std::shared_ptr<const PPDModelFile> fileWithValidText(PPDText text, std::string& reason);
 
     std::unique_ptr<const Contents> contents_;
 };

@@ -1,0 +1,130 @@
+#include "backends/ppdmodel/PPDModelCore.h"
+
+#include <any>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "backends/ppdmodel/PPDModelCustomMediaType.h"
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "core_interface/OrbCoreInterface.h"
+#include "core_interface/TkCSKeys.h"
+#include "ppd/UTF8.h"
+#include "ppd/UnicodeWhiteSpace.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::size_t kLongestQueueName = 127;
+
+class DecimalSpecifier : public OrbCUPSICCProfileSpecifier {
+  public:
+    explicit DecimalSpecifier(std::uint64_t profileID) : profileID_(profileID) {}
+    std::string CUPSQualifier() const override { return std::to_string(profileID_); }
+
+  private:
+    std::uint64_t profileID_;
+};
+
+/// The entry when it is there and of that type, else null.
+template <typename Value>
+const Value* entry(const OrbDictionary& parameters, std::string_view key) {
+    const auto found = parameters.find(key);
+    return found == parameters.end() ? nullptr : std::any_cast<Value>(&found->second);
+}
+
+std::optional<std::string> text(const OrbDictionary& parameters, std::string_view key) {
+    const auto* value = entry<std::string>(parameters, key);
+    return value ? std::optional(*value) : std::nullopt;
+}
+
+bool canStandInQueueName(char32_t codePoint) {
+    const bool isControl = codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
+    return !isControl && codePoint != U'/' && codePoint != U'#' && !isUnicodeWhiteSpace(codePoint);
+}
+
+std::string pathOfQueuePPD(const std::string& queueName) {
+    const auto serverRoot =
+        OrbCoreInterface::environment()->valueForVariable("CUPS_SERVERROOT").value_or("");
+    // An empty value names no directory: as when it is not set.
+    return (serverRoot.empty() ? "/etc/cups" : serverRoot) + "/ppd/" + queueName + ".ppd";
+}
+
+}  // namespace
+
+PPDModelCore::PPDModelCore(QueuePPDSource source) : source_(std::move(source)) {}
+
+std::shared_ptr<const OrbPPDFile> PPDModelCore::PPDFileWithContentsOfFile(
+    const std::string& path) const {
+    return PPDModelFile::fileWithContentsOfFile(path);
+}
+
+std::shared_ptr<const OrbPPDFile> PPDModelCore::PPDFileForQueueWithName(
+    const std::string& queueName) const {
+    std::string ignored;
+    return queuePPDFile(queueName, ignored);
+}
+
+std::shared_ptr<const OrbPPDFile> PPDModelCore::queuePPDFile(const std::string& queueName,
+                                                             std::string& reason) const {
+    reason.clear();
+    if (!couldBeQueueName(queueName)) {
+        reason = "cannot be the name of a queue";
+        return nullptr;
+    }
+    std::string fromSource;
+    if (PPDText text = source_ ? source_(queueName, fromSource) : nullptr) {
+        auto file = PPDModelFile::fileWithText(std::move(text), &reason);
+        if (!file) {
+            reason.insert(0, "the queue's PPD ");
+        }
+        return file;
+    }
+    const std::string path = pathOfQueuePPD(queueName);
+    auto file = PPDModelFile::fileWithContentsOfFile(path, &reason);
+    if (!file) {
+        reason = (fromSource.empty() ? "" : fromSource + "; ") + path + ": " + reason;
+    }
+    return file;
+}
+
+std::shared_ptr<const OrbCustomMediaType> PPDModelCore::customMediaTypeWithPPDParameters(
+    const OrbDictionary& parameters) const {
+    const auto* profile =
+        entry<std::shared_ptr<const OrbICCProfile>>(parameters, kTkPPDCustomMediaTypeICCProfileKey);
+    return std::make_shared<const PPDModelCustomMediaType>(
+        text(parameters, kTkPPDCustomMediaTypeNameKey),
+        text(parameters, kTkPPDCustomMediaTypeIDKey),
+        text(parameters, kTkPPDCustomMediaTypeParentIDKey), profile ? *profile : nullptr);
+}
+
+std::shared_ptr<const OrbICCProfile> PPDModelCore::profileWithPPDParameters(
+    const OrbDictionary& parameters) const {
+    return std::make_shared<const PPDModelICCProfile>(
+        text(parameters, kTkPPDProfileURLKey), text(parameters, kTkPPDProfileQualifierVer2Key),
+        std::nullopt);
+}
+
+std::shared_ptr<const OrbCUPSICCProfileSpecifier> PPDModelCore::specifierVer2WithProfileID(
+    std::uint64_t profileID) const {
+    return std::make_shared<const DecimalSpecifier>(profileID);
+}
+
+bool PPDModelCore::couldBeQueueName(const std::string& queueName) {
+    if (queueName.empty() || queueName.size() > kLongestQueueName || queueName == "." ||
+        queueName == "..") {
+        return false;
+    }
+    for (std::string_view rest = queueName; !rest.empty();) {
+        const auto character = UTF8CharacterAtStart(rest);
+        if (!character || !canStandInQueueName(character->codePoint)) {
+            return false;
+        }
+        rest.remove_prefix(character->length);
+    }
+    return true;
+}
+
+}  // namespace TkPPDUpdating

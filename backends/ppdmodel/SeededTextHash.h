@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace TkPPDUpdating {
+
+/// Hashes texts with a seed of the process, so that nobody can write a PPD whose names all fall
+/// into one slot of a table. Values differ from run to run: never store or show them.
+class SeededTextHash {
+  public:
+    /// The hash of `text` in the context of an earlier hash (of a keyword, for its option keyword).
+    static std::uint64_t of(std::string_view text, std::uint64_t context = 0);
+
+    std::size_t operator()(std::string_view text) const { return of(text); }
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,35 @@
+#include "updaters/attributes/OrbPPDPensConfigUpdater.h"
+
+#include "core_interface/TkCSKeys.h"
+#include "manager/OrbPPDUpdatingContext.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+std::string valueForName(const OrbCSPensConfiguration* configuration, std::string_view name) {
+    if (!configuration) {
+        return {};
+    }
+    const auto value = configuration->PPDAttributeValues.find(name);
+    return value == configuration->PPDAttributeValues.end() ? std::string() : value->second;
+}
+
+}  // namespace
+
+std::optional<OrbPPDUpdatingValues> OrbPPDPensConfigUpdater::attributesFromDeviceWithURI_context(
+    std::optional<std::string_view> deviceURI, OrbDictionary* context) {
+    const auto status = OrbPPDUpdatingContext::deviceStatusForURI_inContext(deviceURI, context);
+    if (!status || attributeNames().empty()) {
+        return std::nullopt;
+    }
+    const auto* configuration =
+        status->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey);
+    OrbPPDUpdatingValues values;
+    for (const std::string_view name : attributeNames()) {
+        values.emplace(name, valueForName(configuration, name));
+    }
+    return values;
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,39 @@
+#include "updaters/default_choice/OrbPPDLowerTrayInstalledUpdater.h"
+
+#include "core_interface/TkCSKeys.h"
+#include "ppd/PPDConstants.h"
+
+namespace TkPPDUpdating {
+
+std::vector<std::string> OrbPPDLowerTrayInstalledUpdater::optionNames() {
+    return {"ZrLowerTrayInstalled"};
+}
+
+std::optional<std::string_view> OrbPPDLowerTrayInstalledUpdater::statusKeyForOptionWithName(
+    std::string_view /*optionName*/) {
+    return std::nullopt;
+}
+
+std::optional<std::string_view> OrbPPDLowerTrayInstalledUpdater::accessoryNameForOptionWithName(
+    std::string_view /*optionName*/) {
+    return kTkCSDeviceAccessoryTray2;
+}
+
+std::optional<std::string> OrbPPDLowerTrayInstalledUpdater::PPDChoiceTextForStatusValue(
+    const StatusValue& value) {
+    return choiceTextForInstalledAccessory(value);
+}
+
+std::optional<OrbPPDUpdatingValues>
+OrbPPDLowerTrayInstalledUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
+    const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI, OrbDictionary* context) {
+    const auto sensors = PPDFile ? PPDFile->attributesForName("ZrLowerTrayHasSensor")
+                                 : std::vector<const OrbPPDAttribute*>();
+    if (sensors.empty() || sensors.front()->value() != kTkPPDTrueValue) {
+        return std::nullopt;
+    }
+    return OrbPPDStatusBasedOptionsUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
+        PPDFile, deviceURI, context);
+}
+
+}  // namespace TkPPDUpdating
