@@ -117,8 +117,8 @@ class Pair {
     Pair(std::string content, HostileTexts& texts)
         : processor_(processorOver(content)), model_(std::move(content)), texts_(texts) {}
 
-    /// Makes one random step with both; false when they have failed alike in an edit, after which
-    /// nothing is promised.
+    /// Makes one random step with both; false when they have failed alike in a deletion, after
+    /// which nothing is promised.
     bool step() {
         switch (texts_.below(16)) {
             case 0:
@@ -126,7 +126,8 @@ class Pair {
                 return remove();
             case 2:
             case 3:
-                return insert();
+                insert();
+                return true;
             case 4:
                 setInsertLocation();
                 return true;
@@ -219,14 +220,14 @@ class Pair {
             [&] { return model_.remove(keyword_, spec_, value_); });
     }
 
-    bool insert() {
+    void insert() {
         chooseArguments("insert");
         value_ = texts_.oneIn(20) ? std::nullopt : MaybeText(texts_.value());
         const MaybeText text = texts_.maybe(texts_.text(), 2);
         const bool wrap = texts_.oneIn(2);
         story_ << "  with [" << text.value_or("(null)") << "] [" << value_.value_or("(null)")
                << "] wrap " << wrap << " at " << model_.insertLocation() << "\n";
-        return same(
+        same(
             [&] {
                 return processor_->insertAttributeWithKeyword_spec_text_value_wrap(
                     keyword_, spec_, text, value_, wrap);
@@ -272,7 +273,8 @@ class Pair {
 
 void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCount) {
     HostileTexts texts(seed);
-    std::string content;
+    // Most texts name their languages first, so that deletions seldom end in an error.
+    std::string content = texts.oneIn(8) ? "" : "*cupsLanguages: \"en fr  a:b\"\n";
     for (std::size_t i = 0; i < lineCount; ++i) {
         content += texts.line();
         content += i + 1 < lineCount || !texts.oneIn(4) ? "\n" : "";
@@ -293,7 +295,7 @@ void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCoun
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
     constexpr std::uint32_t kFirstSeed = 20010101;
-    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 4000; ++seed) {
+    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 2500; ++seed) {
         HostileTexts sizes(~seed);
         runSequence(seed, sizes.below(40), 10 + sizes.below(60));
         if (HasFailure()) {
@@ -304,7 +306,7 @@ TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverLongTexts) {
     constexpr std::uint32_t kFirstSeed = 42;
-    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 30; ++seed) {
+    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 15; ++seed) {
         HostileTexts sizes(~seed);
         runSequence(seed, 2000 + sizes.below(3000), 400);
         if (HasFailure()) {
