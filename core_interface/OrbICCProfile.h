@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,6 +33,10 @@ class OrbICCProfile {
 
     /// Whether the two are the same profile: URL, qualifier and ID are equal.
     virtual bool isEqual(const OrbICCProfile& other) const;
+
+    /// The same for profiles that are equal; a class that has an equality of its own overrides
+    /// both.
+    virtual std::size_t hash() const;
 };
 
 }  // namespace TkPPDUpdating

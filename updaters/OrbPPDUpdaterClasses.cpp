@@ -9,6 +9,9 @@
 #include "updaters/attributes/OrbPPDPensConfigCSLInfoUpdater.h"
 #include "updaters/attributes/OrbPPDPensConfigFamilyIDUpdater.h"
 #include "updaters/attributes/OrbPPDPensConfigNameUpdater.h"
+#include "updaters/capabilities/OrbPPDDeviceCapabilitiesUpdater.h"
+#include "updaters/capabilities/OrbPPDNonInstallableDuplexUpdater.h"
+#include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 #include "updaters/default_choice/OrbPPDDefaultPageSizeUpdater.h"
 #include "updaters/default_choice/OrbPPDDuplexerInstalledUpdater.h"
 #include "updaters/default_choice/OrbPPDLowerTrayInstalledUpdater.h"
@@ -34,7 +37,10 @@ std::span<const OrbClass* const> OrbClassTable() {
         &OrbClassOf<OrbPPDPensConfigFamilyIDUpdater>(),
         &OrbClassOf<OrbPPDPensConfigNameUpdater>(),
         // capabilities
+        &OrbClassOf<OrbPPDDeviceCapabilitiesUpdater>(),
+        &OrbClassOf<OrbPPDNonInstallableDuplexUpdater>(),
         // custom_media
+        &OrbClassOf<OrbPPDCustomMediaUpdater>(),
     };
     // clang-format on
     return classes;

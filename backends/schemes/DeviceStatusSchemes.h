@@ -23,7 +23,7 @@ class DeviceStatusSchemes : public TkCommunicationServices {
         const std::string& deviceURI, const OrbDictionary* parameters, std::string& error)>;
 
     /// Registers a backend for a scheme (RFC 3986, without the colon; case does not count),
-    /// replacing an earlier one. Not while a status is being obtained.
+    /// replacing an earlier one; null takes the scheme away. Not while a status is being obtained.
     void registerScheme(std::string_view scheme, Backend backend);
 
     /// The registered schemes, sorted, in lower case.

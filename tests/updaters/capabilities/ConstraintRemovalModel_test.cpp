@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "tests/updaters/capabilities/ConstraintRemovalModel.h"
+#include "updaters/capabilities/PPDConstraintRemoval.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr unsigned kTextsInEveryRun = 5000;
+
+/// scripts/check-constraint-removal asks for more.
+unsigned numberOfTexts() {
+    const char* const wanted = std::getenv("TKPPDUPDATING_RANDOM_TEXTS");
+    return wanted ? static_cast<unsigned>(std::strtoul(wanted, nullptr, 10)) : kTextsInEveryRun;
+}
+
+/// Pieces of which a text is made at random: whole lines as they stand in PPDs, and fragments that
+/// form them only when what stood between is removed.
+constexpr std::array kPieces = {
+    "*UIConstraints: *Duplex DuplexTumble *MediaType Glossy\n"sv,
+    "*UIConstraints: *MediaType Glossy *Duplex\n"sv,
+    "*UIConstraints: *MediaType Glossy *Duplex\r\n"sv,
+    "*UIConstraints: *DuplexUnit False *InputSlot Lower\n"sv,
+    "*UIConstraints:"sv,
+    "UIConstraints: "sv,
+    "*UI"sv,
+    "Constraints: *Duplex "sv,
+    "*% Duplex <-> MediaType\n"sv,
+    "*% Duplex <-> "sv,
+    "*% Dup"sv,
+    "lex <-> "sv,
+    "Duplex <-> \n"sv,
+    "% "sv,
+    "*"sv,
+    "**"sv,
+    "*Duplex"sv,
+    "*Duplex "sv,
+    "Duplex"sv,
+    "*% "sv,
+    " "sv,
+    "\n"sv,
+    "\n"sv,
+    "\r\n"sv,
+    "*PageSize A4/A4: \"\"\n"sv,
+    "\0"sv,
+};
+
+constexpr std::array kKeywords = {"Duplex"sv, "Duplex"sv, "Duplex"sv, "Duplex"sv, "Duplex"sv,
+                                  ""sv,       "*"sv,      "%"sv,      "Dup"sv};
+
+template <typename Values>
+std::string_view oneOf(const Values& values, std::mt19937& random) {
+    return values[random() % values.size()];
+}
+
+TEST(ConstraintRemoval, GivesWhatTheWordByWordModelGivesForRandomTexts) {
+    std::mt19937 random(20010101);  // NOLINT(cert-msc51-cpp): the same texts in every run
+    unsigned changed = 0;
+    const unsigned count = numberOfTexts();
+    for (unsigned i = 0; i < count; ++i) {
+        std::string text;
+        for (auto pieces = random() % 60; pieces > 0; --pieces) {
+            text += oneOf(kPieces, random);
+        }
+        const std::string keyword(oneOf(kKeywords, random));
+        const std::string expected = ConstraintRemovalModel::removed(text, keyword);
+        const PPDText result = PPDTextByRemovingConstraints(makePPDText(text), keyword);
+        ASSERT_EQ(*result, expected) << "keyword: " << keyword << "\ntext: " << text;
+        changed += expected != text ? 1 : 0;
+    }
+    RecordProperty("texts", static_cast<int>(count));
+    EXPECT_GT(changed, count / 3) << "too few texts have anything to remove";
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

@@ -1,0 +1,182 @@
+#include "updaters/capabilities/OrbPPDDeviceCapabilitiesUpdater.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core_interface/TkCSKeys.h"
+#include "manager/OrbPPDUpdatingContext.h"
+#include "updaters/capabilities/PPDConstraintRemoval.h"
+#include "updaters/capabilities/PropertyListReader.h"
+#include "updaters/capabilities/ResourceFolder.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::string_view kAutoDuplexCapability = "ZrAutoDuplexCapability";
+constexpr std::string_view kDeviceCapabilities = "ZrDeviceCapabilities";
+constexpr std::string_view kDetectedValue = "Detected";
+constexpr std::string_view kTwoSidedGroupName = "ZrTwoSidedPrinting";
+constexpr std::string_view kDuplexOptionName = "Duplex";
+constexpr std::string_view kOpenGroupFormat = "\n*OpenGroup: %@";
+constexpr std::string_view kCloseGroupFormat = "\n*CloseGroup: %@";
+constexpr std::string_view kPropertyListFileName = "TkPPDUpdatingData.plist";
+constexpr std::string_view kBlockKeyFormat = "%@-%@";
+/// How a version that is missing reads in a key.
+constexpr std::string_view kNoVersion = "(null)";
+
+}  // namespace
+
+bool OrbPPDDeviceCapabilitiesUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
+    const auto value = firstValueOfAttribute(PPDFile, kAutoDuplexCapability);
+    return value && *value == kTkPPDUnknownValue;
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::updatedPPDContentsForContents_deviceURI_context(
+    const PPDText& contents, std::optional<std::string_view> deviceURI, OrbDictionary* context) {
+    // A printer that cannot be asked keeps its duplex features.
+    const bool isInstalled = duplexerInstalledOnDevice_context(deviceURI, context).value_or(true);
+    return contentsForContents_byUpdatingDuplexerInstalled(contents, isInstalled);
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::updatedPPDContentsForContents_PPDFile_context(
+    const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
+    const auto value = firstValueOfAttribute(PPDFile, kAutoDuplexCapability);
+    if (!value) {
+        return contents;
+    }
+    return contentsForContents_byUpdatingDuplexerInstalled(contents, *value == kTkPPDTrueValue);
+}
+
+std::optional<OrbPPDUpdatingValues>
+OrbPPDDeviceCapabilitiesUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
+    const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
+    OrbDictionary* /*context*/) {
+    return OrbPPDUpdatingValues();
+}
+
+std::optional<bool> OrbPPDDeviceCapabilitiesUpdater::duplexerInstalledOnDevice_context(
+    std::optional<std::string_view> deviceURI, OrbDictionary* context) const {
+    const auto status = OrbPPDUpdatingContext::deviceStatusForURI_inContext(deviceURI, context);
+    const auto* const accessories =
+        status ? status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey)
+               : nullptr;
+    if (!accessories) {
+        return std::nullopt;
+    }
+    const auto last = std::find_if(
+        accessories->rbegin(), accessories->rend(),
+        [](const auto& accessory) { return accessory.name == kTkCSDeviceAccessoryDuplexer; });
+    return last == accessories->rend() ? std::nullopt : std::optional(last->isInstalled);
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byUpdatingDuplexerInstalled(
+    const PPDText& contents, bool isInstalled) const {
+    OrbPPDProcessor processor;
+    processor.initWithPDDContent(contents);
+    if (!replaceAttribute(processor, kDeviceCapabilities, kDetectedValue) ||
+        !replaceAttribute(processor, kAutoDuplexCapability,
+                          isInstalled ? kTkPPDTrueValue : kTkPPDFalseValue)) {
+        return nullptr;
+    }
+    const PPDText content = processor.content();
+    if (!isInstalled) {
+        return contentsByRemovingDuplexOptionWithConstraintsForContents(content);
+    }
+    return contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+        content,
+        processor.valueForAttributeWithKeyword_spec(kTkPPDCUPSVersionAttributeName, std::nullopt));
+}
+
+std::optional<std::string> OrbPPDDeviceCapabilitiesUpdater::insertingStringForCUPSVersion(
+    const std::optional<std::string>& CUPSVersion) const {
+    const auto data = updatingData();
+    const std::string key =
+        PPDFormatted(kBlockKeyFormat, {className(), CUPSVersion ? *CUPSVersion : kNoVersion});
+    const std::string* const block = data ? data->stringForKey(key) : nullptr;
+    return block ? std::optional(*block) : std::nullopt;
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingGroupWithName(
+    const PPDText& contents, std::string_view groupName) {
+    if (!contents) {
+        return nullptr;
+    }
+    const std::string open = PPDFormatted(kOpenGroupFormat, {groupName});
+    const std::string close = PPDFormatted(kCloseGroupFormat, {groupName});
+    constexpr std::size_t kNotFound = std::string::npos;
+    const std::size_t opens = contents->find(open);
+    const std::size_t closes =
+        opens == kNotFound ? kNotFound : contents->find(close, opens + open.size());
+    const std::size_t end =
+        closes == kNotFound ? kNotFound : contents->find(kTkPPDNewLine, closes + close.size());
+    if (end == kNotFound) {
+        return contents;
+    }
+    // The line feed before the group stays, the one that ends it goes.
+    std::string result;
+    result.reserve(contents->size());
+    result.append(*contents, 0, opens + 1).append(*contents, end + 1);
+    return makePPDText(std::move(result));
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingConstraintsForOptionWithName(
+    const PPDText& contents, std::string_view optionKeyword) {
+    return contents ? PPDTextByRemovingConstraints(contents, optionKeyword) : nullptr;
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::
+    contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+        const PPDText& contents, const std::optional<std::string>& CUPSVersion) const {
+    if (!contents) {
+        return nullptr;
+    }
+    const auto block = insertingStringForCUPSVersion(CUPSVersion);
+    if (!block) {
+        return contents;
+    }
+    std::string result;
+    result.reserve(contents->size() + kTkPPDNewLine.size() + block->size());
+    result.append(*contents).append(kTkPPDNewLine).append(*block);
+    return makePPDText(std::move(result));
+}
+
+PPDText OrbPPDDeviceCapabilitiesUpdater::contentsByRemovingDuplexOptionWithConstraintsForContents(
+    const PPDText& contents) {
+    return contentsForContents_byRemovingConstraintsForOptionWithName(
+        contentsForContents_byRemovingGroupWithName(contents, kTwoSidedGroupName),
+        kDuplexOptionName);
+}
+
+std::optional<std::optional<std::string_view>>
+OrbPPDDeviceCapabilitiesUpdater::firstValueOfAttribute(const OrbPPDFile* PPDFile,
+                                                       std::string_view name) {
+    const auto attributes =
+        PPDFile ? PPDFile->attributesForName(name) : std::vector<const OrbPPDAttribute*>();
+    if (attributes.empty()) {
+        return std::nullopt;
+    }
+    return std::make_optional(attributes.front()->value());
+}
+
+bool OrbPPDDeviceCapabilitiesUpdater::replaceAttribute(OrbPPDProcessor& processor,
+                                                       std::string_view keyword,
+                                                       std::string_view value) {
+    const std::size_t location =
+        processor.deleteAttributeWithKeyword_spec_value(keyword, std::nullopt, std::nullopt);
+    if (location == kTkPPDProcessorPPDEndLocation) {
+        return false;
+    }
+    processor.setInsertLocation(location);
+    return processor.insertAttributeWithKeyword_spec_text_value_wrap(keyword, std::nullopt,
+                                                                     std::nullopt, value, false);
+}
+
+std::optional<PropertyList> OrbPPDDeviceCapabilitiesUpdater::updatingData() {
+    const auto folder = ResourceFolder::path();
+    return folder ? PropertyListReader::propertyListWithContentsOfFile(
+                        std::string(*folder).append("/").append(kPropertyListFileName))
+                  : std::nullopt;
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,89 @@
+#include "updaters/capabilities/OrbPPDNonInstallableDuplexUpdater.h"
+
+#include "updaters/capabilities/PosixRegularExpression.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::string_view kNonInstallableDuplex = "ZrNonInstallableDuplex";
+constexpr std::string_view kInstalledStatus = "Installed";
+constexpr std::string_view kNotInstalledStatus = "Not Installed";
+constexpr std::string_view kNotDetectedStatus = "Not Detected";
+constexpr std::string_view kExpressionKey = "TkPPDDuplexSafeRegularExpression";
+
+}  // namespace
+
+bool OrbPPDNonInstallableDuplexUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
+    const auto value = firstValueOfAttribute(PPDFile, kNonInstallableDuplex);
+    return value && *value == kTkPPDUnknownValue;
+}
+
+PPDText OrbPPDNonInstallableDuplexUpdater::updatedPPDContentsForContents_deviceURI_context(
+    const PPDText& contents, std::optional<std::string_view> deviceURI, OrbDictionary* context) {
+    const auto isInstalled = duplexerInstalledOnDevice_context(deviceURI, context);
+    return contentsForContents_byUpdatingDuplexerInstalledWithStatus(
+        contents, !isInstalled   ? kNotDetectedStatus
+                  : *isInstalled ? kInstalledStatus
+                                 : kNotInstalledStatus);
+}
+
+PPDText OrbPPDNonInstallableDuplexUpdater::updatedPPDContentsForContents_PPDFile_context(
+    const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
+    const auto value = firstValueOfAttribute(PPDFile, kNonInstallableDuplex);
+    return value ? contentsForContents_byUpdatingDuplexerInstalledWithStatus(contents, *value)
+                 : contents;
+}
+
+std::optional<OrbPPDUpdatingValues>
+OrbPPDNonInstallableDuplexUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
+    const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
+    OrbDictionary* /*context*/) {
+    return OrbPPDUpdatingValues();
+}
+
+PPDText
+OrbPPDNonInstallableDuplexUpdater::contentsForContents_byUpdatingDuplexerInstalledWithStatus(
+    const PPDText& contents, std::optional<std::string_view> status) const {
+    if (!contents || !status) {
+        return nullptr;
+    }
+    OrbPPDProcessor processor;
+    processor.initWithPDDContent(contents);
+    if (!replaceAttribute(processor, kNonInstallableDuplex, *status)) {
+        return nullptr;
+    }
+    const PPDText content = processor.content();
+    if (*status == kNotInstalledStatus) {
+        return contentsByRemovingDuplexSafePageSizesForContents(
+            contentsByRemovingDuplexOptionWithConstraintsForContents(content));
+    }
+    if (*status == kNotDetectedStatus) {
+        return contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+            content, processor.valueForAttributeWithKeyword_spec(kTkPPDCUPSVersionAttributeName,
+                                                                 std::nullopt));
+    }
+    return content;
+}
+
+PPDText OrbPPDNonInstallableDuplexUpdater::contentsByRemovingDuplexSafePageSizesForContents(
+    const PPDText& contents) const {
+    const auto& pattern = duplexSafeRegularExpression();
+    const auto expression = pattern ? PosixRegularExpression::compiled(*pattern) : std::nullopt;
+    return contents && expression ? makePPDText(expression->textByRemovingMatchingLines(*contents))
+                                  : contents;
+}
+
+const std::optional<std::string>& OrbPPDNonInstallableDuplexUpdater::duplexSafeRegularExpression()
+    const {
+    if (!duplexSafeRegularExpression_) {
+        const auto data = updatingData();
+        const std::string* const expression = data ? data->stringForKey(kExpressionKey) : nullptr;
+        if (expression) {
+            duplexSafeRegularExpression_ = *expression;
+        }
+    }
+    return duplexSafeRegularExpression_;
+}
+
+}  // namespace TkPPDUpdating

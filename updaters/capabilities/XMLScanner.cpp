@@ -1,0 +1,254 @@
+#include "updaters/capabilities/XMLScanner.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <utility>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::string_view kSpaces = " \t\r\n";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kNameEnd = " \t\r\n/>=<?&\"'[]!;";
+
+/// XML 1.0, production 2.
+bool isCharacter(std::uint32_t codePoint) {
+    return codePoint == '\t' || codePoint == '\n' || codePoint == '\r' ||
+           (codePoint >= 0x20 && codePoint < 0xD800) ||
+           (codePoint >= 0xE000 && codePoint < 0xFFFE) ||
+           (codePoint >= 0x10000 && codePoint <= 0x10FFFF);
+}
+
+void appendUTF8(std::uint32_t codePoint, std::string& text) {
+    const auto continuation = [&](unsigned shift) {
+        return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
+    };
+    if (codePoint < 0x80) {
+        text += static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        text += static_cast<char>(0xC0U | (codePoint >> 6U));
+        text += continuation(0);
+    } else if (codePoint < 0x10000) {
+        text += static_cast<char>(0xE0U | (codePoint >> 12U));
+        (text += continuation(6)) += continuation(0);
+    } else {
+        text += static_cast<char>(0xF0U | (codePoint >> 18U));
+        ((text += continuation(12)) += continuation(6)) += continuation(0);
+    }
+}
+
+}  // namespace
+
+void XMLScanner::failAfter(std::string_view before, const std::string& cause) {
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    throw XMLError("line " + std::to_string(line) + ": " + cause);
+}
+
+void XMLScanner::fail(const std::string& cause) const {
+    failAfter(text_.substr(0, position_), cause);
+}
+
+bool XMLScanner::skip(std::string_view literal) {
+    if (!text_.substr(position_).starts_with(literal)) {
+        return false;
+    }
+    position_ += literal.size();
+    return true;
+}
+
+void XMLScanner::expect(std::string_view literal, const char* cause) {
+    if (!skip(literal)) {
+        fail(cause);
+    }
+}
+
+bool XMLScanner::skipSpaces() {
+    const std::size_t start = position_;
+    position_ = std::min(text_.find_first_not_of(kSpaces, position_), text_.size());
+    return position_ > start;
+}
+
+std::string_view XMLScanner::upTo(std::string_view end, const char* missing) {
+    const std::size_t found = text_.find(end, position_);
+    if (found == std::string_view::npos) {
+        fail(missing);
+    }
+    const std::string_view part = text_.substr(position_, found - position_);
+    position_ = found + end.size();
+    return part;
+}
+
+bool XMLScanner::skipComment() {
+    if (!skip("<!--")) {
+        return false;
+    }
+    upTo("--", "a comment never ends");
+    expect(">", "two hyphens inside a comment");
+    return true;
+}
+
+void XMLScanner::skipMisc() {
+    do {
+        skipSpaces();
+    } while (skipComment());
+}
+
+std::string_view XMLScanner::name(const char* missing) {
+    const std::size_t end = std::min(text_.find_first_of(kNameEnd, position_), text_.size());
+    if (end == position_) {
+        fail(missing);
+    }
+    const std::string_view found = text_.substr(position_, end - position_);
+    position_ = end;
+    return found;
+}
+
+std::string_view XMLScanner::quoted() {
+    if (skip("\"")) {
+        return upTo("\"", "a quote is never closed");
+    }
+    expect("'", "a quoted value is missing");
+    return upTo("'", "a quote is never closed");
+}
+
+void XMLScanner::skipDeclaration() {
+    while (skipSpaces() && !text_.substr(position_).starts_with('?')) {
+        const std::string_view key = name("a malformed XML declaration");
+        skipSpaces();
+        expect("=", "a malformed XML declaration");
+        skipSpaces();
+        std::string value(quoted());
+        std::transform(value.begin(), value.end(), value.begin(), [](char each) {
+            return each >= 'a' && each <= 'z' ? static_cast<char>(each - 'a' + 'A') : each;
+        });
+        if (key == "version" ? value != "1.0" : key == "encoding" && value != "UTF-8") {
+            fail("not XML 1.0 in UTF-8");
+        }
+    }
+    expect("?>", "a malformed XML declaration");
+}
+
+void XMLScanner::skipDocumentType(std::string_view rootName) {
+    skipSpaces();
+    if (name("a malformed document type") != rootName) {
+        fail("another document type than " + std::string(rootName));
+    }
+    skipSpaces();
+    if (skip("PUBLIC")) {
+        skipSpaces();
+        quoted();
+        skipSpaces();
+        quoted();
+    } else if (skip("SYSTEM")) {
+        skipSpaces();
+        quoted();
+    }
+    skipSpaces();
+    expect(">", "a document type with declarations of its own");
+}
+
+void XMLScanner::skipProlog(std::string_view rootName) {
+    skip(kByteOrderMark);
+    if (skip("<?xml")) {
+        skipDeclaration();
+    }
+    skipMisc();
+    if (skip("<!DOCTYPE")) {
+        skipDocumentType(rootName);
+    }
+    skipMisc();
+}
+
+XMLScanner::Tag XMLScanner::nextTag() {
+    skipMisc();
+    expect("<", isAtEnd() ? "the text ends too early" : "character data where a tag is expected");
+    Tag tag;
+    tag.closes = skip("/");
+    tag.opens = !tag.closes;
+    tag.name = name("a tag without a name");
+    const bool hasSpaces = skipSpaces();
+    if (tag.opens && hasSpaces && !text_.substr(position_).starts_with('/') &&
+        !text_.substr(position_).starts_with('>')) {
+        tag.attributeName = name("a malformed attribute");
+        skipSpaces();
+        expect("=", "a malformed attribute");
+        skipSpaces();
+        tag.attributeValue = quoted();
+        skipSpaces();
+    }
+    tag.closes = (tag.opens && skip("/")) || tag.closes;
+    expect(">", "a malformed tag");
+    return tag;
+}
+
+void XMLScanner::append(std::string_view characters, std::string& data) const {
+    for (std::size_t i = 0; i < characters.size(); ++i) {
+        const char each = characters[i];
+        const bool isNonCharacter =  // U+FFFE and U+FFFF
+            each == '\xEF' && (characters.substr(i).starts_with("\xEF\xBF\xBE") ||
+                               characters.substr(i).starts_with("\xEF\xBF\xBF"));
+        if (isNonCharacter || (static_cast<unsigned char>(each) < 0x20 &&
+                               kSpaces.find(each) == std::string_view::npos)) {
+            fail("a character that XML does not allow");
+        }
+        if (each != '\r') {
+            data += each;
+        } else if (characters.substr(i + 1, 1) != "\n") {  // XML 1.0, 2.11: line ends
+            data += '\n';
+        }
+    }
+}
+
+void XMLScanner::readCharacterReference(std::string_view reference, std::string& data) {
+    const bool isHexadecimal = reference.starts_with('x');
+    reference.remove_prefix(isHexadecimal ? 1 : 0);
+    std::uint32_t codePoint = 0;
+    const char* const end = reference.data() + reference.size();
+    const auto result = std::from_chars(reference.data(), end, codePoint, isHexadecimal ? 16 : 10);
+    if (result.ec != std::errc() || result.ptr != end || !isCharacter(codePoint)) {
+        fail("a reference to no character");
+    }
+    appendUTF8(codePoint, data);
+}
+
+void XMLScanner::readReference(std::string& data) {
+    constexpr std::pair<std::string_view, char> kEntities[] = {
+        {"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
+    if (skip("#")) {
+        readCharacterReference(name("a reference to no character"), data);
+    } else {
+        const std::string_view entity = name("an ampersand that begins no reference");
+        const auto* const known =
+            std::find_if(std::begin(kEntities), std::end(kEntities),
+                         [entity](const auto& each) { return each.first == entity; });
+        if (known == std::end(kEntities)) {
+            fail("an entity that XML does not define");
+        }
+        data += known->second;
+    }
+    expect(";", "a reference without a semicolon");
+}
+
+std::string XMLScanner::characterData() {
+    std::string data;
+    while (true) {
+        const std::size_t end = std::min(text_.find_first_of("<&", position_), text_.size());
+        const std::string_view plain = text_.substr(position_, end - position_);
+        if (plain.find("]]>") != std::string_view::npos) {
+            fail("\"]]>\" outside a CDATA section");
+        }
+        append(plain, data);
+        position_ = end;
+        if (skip("&")) {
+            readReference(data);
+        } else if (skip("<![CDATA[")) {
+            append(upTo("]]>", "a CDATA section never ends"), data);
+        } else if (!skipComment()) {
+            return data;
+        }
+    }
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,418 @@
+#include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <system_error>
+#include <unordered_set>
+
+#include "core_interface/FileURL.h"
+#include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbCUPSICCProfileSpecifier.h"
+#include "core_interface/TkCSKeys.h"
+#include "manager/OrbPPDUpdatingContext.h"
+#include "ppd/PPDConstants.h"
+#include "ppd/PPDTextSafety.h"
+#include "ppd/StringsFileFormat.h"
+#include "ppd/UnicodeWhiteSpace.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::string_view kCustomMediaSupported = "ZrCustomMediaSupported";
+constexpr std::string_view kCloseUI = "CloseUI";
+constexpr std::string_view kMediaType = "MediaType";
+constexpr std::string_view kEnglishMediaType = "en.MediaType";
+constexpr std::string_view kCUPSICCProfile = "cupsICCProfile";
+/// The option of the profiles, and the key in a media type's properties.
+constexpr std::string_view kZrICCProfileId2 = "ZrICCProfileId2";
+constexpr std::string_view kZrChoiceProperties = "ZrChoiceProperties";
+constexpr std::string_view kMediaIDKey = "MediaID";
+constexpr std::string_view kParentMediaIDKey = "ParentMediaID";
+constexpr std::string_view kZrMediaTypeCategory = "ZrMediaTypeCategory";
+constexpr std::string_view kCategory = "custom";
+constexpr std::string_view kCategoryText = "Custom";
+
+constexpr std::string_view kOptionFormat = "*%@";
+constexpr std::string_view kQuotedFormat = "\"%@\"";
+constexpr std::string_view kChoiceNameFormat = "custom%@";
+constexpr std::string_view kChoiceValueFormat = "<</MediaType(%@)>>setpagedevice";
+constexpr std::string_view kChoicePropertiesSpecFormat = "MediaType.%@";
+/// Colour model and media type, the first two qualifiers, stay empty.
+constexpr std::string_view kCUPSICCProfileSpecFormat = "..%@";
+
+std::vector<std::string> namesInCategory(std::string_view value) {
+    const auto pieces = piecesBetweenWhiteSpace(value);
+    return {pieces.begin(), pieces.end()};
+}
+
+/// The properties of a choice. A value that could not stand in one PPD line, which only an escape
+/// in a tampered text can make, counts as malformed: it must not become lines of its own when it is
+/// written again.
+StringsDictionary propertiesInValue(std::optional<std::string_view> value) {
+    auto properties = value ? propertyListFromStringsFileFormat(*value) : std::nullopt;
+    const bool isUsable =
+        properties && std::none_of(properties->begin(), properties->end(), [](const auto& each) {
+            return reasonTextCannotStandInPPDLine(each.second).has_value();
+        });
+    return isUsable ? std::move(*properties) : StringsDictionary();
+}
+
+/// The value under the key when it is there and not empty.
+const std::string* nonEmptyValue(const StringsDictionary& properties, std::string_view key) {
+    const auto entry = properties.find(key);
+    return entry == properties.end() || entry->second.empty() ? nullptr : &entry->second;
+}
+
+/// A relative path counts from the working directory.
+std::string madeAbsolute(std::string path) {
+    if (path.starts_with('/')) {
+        return path;
+    }
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
+/// The absolute path of the profile's file; nothing when the profile has no file URL.
+std::optional<std::string> filePath(const OrbICCProfile& profile) {
+    const auto URL = profile.URL();
+    const auto path = URL ? pathFromFileURL(*URL) : std::nullopt;
+    return path ? std::optional(madeAbsolute(*path)) : std::nullopt;
+}
+
+/// The last component of a path without its extension: what follows the last full stop, unless the
+/// name begins with that one. The root is its own name.
+std::string_view fileNameWithoutExtension(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.remove_suffix(1);
+    }
+    const std::size_t slash = path.rfind('/');
+    const std::string_view name = path.size() > 1 ? path.substr(slash + 1) : path;
+    const std::size_t stop = name.rfind('.');
+    const bool hasExtension = stop != std::string_view::npos && stop > 0;
+    return hasExtension ? name.substr(0, stop) : name;
+}
+
+template <typename Attribute>
+std::optional<std::string_view> valueOfLast(const std::vector<const Attribute*>& attributes) {
+    return attributes.empty() ? std::nullopt : attributes.back()->value();
+}
+
+/// Profiles by equality.
+struct ProfileHash {
+    std::size_t operator()(const OrbICCProfile* profile) const { return profile->hash(); }
+};
+struct ProfileEquality {
+    bool operator()(const OrbICCProfile* left, const OrbICCProfile* right) const {
+        return left == right || left->isEqual(*right);
+    }
+};
+using ProfileSet = std::unordered_set<const OrbICCProfile*, ProfileHash, ProfileEquality>;
+
+}  // namespace
+
+// The contract.
+
+bool OrbPPDCustomMediaUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
+    if (!PPDFile) {
+        return false;
+    }
+    const auto attributes = PPDFile->attributesForName(kCustomMediaSupported);
+    return !attributes.empty() && attributes.front()->value() == kTkPPDTrueValue;
+}
+
+PPDText OrbPPDCustomMediaUpdater::updatedPPDContentsForContents_deviceURI_context(
+    const PPDText& contents, std::optional<std::string_view> deviceURI, OrbDictionary* context) {
+    const auto status = OrbPPDUpdatingContext::deviceStatusForURI_inContext(deviceURI, context);
+    const auto* types =
+        status ? status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey) : nullptr;
+    return contentsForContents_updatedWithCustomMediaTypes(contents,
+                                                           types ? *types : OrbCustomMediaTypes());
+}
+
+PPDText OrbPPDCustomMediaUpdater::updatedPPDContentsForContents_PPDFile_context(
+    const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
+    OrbCustomMediaTypes types;
+    const auto category =
+        PPDFile ? valueOfLast(PPDFile->attributesForName_spec(kZrMediaTypeCategory, kCategory))
+                : std::nullopt;
+    if (category) {
+        for (const std::string_view name : piecesBetweenWhiteSpace(*category)) {
+            if (auto type = customMediaTypeWithCodeName_PPDfile(name, PPDFile)) {
+                types.push_back(std::move(type));
+            }
+        }
+    }
+    return contentsForContents_updatedWithCustomMediaTypes(contents, std::move(types));
+}
+
+std::optional<OrbPPDUpdatingValues>
+OrbPPDCustomMediaUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
+    const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
+    OrbDictionary* /*context*/) {
+    return OrbPPDUpdatingValues();
+}
+
+// The main run.
+
+PPDText OrbPPDCustomMediaUpdater::contentsForContents_updatedWithCustomMediaTypes(
+    const PPDText& contents, OrbCustomMediaTypes types) {
+    clear();
+    setPPDProcessor(OrbPPDProcessor::processorWithPPDContent(contents));
+    deleteCustomInfo();
+    if (types.empty()) {
+        return PPDProcessor_->content();
+    }
+    setCustomMediaTypes(std::move(types));
+    return appendAll() ? PPDProcessor_->content() : nullptr;
+}
+
+bool OrbPPDCustomMediaUpdater::appendAll() {
+    return appendCustomMediaTypes() && appendCustomProfiles() && appendCustomZrProfiles() &&
+           appendZrChoiceProperties() && appendZrMediaTypeCategory();
+}
+
+bool OrbPPDCustomMediaUpdater::appendCustomMediaTypes() {
+    if (!goToCloseUIOfOption(kMediaType)) {
+        return false;
+    }
+    std::size_t number = 0;
+    for (const auto& type : customMediaTypes_) {
+        const std::string& name = customMediaNames_.emplace_back(
+            PPDFormatted(kChoiceNameFormat, {std::to_string(++number)}));
+        if (!insert(kMediaType, name, type->name(), PPDFormatted(kChoiceValueFormat, {name}))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool OrbPPDCustomMediaUpdater::appendCustomProfiles() {
+    goToEnd();
+    for (const auto& type : customMediaTypes_) {
+        auto profile = type->ICCProfile();
+        const auto qualifier = PPDProfileQualifierForProfile(profile.get());
+        const auto path = qualifier ? filePath(*profile) : std::nullopt;
+        if (path && insert(kCUPSICCProfile, PPDFormatted(kCUPSICCProfileSpecFormat, {*qualifier}),
+                           fileNameWithoutExtension(*path), *path)) {
+            customICCProfiles_.push_back(std::move(profile));
+        }
+    }
+    return true;
+}
+
+bool OrbPPDCustomMediaUpdater::appendCustomZrProfiles() {
+    if (!goToCloseUIOfOption(kZrICCProfileId2)) {
+        return false;
+    }
+    return std::all_of(
+        customICCProfiles_.begin(), customICCProfiles_.end(), [this](const auto& profile) {
+            const auto qualifier = PPDProfileQualifierForProfile(profile.get());
+            const auto path = qualifier ? filePath(*profile) : std::nullopt;
+            return path && insert(kZrICCProfileId2, *qualifier, fileNameWithoutExtension(*path),
+                                  kTkPPDEmptyString);
+        });
+}
+
+bool OrbPPDCustomMediaUpdater::appendZrChoiceProperties() {
+    goToEnd();
+    ProfileSet inserted;
+    for (const auto& profile : customICCProfiles_) {
+        inserted.insert(profile.get());
+    }
+    for (std::size_t i = 0; i < customMediaTypes_.size(); ++i) {
+        const OrbCustomMediaType& type = *customMediaTypes_[i];
+        StringsDictionary properties;
+        // Entry stops at the first identifier that is missing.
+        if (const auto mediaID = type.mediaID()) {
+            properties.emplace(kMediaIDKey, *mediaID);
+            if (const auto parentMediaID = type.parentMediaID()) {
+                properties.emplace(kParentMediaIDKey, *parentMediaID);
+            }
+        }
+        const auto profile = type.ICCProfile();
+        if (profile && inserted.contains(profile.get())) {
+            if (auto qualifier = PPDProfileQualifierForProfile(profile.get())) {
+                properties.emplace(kZrICCProfileId2, std::move(*qualifier));
+            }
+        }
+        if (!insert(kZrChoiceProperties,
+                    PPDFormatted(kChoicePropertiesSpecFormat, {customMediaNames_.at(i)}),
+                    std::nullopt, zrlumen_keysAndValuesInPPDStringsFileFormat(properties))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool OrbPPDCustomMediaUpdater::appendZrMediaTypeCategory() {
+    goToEnd();
+    std::string names;
+    for (const std::string& name : customMediaNames_) {
+        names += &name == customMediaNames_.data() ? kTkPPDEmptyString : kTkPPDSpace;
+        names += name;
+    }
+    return insert(kZrMediaTypeCategory, kCategory, kCategoryText, names, true);
+}
+
+std::optional<std::string> OrbPPDCustomMediaUpdater::PPDProfileQualifierForProfile(
+    const OrbICCProfile* profile) {
+    if (!profile) {
+        return std::nullopt;
+    }
+    if (const auto qualifier = profile->qualifierVer2()) {
+        return std::string(*qualifier);
+    }
+    const auto profileID = profile->profileID();
+    const auto specifier =
+        profileID ? OrbCUPSICCProfileSpecifier::specifierVer2WithProfileID(*profileID) : nullptr;
+    return specifier ? std::optional(specifier->CUPSQualifier()) : std::nullopt;
+}
+
+// Reading media types back from a PPD.
+
+std::shared_ptr<const OrbCustomMediaType>
+OrbPPDCustomMediaUpdater::customMediaTypeWithCodeName_PPDfile(
+    std::optional<std::string_view> codeName, const OrbPPDFile* PPDFile) {
+    const auto* const option = codeName && PPDFile ? PPDFile->optionForName(kMediaType) : nullptr;
+    const auto* const choice = option ? option->choiceForName(*codeName) : nullptr;
+    if (!choice) {
+        return nullptr;
+    }
+    const auto english = PPDFile->attributesForName_spec(kEnglishMediaType, *codeName);
+    const auto name = english.empty() ? choice->text() : english.back()->text();
+    const auto properties = propertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
+        kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {*codeName}))));
+    const auto* const mediaID = nonEmptyValue(properties, kMediaIDKey);
+    const auto* const parentMediaID = nonEmptyValue(properties, kParentMediaIDKey);
+    if (!mediaID || !parentMediaID) {
+        return nullptr;
+    }
+    OrbDictionary parameters;
+    parameters.emplace(kTkPPDCustomMediaTypeCodeNameKey, std::string(*codeName));
+    // Entry stops at the first value that is missing.
+    if (name) {
+        parameters.emplace(kTkPPDCustomMediaTypeNameKey, std::string(*name));
+        parameters.emplace(kTkPPDCustomMediaTypeIDKey, *mediaID);
+        parameters.emplace(kTkPPDCustomMediaTypeParentIDKey, *parentMediaID);
+        const auto* const qualifier = nonEmptyValue(properties, kZrICCProfileId2);
+        if (auto profile =
+                qualifier ? ICCProfileWithQualifierVer2_PPDFile(*qualifier, PPDFile) : nullptr) {
+            parameters.emplace(kTkPPDCustomMediaTypeICCProfileKey, std::move(profile));
+        }
+    }
+    return OrbCustomMediaType::customMediaTypeWithPPDParameters(parameters);
+}
+
+std::shared_ptr<const OrbICCProfile> OrbPPDCustomMediaUpdater::ICCProfileWithQualifierVer2_PPDFile(
+    std::optional<std::string_view> qualifier, const OrbPPDFile* PPDFile) {
+    if (!qualifier || !PPDFile) {
+        return nullptr;
+    }
+    const auto attributes = PPDFile->attributesForName_spec(
+        kCUPSICCProfile, PPDFormatted(kCUPSICCProfileSpecFormat, {*qualifier}));
+    const auto path = attributes.empty() ? std::nullopt : attributes.front()->value();
+    if (!path || path->empty()) {
+        return nullptr;
+    }
+    OrbDictionary parameters;
+    parameters.emplace(kTkPPDProfileNameKey, std::string(*qualifier));
+    parameters.emplace(kTkPPDProfileURLKey, fileURLFromPath(madeAbsolute(std::string(*path))));
+    parameters.emplace(kTkPPDProfileQualifierVer2Key, std::string(*qualifier));
+    return OrbICCProfile::profileWithPPDParameters(parameters);
+}
+
+// Removal of what an earlier run wrote.
+
+void OrbPPDCustomMediaUpdater::clear() {
+    customMediaTypes_.clear();
+    customMediaNames_.clear();
+    customICCProfiles_.clear();
+}
+
+void OrbPPDCustomMediaUpdater::deleteCustomInfo() {
+    const auto category = value(kZrMediaTypeCategory, kCategory);
+    if (!category) {
+        return;
+    }
+    const auto names = namesInCategory(*category);
+    // While the properties are still there.
+    const auto qualifiers = customICCProfilesForCustomMediaTypes(names);
+    deleteAttribute(kZrMediaTypeCategory, kCategory);
+    deleteMediaTypesAndChoicePropertiesForMediaTypes(names);
+    deleteICCProfilesAndColorSyncProfiles(qualifiers);
+}
+
+std::vector<std::string> OrbPPDCustomMediaUpdater::customICCProfilesForCustomMediaTypes(
+    const std::vector<std::string>& names) {
+    std::vector<std::string> qualifiers;
+    for (const std::string& name : names) {
+        auto properties = propertiesInValue(
+            value(kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {name})));
+        const auto qualifier = properties.find(kZrICCProfileId2);
+        if (qualifier != properties.end()) {
+            qualifiers.push_back(std::move(qualifier->second));
+        }
+    }
+    return qualifiers;
+}
+
+void OrbPPDCustomMediaUpdater::deleteMediaTypesAndChoicePropertiesForMediaTypes(
+    const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        deleteAttribute(kMediaType, name);
+        deleteAttribute(kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {name}));
+    }
+}
+
+void OrbPPDCustomMediaUpdater::deleteICCProfilesAndColorSyncProfiles(
+    const std::vector<std::string>& qualifiers) {
+    for (const std::string& qualifier : qualifiers) {
+        deleteAttribute(kCUPSICCProfile, PPDFormatted(kCUPSICCProfileSpecFormat, {qualifier}));
+        deleteAttribute(kZrICCProfileId2, qualifier);
+    }
+}
+
+// The processor, which is null before the first run.
+
+bool OrbPPDCustomMediaUpdater::goToCloseUIOfOption(std::string_view option) {
+    const OrbPPDLineRange range =
+        PPDProcessor_ ? PPDProcessor_->rangeOfAttributeWithKeyword_spec_value(
+                            kCloseUI, std::nullopt, PPDFormatted(kOptionFormat, {option}))
+                      : OrbPPDLineRange();
+    if (range.length == 0) {
+        return false;
+    }
+    PPDProcessor_->setInsertLocation(range.location);
+    return true;
+}
+
+void OrbPPDCustomMediaUpdater::goToEnd() {
+    if (PPDProcessor_) {
+        PPDProcessor_->setInsertLocation(kTkPPDProcessorPPDEndLocation);
+    }
+}
+
+bool OrbPPDCustomMediaUpdater::insert(std::string_view keyword, std::string_view spec,
+                                      std::optional<std::string_view> text,
+                                      std::string_view quotedValue, bool wrap) {
+    return PPDProcessor_ &&
+           PPDProcessor_->insertAttributeWithKeyword_spec_text_value_wrap(
+               keyword, spec, text, PPDFormatted(kQuotedFormat, {quotedValue}), wrap);
+}
+
+void OrbPPDCustomMediaUpdater::deleteAttribute(std::string_view keyword, std::string_view spec) {
+    if (PPDProcessor_) {
+        PPDProcessor_->deleteAttributeWithKeyword_spec_value(keyword, spec, std::nullopt);
+    }
+}
+
+std::optional<std::string> OrbPPDCustomMediaUpdater::value(std::string_view keyword,
+                                                           std::string_view spec) {
+    return PPDProcessor_ ? PPDProcessor_->valueForAttributeWithKeyword_spec(keyword, spec)
+                         : std::nullopt;
+}
+
+}  // namespace TkPPDUpdating
