@@ -153,6 +153,35 @@ class Pair {
         }
     }
 
+    /// Inserts lines at one place until the blocks in which the processor keeps them must split.
+    void insertManyLinesAtOnePlace() {
+        const std::size_t index = texts_.below(model_.lines().size() + 1);
+        story_ << "insert many lines at " << index << "\n";
+        for (std::size_t i = 0; i < 700; ++i) {
+            // Behind the last one, or anywhere among those before.
+            const std::size_t here = index + (texts_.oneIn(2) ? texts_.below(i + 1) : i);
+            const std::string line = texts_.line();
+            processor_->lines()->insert(here, line);
+            model_.insertLine(here, line);
+        }
+        processor_->clearContent();
+        model_.clearContent();
+    }
+
+    /// Removes so many lines at one place that whole blocks go.
+    void removeManyLinesAtOnePlace() {
+        const std::size_t size = model_.lines().size();
+        const std::size_t index = texts_.below(size + 1);
+        const std::size_t count = std::min<std::size_t>(size - index, texts_.below(1200));
+        story_ << "remove " << count << " lines at " << index << "\n";
+        processor_->lines()->erase(index, count);
+        for (std::size_t i = 0; i < count; ++i) {
+            model_.eraseLine(index);
+        }
+        processor_->clearContent();
+        model_.clearContent();
+    }
+
     void compareWhole() {
         ASSERT_EQ(linesOf(*processor_), model_.lines());
         ASSERT_EQ(processor_->insertLocation(), model_.insertLocation());
@@ -271,7 +300,8 @@ class Pair {
     std::ostringstream story_;
 };
 
-void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCount) {
+void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCount,
+                 std::size_t stepsBetweenManyLines = SIZE_MAX) {
     HostileTexts texts(seed);
     // Most texts name their languages first, so that deletions seldom end in an error.
     std::string content = texts.oneIn(8) ? "" : "*cupsLanguages: \"en fr  a:b\"\n";
@@ -283,6 +313,10 @@ void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCoun
     for (std::size_t i = 0; i < stepCount && !::testing::Test::HasFailure(); ++i) {
         if (!pair.step()) {
             return;
+        }
+        if (texts.oneIn(stepsBetweenManyLines)) {
+            pair.insertManyLinesAtOnePlace();
+            pair.removeManyLinesAtOnePlace();
         }
     }
     pair.compareWhole();
@@ -308,7 +342,7 @@ TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverLongTexts) {
     constexpr std::uint32_t kFirstSeed = 42;
     for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 15; ++seed) {
         HostileTexts sizes(~seed);
-        runSequence(seed, 2000 + sizes.below(3000), 400);
+        runSequence(seed, 2000 + sizes.below(3000), 300, 50);
         if (HasFailure()) {
             return;
         }
