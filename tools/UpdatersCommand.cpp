@@ -24,8 +24,9 @@ ExitStatus UpdatersCommand::run() {
         }
     }
     std::set<std::string_view> names;
+    const OrbPPDConcreteUpdatingManager manager;
     resultOf(file_, [&] {
-        for (const OrbClass* updaterClass : OrbPPDConcreteUpdatingManager().registeredClasses()) {
+        for (const OrbClass* updaterClass : manager.registeredClasses()) {
             if (!PPDFile || updaterClass->newInstance()->isApplicableForPPDFile(PPDFile.get())) {
                 names.insert(updaterClass->name());
             }
