@@ -65,7 +65,8 @@ class OrbPPDLines {
     struct Line {
         std::string_view text;
         Block* block = nullptr;
-        /// The next line, in line order, with the same key; kept while there is an index.
+        /// The neighbours, in line order, with the same key; kept while there is an index.
+        LineID previousOfKey = kNoLine;
         LineID nextOfKey = kNoLine;
     };
 
@@ -93,6 +94,7 @@ class OrbPPDLines {
     void renumberBlocksFrom(std::size_t position);
 
     void buildIndex() const;
+    void linkAfter(Chain& chain, LineID previous, LineID line) const;
     void addToIndex(LineID line) const;
     void removeFromIndex(LineID line) const;
     const Chain* chainOf(Key key) const;
