@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "tools/Command.h"
+
+namespace TkPPDUpdating {
+
+/// "updaters": the registered updater classes, or those that apply to a PPD.
+class UpdatersCommand : public Command {
+  public:
+    /// Not owned; outlives the command.
+    explicit UpdatersCommand(CLI::App& application);
+
+    ExitStatus run() override;
+
+  private:
+    std::string file_;
+};
+
+}  // namespace TkPPDUpdating
