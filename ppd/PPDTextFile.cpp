@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <system_error>
@@ -37,30 +38,31 @@ std::string systemError() {
 }
 
 /// Reads to the end of the file, which may be longer or shorter than it was said to be.
-std::optional<std::string> bytesOf(int descriptor, std::size_t expectedSize, std::string& reason) {
-    std::string bytes(expectedSize + 1, '\0');
+std::optional<std::string> bytesOf(int descriptor, std::size_t expectedSize,
+                                   std::size_t largestSize, std::string& reason) {
+    std::string bytes;
     std::size_t length = 0;
-    while (true) {
+    for (std::size_t room = expectedSize; length <= largestSize; room = length) {
         if (length == bytes.size()) {
-            bytes.resize(bytes.size() * 2);
+            bytes.resize(length + room + 1);
         }
         const ssize_t count = ::read(descriptor, bytes.data() + length, bytes.size() - length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            reason = systemError();
-            return std::nullopt;
-        }
         if (count == 0) {
             bytes.resize(length);
             return bytes;
         }
-        length += static_cast<std::size_t>(count);
+        if (count < 0 && errno != EINTR) {
+            reason = systemError();
+            return std::nullopt;
+        }
+        length += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
+    reason = "is larger than " + std::to_string(largestSize) + " bytes";
+    return std::nullopt;
 }
 
-std::optional<std::string> bytesOfRegularFile(const std::string& path, std::string& reason) {
+std::optional<std::string> bytesOfRegularFile(const std::string& path, std::size_t largestSize,
+                                              std::string& reason) {
     // O_NONBLOCK: opening a named pipe must not wait for a writer.
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
@@ -72,15 +74,17 @@ std::optional<std::string> bytesOfRegularFile(const std::string& path, std::stri
         reason = S_ISDIR(status.st_mode) ? "is a directory" : "is not a regular file";
         return std::nullopt;
     }
-    return bytesOf(file.get(), static_cast<std::size_t>(status.st_size), reason);
+    const auto expectedSize = static_cast<std::size_t>(status.st_size);
+    return bytesOf(file.get(), std::min(expectedSize, largestSize), largestSize, reason);
 }
 
 }  // namespace
 
-PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason) {
+PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason,
+                                  std::size_t largestSize) {
     std::string ignored;
     std::string& cause = reason ? *reason : ignored;
-    auto bytes = bytesOfRegularFile(path, cause);
+    auto bytes = bytesOfRegularFile(path, largestSize, cause);
     if (!bytes) {
         return nullptr;
     }

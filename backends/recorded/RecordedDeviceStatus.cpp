@@ -1,0 +1,76 @@
+#include "backends/recorded/RecordedDeviceStatus.h"
+
+#include <utility>
+
+#include "backends/recorded/BoundedJSON.h"
+#include "backends/recorded/RecordingReader.h"
+#include "backends/recorded/RecordingWriter.h"
+#include "core_interface/FileURL.h"
+#include "ppd/PPDTextFile.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// Far above any real printer, far below what would exhaust memory.
+constexpr std::size_t kLargestRecording = std::size_t{16} * 1024 * 1024;
+
+std::shared_ptr<const OrbCSDeviceStatus> statusWithContentsOfFile(const std::string& path,
+                                                                  std::string& error) {
+    const PPDText recording = PPDTextWithContentsOfFile(path, &error, kLargestRecording);
+    auto status = recording ? RecordedDeviceStatus::statusWithJSON(*recording, error) : nullptr;
+    if (!status) {
+        error = path + ": " + error;
+    }
+    return status;
+}
+
+}  // namespace
+
+std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON(
+    std::string_view JSON, std::string& error) {
+    const auto recording = JSONWithText(JSON, error);
+    if (!recording) {
+        return nullptr;
+    }
+    RecordingReader reader;
+    Values values = reader.values(*recording);
+    if (!reader.error().empty()) {
+        error = reader.error();
+        return nullptr;
+    }
+    return std::make_shared<const RecordedDeviceStatus>(std::move(values), reader.droppedTexts());
+}
+
+std::string RecordedDeviceStatus::JSONForStatus(const OrbCSDeviceStatus& status) {
+    return recordingOfStatus(status);
+}
+
+RecordedDeviceStatus::RecordedDeviceStatus(Values values, std::vector<std::string> droppedTexts)
+    : values_(std::move(values)), droppedTexts_(std::move(droppedTexts)) {}
+
+const OrbCSStatusValue* RecordedDeviceStatus::statusValueForKey_error(std::string_view key,
+                                                                      std::string* error) const {
+    const auto value = values_.find(key);
+    if (value != values_.end()) {
+        return &value->second;
+    }
+    if (error) {
+        *error = "is not in the recording";
+    }
+    return nullptr;
+}
+
+void registerRecordedDeviceStatus(DeviceStatusSchemes& schemes) {
+    schemes.registerScheme("file",
+                           [](const std::string& deviceURI, const OrbDictionary* /*parameters*/,
+                              std::string& error) -> std::shared_ptr<const OrbCSDeviceStatus> {
+                               if (const auto path = pathFromFileURL(deviceURI)) {
+                                   return statusWithContentsOfFile(*path, error);
+                               }
+                               error = "the device URI names no file of this machine";
+                               return nullptr;
+                           });
+}
+
+}  // namespace TkPPDUpdating

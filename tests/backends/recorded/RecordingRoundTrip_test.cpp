@@ -1,0 +1,259 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "backends/ppdmodel/PPDModelCustomMediaType.h"
+#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "core_interface/TkCSKeys.h"
+#include "ppd/PPDTextFile.h"
+#include "tests/support/StatusValueEquality.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating {
+namespace {
+
+using Values = RecordedDeviceStatus::Values;
+using Testing::answerTheSame;
+using Testing::FakeDeviceStatus;
+
+/// Makes statuses of all forms; the same ones in every run.
+class RandomStatus {
+  public:
+    explicit RandomStatus(unsigned seed) : generator_(seed) {}
+
+    Values values() {
+        Values values;
+        add(values, kTkCSDeviceAccessoriesKey, [this] {
+            return listOf([this] { return OrbCSDeviceAccessory{maybeText(), chance()}; });
+        });
+        add(values, kTkCSInstalledPensConfigurationKey, [this] { return pens(); });
+        add(values, kTkCSLinTableKey, [this] { return OrbCSLinTable{maybeNumber()}; });
+        add(values, kTkCSMaxSupportedResolutionKey,
+            [this] { return chance() ? OrbCSNumberOrString(text()) : number(); });
+        add(values, kTkCSRemainingPagesEstimationsKey, [this] {
+            return listOf([this] {
+                return OrbCSRemainingPagesEstimation{maybeText(), maybeNumber(), maybeNumber(),
+                                                     maybeNumber()};
+            });
+        });
+        add(values, kTkCSCustomMediaTypesKey,
+            [this] { return listOf([this] { return mediaType(); }); });
+        return values;
+    }
+
+  private:
+    template <typename Make>
+    std::vector<std::invoke_result_t<Make>> listOf(const Make& make) {
+        std::vector<std::invoke_result_t<Make>> list;
+        for (unsigned i = below(4); i > 0; --i) {
+            list.push_back(make());
+        }
+        return list;
+    }
+
+    unsigned below(unsigned bound) { return static_cast<unsigned>(generator_() % bound); }
+    bool chance() { return below(2) == 0; }
+
+    std::string text() {
+        static constexpr std::array<const char*, 10> kPieces{
+            "a", "Z9", " ", "/", "\\", "*:%", "<C3A9>", "\xC3\xA9", "\xF0\x9F\x98\x80", "{[,]}"};
+        std::string text;
+        for (unsigned i = below(6); i > 0; --i) {
+            text += kPieces[below(kPieces.size())];
+        }
+        return text;
+    }
+
+    std::optional<std::string> maybeText() {
+        return chance() ? std::optional(text()) : std::nullopt;
+    }
+
+    /// In the form that reading gives: a whole number is an integer where one can hold it.
+    OrbCSNumberOrString number() {
+        static constexpr std::array<double, 8> kReals{0.5,  -0.1,    1e-7,    1e300,
+                                                      1e21, -2.5e-9, 1.0 / 3, 5e-324};
+        static constexpr std::array<std::int64_t, 6> kWhole{0, 7, -7, 1200, INT64_MAX, INT64_MIN};
+        switch (below(3)) {
+            case 0:
+                return OrbCSNumberOrString(kReals[below(kReals.size())]);
+            case 1:
+                return OrbCSNumberOrString(UINT64_MAX - below(3));
+            default:
+                return OrbCSNumberOrString(kWhole[below(kWhole.size())]);
+        }
+    }
+
+    std::optional<OrbCSNumberOrString> maybeNumber() {
+        return chance() ? std::optional(number()) : std::nullopt;
+    }
+
+    OrbCSPensConfiguration pens() {
+        OrbCSPensConfiguration pens{maybeText(), {}};
+        for (unsigned i = below(4); i > 0; --i) {
+            pens.PPDAttributeValues[text()] = text();
+        }
+        return pens;
+    }
+
+    std::shared_ptr<const OrbCustomMediaType> mediaType() {
+        std::shared_ptr<const OrbICCProfile> profile;
+        if (chance()) {
+            const bool hasID = chance();
+            profile = std::make_shared<const PPDModelICCProfile>(
+                "file:///" + std::to_string(below(9)) + "%20.icc",
+                hasID ? maybeText() : std::optional(text()),
+                hasID ? std::optional<std::uint64_t>(UINT64_MAX - below(2)) : std::nullopt);
+        }
+        return std::make_shared<const PPDModelCustomMediaType>(maybeText(), maybeText(),
+                                                               maybeText(), profile);
+    }
+
+    template <typename Make>
+    void add(Values& values, std::string_view key, const Make& make) {
+        if (chance()) {
+            values.emplace(key, make());
+        }
+    }
+
+    std::mt19937 generator_;
+};
+
+std::shared_ptr<const RecordedDeviceStatus> readBack(const std::string& JSON) {
+    std::string error;
+    auto status = RecordedDeviceStatus::statusWithJSON(JSON, error);
+    EXPECT_TRUE(status) << error << " in: " << JSON;
+    return status;
+}
+
+TEST(RecordingRoundTrip, ReadingBackWhatWasWrittenGivesAnEqualStatus) {
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        const Values values = RandomStatus(seed).values();
+        const std::string JSON = RecordedDeviceStatus::JSONForStatus(FakeDeviceStatus(values));
+        const auto status = readBack(JSON);
+        ASSERT_TRUE(status);
+        EXPECT_TRUE(status->droppedTexts().empty()) << JSON;
+        for (const std::string_view key :
+             {kTkCSDeviceAccessoriesKey, kTkCSInstalledPensConfigurationKey, kTkCSLinTableKey,
+              kTkCSMaxSupportedResolutionKey, kTkCSRemainingPagesEstimationsKey,
+              kTkCSCustomMediaTypesKey}) {
+            const auto expected = values.find(key);
+            const auto* found = status->statusValueForKey_error(key, nullptr);
+            ASSERT_EQ(found != nullptr, expected != values.end()) << key << " in " << JSON;
+            EXPECT_TRUE(!found || answerTheSame(*found, expected->second)) << key << " in " << JSON;
+        }
+        EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(*status), JSON);
+    }
+}
+
+TEST(RecordingRoundTrip, WritesKeysInTheOrderOfTheFormatWithTwoBlanksOfIndentation) {
+    const FakeDeviceStatus status(
+        Values{{std::string(kTkCSCustomMediaTypesKey),
+                OrbCustomMediaTypes{std::make_shared<const PPDModelCustomMediaType>(
+                    "Glossy", "1201", "3",
+                    std::make_shared<const PPDModelICCProfile>("file:///g.icc", "q1", 7))}},
+               {std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories{{"Duplexer", true}}},
+               {std::string(kTkCSInstalledPensConfigurationKey),
+                OrbCSPensConfiguration{"FourPens", {{"ZrPenDyes", "C"}}}},
+               {std::string(kTkCSLinTableKey), OrbCSLinTable{OrbCSNumberOrString(std::int64_t{0})}},
+               {std::string(kTkCSMaxSupportedResolutionKey), OrbCSNumberOrString(1200.0)},
+               {std::string(kTkCSRemainingPagesEstimationsKey),
+                OrbCSRemainingPagesEstimations{{"A", OrbCSNumberOrString(0.5), std::nullopt,
+                                                OrbCSNumberOrString(std::int64_t{2})}}}});
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(status), R"({
+  "DeviceAccessories": [
+    {
+      "name": "Duplexer",
+      "isInstalled": true
+    }
+  ],
+  "InstalledPensConfiguration": {
+    "codeName": "FourPens",
+    "PPDAttributeValues": {
+      "ZrPenDyes": "C"
+    }
+  },
+  "LinTable": {
+    "timestamp": 0
+  },
+  "MaxSupportedResolution": 1200,
+  "RemainingPagesEstimations": [
+    {
+      "pageTypeName": "A",
+      "minPageCount": 0.5,
+      "state": 2
+    }
+  ],
+  "CustomMediaTypes": [
+    {
+      "name": "Glossy",
+      "mediaID": "1201",
+      "parentMediaID": "3",
+      "ICCProfile": {
+        "URL": "file:///g.icc",
+        "qualifierVer2": "q1",
+        "profileID": 7
+      }
+    }
+  ]
+}
+)");
+}
+
+TEST(RecordingRoundTrip, WritesASilentPrinterAsAnEmptyObject) {
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(FakeDeviceStatus()), "{}\n");
+}
+
+TEST(RecordingRoundTrip, LeavesOutWhatJSONCannotExpress) {
+    const FakeDeviceStatus status(
+        Values{{std::string(kTkCSLinTableKey),
+                OrbCSLinTable{OrbCSNumberOrString(std::numeric_limits<double>::quiet_NaN())}},
+               {std::string(kTkCSMaxSupportedResolutionKey),
+                OrbCSNumberOrString(std::numeric_limits<double>::infinity())},
+               {std::string(kTkCSCustomMediaTypesKey), OrbCustomMediaTypes{nullptr}}});
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(status),
+              "{\n  \"LinTable\": {},\n  \"CustomMediaTypes\": []\n}\n");
+}
+
+TEST(RecordingRoundTrip, WritesATextThatIsNotUTF8WithReplacementCharacters) {
+    const FakeDeviceStatus status(Values{
+        {std::string(kTkCSMaxSupportedResolutionKey), OrbCSNumberOrString(std::string("a\xFF"))}});
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(status),
+              "{\n  \"MaxSupportedResolution\": \"a\xEF\xBF\xBD\"\n}\n");
+}
+
+TEST(RecordingRoundTrip, IgnoresAValueOfATypeThatDoesNotStandUnderItsKey) {
+    const FakeDeviceStatus status(
+        Values{{std::string(kTkCSLinTableKey), OrbCSNumberOrString(std::int64_t{1})}});
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(status), "{}\n");
+}
+
+TEST(RecordingRoundTrip, TheExampleInTheManualIsARecordingOfAllMembers) {
+    const PPDText page =
+        PPDTextWithContentsOfFile(TKPPDUPDATING_SOURCE_DIR "/docs/recorded-status.md");
+    ASSERT_TRUE(page);
+    const std::string fence = "```json\n";
+    const std::size_t start = page->find(fence);
+    ASSERT_NE(start, std::string::npos);
+    const std::size_t end = page->find("```", start + fence.size());
+    const auto status = readBack(page->substr(start + fence.size(), end - start - fence.size()));
+    ASSERT_TRUE(status);
+    for (const std::string_view key :
+         {kTkCSDeviceAccessoriesKey, kTkCSInstalledPensConfigurationKey, kTkCSLinTableKey,
+          kTkCSMaxSupportedResolutionKey, kTkCSRemainingPagesEstimationsKey,
+          kTkCSCustomMediaTypesKey}) {
+        EXPECT_TRUE(status->statusValueForKey_error(key, nullptr)) << key;
+    }
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating

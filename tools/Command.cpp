@@ -1,0 +1,15 @@
+#include "tools/Command.h"
+
+#include "tools/Failure.h"
+
+namespace TkPPDUpdating {
+
+Command::Command(CLI::App& application, const std::string& name, const std::string& description)
+    : subcommand_(application.add_subcommand(name, description)) {}
+
+void Command::throwMalformedAttribute(const std::string& place) {
+    throw Failure(ExitStatus::noResult, place,
+                  "an attribute that an updater looks up ends at its colon: it has no value");
+}
+
+}  // namespace TkPPDUpdating

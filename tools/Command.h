@@ -1,0 +1,46 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+#include "tools/ExitStatus.h"
+
+namespace TkPPDUpdating {
+
+/// One command of the tool. A concrete command adds its options to the subcommand that it makes and
+/// does its work in `run`.
+class Command {
+  public:
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+    virtual ~Command() = default;
+
+    /// Whether the user named this command.
+    bool wasChosen() const { return subcommand_->parsed(); }
+
+    /// Does the work. Raises a `Failure` when there is no result.
+    virtual ExitStatus run() = 0;
+
+  protected:
+    Command(CLI::App& application, const std::string& name, const std::string& description);
+
+    CLI::App& subcommand() { return *subcommand_; }
+
+    /// Runs an operation of the library; its out-of-range error becomes a `Failure` about `place`.
+    template <typename Operation>
+    static auto resultOf(const std::string& place, const Operation& operation) {
+        try {
+            return operation();
+        } catch (const std::out_of_range&) {
+            throwMalformedAttribute(place);
+        }
+    }
+
+  private:
+    [[noreturn]] static void throwMalformedAttribute(const std::string& place);
+
+    CLI::App* subcommand_;
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,59 @@
+#include "tools/DeviceOutcome.h"
+
+#include "tools/Backends.h"
+#include "tools/Diagnostics.h"
+#include "tools/Failure.h"
+
+namespace TkPPDUpdating {
+
+CLI::Option* DeviceOutcome::addTo(CLI::App& subcommand, CLI::App& group) {
+    CLI::Option* device =
+        group
+            .add_option("--device-uri", deviceURI_,
+                        "The printer whose status is used; file:PATH names a recorded status")
+            ->type_name("URI");
+    subcommand
+        .add_flag("--require-device", isRequired_,
+                  "Fail with exit status 3 when the printer gives no status")
+        ->needs(device);
+    return device;
+}
+
+std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(
+    const OrbDictionary& parameters) const {
+    return OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, &parameters,
+                                                                   nullptr);
+}
+
+std::string DeviceOutcome::shownDevice() const {
+    return "the device \"" + Diagnostics::withoutUserInfo(deviceURI_) + "\"";
+}
+
+std::string DeviceOutcome::reasonForSilence(const OneAnswerServices& devices) const {
+    const auto answer = devices.answerOfDevice(deviceURI_);
+    return shownDevice() + " gave no status" +
+           (answer && !answer->reason.empty() ? ": " + answer->reason : "");
+}
+
+void DeviceOutcome::report(const std::string& place, const OneAnswerServices& devices,
+                           const OrbDictionary& parameters) const {
+    if (isRequired_) {
+        (void)status(parameters);
+    }
+    const auto answer = devices.answerOfDevice(deviceURI_);
+    if (!answer) {
+        return;
+    }
+    if (!answer->status && isRequired_) {
+        throw Failure(ExitStatus::deviceSilent, place, reasonForSilence(devices));
+    }
+    if (!answer->status) {
+        Diagnostics::warning(place, reasonForSilence(devices));
+        return;
+    }
+    for (const std::string& dropped : Backends::droppedTexts(*answer->status)) {
+        Diagnostics::warning(place, shownDevice() + ": " + dropped);
+    }
+}
+
+}  // namespace TkPPDUpdating

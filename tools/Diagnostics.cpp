@@ -1,0 +1,78 @@
+#include "tools/Diagnostics.h"
+
+#include <cstdio>
+
+#include "ppd/UTF8.h"
+#include "tools/Terminal.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+void appendEscaped(std::string& printable, unsigned char byte) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    printable += "\\x";
+    printable += kDigits[byte >> 4U];
+    printable += kDigits[byte & 0xFU];
+}
+
+bool isControl(char32_t codePoint) {
+    return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) || codePoint == 0x2028 ||
+           codePoint == 0x2029;
+}
+
+void writeLine(std::string_view place, std::string_view mark, std::string_view reason) {
+    std::string line = "tkppdupdate: ";
+    if (!place.empty()) {
+        line += Diagnostics::printable(place) + ": ";
+    }
+    line += mark;
+    line += Diagnostics::printable(reason) + "\n";
+    Terminal::clearProgress();
+    // One call, so that lines of parallel runs do not mix. Nobody is left to tell of a failure.
+    (void)std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace
+
+void Diagnostics::error(std::string_view place, std::string_view reason) {
+    writeLine(place, "", reason);
+}
+
+void Diagnostics::warning(std::string_view place, std::string_view reason) {
+    writeLine(place, "warning: ", reason);
+}
+
+std::string Diagnostics::printable(std::string_view text) {
+    std::string printable;
+    printable.reserve(text.size());
+    while (!text.empty()) {
+        const auto character = UTF8CharacterAtStart(text);
+        const std::string_view bytes = text.substr(0, character ? character->length : 1);
+        if (character && !isControl(character->codePoint)) {
+            printable += bytes;
+        } else {
+            for (const char byte : bytes) {
+                appendEscaped(printable, static_cast<unsigned char>(byte));
+            }
+        }
+        text.remove_prefix(bytes.size());
+    }
+    return printable;
+}
+
+std::string Diagnostics::withoutUserInfo(std::string_view deviceURI) {
+    std::string shown(deviceURI);
+    const std::size_t authority = shown.find("://");
+    if (authority != std::string::npos) {
+        const std::size_t start = authority + 3;
+        const std::size_t end = shown.find_first_of("/?#", start);
+        const std::size_t at = shown.rfind('@', end);
+        if (at != std::string::npos && at >= start) {
+            shown.erase(start, at + 1 - start);
+        }
+    }
+    return shown;
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace TkPPDUpdating {
+
+/// Writes the tool's lines to standard error: "tkppdupdate: PLACE: REASON", always one line each.
+class Diagnostics {
+  public:
+    Diagnostics() = delete;
+
+    /// `place` is the file or queue that it is about; left out when empty.
+    static void error(std::string_view place, std::string_view reason);
+
+    /// The same, marked as a warning.
+    static void warning(std::string_view place, std::string_view reason);
+
+    /// The text with every control character and every byte that is not UTF-8 written as "\xNN", so
+    /// that a file name or a printer's text can neither begin a line nor steer a terminal.
+    static std::string printable(std::string_view text);
+
+    /// A device URI without the user name and password that may stand in it (RFC 3986: userinfo).
+    static std::string withoutUserInfo(std::string_view deviceURI);
+};
+
+}  // namespace TkPPDUpdating

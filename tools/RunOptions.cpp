@@ -1,0 +1,50 @@
+#include "tools/RunOptions.h"
+
+#include "manager/OrbClassTable.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// Empty for the name of an updater class, else what is wrong.
+std::string complaintAboutClassName(const std::string& name) {
+    const OrbClass* updaterClass = OrbClassFromName(name);
+    if (updaterClass && updaterClass->conformsToITkPPDUpdater()) {
+        return {};
+    }
+    return "no updater class is named \"" + name + "\"; \"tkppdupdate updaters\" lists them";
+}
+
+}  // namespace
+
+void RunOptions::addTo(CLI::App& subcommand) {
+    // One class for each time that the option is given: the argument after it may be the file.
+    const auto addClassOption = [&](const std::string& name, std::vector<std::string>& classes,
+                                    const std::string& description) {
+        subcommand.add_option(name, classes, description)
+            ->type_name("CLASS")
+            ->allow_extra_args(false)
+            ->check(CLI::Validator(complaintAboutClassName, ""));
+    };
+    addClassOption("--only", only_, "Run just this updater class (may be repeated)");
+    addClassOption("--skip", skip_, "Run all but this updater class (may be repeated)");
+}
+
+std::unique_ptr<OrbPPDConcreteUpdatingManager> RunOptions::makeManager() const {
+    auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
+    if (!only_.empty()) {
+        const auto builtIn = manager->registeredClasses();
+        for (const OrbClass* updaterClass : builtIn) {
+            manager->unregisterUpdaterClass(updaterClass);
+        }
+        for (const std::string& name : only_) {
+            manager->registerUpdaterClass(OrbClassFromName(name));
+        }
+    }
+    for (const std::string& name : skip_) {
+        manager->unregisterUpdaterClass(OrbClassFromName(name));
+    }
+    return manager;
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,36 @@
+#include "tools/StandardOutput.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "tools/Failure.h"
+#include "tools/Terminal.h"
+
+namespace TkPPDUpdating {
+
+void StandardOutput::write(std::string_view bytes) {
+    Terminal::clearProgress();
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
+            throw Failure(ExitStatus::noResult, "standard output",
+                          std::generic_category().message(errno));
+        }
+        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+}
+
+void StandardOutput::reserveClosedStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) == -1 && errno == EBADF) {
+            // Opened the wrong way round on purpose: its use fails as on the closed stream.
+            const int mode = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+            (void)::open("/dev/null", mode);  // NOLINT(cppcoreguidelines-pro-type-vararg)
+        }
+    }
+}
+
+}  // namespace TkPPDUpdating

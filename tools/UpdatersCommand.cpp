@@ -1,0 +1,43 @@
+#include "tools/UpdatersCommand.h"
+
+#include <set>
+
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "tools/Failure.h"
+#include "tools/StandardOutput.h"
+
+namespace TkPPDUpdating {
+
+UpdatersCommand::UpdatersCommand(CLI::App& application)
+    : Command(application, "updaters", "List the updater classes, or those that apply to a PPD") {
+    subcommand().add_option("FILE", file_, "The PPD that they shall apply to")->type_name("");
+}
+
+ExitStatus UpdatersCommand::run() {
+    std::shared_ptr<const PPDModelFile> PPDFile;
+    if (file_) {
+        std::string reason;
+        PPDFile = PPDModelFile::fileWithContentsOfFile(*file_, &reason);
+        if (!PPDFile) {
+            throw Failure(ExitStatus::noResult, *file_, reason);
+        }
+    }
+    std::set<std::string_view> names;
+    const OrbPPDConcreteUpdatingManager manager;
+    resultOf(file_.value_or(""), [&] {
+        for (const OrbClass* updaterClass : manager.registeredClasses()) {
+            if (!PPDFile || updaterClass->newInstance()->isApplicableForPPDFile(PPDFile.get())) {
+                names.insert(updaterClass->name());
+            }
+        }
+    });
+    std::string lines;
+    for (const std::string_view name : names) {
+        lines.append(name).append("\n");
+    }
+    StandardOutput::write(lines);
+    return ExitStatus::done;
+}
+
+}  // namespace TkPPDUpdating

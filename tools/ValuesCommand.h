@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "manager/ITkPPDUpdater.h"
+#include "tools/Backends.h"
+#include "tools/Command.h"
+#include "tools/DeviceOutcome.h"
+#include "tools/RunOptions.h"
+
+namespace TkPPDUpdating {
+
+/// "values": what the updaters would write into a PPD, as one JSON object.
+class ValuesCommand : public Command {
+  public:
+    /// Neither is owned; both outlive the command.
+    ValuesCommand(CLI::App& application, const Backends& backends);
+
+    ExitStatus run() override;
+
+  private:
+    OrbPPDUpdatingValues valuesForQueue(const std::string& queueName) const;
+    OrbPPDUpdatingValues valuesForFile() const;
+
+    const Backends& backends_;
+    RunOptions runOptions_;
+    DeviceOutcome device_;
+    std::optional<std::string> queueName_;
+    std::string file_;
+};
+
+}  // namespace TkPPDUpdating

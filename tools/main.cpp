@@ -1,0 +1,70 @@
+// tkppdupdate: the command line of the library.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <new>
+
+#include "tools/Backends.h"
+#include "tools/Command.h"
+#include "tools/Diagnostics.h"
+#include "tools/Failure.h"
+#include "tools/StandardOutput.h"
+#include "tools/UpdateCommand.h"
+#include "tools/UpdatersCommand.h"
+#include "tools/ValuesCommand.h"
+
+namespace {
+
+using namespace TkPPDUpdating;
+
+constexpr const char* kVersion = "tkppdupdate " TKPPDUPDATING_VERSION;
+
+ExitStatus parseAndRun(int argumentCount, char** arguments) {
+    CLI::App application("Keeps the PPD of a CUPS print queue in step with its printer",
+                         "tkppdupdate");
+    application.set_version_flag("--version", kVersion);
+    application.require_subcommand(1);
+
+    const Backends backends;
+    UpdateCommand update(application, backends);
+    ValuesCommand values(application, backends);
+    UpdatersCommand updaters(application);
+    const std::array<Command*, 3> commands = {&update, &values, &updaters};
+
+    try {
+        application.parse(argumentCount, arguments);
+    } catch (const CLI::CallForHelp&) {
+        StandardOutput::write(application.help());
+        return ExitStatus::done;
+    } catch (const CLI::CallForVersion&) {
+        StandardOutput::write(std::string(kVersion) + "\n");
+        return ExitStatus::done;
+    } catch (const CLI::ParseError& error) {
+        throw Failure(ExitStatus::usage, "",
+                      std::string(error.what()) + " (\"tkppdupdate --help\" tells the usage)");
+    }
+    const auto chosen = std::find_if(commands.begin(), commands.end(),
+                                     [](const Command* command) { return command->wasChosen(); });
+    return (*chosen)->run();
+}
+
+ExitStatus runReportingFailures(int argumentCount, char** arguments) {
+    try {
+        return parseAndRun(argumentCount, arguments);
+    } catch (const Failure& failure) {
+        Diagnostics::error(failure.place(), failure.what());
+        return failure.status();
+    } catch (const std::bad_alloc&) {
+        Diagnostics::error("", "there is not enough memory");
+    } catch (const std::exception& error) {
+        Diagnostics::error("", error.what());
+    }
+    return ExitStatus::noResult;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    TkPPDUpdating::StandardOutput::reserveClosedStreams();
+    return static_cast<int>(runReportingFailures(argumentCount, arguments));
+}
