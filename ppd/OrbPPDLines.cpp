@@ -261,27 +261,29 @@ std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLookUp(std::string_view keywor
     return spec ? hashIgnoringCase(partBefore(*spec, ':', '/'), keyOfKeyword) : keyOfKeyword;
 }
 
+/// Puts the line into the chain behind `previous`, or first when that is no line.
+void OrbPPDLines::linkAfter(Chain& chain, LineID previous, LineID line) const {
+    LineID& nextOfPrevious = previous == kNoLine ? chain.first : lines_[previous].nextOfKey;
+    const LineID next = std::exchange(nextOfPrevious, line);
+    (next == kNoLine ? chain.last : lines_[next].previousOfKey) = line;
+    lines_[line].previousOfKey = previous;
+    lines_[line].nextOfKey = next;
+}
+
 void OrbPPDLines::addToIndex(LineID line) const {
     const auto key = keyOfLine(lines_[line].text);
     if (!key) {
         return;
     }
     Chain& chain = index_->findOrAdd(*key);
-    if (chain.first == kNoLine) {
-        chain = {line, line};
-    } else if (comesBefore(chain.last, line)) {
-        lines_[chain.last].nextOfKey = line;
-        chain.last = line;
-    } else if (comesBefore(line, chain.first)) {
-        lines_[line].nextOfKey = chain.first;
-        chain.first = line;
-    } else {
-        LineID before = chain.first;
-        while (comesBefore(lines_[before].nextOfKey, line)) {
-            before = lines_[before].nextOfKey;
-        }
-        lines_[line].nextOfKey = std::exchange(lines_[before].nextOfKey, line);
+    LineID previous = chain.last;
+    if (chain.first != kNoLine && comesBefore(line, chain.first)) {
+        previous = kNoLine;
     }
+    while (previous != kNoLine && !comesBefore(previous, line)) {
+        previous = lines_[previous].previousOfKey;
+    }
+    linkAfter(chain, previous, line);
 }
 
 void OrbPPDLines::removeFromIndex(LineID line) const {
@@ -290,32 +292,19 @@ void OrbPPDLines::removeFromIndex(LineID line) const {
         return;
     }
     Chain& chain = *index_->find(*key);
-    if (chain.first == line) {
-        chain.first = lines_[line].nextOfKey;
-        return;
-    }
-    LineID before = chain.first;
-    while (lines_[before].nextOfKey != line) {
-        before = lines_[before].nextOfKey;
-    }
-    lines_[before].nextOfKey = lines_[line].nextOfKey;
-    if (chain.last == line) {
-        chain.last = before;
-    }
+    const auto [previous, next] = std::pair(lines_[line].previousOfKey, lines_[line].nextOfKey);
+    (previous == kNoLine ? chain.first : lines_[previous].nextOfKey) = next;
+    (next == kNoLine ? chain.last : lines_[next].previousOfKey) = previous;
 }
 
 void OrbPPDLines::buildIndex() const {
     index_.emplace(size_);
     for (const auto& block : blocks_) {
         for (const LineID line : block->lines) {
-            const auto key = keyOfLine(lines_[line].text);
-            if (!key) {
-                continue;
+            if (const auto key = keyOfLine(lines_[line].text)) {
+                Chain& chain = index_->findOrAdd(*key);
+                linkAfter(chain, chain.last, line);
             }
-            lines_[line].nextOfKey = kNoLine;
-            Chain& chain = index_->findOrAdd(*key);
-            (chain.first == kNoLine ? chain.first : lines_[chain.last].nextOfKey) = line;
-            chain.last = line;
         }
     }
 }

@@ -69,7 +69,8 @@ class OrbPPDLines {
     struct Line {
         std::string_view text;
         Block* block = nullptr;
-        /// The next line, in line order, with the same key; kept while there is an index.
+        /// The neighbours, in line order, with the same key; kept while there is an index.
+        LineID previousOfKey = kNoLine;
         LineID nextOfKey = kNoLine;
     };
 
@@ -86,6 +87,7 @@ class OrbPPDLines {
     void sumBlockSizes();
 
     void buildIndex() const;
+    void linkAfter(Chain& chain, LineID previous, LineID line) const;
     void addToIndex(LineID line) const;
     void removeFromIndex(LineID line) const;
 

@@ -6,9 +6,9 @@
 
 namespace TkPPDUpdating {
 
-CLI::Option* DeviceOutcome::addTo(CLI::App& subcommand) {
+CLI::Option* DeviceOutcome::addTo(CLI::App& subcommand, CLI::App& group) {
     CLI::Option* device =
-        subcommand
+        group
             .add_option("--device-uri", deviceURI_,
                         "The printer whose status is used; file:PATH names a recorded status")
             ->type_name("URI");
@@ -25,9 +25,13 @@ std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(
                                                                    nullptr);
 }
 
+std::string DeviceOutcome::shownDevice() const {
+    return "the device \"" + Diagnostics::withoutUserInfo(deviceURI_) + "\"";
+}
+
 std::string DeviceOutcome::reasonForSilence(const OneAnswerServices& devices) const {
     const auto answer = devices.answerOfDevice(deviceURI_);
-    return "the device " + Diagnostics::withoutUserInfo(deviceURI_) + " gave no status" +
+    return shownDevice() + " gave no status" +
            (answer && !answer->reason.empty() ? ": " + answer->reason : "");
 }
 
@@ -48,8 +52,7 @@ void DeviceOutcome::report(const std::string& place, const OneAnswerServices& de
         return;
     }
     for (const std::string& dropped : Backends::droppedTexts(*answer->status)) {
-        Diagnostics::warning(
-            place, "the device " + Diagnostics::withoutUserInfo(deviceURI_) + ": " + dropped);
+        Diagnostics::warning(place, shownDevice() + ": " + dropped);
     }
 }
 

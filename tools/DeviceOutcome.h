@@ -14,8 +14,9 @@ namespace TkPPDUpdating {
 /// The device of a run: the options that name it, and what the user is told of its answer.
 class DeviceOutcome {
   public:
-    /// Adds --device-uri and --require-device; gives the first.
-    CLI::Option* addTo(CLI::App& subcommand);
+    /// Adds --require-device to the subcommand and --device-uri to it or to a group of its options;
+    /// gives the latter.
+    CLI::Option* addTo(CLI::App& subcommand, CLI::App& group);
 
     const std::string& deviceURI() const { return deviceURI_; }
 
@@ -35,6 +36,8 @@ class DeviceOutcome {
     bool isRequired() const { return isRequired_; }
 
   private:
+    std::string shownDevice() const;
+
     std::string deviceURI_;
     bool isRequired_ = false;
 };

@@ -12,7 +12,7 @@ std::string complaintAboutClassName(const std::string& name) {
     if (updaterClass && updaterClass->conformsToITkPPDUpdater()) {
         return {};
     }
-    return "no updater class is named \"" + name + "\" (\"tkppdupdate updaters\" lists them)";
+    return "no updater class is named \"" + name + "\"; \"tkppdupdate updaters\" lists them";
 }
 
 }  // namespace

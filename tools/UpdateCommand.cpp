@@ -15,12 +15,11 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
       backends_(backends) {
     subcommand().add_option("FILE", file_, "The PPD to update")->required()->type_name("");
     auto* source = subcommand().add_option_group("Values", "Where the values come from");
-    device_.addTo(*source);
+    device_.addTo(subcommand(), *source);
     source
         ->add_option("--queue", queueName_, "The print queue whose installed PPD gives the values")
-        ->type_name("NAME")
-        ->excludes("--device-uri");
-    source->require_option(1, 0);
+        ->type_name("NAME");
+    source->require_option(1);
     auto* output = subcommand()
                        .add_option("--output", output_, "Write into this file instead")
                        ->type_name("FILE");
@@ -51,9 +50,9 @@ ExitStatus UpdateCommand::run() {
 PPDText UpdateCommand::updatedText() const {
     return resultOf(file_, [&] {
         const auto manager = runOptions_.makeManager();
-        return queueName_.empty()
-                   ? manager->updatedPPDContentsForFile_deviceURI(file_, device_.deviceURI())
-                   : manager->updatedPPDContentsForFile_queueName(file_, queueName_);
+        return queueName_
+                   ? manager->updatedPPDContentsForFile_queueName(file_, queueName_)
+                   : manager->updatedPPDContentsForFile_deviceURI(file_, device_.deviceURI());
     });
 }
 
@@ -62,8 +61,8 @@ void UpdateCommand::failWithReason() const {
     if (!PPDModelFile::fileWithContentsOfFile(file_, &reason)) {
         throw Failure(ExitStatus::noResult, file_, reason);
     }
-    if (!queueName_.empty() && !backends_.core().queuePPDFile(queueName_, reason)) {
-        throw Failure(ExitStatus::noResult, queueName_, reason);
+    if (queueName_ && !backends_.core().queuePPDFile(*queueName_, reason)) {
+        throw Failure(ExitStatus::noResult, *queueName_, reason);
     }
     throw Failure(ExitStatus::noResult, file_, "it could not be read; it can be now");
 }
@@ -77,8 +76,8 @@ void UpdateCommand::writeResult(const std::string& before, const std::string& af
         if (after != before) {
             replaceFileAtomically(file_, after);
         }
-    } else if (!output_.empty()) {
-        replaceFileAtomically(output_, after);
+    } else if (output_) {
+        replaceFileAtomically(*output_, after);
     } else if (!isDiff_) {
         StandardOutput::write(after);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "ppd/PPDText.h"
@@ -28,8 +29,8 @@ class UpdateCommand : public Command {
     RunOptions runOptions_;
     DeviceOutcome device_;
     std::string file_;
-    std::string queueName_;
-    std::string output_;
+    std::optional<std::string> queueName_;
+    std::optional<std::string> output_;
     bool isInPlace_ = false;
     bool isDiff_ = false;
 };

@@ -16,16 +16,16 @@ UpdatersCommand::UpdatersCommand(CLI::App& application)
 
 ExitStatus UpdatersCommand::run() {
     std::shared_ptr<const PPDModelFile> PPDFile;
-    if (!file_.empty()) {
+    if (file_) {
         std::string reason;
-        PPDFile = PPDModelFile::fileWithContentsOfFile(file_, &reason);
+        PPDFile = PPDModelFile::fileWithContentsOfFile(*file_, &reason);
         if (!PPDFile) {
-            throw Failure(ExitStatus::noResult, file_, reason);
+            throw Failure(ExitStatus::noResult, *file_, reason);
         }
     }
     std::set<std::string_view> names;
     const OrbPPDConcreteUpdatingManager manager;
-    resultOf(file_, [&] {
+    resultOf(file_.value_or(""), [&] {
         for (const OrbClass* updaterClass : manager.registeredClasses()) {
             if (!PPDFile || updaterClass->newInstance()->isApplicableForPPDFile(PPDFile.get())) {
                 names.insert(updaterClass->name());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "tools/Command.h"
@@ -15,7 +16,7 @@ class UpdatersCommand : public Command {
     ExitStatus run() override;
 
   private:
-    std::string file_;
+    std::optional<std::string> file_;
 };
 
 }  // namespace TkPPDUpdating

@@ -36,26 +36,26 @@ ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
         ->type_name("NAME");
     PPD->add_option("--ppd", file_, "The PPD file")->type_name("FILE");
     PPD->require_option(1);
-    device_.addTo(subcommand())->required();
+    device_.addTo(subcommand(), subcommand())->required();
     runOptions_.addTo(subcommand());
 }
 
 ExitStatus ValuesCommand::run() {
-    const std::string& place = queueName_.empty() ? file_ : queueName_;
+    const std::string place = queueName_.value_or(file_);
     const OrbPPDUpdatingValues values =
-        resultOf(place, [&] { return queueName_.empty() ? valuesForFile() : valuesForQueue(); });
+        resultOf(place, [&] { return queueName_ ? valuesForQueue(*queueName_) : valuesForFile(); });
     device_.report(place, backends_.devices(), filterModeParameters());
     StandardOutput::write(JSONForValues(values));
     return ExitStatus::done;
 }
 
-OrbPPDUpdatingValues ValuesCommand::valuesForQueue() const {
+OrbPPDUpdatingValues ValuesCommand::valuesForQueue(const std::string& queueName) const {
     const auto values = runOptions_.makeManager()->PPDUpdatingValuesForQueueWithName_deviceURI(
-        queueName_, device_.deviceURI());
+        queueName, device_.deviceURI());
     if (!values) {
         std::string reason;
-        (void)backends_.core().queuePPDFile(queueName_, reason);
-        throw Failure(ExitStatus::noResult, queueName_, reason);
+        (void)backends_.core().queuePPDFile(queueName, reason);
+        throw Failure(ExitStatus::noResult, queueName, reason);
     }
     return *values;
 }

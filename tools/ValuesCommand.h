@@ -20,13 +20,13 @@ class ValuesCommand : public Command {
     ExitStatus run() override;
 
   private:
-    OrbPPDUpdatingValues valuesForQueue() const;
+    OrbPPDUpdatingValues valuesForQueue(const std::string& queueName) const;
     OrbPPDUpdatingValues valuesForFile() const;
 
     const Backends& backends_;
     RunOptions runOptions_;
     DeviceOutcome device_;
-    std::string queueName_;
+    std::optional<std::string> queueName_;
     std::string file_;
 };
 

@@ -1,8 +1,9 @@
 #include "core_interface/OrbProcess.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <time.h>
+
+#include <cstdlib>
+#include <ctime>
 
 namespace TkPPDUpdating {
 namespace {

@@ -117,8 +117,8 @@ class Pair {
     Pair(std::string content, HostileTexts& texts)
         : processor_(processorOver(content)), model_(std::move(content)), texts_(texts) {}
 
-    /// Makes one random step with both; false when they have failed alike in an edit, after which
-    /// nothing is promised.
+    /// Makes one random step with both; false when they have failed alike in a deletion, after
+    /// which nothing is promised.
     bool step() {
         switch (texts_.below(16)) {
             case 0:
@@ -126,7 +126,8 @@ class Pair {
                 return remove();
             case 2:
             case 3:
-                return insert();
+                insert();
+                return true;
             case 4:
                 setInsertLocation();
                 return true;
@@ -150,6 +151,35 @@ class Pair {
                 range();
                 return true;
         }
+    }
+
+    /// Inserts lines at one place until the blocks in which the processor keeps them must split.
+    void insertManyLinesAtOnePlace() {
+        const std::size_t index = texts_.below(model_.lines().size() + 1);
+        story_ << "insert many lines at " << index << "\n";
+        for (std::size_t i = 0; i < 700; ++i) {
+            // Behind the last one, or anywhere among those before.
+            const std::size_t here = index + (texts_.oneIn(2) ? texts_.below(i + 1) : i);
+            const std::string line = texts_.line();
+            processor_->lines()->insert(here, line);
+            model_.insertLine(here, line);
+        }
+        processor_->clearContent();
+        model_.clearContent();
+    }
+
+    /// Removes so many lines at one place that whole blocks go.
+    void removeManyLinesAtOnePlace() {
+        const std::size_t size = model_.lines().size();
+        const std::size_t index = texts_.below(size + 1);
+        const std::size_t count = std::min<std::size_t>(size - index, texts_.below(1200));
+        story_ << "remove " << count << " lines at " << index << "\n";
+        processor_->lines()->erase(index, count);
+        for (std::size_t i = 0; i < count; ++i) {
+            model_.eraseLine(index);
+        }
+        processor_->clearContent();
+        model_.clearContent();
     }
 
     void compareWhole() {
@@ -219,14 +249,14 @@ class Pair {
             [&] { return model_.remove(keyword_, spec_, value_); });
     }
 
-    bool insert() {
+    void insert() {
         chooseArguments("insert");
         value_ = texts_.oneIn(20) ? std::nullopt : MaybeText(texts_.value());
         const MaybeText text = texts_.maybe(texts_.text(), 2);
         const bool wrap = texts_.oneIn(2);
         story_ << "  with [" << text.value_or("(null)") << "] [" << value_.value_or("(null)")
                << "] wrap " << wrap << " at " << model_.insertLocation() << "\n";
-        return same(
+        same(
             [&] {
                 return processor_->insertAttributeWithKeyword_spec_text_value_wrap(
                     keyword_, spec_, text, value_, wrap);
@@ -270,9 +300,11 @@ class Pair {
     std::ostringstream story_;
 };
 
-void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCount) {
+void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCount,
+                 std::size_t stepsBetweenManyLines = SIZE_MAX) {
     HostileTexts texts(seed);
-    std::string content;
+    // Most texts name their languages first, so that deletions seldom end in an error.
+    std::string content = texts.oneIn(8) ? "" : "*cupsLanguages: \"en fr  a:b\"\n";
     for (std::size_t i = 0; i < lineCount; ++i) {
         content += texts.line();
         content += i + 1 < lineCount || !texts.oneIn(4) ? "\n" : "";
@@ -281,6 +313,10 @@ void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCoun
     for (std::size_t i = 0; i < stepCount && !::testing::Test::HasFailure(); ++i) {
         if (!pair.step()) {
             return;
+        }
+        if (texts.oneIn(stepsBetweenManyLines)) {
+            pair.insertManyLinesAtOnePlace();
+            pair.removeManyLinesAtOnePlace();
         }
     }
     pair.compareWhole();
@@ -293,7 +329,7 @@ void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCoun
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
     constexpr std::uint32_t kFirstSeed = 20010101;
-    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 4000; ++seed) {
+    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 2500; ++seed) {
         HostileTexts sizes(~seed);
         runSequence(seed, sizes.below(40), 10 + sizes.below(60));
         if (HasFailure()) {
@@ -304,9 +340,9 @@ TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverLongTexts) {
     constexpr std::uint32_t kFirstSeed = 42;
-    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 30; ++seed) {
+    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 15; ++seed) {
         HostileTexts sizes(~seed);
-        runSequence(seed, 2000 + sizes.below(3000), 400);
+        runSequence(seed, 2000 + sizes.below(3000), 300, 50);
         if (HasFailure()) {
             return;
         }

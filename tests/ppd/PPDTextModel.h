@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -114,9 +115,9 @@ class PPDTextModel {
             ++position;
         } while (text.at(position) == ' ');
         const std::string rest = text.substr(position);
-        // One unit of UTF-16: one character of up to three bytes.
-        const std::u32string characters = decoded(rest);
-        return characters.size() == 1 && characters[0] < 0x10000 ? std::nullopt : MaybeText(rest);
+        std::string_view afterFirst = rest;
+        const bool isOneUnit = takeCharacter(afterFirst) < 0x10000 && afterFirst.empty();
+        return isOneUnit ? std::nullopt : MaybeText(rest);
     }
 
     std::size_t remove(const MaybeText& keyword, const MaybeText& spec, const MaybeText& value) {
@@ -227,26 +228,16 @@ class PPDTextModel {
         return text;
     }
 
-    static std::size_t lengthOfFirst(std::string_view text) {
+    /// Takes the first character off a text that is not empty.
+    static char32_t takeCharacter(std::string_view& text) {
         const auto first = static_cast<unsigned char>(text.front());
-        return first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    }
-
-    static std::u32string decoded(std::string_view text) {
-        std::u32string characters;
-        while (!text.empty()) {
-            const std::size_t length = lengthOfFirst(text);
-            char32_t character = static_cast<unsigned char>(text[0]);
-            if (length > 1) {
-                character &= 0xFFU >> (length + 1);
-            }
-            for (std::size_t i = 1; i < length; ++i) {
-                character = (character << 6) | (static_cast<unsigned char>(text[i]) & 0x3FU);
-            }
-            characters += character;
-            text.remove_prefix(length);
+        const std::size_t length = first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+        char32_t character = length == 1 ? first : first & (0xFFU >> (length + 1));
+        for (std::size_t i = 1; i < length; ++i) {
+            character = (character << 6) | (static_cast<unsigned char>(text[i]) & 0x3FU);
         }
-        return characters;
+        text.remove_prefix(length);
+        return character;
     }
 
     /// Case folding of the letters that the tests use.
@@ -269,15 +260,10 @@ class PPDTextModel {
     /// Takes the prefix off the line, case ignored, when the line begins with it.
     static bool take(std::string_view& line, std::string_view prefix) {
         std::string_view rest = line;
-        for (const char32_t wanted : decoded(prefix)) {
-            if (rest.empty()) {
+        while (!prefix.empty()) {
+            if (rest.empty() || folded(takeCharacter(rest)) != folded(takeCharacter(prefix))) {
                 return false;
             }
-            const std::size_t length = lengthOfFirst(rest);
-            if (folded(decoded(rest.substr(0, length)).front()) != folded(wanted)) {
-                return false;
-            }
-            rest.remove_prefix(length);
         }
         line = rest;
         return true;
