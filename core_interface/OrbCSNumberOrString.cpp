@@ -1,5 +1,6 @@
 #include "core_interface/OrbCSNumberOrString.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>

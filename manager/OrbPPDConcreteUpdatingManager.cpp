@@ -32,7 +32,8 @@ constexpr std::array<std::string_view, 14> kBuiltInUpdaterClassNames = {
 using Updaters = std::vector<std::unique_ptr<ITkPPDUpdater>>;
 
 /// Hands the text from updater to updater; `update` asks one of them and gives null for no change.
-/// Each updater is gone, with all that it built, before the next one runs.
+/// Each updater is gone, with all that it built, before the next one runs; so is a text that it
+/// replaced.
 template <typename Update>
 PPDText chainedText(PPDText text, Updaters updaters, const Update& update) {
     for (auto& updater : updaters) {
@@ -109,13 +110,13 @@ PPDText OrbPPDConcreteUpdatingManager::PPDContentsForFileAtPath(const std::strin
 
 PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_deviceURI(
     const std::string& path, std::optional<std::string_view> deviceURI) {
-    const PPDText contents = PPDContentsForFileAtPath(path);
+    PPDText contents = PPDContentsForFileAtPath(path);
     const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContentsOfFile(path) : nullptr;
     if (!PPDFile) {
         return nullptr;
     }
     OrbDictionary context;
-    return chainedText(contents, applicableUpdatersForPPDFile(PPDFile.get()),
+    return chainedText(std::move(contents), applicableUpdatersForPPDFile(PPDFile.get()),
                        [&](ITkPPDUpdater& updater, const PPDText& text) {
                            return updater.updatedPPDContentsForContents_deviceURI_context(
                                text, deviceURI, &context);
@@ -124,7 +125,7 @@ PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_deviceURI(
 
 PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_queueName(
     const std::string& path, const std::optional<std::string>& queueName) {
-    const PPDText contents = queueName ? PPDContentsForFileAtPath(path) : nullptr;
+    PPDText contents = queueName ? PPDContentsForFileAtPath(path) : nullptr;
     const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContentsOfFile(path) : nullptr;
     if (!PPDFile) {
         return nullptr;
@@ -135,7 +136,7 @@ PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_queueName(
         return nullptr;
     }
     OrbDictionary context;
-    return chainedText(contents, std::move(updaters),
+    return chainedText(std::move(contents), std::move(updaters),
                        [&](ITkPPDUpdater& updater, const PPDText& text) {
                            return updater.updatedPPDContentsForContents_PPDFile_context(
                                text, queuePPDFile.get(), &context);

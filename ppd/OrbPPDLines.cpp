@@ -22,9 +22,12 @@ constexpr unsigned kLookUpsBeforeIndex = 8;
 
 constexpr std::size_t kSeedOfKeyword = 1;
 
-/// Part of the text before the first of `separators`; all of it when it has none.
-std::string_view partBefore(std::string_view text, std::string_view separators) {
-    return text.substr(0, text.find_first_of(separators));
+/// Part of the text before the first of two separators; all of it when it has none.
+std::string_view partBefore(std::string_view text, char separator, char otherSeparator) {
+    const auto* const end = std::find_if(text.begin(), text.end(), [=](char each) {
+        return each == separator || each == otherSeparator;
+    });
+    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
 [[noreturn]] void throwOutOfRange(std::size_t index, std::size_t size) {
@@ -36,7 +39,6 @@ std::string_view partBefore(std::string_view text, std::string_view separators) 
 
 OrbPPDLines::OrbPPDLines(PPDText text) : text_(std::move(text)) {
     const std::string_view whole = *text_;
-    lines_.reserve(static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n')) + 1);
     std::size_t start = 0;
     for (std::size_t end = whole.find('\n'); end != std::string_view::npos;
          end = whole.find('\n', start)) {
@@ -60,25 +62,14 @@ OrbPPDLines::OrbPPDLines(PPDText text) : text_(std::move(text)) {
         }
         blocks_.push_back(std::move(block));
     }
-}
-
-OrbPPDLines::Place OrbPPDLines::placeOf(std::size_t index) const {
-    std::size_t block = 0;
-    while (block + 1 < blocks_.size() && index >= blocks_[block]->lines.size()) {
-        index -= blocks_[block]->lines.size();
-        ++block;
-    }
-    return {block, index};
+    sumBlockSizes();
 }
 
 std::size_t OrbPPDLines::indexOf(LineID line) const {
     const Block& block = *lines_[line].block;
-    std::size_t index = 0;
-    for (std::size_t before = 0; before < block.position; ++before) {
-        index += blocks_[before]->lines.size();
-    }
     const auto found = std::find(block.lines.begin(), block.lines.end(), line);
-    return index + static_cast<std::size_t>(found - block.lines.begin());
+    return blockSizes_.sumBefore(block.position) +
+           static_cast<std::size_t>(found - block.lines.begin());
 }
 
 bool OrbPPDLines::comesBefore(LineID left, LineID right) const {
@@ -96,7 +87,7 @@ std::string_view OrbPPDLines::at(std::size_t index) const {
     if (index >= size_) {
         throwOutOfRange(index, size_);
     }
-    const Place place = placeOf(index);
+    const Place place = blockSizes_.placeOf(index);
     return lines_[blocks_[place.block]->lines[place.offset]].text;
 }
 
@@ -116,6 +107,25 @@ void OrbPPDLines::renumberBlocksFrom(std::size_t position) {
     }
 }
 
+void OrbPPDLines::sumBlockSizes() {
+    std::vector<std::size_t> sizes(blocks_.size());
+    std::transform(blocks_.begin(), blocks_.end(), sizes.begin(),
+                   [](const auto& block) { return block->lines.size(); });
+    blockSizes_.assign(sizes);
+}
+
+OrbPPDLines::LineID OrbPPDLines::addLine(std::string_view line, Block& block) {
+    const Line added{storedCopy(line), &block};
+    if (freeIDs_.empty()) {
+        lines_.push_back(added);
+        return static_cast<LineID>(lines_.size() - 1);
+    }
+    const LineID id = freeIDs_.back();
+    freeIDs_.pop_back();
+    lines_[id] = added;
+    return id;
+}
+
 void OrbPPDLines::splitBlock(std::size_t position) {
     auto& lines = blocks_[position]->lines;
     const auto middle = lines.begin() + static_cast<std::ptrdiff_t>(lines.size() / 2);
@@ -127,21 +137,22 @@ void OrbPPDLines::splitBlock(std::size_t position) {
     }
     blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(position) + 1, std::move(second));
     renumberBlocksFrom(position + 1);
+    sumBlockSizes();
 }
 
 void OrbPPDLines::insert(std::size_t index, std::string_view line) {
     if (index > size_) {
         throwOutOfRange(index, size_);
     }
-    Place place = placeOf(index);
+    Place place = blockSizes_.placeOf(index);
     if (blocks_[place.block]->lines.size() >= kLargestBlock) {
         splitBlock(place.block);
-        place = placeOf(index);
+        place = blockSizes_.placeOf(index);
     }
     Block& block = *blocks_[place.block];
-    const auto id = static_cast<LineID>(lines_.size());
-    lines_.push_back({storedCopy(line), &block});
+    const LineID id = addLine(line, block);
     block.lines.insert(block.lines.begin() + static_cast<std::ptrdiff_t>(place.offset), id);
+    blockSizes_.add(place.block, 1);
     ++size_;
     if (index_) {
         addToIndex(id);
@@ -153,7 +164,7 @@ void OrbPPDLines::erase(std::size_t index, std::size_t count) {
         throwOutOfRange(index + count, size_);
     }
     while (count > 0) {
-        const Place place = placeOf(index);
+        const Place place = blockSizes_.placeOf(index);
         auto& lines = blocks_[place.block]->lines;
         const std::size_t here = std::min(count, lines.size() - place.offset);
         const auto first = lines.begin() + static_cast<std::ptrdiff_t>(place.offset);
@@ -161,12 +172,15 @@ void OrbPPDLines::erase(std::size_t index, std::size_t count) {
         if (index_) {
             std::for_each(first, last, [this](LineID line) { removeFromIndex(line); });
         }
+        freeIDs_.insert(freeIDs_.end(), first, last);
         lines.erase(first, last);
+        blockSizes_.add(place.block, 0 - here);
         size_ -= here;
         count -= here;
         if (lines.empty() && blocks_.size() > 1) {
             blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(place.block));
             renumberBlocksFrom(place.block);
+            sumBlockSizes();
         }
     }
 }
@@ -214,7 +228,7 @@ std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLine(std::string_view line) {
         return std::nullopt;
     }
     line.remove_prefix(kTkPPDAsterisk.size());
-    const std::string_view keyword = partBefore(line, " :");
+    const std::string_view keyword = partBefore(line, ' ', ':');
     line.remove_prefix(keyword.size());
     if (line.empty()) {
         return std::nullopt;
@@ -224,18 +238,27 @@ std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLine(std::string_view line) {
         return keyOfKeyword;
     }
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-    const std::string_view spec = partBefore(line, ":/");
+    const std::string_view spec = partBefore(line, ':', '/');
     return spec.size() == line.size() ? std::nullopt
                                       : std::optional(hashIgnoringCase(spec, keyOfKeyword));
 }
 
 std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLookUp(std::string_view keyword,
                                                          std::optional<std::string_view> spec) {
-    if (keyword.find_first_of(" :") != std::string_view::npos) {
+    if (partBefore(keyword, ' ', ':').size() < keyword.size()) {
         return std::nullopt;
     }
     const Key keyOfKeyword = hashIgnoringCase(keyword, kSeedOfKeyword);
-    return spec ? hashIgnoringCase(partBefore(*spec, ":/"), keyOfKeyword) : keyOfKeyword;
+    return spec ? hashIgnoringCase(partBefore(*spec, ':', '/'), keyOfKeyword) : keyOfKeyword;
+}
+
+/// Puts the line into the chain behind `previous`, or first when that is no line.
+void OrbPPDLines::linkAfter(Chain& chain, LineID previous, LineID line) const {
+    LineID& nextOfPrevious = previous == kNoLine ? chain.first : lines_[previous].nextOfKey;
+    const LineID next = std::exchange(nextOfPrevious, line);
+    (next == kNoLine ? chain.last : lines_[next].previousOfKey) = line;
+    lines_[line].previousOfKey = previous;
+    lines_[line].nextOfKey = next;
 }
 
 void OrbPPDLines::addToIndex(LineID line) const {
@@ -243,22 +266,15 @@ void OrbPPDLines::addToIndex(LineID line) const {
     if (!key) {
         return;
     }
-    Chain& chain = (*index_)[*key];
-    if (chain.first == kNoLine) {
-        chain = {line, line};
-    } else if (comesBefore(chain.last, line)) {
-        lines_[chain.last].nextOfKey = line;
-        chain.last = line;
-    } else if (comesBefore(line, chain.first)) {
-        lines_[line].nextOfKey = chain.first;
-        chain.first = line;
-    } else {
-        LineID before = chain.first;
-        while (comesBefore(lines_[before].nextOfKey, line)) {
-            before = lines_[before].nextOfKey;
-        }
-        lines_[line].nextOfKey = std::exchange(lines_[before].nextOfKey, line);
+    Chain& chain = index_->findOrAdd(*key);
+    LineID previous = chain.last;
+    if (chain.first != kNoLine && comesBefore(line, chain.first)) {
+        previous = kNoLine;
     }
+    while (previous != kNoLine && !comesBefore(previous, line)) {
+        previous = lines_[previous].previousOfKey;
+    }
+    linkAfter(chain, previous, line);
 }
 
 void OrbPPDLines::removeFromIndex(LineID line) const {
@@ -266,49 +282,27 @@ void OrbPPDLines::removeFromIndex(LineID line) const {
     if (!key) {
         return;
     }
-    const auto entry = index_->find(*key);
-    Chain& chain = entry->second;
-    if (chain.first == line) {
-        chain.first = lines_[line].nextOfKey;
-        if (chain.first == kNoLine) {
-            index_->erase(entry);
-        }
-        return;
-    }
-    LineID before = chain.first;
-    while (lines_[before].nextOfKey != line) {
-        before = lines_[before].nextOfKey;
-    }
-    lines_[before].nextOfKey = lines_[line].nextOfKey;
-    if (chain.last == line) {
-        chain.last = before;
-    }
+    Chain& chain = *index_->find(*key);
+    const auto [previous, next] = std::pair(lines_[line].previousOfKey, lines_[line].nextOfKey);
+    (previous == kNoLine ? chain.first : lines_[previous].nextOfKey) = next;
+    (next == kNoLine ? chain.last : lines_[next].previousOfKey) = previous;
 }
 
 void OrbPPDLines::buildIndex() const {
-    index_.emplace();
-    index_->reserve(size_);
+    index_.emplace(size_);
     for (const auto& block : blocks_) {
         for (const LineID line : block->lines) {
-            const auto key = keyOfLine(lines_[line].text);
-            if (!key) {
-                continue;
+            if (const auto key = keyOfLine(lines_[line].text)) {
+                Chain& chain = index_->findOrAdd(*key);
+                linkAfter(chain, chain.last, line);
             }
-            Chain& chain = (*index_)[*key];
-            (chain.first == kNoLine ? chain.first : lines_[chain.last].nextOfKey) = line;
-            chain.last = line;
         }
     }
-}
-
-const OrbPPDLines::Chain* OrbPPDLines::chainOf(Key key) const {
-    const auto entry = index_->find(key);
-    return entry == index_->end() ? nullptr : &entry->second;
 }
 
 template <typename Accepts>
 std::optional<std::size_t> OrbPPDLines::firstFrom(std::size_t index, const Accepts& accepts) const {
-    Place place = placeOf(index);
+    Place place = blockSizes_.placeOf(index);
     for (; place.block < blocks_.size(); ++place.block, place.offset = 0) {
         const auto& lines = blocks_[place.block]->lines;
         for (; place.offset < lines.size(); ++place.offset, ++index) {
@@ -334,7 +328,7 @@ std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
     if (!index_ || !key) {
         return firstFrom(0, matches);
     }
-    const Chain* const chain = chainOf(*key);
+    const Chain* const chain = index_->find(*key);
     for (LineID line = chain ? chain->first : kNoLine; line != kNoLine;
          line = lines_[line].nextOfKey) {
         if (matches(lines_[line].text)) {

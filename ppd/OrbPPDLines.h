@@ -7,10 +7,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "ppd/LineChains.h"
 #include "ppd/PPDText.h"
+#include "ppd/PrefixSums.h"
 
 namespace TkPPDUpdating {
 
@@ -18,8 +19,9 @@ namespace TkPPDUpdating {
 ///
 /// Lines are views into the shared text until they are edited; inserted lines are kept in storage
 /// of the list. Inserting, removing and finding cost far less than a pass over the lines: the list
-/// is kept in blocks of bounded size, and once several look-ups have been made, a hash of keyword
-/// and option keyword leads to the first line that can match.
+/// is kept in blocks of bounded size whose places are found in logarithmic time, and once several
+/// look-ups have been made, a hash of keyword and option keyword leads to the first line that can
+/// match.
 class OrbPPDLines {
   public:
     /// Splits the text, which must not be null, at line feeds; one empty last part is dropped.
@@ -52,9 +54,11 @@ class OrbPPDLines {
     std::optional<std::size_t> indexOfEndAfter(std::size_t index) const;
 
   private:
-    using LineID = std::uint32_t;
+    using LineID = LineChains::LineID;
+    using Chain = LineChains::Chain;
+    using Place = PrefixSums::Place;
     using Key = std::size_t;
-    static constexpr LineID kNoLine = UINT32_MAX;
+    static constexpr LineID kNoLine = LineChains::kNoLine;
 
     /// A run of neighbouring lines; `position` is its own index among the blocks.
     struct Block {
@@ -65,19 +69,9 @@ class OrbPPDLines {
     struct Line {
         std::string_view text;
         Block* block = nullptr;
-        /// The next line, in line order, with the same key; kept while there is an index.
+        /// The neighbours, in line order, with the same key; kept while there is an index.
+        LineID previousOfKey = kNoLine;
         LineID nextOfKey = kNoLine;
-    };
-
-    /// The lines of one key, in line order.
-    struct Chain {
-        LineID first = kNoLine;
-        LineID last = kNoLine;
-    };
-
-    struct Place {
-        std::size_t block = 0;
-        std::size_t offset = 0;
     };
 
     static std::optional<Key> keyOfLine(std::string_view line);
@@ -85,17 +79,17 @@ class OrbPPDLines {
                                           std::optional<std::string_view> spec);
 
     std::string_view storedCopy(std::string_view line);
-    LineID addLine(std::string_view line);
-    Place placeOf(std::size_t index) const;
+    LineID addLine(std::string_view line, Block& block);
     std::size_t indexOf(LineID line) const;
     bool comesBefore(LineID left, LineID right) const;
     void splitBlock(std::size_t position);
     void renumberBlocksFrom(std::size_t position);
+    void sumBlockSizes();
 
     void buildIndex() const;
+    void linkAfter(Chain& chain, LineID previous, LineID line) const;
     void addToIndex(LineID line) const;
     void removeFromIndex(LineID line) const;
-    const Chain* chainOf(Key key) const;
 
     template <typename Accepts>
     std::optional<std::size_t> firstFrom(std::size_t index, const Accepts& accepts) const;
@@ -104,9 +98,11 @@ class OrbPPDLines {
     std::deque<std::string> stored_;
     std::size_t size_ = 0;
     std::vector<std::unique_ptr<Block>> blocks_;
-    /// By ID; a removed line keeps its ID to itself. Mutable for the chains of the index.
-    mutable std::vector<Line> lines_;
-    mutable std::optional<std::unordered_map<Key, Chain>> index_;
+    PrefixSums blockSizes_;
+    /// By ID, some of which are free. Mutable for the chains of the index.
+    mutable std::deque<Line> lines_;
+    std::vector<LineID> freeIDs_;
+    mutable std::optional<LineChains> index_;
     mutable unsigned lookUpsWithoutIndex_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "backends/ppdmodel/PPDModelReader.h"
 
 #include <algorithm>
+#include <array>
 
 namespace TkPPDUpdating {
 
@@ -9,6 +10,8 @@ namespace {
 constexpr std::string_view kFirstKeyword = "*PPD-Adobe";
 constexpr std::string_view kComment = "*%";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+/// Room for that many bytes a line is more than most PPDs need; what is not used costs nothing.
+constexpr std::size_t kShortTypicalLine = 32;
 
 bool isBlank(char character) {
     return character == ' ' || character == '\t';
@@ -18,8 +21,16 @@ bool endsOptionKeyword(char character) {
     return character == '/' || character == ':';
 }
 
+constexpr auto kEndsKeyword = [] {
+    std::array<bool, 256> ends{};
+    for (const unsigned char character : {' ', '\t', '/', ':'}) {
+        ends[character] = true;
+    }
+    return ends;
+}();
+
 bool endsKeyword(char character) {
-    return isBlank(character) || endsOptionKeyword(character);
+    return kEndsKeyword[static_cast<unsigned char>(character)];
 }
 
 /// The first position from `from` on where `ends` holds, or the length of the line.
@@ -60,16 +71,6 @@ std::string joinedLines(std::string_view value) {
         value.remove_prefix(end + 1);
     }
     return joined += value;
-}
-
-/// At least the number of attributes, so that they are allocated at once.
-std::size_t countOfLinesWithAsterisk(std::string_view text) {
-    std::size_t count = text.starts_with('*') ? 1 : 0;
-    for (std::size_t at = text.find('\n'); at != std::string_view::npos;
-         at = text.find('\n', at + 1)) {
-        count += at + 1 < text.size() && text[at + 1] == '*' ? 1 : 0;
-    }
-    return count;
 }
 
 }  // namespace
@@ -169,7 +170,7 @@ bool PPDModelReader::read(std::string& reason) {
         reason = "has a NUL byte at byte " + std::to_string(at);
         return false;
     }
-    attributes.reserve(countOfLinesWithAsterisk(text_));
+    attributes.reserve(text_.size() / kShortTypicalLine);
     for (at_ = 0; at_ < text_.size(); at_ = next_) {
         if (!readLine(reason)) {
             return false;

@@ -224,8 +224,8 @@ TEST(ChangingDefaultChoices, SetsManyOptionsThatMakeTheTextGrow) {
     for (int number = 0; number < 100; ++number) {
         const std::string option = "Option" + std::to_string(number);
         const std::string lines = "\n*" + option + " MuchLongerThanBefore/L: \"\"\n";
-        before += "*Default" + option + ": A" + lines;
-        after += "*Default" + option + ": MuchLongerThanBefore" + lines;
+        before.append("*Default").append(option).append(": A").append(lines);
+        after.append("*Default").append(option).append(": MuchLongerThanBefore").append(lines);
         choices[option] = "MuchLongerThanBefore";
     }
     EXPECT_EQ(textOf(changed(makePPDText(before), choices)), after);

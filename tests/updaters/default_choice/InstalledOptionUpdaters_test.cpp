@@ -46,7 +46,7 @@ std::string pickOption(const std::string& name, const std::string& defaultChoice
     std::string lines =
         "*OpenUI *" + name + "/N: PickOne\n*Default" + name + ": " + defaultChoice + "\n";
     for (const std::string& choice : choices) {
-        lines += "*" + name + " " + choice + "/Pens: \"\"\n";
+        lines.append("*").append(name).append(" ").append(choice).append("/Pens: \"\"\n");
     }
     return lines + "*CloseUI: *" + name + "\n";
 }

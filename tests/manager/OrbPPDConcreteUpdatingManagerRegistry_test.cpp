@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string_view>
+
+#include "manager/OrbClassTable.h"
+#include "tests/manager/ManagerTestSupport.h"
+
+namespace TkPPDUpdating {
+namespace {
+
+using Testing::NotAnUpdater;
+
+class UpdaterRegistry : public Testing::ManagerTest {};
+
+TEST_F(UpdaterRegistry, StartsWithTheFourteenBuiltInUpdaters) {
+    const OrbPPDConcreteUpdatingManager fresh;
+    std::set<std::string_view> names;
+    for (const OrbClass* each : fresh.registeredClasses()) {
+        names.insert(each->name());
+        EXPECT_EQ(OrbClassFromName(each->name()), each);
+    }
+    EXPECT_EQ(names, (std::set<std::string_view>{
+                         "OrbPPDDeviceCapabilitiesUpdater",
+                         "OrbPPDLinTablesUpdater",
+                         "OrbPPDDuplexerInstalledUpdater",
+                         "OrbPPDLowerTrayInstalledUpdater",
+                         "OrbPPDPenConfigUpdater",
+                         "OrbPPDDefaultPageSizeUpdater",
+                         "OrbPPDCustomMediaUpdater",
+                         "OrbPPDEstimatedPagesUpdater",
+                         "OrbPPDNonInstallableDuplexUpdater",
+                         "OrbPPDPensConfigNameUpdater",
+                         "OrbPPDPensConfigCSLInfoUpdater",
+                         "OrbPPDPensConfigFamilyIDUpdater",
+                         "OrbPPDPensConfigAdditionalInfoUpdater",
+                         "OrbPPDMaxResolutionUpdater",
+                     }));
+    EXPECT_EQ(fresh.registeredClasses().size(), 14U);
+}
+
+TEST_F(UpdaterRegistry, TakesAClassThatConforms) {
+    EXPECT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_EQ(manager.registeredClasses().count(&OrbClassOf<A>()), 1U);
+    EXPECT_EQ(manager.registeredClasses().size(), 1U);
+}
+
+TEST_F(UpdaterRegistry, KeepsOneEntryForAClassRegisteredTwice) {
+    EXPECT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_EQ(manager.registeredClasses().size(), 1U);
+    manager.updatedPPDContentsForFile_deviceURI(path, "ipp://p");
+    EXPECT_EQ(A::script.timesRun, 1);
+}
+
+TEST_F(UpdaterRegistry, RefusesAClassThatDoesNotDeclareTheContract) {
+    ASSERT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_FALSE(manager.registerUpdaterClass(&OrbClassOf<NotAnUpdater>()));
+    EXPECT_EQ(manager.registeredClasses().size(), 1U);
+    EXPECT_EQ(manager.registeredClasses().count(&OrbClassOf<NotAnUpdater>()), 0U);
+}
+
+TEST_F(UpdaterRegistry, RefusesNoClass) {
+    ASSERT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_FALSE(manager.registerUpdaterClass(nullptr));
+    EXPECT_EQ(manager.registeredClasses().size(), 1U);
+}
+
+TEST_F(UpdaterRegistry, RefusesANameWithoutAClassQuietly) {
+    EXPECT_FALSE(manager.registerUpdaterClass(OrbClassFromName("OrbPPDNoSuchUpdater")));
+    EXPECT_TRUE(manager.registeredClasses().empty());
+}
+
+TEST_F(UpdaterRegistry, TakesTwoClassesOfTheSameNameAsTwo) {
+    struct Twin : Testing::ScriptedUpdater<'A'> {
+        using Testing::ScriptedUpdater<'A'>::ScriptedUpdater;
+    };
+    ASSERT_EQ(OrbClassOf<Twin>().name(), OrbClassOf<A>().name());
+    EXPECT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_TRUE(manager.registerUpdaterClass(&OrbClassOf<Twin>()));
+    EXPECT_EQ(manager.registeredClasses().size(), 2U);
+    manager.unregisterUpdaterClass(&OrbClassOf<A>());
+    EXPECT_EQ(manager.registeredClasses().size(), 1U);
+    EXPECT_EQ(manager.registeredClasses().count(&OrbClassOf<Twin>()), 1U);
+}
+
+TEST_F(UpdaterRegistry, ForgetsAClassThatIsUnregistered) {
+    useUpdaters<A, B>();
+    manager.unregisterUpdaterClass(&OrbClassOf<A>());
+    EXPECT_EQ(manager.registeredClasses().count(&OrbClassOf<A>()), 0U);
+    EXPECT_EQ(manager.registeredClasses().count(&OrbClassOf<B>()), 1U);
+    manager.updatedPPDContentsForFile_deviceURI(path, "ipp://p");
+    EXPECT_EQ(A::script.instancesMade, 0);
+    EXPECT_EQ(B::script.timesRun, 1);
+}
+
+TEST_F(UpdaterRegistry, DoesNothingWhenAClassThatIsNotRegisteredIsUnregistered) {
+    useUpdaters<A>();
+    manager.unregisterUpdaterClass(&OrbClassOf<B>());
+    manager.unregisterUpdaterClass(&OrbClassOf<NotAnUpdater>());
+    manager.unregisterUpdaterClass(nullptr);
+    EXPECT_EQ(manager.registeredClasses(),
+              (OrbPPDConcreteUpdatingManager::Classes{&OrbClassOf<A>()}));
+}
+
+TEST_F(UpdaterRegistry, TakesAClassAgainAfterItWasUnregistered) {
+    useUpdaters<A>();
+    manager.unregisterUpdaterClass(&OrbClassOf<A>());
+    EXPECT_TRUE(manager.registerUpdaterClass(&OrbClassOf<A>()));
+    EXPECT_EQ(manager.registeredClasses().size(), 1U);
+}
+
+TEST_F(UpdaterRegistry, RunsABuiltInUpdaterOfAFreshManagerNoMoreOnceUnregistered) {
+    OrbPPDConcreteUpdatingManager fresh;
+    const OrbClass* pageSize = OrbClassFromName("OrbPPDDefaultPageSizeUpdater");
+    ASSERT_NE(pageSize, nullptr);
+    ASSERT_EQ(fresh.registeredClasses().count(pageSize), 1U);
+    struct EveryPageSize : Testing::EmptyPPDFile, OrbPPDPageSize {
+        const OrbPPDPageSize* pageSizeForName(std::string_view) const override { return this; }
+    };
+    const EveryPageSize letterPPD;
+    EXPECT_EQ(fresh.applicableUpdatersForPPDFile(&letterPPD).size(), 1U);
+    fresh.unregisterUpdaterClass(pageSize);
+    EXPECT_TRUE(fresh.applicableUpdatersForPPDFile(&letterPPD).empty());
+}
+
+TEST_F(UpdaterRegistry, OfOneManagerIsNotThatOfAnother) {
+    useUpdaters<A>();
+    EXPECT_EQ(OrbPPDConcreteUpdatingManager().registeredClasses().count(&OrbClassOf<A>()), 0U);
+}
+
+class ApplicableUpdaters : public Testing::ManagerTest {};
+
+TEST_F(ApplicableUpdaters, AreFreshInstancesOfTheClassesThatApply) {
+    useUpdaters<A, B>();
+    const OrbPPDFile* asked = nullptr;
+    A::script.isApplicable = [&](const OrbPPDFile* PPDFile) {
+        asked = PPDFile;
+        return true;
+    };
+    B::script.isApplicable = [](const OrbPPDFile*) { return false; };
+    {
+        const auto updaters = manager.applicableUpdatersForPPDFile(file.get());
+        ASSERT_EQ(updaters.size(), 1U);
+        EXPECT_NE(dynamic_cast<A*>(updaters[0].get()), nullptr);
+        EXPECT_EQ(asked, file.get());
+        EXPECT_EQ(A::script.instancesAlive, 1);
+        EXPECT_EQ(B::script.instancesMade, 1);
+        EXPECT_EQ(B::script.instancesAlive, 0) << "an inapplicable instance is destroyed at once";
+        const auto others = manager.applicableUpdatersForPPDFile(file.get());
+        ASSERT_EQ(others.size(), 1U);
+        EXPECT_NE(others[0], updaters[0]);
+    }
+    EXPECT_EQ(A::script.instancesMade, 2);
+    EXPECT_EQ(A::script.timesAskedIfApplicable, 2);
+}
+
+TEST_F(ApplicableUpdaters, AreNoneWithoutRegisteredClasses) {
+    EXPECT_TRUE(manager.applicableUpdatersForPPDFile(file.get()).empty());
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating

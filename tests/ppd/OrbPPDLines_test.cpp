@@ -1,0 +1,121 @@
+#include "ppd/OrbPPDLines.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tests/ppd/ProcessorTesting.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+OrbPPDLines linesOfText(std::string text) {
+    return OrbPPDLines(makePPDText(std::move(text)));
+}
+
+TEST(OrbPPDLines, InsertsBeforeTheLineAtAnIndexOrAtTheEnd) {
+    auto lines = linesOfText("A\nB\n");
+    lines.insert(0, "first");
+    lines.insert(2, "middle");
+    lines.insert(4, "last");
+    EXPECT_EQ(textsOf(lines), (Texts{"first", "A", "middle", "B", "last"}));
+}
+
+TEST(OrbPPDLines, InsertsIntoAnEmptyList) {
+    auto lines = linesOfText("");
+    EXPECT_EQ(lines.size(), 0U);
+    lines.insert(0, "A");
+    EXPECT_EQ(textsOf(lines), Texts{"A"});
+}
+
+TEST(OrbPPDLines, KeepsACopyOfAnInsertedLine) {
+    auto lines = linesOfText("");
+    {
+        std::string line = "gone soon";
+        lines.insert(0, line);
+        line.assign("overwritten");
+    }
+    EXPECT_EQ(lines.at(0), "gone soon");
+}
+
+TEST(OrbPPDLines, RemovesARunOfLines) {
+    auto lines = linesOfText("A\nB\nC\nD\n");
+    lines.erase(1, 2);
+    EXPECT_EQ(textsOf(lines), (Texts{"A", "D"}));
+    lines.erase(0, 0);
+    lines.erase(2, 0);
+    lines.erase(0, 2);
+    EXPECT_EQ(lines.size(), 0U);
+}
+
+TEST(OrbPPDLines, AnIndexBeyondTheEndIsAnOutOfRangeErrorAndChangesNothing) {
+    auto lines = linesOfText("A\nB\n");
+    EXPECT_THROW(lines.at(2), std::out_of_range);
+    EXPECT_THROW(lines.at(SIZE_MAX), std::out_of_range);
+    EXPECT_THROW(lines.insert(3, "C"), std::out_of_range);
+    EXPECT_THROW(lines.erase(1, 2), std::out_of_range);
+    EXPECT_THROW(lines.erase(2, 1), std::out_of_range);
+    EXPECT_THROW(lines.erase(3, 0), std::out_of_range);
+    EXPECT_THROW(lines.erase(1, SIZE_MAX), std::out_of_range);
+    EXPECT_EQ(textsOf(lines), (Texts{"A", "B"}));
+}
+
+TEST(OrbPPDLines, JoinsWithALineFeedBetweenEachTwoLines) {
+    EXPECT_EQ(*linesOfText("A\nB\n").joined(), "A\nB");
+    EXPECT_EQ(*linesOfText("A\n\n").joined(), "A\n");
+    EXPECT_EQ(*linesOfText("").joined(), "");
+}
+
+TEST(OrbPPDLines, OutlivesTheCallersHoldOnTheText) {
+    PPDText text = makePPDText("A long enough line to live on the heap\nB\n");
+    const OrbPPDLines lines(text);
+    text.reset();
+    EXPECT_EQ(lines.at(0), "A long enough line to live on the heap");
+}
+
+TEST(OrbPPDLines, FindsTheFirstAttributeAgainAndAgain) {
+    const auto lines = linesOfText("*A: 1\n*B x: 2\n*a: 3\n*A: 3\n");
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(lines.indexOfAttribute("A", std::nullopt, std::nullopt), 0U);
+        EXPECT_EQ(lines.indexOfAttribute("A", std::nullopt, "3"), 2U);
+        EXPECT_EQ(lines.indexOfAttribute("b", "X", std::nullopt), 1U);
+        EXPECT_EQ(lines.indexOfAttribute("B", std::nullopt, std::nullopt), std::nullopt);
+    }
+}
+
+TEST(OrbPPDLines, FindsTheNextEndLine) {
+    const auto lines = linesOfText("*End\nA\n*End\n*End\n*end\n");
+    EXPECT_EQ(lines.indexOfEndAfter(0), 2U);
+    EXPECT_EQ(lines.indexOfEndAfter(1), 2U);
+    EXPECT_EQ(lines.indexOfEndAfter(2), 3U);
+    EXPECT_EQ(lines.indexOfEndAfter(3), std::nullopt);
+    EXPECT_EQ(lines.indexOfEndAfter(4), std::nullopt);
+}
+
+TEST(OrbPPDLines, StaysInOrderThroughThousandsOfInsertionsAtOnePlace) {
+    auto lines = linesOfText("*First: 0\n*Last: 0\n");
+    Texts expected = {"*First: 0"};
+    for (int i = 0; i < 6000; ++i) {
+        const std::string line = "*Key" + std::to_string(i % 7) + ": " + std::to_string(i);
+        lines.insert(static_cast<std::size_t>(i) + 1, line);
+        expected.push_back(line);
+        if (i == 3000) {
+            EXPECT_EQ(lines.indexOfAttribute("Key3", std::nullopt, std::nullopt), 4U);
+        }
+    }
+    expected.emplace_back("*Last: 0");
+    EXPECT_EQ(textsOf(lines), expected);
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(lines.indexOfAttribute("Key6", std::nullopt, std::nullopt), 7U);
+        EXPECT_EQ(lines.indexOfAttribute("Last", std::nullopt, std::nullopt), 6001U);
+        // The values are prefixes: "5999" is the value of Key0, because 5999 = 7 * 857.
+        EXPECT_EQ(lines.indexOfAttribute("Key0", std::nullopt, "5999"), 6000U);
+    }
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

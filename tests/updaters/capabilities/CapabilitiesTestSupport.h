@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "core_interface/OrbCoreInterface.h"
+#include "core_interface/TkCSKeys.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/TestDoubles.h"
+#include "updaters/capabilities/ResourceFolder.h"
+
+/// Stand-ins that the tests of the capability updaters share.
+namespace TkPPDUpdating::Testing {
+
+/// Makes a folder of the test's own the library's data folder, until the end of the scope.
+class ResourceScope {
+  public:
+    /// The folder is empty: the property list is missing.
+    ResourceScope() { ResourceFolder::setPath(directory_.path().string()); }
+    /// The property list is that text, which need not be one.
+    explicit ResourceScope(std::string_view text) : ResourceScope() { setPropertyList(text); }
+    ResourceScope(const ResourceScope&) = delete;
+    ResourceScope& operator=(const ResourceScope&) = delete;
+    ~ResourceScope() { ResourceFolder::setPath(std::nullopt); }
+
+    void setPropertyList(std::string_view text) const {
+        directory_.write("TkPPDUpdatingData.plist", text);
+    }
+
+  private:
+    TemporaryDirectory directory_;
+};
+
+/// A property list that is a dictionary of what `entries` writes.
+inline std::string propertyListOf(std::string_view entries) {
+    return "<plist version=\"1.0\"><dict>" + std::string(entries) + "</dict></plist>";
+}
+
+/// One entry for `propertyListOf`; the text is written as it is.
+inline std::string textEntry(std::string_view key, std::string_view text) {
+    return "<key>" + std::string(key) + "</key><string>" + std::string(text) + "</string>";
+}
+
+/// Every device has that status, or none, until the end of the scope.
+class DeviceScope {
+  public:
+    explicit DeviceScope(std::shared_ptr<const OrbCSDeviceStatus> status) {
+        OrbCoreInterface::setCommunicationServices(
+            std::make_shared<FakeCommunicationServices>(std::move(status)));
+    }
+    explicit DeviceScope(OrbCSDeviceAccessories accessories)
+        : DeviceScope(std::make_shared<FakeDeviceStatus>(FakeDeviceStatus::Values{
+              {std::string(kTkCSDeviceAccessoriesKey), std::move(accessories)}})) {}
+
+    /// A device that tells of a duplexer, or one that says nothing.
+    static DeviceScope withDuplexer(std::optional<bool> isInstalled) {
+        return isInstalled ? DeviceScope(OrbCSDeviceAccessories{
+                                 {std::string(kTkCSDeviceAccessoryDuplexer), *isInstalled}})
+                           : DeviceScope(std::shared_ptr<const OrbCSDeviceStatus>());
+    }
+
+  private:
+    CoreInterfaceScope before_;
+};
+
+}  // namespace TkPPDUpdating::Testing

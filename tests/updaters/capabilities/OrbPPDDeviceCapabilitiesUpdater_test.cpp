@@ -1,0 +1,366 @@
+#include "updaters/capabilities/OrbPPDDeviceCapabilitiesUpdater.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "manager/OrbClassTable.h"
+#include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+constexpr std::string_view kUpdaterName = "OrbPPDDeviceCapabilitiesUpdater";
+constexpr std::string_view kBlockKey = "OrbPPDDeviceCapabilitiesUpdater-2.4";
+
+/// A PPD's text with its duplex support undecided.
+constexpr std::string_view kUndecided =
+    "*PPD-Adobe: \"4.3\"\n"
+    "*ZrDeviceCapabilities: Undetected\n"
+    "*cupsVersion: 2.4\n"
+    "*ZrAutoDuplexCapability: Unknown\n"
+    "*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n"
+    "*OpenUI *Duplex/Two-Sided: PickOne\n"
+    "*CloseUI: *Duplex\n"
+    "*CloseGroup: ZrTwoSidedPrinting\n"
+    "*UIConstraints: *Duplex DuplexTumble *MediaType Glossy\n"
+    "*UIConstraints: *MediaType Glossy *InputSlot Lower\n";
+
+constexpr std::string_view kWithoutDuplex =
+    "*PPD-Adobe: \"4.3\"\n"
+    "*ZrDeviceCapabilities: Detected\n"
+    "*cupsVersion: 2.4\n"
+    "*ZrAutoDuplexCapability: False\n"
+    "*UIConstraints: *MediaType Glossy *InputSlot Lower\n";
+
+std::string textWithDuplexer() {
+    std::string text(kUndecided);
+    text.replace(text.find("Undetected"), 10, "Detected");
+    return text.replace(text.find("Unknown"), 7, "True");
+}
+
+PPDText textOf(std::string_view text) {
+    return makePPDText(std::string(text));
+}
+
+std::shared_ptr<const PPDModelFile> PPDFileOf(std::string_view lines) {
+    return PPDModelFile::fileWithText(textOf("*PPD-Adobe: \"4.3\"\n" + std::string(lines)));
+}
+
+PPDText updatedFromDevice(std::string_view text) {
+    OrbDictionary context;
+    return OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_deviceURI_context(
+        textOf(text), "test:", &context);
+}
+
+PPDText updatedFromPPD(const PPDText& text, std::string_view lines) {
+    OrbDictionary context;
+    return OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_PPDFile_context(
+        text, PPDFileOf(lines).get(), &context);
+}
+
+std::optional<bool> installedWith(const DeviceScope& /*device*/) {
+    OrbDictionary context;
+    return OrbPPDDeviceCapabilitiesUpdater().duplexerInstalledOnDevice_context("test:", &context);
+}
+
+std::string removedGroup(std::string_view text) {
+    return *OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingGroupWithName(
+        textOf(text), "G");
+}
+
+TEST(DeviceCapabilitiesUpdater, IsInTheClassTable) {
+    const OrbClass* const found = OrbClassFromName(kUpdaterName);
+    ASSERT_NE(found, nullptr);
+    EXPECT_TRUE(found->conformsToITkPPDUpdater());
+}
+
+TEST(DeviceCapabilitiesUpdater, AppliesExactlyWhenTheFirstCapabilityIsUnknown) {
+    OrbPPDDeviceCapabilitiesUpdater updater;
+    const auto appliesTo = [&](std::string_view lines) {
+        return updater.isApplicableForPPDFile(PPDFileOf(lines).get());
+    };
+    EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: Unknown\n"));
+    EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: \"Unknown\"\n"));
+    EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: Unknown\n*ZrAutoDuplexCapability: True\n"));
+    EXPECT_FALSE(appliesTo("*ZrAutoDuplexCapability: True\n*ZrAutoDuplexCapability: Unknown\n"));
+    EXPECT_FALSE(appliesTo("*ZrAutoDuplexCapability: False\n"));
+    EXPECT_FALSE(appliesTo("*ZrAutoDuplexCapability: unknown\n"));
+    EXPECT_FALSE(appliesTo("*ZrAutoDuplexCapability: UnknownToo\n"));
+    EXPECT_FALSE(appliesTo("*ZrAutoDuplexCapability:\n"));
+    EXPECT_FALSE(appliesTo("*ZrDeviceCapabilities: Unknown\n"));
+    EXPECT_FALSE(updater.isApplicableForPPDFile(nullptr));
+}
+
+TEST(DeviceCapabilitiesUpdater, OffersNoValues) {
+    const auto device = DeviceScope::withDuplexer(true);
+    OrbDictionary context;
+    const auto values =
+        OrbPPDDeviceCapabilitiesUpdater().PPDUpdatingValuesForPPDFile_deviceURI_context(
+            PPDFileOf(kUndecided).get(), "test:", &context);
+    ASSERT_TRUE(values.has_value());
+    EXPECT_TRUE(values->empty());
+}
+
+TEST(DeviceCapabilitiesUpdater, DuplexerIsUnknownWithoutAStatus) {
+    EXPECT_EQ(installedWith(DeviceScope::withDuplexer(std::nullopt)), std::nullopt);
+}
+
+TEST(DeviceCapabilitiesUpdater, DuplexerIsUnknownWithoutAListOfAccessories) {
+    EXPECT_EQ(installedWith(DeviceScope(std::make_shared<FakeDeviceStatus>())), std::nullopt);
+}
+
+TEST(DeviceCapabilitiesUpdater, DuplexerIsUnknownWhenNoAccessoryIsOne) {
+    EXPECT_EQ(installedWith(DeviceScope(OrbCSDeviceAccessories{})), std::nullopt);
+    EXPECT_EQ(installedWith(DeviceScope(OrbCSDeviceAccessories{
+                  {"Tray2", true}, {std::nullopt, true}, {"duplexer", true}})),
+              std::nullopt);
+}
+
+TEST(DeviceCapabilitiesUpdater, DuplexerIsTheLastAccessoryOfThatName) {
+    EXPECT_EQ(installedWith(DeviceScope(OrbCSDeviceAccessories{
+                  {"Duplexer", false}, {"Duplexer", true}, {"Tray2", false}})),
+              true);
+    EXPECT_EQ(
+        installedWith(DeviceScope(OrbCSDeviceAccessories{{"Duplexer", true}, {"Duplexer", false}})),
+        false);
+}
+
+TEST(DeviceCapabilitiesUpdater, AppendsTheBlockOfTheVersionWhenTheDeviceHasADuplexer) {
+    const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
+    const auto device = DeviceScope::withDuplexer(true);
+    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, TakesASilentDeviceForOneWithADuplexer) {
+    const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
+    const auto device = DeviceScope::withDuplexer(std::nullopt);
+    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, TakesADeviceWithoutAccessoriesForOneWithADuplexer) {
+    const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
+    const DeviceScope device(OrbCSDeviceAccessories{});
+    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, RemovesGroupAndConstraintsWhenTheDeviceHasNoDuplexer) {
+    const auto device = DeviceScope::withDuplexer(false);
+    EXPECT_EQ(*updatedFromDevice(kUndecided), kWithoutDuplex);
+}
+
+TEST(DeviceCapabilitiesUpdater, LeavesATextWithoutGroupAndConstraintsButForTheAttributes) {
+    const auto device = DeviceScope::withDuplexer(false);
+    EXPECT_EQ(*updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x"),
+              "*ZrAutoDuplexCapability: False\n*ZrDeviceCapabilities: Detected\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, GivesNothingWhenEitherAttributeIsMissing) {
+    const auto device = DeviceScope::withDuplexer(false);
+    EXPECT_EQ(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n"), nullptr);
+    EXPECT_EQ(updatedFromDevice("*ZrDeviceCapabilities: x\n"), nullptr);
+    EXPECT_EQ(updatedFromDevice(""), nullptr);
+}
+
+TEST(DeviceCapabilitiesUpdater, GivesNothingForNoText) {
+    const OrbPPDDeviceCapabilitiesUpdater updater;
+    EXPECT_EQ(updater.contentsForContents_byUpdatingDuplexerInstalled(nullptr, true), nullptr);
+    EXPECT_EQ(updater.contentsForContents_byRemovingGroupWithName(nullptr, "G"), nullptr);
+    EXPECT_EQ(updater.contentsForContents_byRemovingConstraintsForOptionWithName(nullptr, "O"),
+              nullptr);
+    EXPECT_EQ(updater.contentsByRemovingDuplexOptionWithConstraintsForContents(nullptr), nullptr);
+    EXPECT_EQ(updater.contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+                  nullptr, "2.4"),
+              nullptr);
+}
+
+TEST(DeviceCapabilitiesUpdater, ReplacesAnAttributeOfSeveralLinesWithItsTranslations) {
+    const auto device = DeviceScope::withDuplexer(false);
+    EXPECT_EQ(*updatedFromDevice("*ZrDeviceCapabilities: \"a\nb\"\n*End\n*en.ZrDeviceCapabilities: "
+                                 "\"\"\n*ZrAutoDuplexCapability: Unknown\n"),
+              "*ZrDeviceCapabilities: Detected\n*ZrAutoDuplexCapability: False\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, RaisesOutOfRangeWhenTheVersionEndsAtItsColon) {
+    const auto device = DeviceScope::withDuplexer(true);
+    EXPECT_THROW(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: "
+                                   "x\n*cupsVersion:\n"),
+                 std::out_of_range);
+}
+
+TEST(DeviceCapabilitiesUpdater, CopiesTheStateOfAnotherPPD) {
+    const ResourceScope resources;
+    EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), "*ZrAutoDuplexCapability: True\n"),
+              textWithDuplexer());
+    for (const char* const value : {"False", "Unknown", "true", "TrueToo"}) {
+        const std::string line = std::string("*ZrAutoDuplexCapability: ") + value + "\n";
+        EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), line), kWithoutDuplex) << value;
+    }
+    EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), "*ZrAutoDuplexCapability:\n"), kWithoutDuplex);
+}
+
+TEST(DeviceCapabilitiesUpdater, GivesTheTextItselfWhenTheOtherPPDHasNoState) {
+    const PPDText text = textOf(kUndecided);
+    EXPECT_EQ(updatedFromPPD(text, "*Other: True\n"), text);
+    OrbDictionary context;
+    EXPECT_EQ(OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_PPDFile_context(
+                  text, nullptr, &context),
+              text);
+}
+
+TEST(DeviceCapabilitiesUpdater, LooksUpAMissingVersionAsNull) {
+    const ResourceScope resources(propertyListOf(
+        textEntry("OrbPPDDeviceCapabilitiesUpdater-(null)", "*Block: no version\n")));
+    const auto device = DeviceScope::withDuplexer(true);
+    EXPECT_EQ(*updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x\n"),
+              "*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: Detected\n\n"
+              "*Block: no version\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, LooksUpAVersionOfOneCharacterAsNull) {
+    const ResourceScope resources(
+        propertyListOf(textEntry("OrbPPDDeviceCapabilitiesUpdater-(null)", "null\n") +
+                       textEntry("OrbPPDDeviceCapabilitiesUpdater-2", "two\n")));
+    const auto device = DeviceScope::withDuplexer(true);
+    EXPECT_EQ(*updatedFromDevice("*cupsVersion: 2\n*ZrAutoDuplexCapability: Unknown\n"
+                                 "*ZrDeviceCapabilities: x\n"),
+              "*cupsVersion: 2\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
+              "Detected\n\nnull\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, TakesTheCarriageReturnOfAnUnquotedVersionIntoTheKey) {
+    const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "block\n")));
+    const auto device = DeviceScope::withDuplexer(true);
+    EXPECT_EQ(*updatedFromDevice("*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: Unknown\r\n"
+                                 "*ZrDeviceCapabilities: x\r\n"),
+              "*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
+              "Detected\n");
+    EXPECT_EQ(*updatedFromDevice("*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: Unknown\r\n"
+                                 "*ZrDeviceCapabilities: x\r\n"),
+              "*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
+              "Detected\n\nblock\n");
+}
+
+TEST(DeviceCapabilitiesUpdater, ReadsThePropertyListAnewOnEveryCall) {
+    const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "first")));
+    const OrbPPDDeviceCapabilitiesUpdater updater;
+    EXPECT_EQ(updater.insertingStringForCUPSVersion("2.4"), "first");
+    resources.setPropertyList(propertyListOf(textEntry(kBlockKey, "second")));
+    EXPECT_EQ(updater.insertingStringForCUPSVersion("2.4"), "second");
+    EXPECT_EQ(updater.insertingStringForCUPSVersion("2.5"), std::nullopt);
+}
+
+TEST(DeviceCapabilitiesUpdater, LooksUpBlocksByTheClassOfTheObject) {
+    class Subclass : public OrbPPDDeviceCapabilitiesUpdater {
+        std::string_view className() const override { return "Subclass"; }
+    };
+    const ResourceScope resources(propertyListOf(textEntry("Subclass-2.4", "of the subclass") +
+                                                 textEntry(kBlockKey, "of the base")));
+    EXPECT_EQ(Subclass().insertingStringForCUPSVersion("2.4"), "of the subclass");
+}
+
+class UnusablePropertyList : public testing::TestWithParam<const char*> {};
+
+TEST_P(UnusablePropertyList, StillRewritesTheAttributesAndAppendsNothing) {
+    const ResourceScope resources;
+    if (GetParam()) {
+        resources.setPropertyList(GetParam());
+    }
+    const auto device = DeviceScope::withDuplexer(true);
+    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DeviceCapabilitiesUpdater, UnusablePropertyList,
+    testing::Values(nullptr, "", "damaged", "<plist version=\"1.0\"><dict>",
+                    "<plist version=\"1.0\"><array/></plist>",
+                    "<plist version=\"1.0\"><string>OrbPPDDeviceCapabilitiesUpdater-2.4</string>"
+                    "</plist>",
+                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
+                    "<integer>1</integer></dict></plist>",
+                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
+                    "<array><string>x</string></array></dict></plist>",
+                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.3</key>"
+                    "<string>x</string></dict></plist>"));
+
+TEST(DeviceCapabilitiesUpdater, AppendsNothingWhenThePropertyListIsAFolder) {
+    TemporaryDirectory folder;
+    folder.write("TkPPDUpdatingData.plist/x", "");
+    ResourceFolder::setPath(folder.path().string());
+    EXPECT_EQ(OrbPPDDeviceCapabilitiesUpdater().insertingStringForCUPSVersion("2.4"), std::nullopt);
+    ResourceFolder::setPath(std::nullopt);
+}
+
+TEST(DeviceCapabilitiesUpdater, AppendsTheBlockAfterALastLineWithoutLineFeed) {
+    const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "block\n")));
+    const OrbPPDDeviceCapabilitiesUpdater updater;
+    EXPECT_EQ(*updater.contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+                  textOf("last"), "2.4"),
+              "last\nblock\n");
+    const PPDText text = textOf("text");
+    EXPECT_EQ(updater.contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+                  text, "9.9"),
+              text);
+}
+
+TEST(RemovingAGroup, RemovesFromOpenLineThroughCloseLine) {
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: G\nx\n*% y\n\n*CloseGroup: G\nb\n"), "a\nb\n");
+    EXPECT_EQ(removedGroup("a\r\n*OpenGroup: G\r\nx\r\n*CloseGroup: G\r\nb\r\n"), "a\r\nb\r\n");
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: G\n*CloseGroup: G\n"), "a\n");
+}
+
+TEST(RemovingAGroup, TakesTheNameAsAPrefix) {
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: G/Text\nx\n*CloseGroup: G\nb\n"), "a\nb\n");
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: Glossy\nx\n*CloseGroup: Green\nb\n"), "a\nb\n");
+}
+
+TEST(RemovingAGroup, TakesTheFirstOfEach) {
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: G\nx\n*CloseGroup: G\nb\n*OpenGroup: G\ny\n"
+                           "*CloseGroup: G\n"),
+              "a\nb\n*OpenGroup: G\ny\n*CloseGroup: G\n");
+}
+
+TEST(RemovingAGroup, TakesNestedGroupsAlong) {
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: G\n*OpenGroup: H\nx\n*CloseGroup: H\n*CloseGroup: G\nb"),
+              "a\nb");
+}
+
+TEST(RemovingAGroup, EndsAtTheInnerCloseOfAGroupNestedInItself) {
+    EXPECT_EQ(removedGroup("a\n*OpenGroup: G\n*OpenGroup: G\nx\n*CloseGroup: G\ny\n*CloseGroup: "
+                           "G\nb\n"),
+              "a\ny\n*CloseGroup: G\nb\n");
+}
+
+TEST(RemovingAGroup, PassesOverACloseBeforeTheOpen) {
+    EXPECT_EQ(removedGroup("a\n*CloseGroup: G\n*OpenGroup: G\nx\n*CloseGroup: G\nb\n"),
+              "a\n*CloseGroup: G\nb\n");
+}
+
+class GroupThatStays : public testing::TestWithParam<std::string_view> {};
+
+TEST_P(GroupThatStays, GivesTheTextItself) {
+    const PPDText text = textOf(GetParam());
+    EXPECT_EQ(
+        OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingGroupWithName(text, "G"),
+        text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RemovingAGroup, GroupThatStays,
+    testing::Values("", "a\n",
+                    "a\n*OpenGroup: G\nx\n",                      // never closes
+                    "a\n*CloseGroup: G\n*OpenGroup: G\nx\n",      // closes before it opens
+                    "a\n*OpenGroup: G\nx\n*CloseGroup: G",        // no line feed at the end
+                    "*OpenGroup: G\nx\n*CloseGroup: G\nb\n",      // at the very start
+                    "a\n*opengroup: G\nx\n*closegroup: G\nb\n",   // case counts
+                    "a\n*OpenGroup:  G\nx\n*CloseGroup: G\nb\n",  // two spaces
+                    "a\n *OpenGroup: G\nx\n*CloseGroup: G\nb\n",  // not at the start of a line
+                    "a\n*OpenGroup: H\nx\n*CloseGroup: H\nb\n"));
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
