@@ -133,14 +133,14 @@ TEST(AtomicReplacementTest, LeavesTheOldFileAndNothingElseWhenTheDiskIsFull) {
     const TemporaryDirectory directory;
     const std::string file = directory.write("a.ppd", "old");
     // A limit on the size of files stands in for a full disk: the write fails half-way.
-    const ToolRun run = runProgram(
-        "sh", {"-c",
-               "trap '' XFSZ; ulimit -f 1;"
-               "exec \"$0\" update \"$1\" --device-uri file:/nonexistent --output \"$2\"",
-               TKPPDUPDATING_TOOL,
-               directory.write("large.ppd",
-                               "*PPD-Adobe: \"4.3\"\n*Long: " + std::string(100000, 'x') + "\n"),
-               file});
+    const ToolRun run = runCommand(
+        {"sh", "-c",
+         "trap '' XFSZ; ulimit -f 1;"
+         "exec \"$0\" update \"$1\" --device-uri file:/nonexistent --output \"$2\"",
+         TKPPDUPDATING_TOOL,
+         directory.write("large.ppd",
+                         "*PPD-Adobe: \"4.3\"\n*Long: " + std::string(100000, 'x') + "\n"),
+         file});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(run.errors, "tkppdupdate: " + file + ": cannot be written: File too large\n");
     EXPECT_EQ(contentsOfFile(file), "old");

@@ -6,7 +6,7 @@
 
 namespace TkPPDUpdating::Testing {
 
-/// How a program ended and what it wrote.
+/// How the tool ended and what it wrote.
 struct ToolRun {
     /// 128 and the signal's number when a signal ended it.
     int exitStatus = -1;
@@ -14,23 +14,19 @@ struct ToolRun {
     std::string errors;
 };
 
-/// What a program runs with beside its arguments.
+/// What the tool runs with beside its arguments.
 struct ToolSurroundings {
-    /// Added to PATH and the sanitizers' settings, which is all that a program gets of the tests'
-    /// own environment.
+    /// Set for the tool, from whose environment everything that it heeds is removed first.
     std::map<std::string, std::string> environment = {};
     /// The working directory; the tests' own when empty.
     std::string directory = {};
-    /// Where standard output leads; what is written there is then not in `output`.
-    std::string outputPath = {};
-    bool outputIsClosed = false;
+    /// Where standard output leads, as a shell's redirection: ">/dev/full", ">&-". What is written
+    /// there is then not in `output`.
+    std::string redirection = {};
 };
 
-/// Runs a program (an absolute path, or found on PATH) to its end.
-ToolRun runProgram(const std::string& program, std::vector<std::string> arguments,
-                   const ToolSurroundings& surroundings = {});
-
-/// Runs the tkppdupdate that was built.
+/// Runs a program that is looked up in PATH, or the tkppdupdate that was built, to its end.
+ToolRun runCommand(std::vector<std::string> command, const ToolSurroundings& surroundings = {});
 ToolRun runTool(std::vector<std::string> arguments, const ToolSurroundings& surroundings = {});
 
 /// How many lines a text has, the last one with or without its line feed.

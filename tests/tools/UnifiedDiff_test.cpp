@@ -18,7 +18,7 @@ std::string patched(const std::string& before, const std::string& diff,
     directory.write(name, before);
     directory.write("a.diff", diff);
     // The file's name comes from the diff, as a user's would.
-    const ToolRun run = runProgram("patch", {"-p0", "--input=a.diff", "--no-backup-if-mismatch"},
+    const ToolRun run = runCommand({"patch", "-p0", "--input=a.diff", "--no-backup-if-mismatch"},
                                    {.directory = directory.path()});
     EXPECT_EQ(run.exitStatus, 0) << run.output << run.errors;
     EXPECT_EQ(run.output.find("fuzz"), std::string::npos) << run.output;

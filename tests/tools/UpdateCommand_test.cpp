@@ -127,7 +127,7 @@ TEST_F(UpdateCommandTest, ColoursTheDiffOnATerminalUnlessNoColorIsSet) {
     const std::string command = std::string(TKPPDUPDATING_TOOL) + " update '" + ppd_ +
                                 "' --device-uri '" + deviceURI_ + "' --diff";
     const auto onTerminal = [&](std::map<std::string, std::string> environment) {
-        return runProgram("script", {"-qec", command, "/dev/null"},
+        return runCommand({"script", "-qec", command, "/dev/null"},
                           {.environment = std::move(environment)})
             .output;
     };
@@ -223,10 +223,10 @@ TEST_F(UpdateCommandTest, FailsWhenStandardOutputTakesNothing) {
     for (const bool isDiff : {false, true}) {
         const std::vector<std::string> more =
             isDiff ? std::vector<std::string>{"--diff", "--in-place"} : std::vector<std::string>{};
-        const ToolRun full = update(more, {.outputPath = "/dev/full"});
+        const ToolRun full = update(more, {.redirection = ">/dev/full"});
         EXPECT_EQ(full.exitStatus, 1);
         EXPECT_EQ(full.errors, "tkppdupdate: standard output: No space left on device\n");
-        const ToolRun closed = update(more, {.outputIsClosed = true});
+        const ToolRun closed = update(more, {.redirection = ">&-"});
         EXPECT_EQ(closed.exitStatus, 1);
         EXPECT_EQ(closed.errors, "tkppdupdate: standard output: Bad file descriptor\n");
         EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
@@ -235,7 +235,7 @@ TEST_F(UpdateCommandTest, FailsWhenStandardOutputTakesNothing) {
 
 TEST_F(UpdateCommandTest, NeverWritesTheResultIntoAnotherFileWhenStandardOutputIsClosed) {
     const std::string output = (directory_.path() / "new.ppd").string();
-    const ToolRun run = update({"--output", output}, {.outputIsClosed = true});
+    const ToolRun run = update({"--output", output}, {.redirection = ">&-"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(contentsOfFile(output), kSmallPPDWithDuplexer);
 }

@@ -43,7 +43,7 @@ TEST(UpdatersCommandTest, ListsNothingForAFileThatNoneAppliesTo) {
 }
 
 TEST(UpdatersCommandTest, FailsWhenStandardOutputTakesNothing) {
-    EXPECT_EQ(runTool({"updaters"}, {.outputPath = "/dev/full"}).exitStatus, 1);
+    EXPECT_EQ(runTool({"updaters"}, {.redirection = ">/dev/full"}).exitStatus, 1);
 }
 
 }  // namespace
