@@ -1,0 +1,188 @@
+#include "backends/cups/HTTPTalk.h"
+
+#include <cups/cups.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <condition_variable>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* kNoPassword = nullptr;
+
+const char* refusePassword(const char* /*prompt*/, http_t* /*connection*/, const char* /*method*/,
+                           const char* /*resource*/, void* /*data*/) {
+    return kNoPassword;
+}
+
+/// The state that the caller and the thread share. It outlives both.
+struct Exchange {
+    std::mutex mutex;
+    std::condition_variable finishedChange;
+    /// The name has been looked up, so that the caller waits for the thread.
+    bool isOpen = false;
+    bool isFinished = false;
+    /// The caller no longer waits.
+    bool isAbandoned = false;
+    bool isConnected = false;
+    http_t* connection = nullptr;
+    /// Read by libcups while it connects.
+    int cancel = 0;
+    std::string error;
+};
+
+std::chrono::milliseconds timeUntil(Clock::time_point deadline) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+}
+
+void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
+                  Clock::time_point deadline, const HTTPTalk* talk) {
+    cupsSetPasswordCB2(refusePassword, nullptr);
+    std::string error;
+    http_t* connection = opening(error);
+    {
+        const std::lock_guard lock(exchange->mutex);
+        if (exchange->isAbandoned) {
+            httpClose(connection);
+            return;
+        }
+        exchange->isOpen = true;
+        exchange->connection = connection;
+    }
+    if (connection) {
+        // A connection that was made while it was opened stays.
+        const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
+        errno = 0;
+        if (httpGetFd(connection) >= 0 ||
+            httpReconnect2(connection, remaining, &exchange->cancel) == 0) {
+            exchange->isConnected = true;
+            (*talk)(connection);
+        } else {
+            const int code = httpError(connection) ? httpError(connection) : errno;
+            error = code ? std::generic_category().message(code) : "it cannot be connected";
+        }
+    }
+    const std::lock_guard lock(exchange->mutex);
+    exchange->error = std::move(error);
+    httpClose(connection);
+    exchange->connection = nullptr;
+    exchange->isFinished = true;
+    exchange->finishedChange.notify_one();
+}
+
+/// Whether the socket leads to one of the addresses of the connection: its number might have been
+/// closed and given to another file in between.
+bool leadsToPeer(int socket, http_t* connection) {
+    http_addr_t peer{};
+    socklen_t length = sizeof(peer);
+    if (getpeername(socket, &peer.addr, &length) != 0) {
+        return false;
+    }
+    const http_addr_t* address = httpGetAddress(connection);
+    return address && (peer.addr.sa_family == AF_UNIX ? address->addr.sa_family == AF_UNIX
+                                                      : httpAddrEqual(&peer, address) != 0);
+}
+
+void shutDown(http_t* connection) {
+    const int socket = connection ? dup(httpGetFd(connection)) : -1;
+    if (socket >= 0) {
+        if (leadsToPeer(socket, connection)) {
+            shutdown(socket, SHUT_RDWR);
+        }
+        close(socket);
+    }
+}
+
+}  // namespace
+
+bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
+                  std::string& error) {
+    const auto deadline = Clock::now() + limit;
+    const auto exchange = std::make_shared<Exchange>();
+    std::thread thread;
+    try {
+        thread = std::thread(talkOnThread, exchange, std::move(opening), deadline, &talk);
+    } catch (const std::system_error&) {
+        error = "there is no thread left for it";
+        return false;
+    }
+    std::unique_lock lock(exchange->mutex);
+    const auto isFinished = [&exchange] { return exchange->isFinished; };
+    if (!exchange->finishedChange.wait_until(lock, deadline, isFinished)) {
+        error = "there was no whole answer within " + std::to_string(limit.count()) + " ms";
+        if (!exchange->isOpen) {
+            exchange->isAbandoned = true;
+            thread.detach();
+            error = "its name was not found within " + std::to_string(limit.count()) + " ms";
+            return false;
+        }
+        exchange->cancel = 1;
+        // Again and again: the socket may be made only now.
+        constexpr auto kPause = std::chrono::milliseconds(10);
+        do {
+            shutDown(exchange->connection);
+        } while (!exchange->finishedChange.wait_for(lock, kPause, isFinished));
+        lock.unlock();
+        thread.join();
+        return false;
+    }
+    lock.unlock();
+    thread.join();
+    if (!exchange->isConnected) {
+        error = exchange->error;
+    }
+    return exchange->isConnected;
+}
+
+http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
+                         std::string& error) {
+    http_addrlist_t* addresses =
+        httpAddrGetList(host.c_str(), AF_UNSPEC, std::to_string(port).c_str());
+    http_t* connection = addresses ? httpConnect2(host.c_str(), port, addresses, AF_UNSPEC,
+                                                  encryption, 1, 0, nullptr)
+                                   : nullptr;
+    if (!connection) {
+        error = "its name is not known";
+        httpAddrFreeList(addresses);
+    }
+    return connection;
+}
+
+bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, std::string& error) {
+    std::array<char, 16384> buffer{};
+    for (;;) {
+        const ssize_t count = httpRead2(connection, buffer.data(), buffer.size());
+        if (count < 0) {
+            error = "the answer is cut short";
+            return false;
+        }
+        if (count == 0) {
+            break;
+        }
+        if (body.size() + static_cast<std::size_t>(count) > limit) {
+            error = "the answer is longer than " + std::to_string(limit) + " bytes";
+            return false;
+        }
+        body.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    if (httpGetRemaining(connection) > 0) {
+        error = "the answer is cut short";
+        return false;
+    }
+    return true;
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cups/http.h>
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+
+namespace TkPPDUpdating {
+
+/// Opens a connection of libcups that is not yet connected (a time limit of 0 ms). Called on the
+/// thread that talks. Null, with the reason in `error`, when there is nothing to connect to.
+using HTTPOpening = std::function<http_t*(std::string& error)>;
+
+/// What is said over an open connection. Called on the thread that talks; everything that it does
+/// with the connection ends early when the time is over.
+using HTTPTalk = std::function<void(http_t* connection)>;
+
+/// Opens a connection, connects it and lets `talk` use it, all within one time limit; false, with
+/// the reason in `error` (one phrase), when it could not be connected or the time was over.
+///
+/// libcups limits the time of each step, not of all of them: a peer that sends a byte now and then
+/// keeps it busy for ever. So the talk has a thread of its own, whose socket is shut down at the
+/// end of the time; the thread's own settings of libcups (server, user, password call-back) also
+/// leave those of the caller's thread alone. Looking up a host name cannot be ended: a thread that
+/// still does so at the end of the time is left alone and ends by itself, without having called
+/// `talk`. Everything that `opening` uses must therefore belong to it; `talk` may use the caller's
+/// variables. It never asks for a password.
+bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
+                  std::string& error);
+
+/// Opens a connection to a host and port, or to the domain socket whose path `host` is. For
+/// `HTTPOpening`s.
+http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
+                         std::string& error);
+
+/// Reads the body of an answer into a text of at most `limit` bytes; false, with the reason in
+/// `error`, when it is longer or cut short.
+bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, std::string& error);
+
+}  // namespace TkPPDUpdating

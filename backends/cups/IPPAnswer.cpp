@@ -1,0 +1,148 @@
+#include "backends/cups/IPPAnswer.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "ppd/PPDTextSafety.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::initializer_list<ipp_tag_t> kKeywordOrName = {IPP_TAG_KEYWORD, IPP_TAG_NAME,
+                                                             IPP_TAG_NAMELANG};
+constexpr std::initializer_list<ipp_tag_t> kAnyText = {
+    IPP_TAG_TEXT,    IPP_TAG_TEXTLANG, IPP_TAG_NAME,  IPP_TAG_NAMELANG,
+    IPP_TAG_KEYWORD, IPP_TAG_URI,      IPP_TAG_STRING};
+
+bool isAccepted(ipp_tag_t tag, std::initializer_list<ipp_tag_t> accepted) {
+    return std::find(accepted.begin(), accepted.end(), tag) != accepted.end();
+}
+
+/// RFC 8010, section 3.5.2: out-of-band values say that there is no value.
+bool isOutOfBand(ipp_tag_t tag) {
+    return tag >= IPP_TAG_UNSUPPORTED_VALUE && tag < IPP_TAG_INTEGER;
+}
+
+bool isName(ipp_tag_t tag) {
+    return tag == IPP_TAG_NAME || tag == IPP_TAG_NAMELANG;
+}
+
+std::optional<std::string> bytesOf(ipp_attribute_t* attribute, int index) {
+    if (ippGetValueTag(attribute) == IPP_TAG_STRING) {
+        int length = 0;
+        const void* bytes = ippGetOctetString(attribute, index, &length);
+        return bytes && length >= 0 ? std::optional(std::string(static_cast<const char*>(bytes),
+                                                                static_cast<std::size_t>(length)))
+                                    : std::nullopt;
+    }
+    const char* text = ippGetString(attribute, index, nullptr);
+    return text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+}  // namespace
+
+ipp_attribute_t* IPPAnswer::attribute(const std::string& name,
+                                      std::initializer_list<ipp_tag_t> accepted) {
+    ipp_attribute_t* found = nullptr;
+    ipp_attribute_t* next =
+        answer_ ? ippFindAttribute(answer_, name.c_str(), IPP_TAG_ZERO) : nullptr;
+    for (; next; next = ippFindNextAttribute(answer_, name.c_str(), IPP_TAG_ZERO)) {
+        const ipp_tag_t tag = ippGetValueTag(next);
+        if (ippGetGroupTag(next) != IPP_TAG_PRINTER || isOutOfBand(tag)) {
+            continue;
+        }
+        if (!isAccepted(tag, accepted)) {
+            const char* syntax = ippTagString(tag);
+            dropped_.add(name, "has the syntax " + std::string(syntax ? syntax : "unknown"));
+        } else if (found) {
+            dropped_.add(name, "is given twice; the first counts");
+        } else {
+            found = next;
+        }
+    }
+    return found;
+}
+
+std::optional<std::vector<IPPAnswer::Text>> IPPAnswer::keywordsOrNames(const std::string& name) {
+    ipp_attribute_t* found = attribute(name, kKeywordOrName);
+    if (!found) {
+        return std::nullopt;
+    }
+    std::vector<Text> values;
+    for (int index = 0; index < ippGetCount(found); ++index) {
+        auto value = text(found, index, name, kLongestText);
+        if (value) {
+            values.push_back({std::move(*value), isName(ippGetValueTag(found))});
+        }
+    }
+    return values;
+}
+
+std::vector<std::optional<std::string>> IPPAnswer::texts(const std::string& name,
+                                                         std::size_t longest) {
+    ipp_attribute_t* found = attribute(name, kAnyText);
+    std::vector<std::optional<std::string>> values;
+    for (int index = 0; found && index < ippGetCount(found); ++index) {
+        values.push_back(text(found, index, name, longest));
+    }
+    return values;
+}
+
+std::vector<int> IPPAnswer::integers(const std::string& name) {
+    ipp_attribute_t* found = attribute(name, {IPP_TAG_INTEGER, IPP_TAG_ENUM});
+    std::vector<int> values;
+    for (int index = 0; found && index < ippGetCount(found); ++index) {
+        values.push_back(ippGetInteger(found, index));
+    }
+    return values;
+}
+
+std::vector<ipp_t*> IPPAnswer::collections(const std::string& name) {
+    ipp_attribute_t* found = attribute(name, {IPP_TAG_BEGIN_COLLECTION});
+    std::vector<ipp_t*> values;
+    for (int index = 0; found && index < ippGetCount(found); ++index) {
+        if (ipp_t* collection = ippGetCollection(found, index)) {
+            values.push_back(collection);
+        }
+    }
+    return values;
+}
+
+std::optional<IPPAnswer::Text> IPPAnswer::member(ipp_t* collection, const char* name,
+                                                 const std::string& place) {
+    ipp_attribute_t* found = ippFindAttribute(collection, name, IPP_TAG_ZERO);
+    if (!found || isOutOfBand(ippGetValueTag(found))) {
+        return std::nullopt;
+    }
+    const std::string memberPlace = place + ", " + name;
+    if (!isAccepted(ippGetValueTag(found), kAnyText)) {
+        dropped_.add(memberPlace, "is no text");
+        return std::nullopt;
+    }
+    auto value = text(found, 0, memberPlace, kLongestText);
+    return value ? std::optional(Text{std::move(*value), isName(ippGetValueTag(found))})
+                 : std::nullopt;
+}
+
+std::optional<std::string> IPPAnswer::text(ipp_attribute_t* attribute, int index,
+                                           const std::string& place, std::size_t longest) {
+    const auto valueFromOne = static_cast<std::size_t>(index) + 1;
+    auto bytes = bytesOf(attribute, index);
+    if (!bytes || bytes->empty()) {
+        dropped_.add(place, valueFromOne, "is empty");
+        return std::nullopt;
+    }
+    if (bytes->size() > longest) {
+        dropped_.add(place, valueFromOne, "is longer than " + std::to_string(longest) + " bytes");
+        return std::nullopt;
+    }
+    if (const auto reason = reasonTextCannotStandInPPDLine(*bytes)) {
+        dropped_.add(place, valueFromOne, *reason);
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cups/ipp.h>
+
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "backends/cups/DroppedValues.h"
+
+namespace TkPPDUpdating {
+
+/// A printer's answer to Get-Printer-Attributes (RFC 8011, section 4.2.5), read with suspicion: it
+/// gives only values of the syntax that is asked for, and texts only when they can stand in a PPD
+/// line; the reason for each value that it drops is kept. Names are those of attributes in the
+/// printer group.
+class IPPAnswer {
+  public:
+    /// Texts longer than this (bytes) are dropped: no name that a PPD shows is nearly as long.
+    static constexpr std::size_t kLongestText = 255;
+
+    /// `answer` is not owned and may be null; it must outlive the object.
+    explicit IPPAnswer(ipp_t* answer, DroppedValues dropped = {})
+        : answer_(answer), dropped_(std::move(dropped)) {}
+
+    struct Text {
+        std::string text;
+        /// Whether it has the syntax of a name rather than of a keyword (RFC 8011, section 5.1).
+        bool isName = false;
+    };
+
+    /// The first attribute of that name with one of the syntaxes, or null. Others of the name are
+    /// dropped; an out-of-band value ("no-value", "unknown") is not reported, and no error.
+    ipp_attribute_t* attribute(const std::string& name, std::initializer_list<ipp_tag_t> accepted);
+
+    /// Keywords and names. Nothing when the attribute is missing or of another syntax.
+    std::optional<std::vector<Text>> keywordsOrNames(const std::string& name);
+
+    /// Texts, names, keywords or octet strings, one element for each value, in the printer's order;
+    /// nothing for one that was dropped. `longest` replaces the usual limit. Empty when the
+    /// attribute is missing.
+    std::vector<std::optional<std::string>> texts(const std::string& name,
+                                                  std::size_t longest = kLongestText);
+
+    /// Integers, in the printer's order; empty when the attribute is missing.
+    std::vector<int> integers(const std::string& name);
+
+    /// The collections, in the printer's order, owned by the message.
+    std::vector<ipp_t*> collections(const std::string& name);
+
+    /// One member of a collection (RFC 8010, section 3.1.6), its first value; nothing when it is
+    /// missing or dropped. `place` names the collection in the reason.
+    std::optional<Text> member(ipp_t* collection, const char* name, const std::string& place);
+
+    DroppedValues& dropped() { return dropped_; }
+
+  private:
+    std::optional<std::string> text(ipp_attribute_t* attribute, int index, const std::string& place,
+                                    std::size_t longest);
+
+    ipp_t* answer_;
+    DroppedValues dropped_;
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,366 @@
+#include "backends/cups/IPPAnswerFilter.h"
+
+#include <array>
+#include <optional>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+// RFC 8010, section 3.5: delimiter and value tags.
+using Tag = unsigned char;
+constexpr Tag kEndOfAttributes = 0x03;
+constexpr Tag kPrinterGroup = 0x04;
+constexpr Tag kFirstValue = 0x10;
+constexpr Tag kLastOutOfBand = 0x1F;
+constexpr Tag kInteger = 0x21;
+constexpr Tag kBoolean = 0x22;
+constexpr Tag kEnum = 0x23;
+constexpr Tag kOctetString = 0x30;
+constexpr Tag kDateTime = 0x31;
+constexpr Tag kResolution = 0x32;
+constexpr Tag kRangeOfInteger = 0x33;
+constexpr Tag kBeginCollection = 0x34;
+constexpr Tag kTextWithLanguage = 0x35;
+constexpr Tag kNameWithLanguage = 0x36;
+constexpr Tag kEndCollection = 0x37;
+constexpr Tag kFirstString = 0x41;
+constexpr Tag kLastString = 0x49;
+constexpr Tag kMemberName = 0x4A;
+
+constexpr std::size_t kHeaderLength = 8;
+/// RFC 8011, section 5.1: no text, URI or octet string is longer.
+constexpr std::size_t kLongestString = 1023;
+
+bool isString(Tag tag) {
+    return (tag >= kFirstString && tag <= kLastString) || tag == kTextWithLanguage ||
+           tag == kNameWithLanguage;
+}
+
+bool isOutOfBand(Tag tag) {
+    return tag >= kFirstValue && tag <= kLastOutOfBand;
+}
+
+std::size_t lengthAt(std::string_view bytes, std::size_t at) {
+    return static_cast<std::size_t>(static_cast<unsigned char>(bytes[at])) << 8U |
+           static_cast<unsigned char>(bytes[at + 1]);
+}
+
+/// A language and a text, each behind its length, and nothing else.
+bool isTextWithLanguage(std::string_view value) {
+    if (value.size() < 4) {
+        return false;
+    }
+    const std::size_t language = lengthAt(value, 0);
+    return value.size() >= 4 + language &&
+           value.size() == 4 + language + lengthAt(value, 2 + language);
+}
+
+const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
+    const auto hasLength = [value](std::size_t length) {
+        return value.size() == length ? nullptr : "has the wrong length for its syntax";
+    };
+    switch (tag) {
+        case kInteger:
+        case kEnum:
+            return hasLength(4);
+        case kBoolean:
+            return hasLength(1);
+        case kDateTime:
+            return hasLength(11);
+        case kResolution:
+        case kRangeOfInteger:
+            return hasLength(tag == kResolution ? 9 : 8);
+        case kBeginCollection:
+            return hasLength(0);
+        default:
+            break;
+    }
+    if (isOutOfBand(tag)) {
+        return hasLength(0);
+    }
+    if (!isString(tag) && tag != kOctetString) {
+        return "has a syntax that IPP does not know";
+    }
+    if (value.size() > kLongestString) {
+        return "is longer than 1023 bytes";
+    }
+    if ((tag == kTextWithLanguage || tag == kNameWithLanguage) && !isTextWithLanguage(value)) {
+        return "is no text with its language";
+    }
+    // libcups would end the text there.
+    const bool hasNUL = tag >= kFirstString && value.find('\0') != std::string_view::npos;
+    return hasNUL ? "has the character U+0000" : nullptr;
+}
+
+/// The values of one set must have one syntax; libcups takes different kinds of text together.
+bool canStandInOneSet(Tag first, Tag other) {
+    return first == other || (isString(first) && isString(other));
+}
+
+/// One tag with its name and value, as it stands in the message.
+struct Record {
+    Tag tag = 0;
+    std::string_view name;
+    std::string_view value;
+    /// All of its bytes.
+    std::string_view bytes;
+
+    bool isDelimiter() const { return tag < kFirstValue; }
+};
+
+/// Splits a message into records.
+class Records {
+  public:
+    explicit Records(std::string_view bytes) : bytes_(bytes) {}
+
+    /// Nothing, with the reason in `error`, when the bytes end too early.
+    std::optional<Record> next(std::string& error) {
+        const std::size_t start = at_;
+        Record record;
+        if (at_ >= bytes_.size()) {
+            error = "the answer is cut short: it has no end";
+            return std::nullopt;
+        }
+        record.tag = static_cast<Tag>(bytes_[at_++]);
+        if (!record.isDelimiter()) {
+            const auto name = lengthAndBytes();
+            const auto value = name ? lengthAndBytes() : std::nullopt;
+            if (!value) {
+                error = "the answer is cut short in the value at byte " + std::to_string(start);
+                return std::nullopt;
+            }
+            record.name = *name;
+            record.value = *value;
+        }
+        record.bytes = bytes_.substr(start, at_ - start);
+        return record;
+    }
+
+  private:
+    std::optional<std::string_view> lengthAndBytes() {
+        if (bytes_.size() - at_ < 2) {
+            return std::nullopt;
+        }
+        const std::size_t length = lengthAt(bytes_, at_);
+        if (bytes_.size() - at_ - 2 < length) {
+            return std::nullopt;
+        }
+        at_ += 2 + length;
+        return bytes_.substr(at_ - length, length);
+    }
+
+    std::string_view bytes_;
+    std::size_t at_ = kHeaderLength;
+};
+
+/// The value that is being read: one record, or all those of a collection. Members are held to the
+/// same rules as attributes, so that libcups takes the whole value or does not see it.
+class Value {
+  public:
+    /// Takes the next record; false when it cannot stand there in any message.
+    bool take(const Record& record) {
+        ++records_;
+        if (record.tag == kEndCollection) {
+            if (depth_ == 0) {
+                return false;
+            }
+            --depth_;
+            return true;
+        }
+        if (depth_ > 0 && !record.name.empty()) {
+            return false;
+        }
+        if (record.tag == kMemberName) {
+            return takeMemberName(record.value);
+        }
+        if (depth_ > 0) {
+            checkMemberSet(record.tag);
+        }
+        fail(reasonValueIsMalformed(record.tag, record.value));
+        if (record.tag == kBeginCollection) {
+            ++depth_;
+            if (depth_ > IPPAnswerFilter::kDeepestCollection) {
+                fail("is nested too deep");
+            } else {
+                memberSyntax_[depth_] = kNoMember;
+            }
+        }
+        return true;
+    }
+
+    bool isComplete() const { return depth_ == 0; }
+    /// Null for a good value.
+    const char* reason() const { return reason_; }
+    std::size_t records() const { return records_; }
+
+  private:
+    static constexpr Tag kNoMember = 0;
+    static constexpr Tag kNamedMember = 1;
+
+    void fail(const char* reason) {
+        if (!reason_) {
+            reason_ = reason;
+        }
+    }
+
+    bool takeMemberName(std::string_view name) {
+        constexpr std::size_t kLongestName = 255;
+        if (depth_ == 0) {
+            return false;
+        }
+        if (name.empty() || name.size() > kLongestName || name.find('\0') != name.npos) {
+            fail("has a member with a bad name");
+        }
+        if (depth_ <= IPPAnswerFilter::kDeepestCollection) {
+            if (memberSyntax_[depth_] == kNamedMember) {
+                fail("has a member without a value");
+            }
+            memberSyntax_[depth_] = kNamedMember;
+        }
+        return true;
+    }
+
+    void checkMemberSet(Tag tag) {
+        if (depth_ > IPPAnswerFilter::kDeepestCollection) {
+            return;
+        }
+        Tag& syntax = memberSyntax_[depth_];
+        if (syntax == kNoMember) {
+            fail("has a member without a name");
+        } else if (syntax == kNamedMember) {
+            syntax = tag;
+        } else if (!canStandInOneSet(syntax, tag)) {
+            fail("has a member with values of different syntaxes");
+        }
+    }
+
+    std::size_t depth_ = 0;
+    std::size_t records_ = 0;
+    const char* reason_ = nullptr;
+    /// By depth: the syntax of the member that is being read.
+    std::array<Tag, IPPAnswerFilter::kDeepestCollection + 1> memberSyntax_{};
+};
+
+/// One run over an answer.
+class Run {
+  public:
+    Run(const std::set<std::string, std::less<>>& wanted, std::size_t mostAttributes,
+        DroppedValues& dropped)
+        : wanted_(wanted), mostAttributes_(mostAttributes), dropped_(dropped) {}
+
+    /// Empty and the reason in `error` when the answer is no whole message.
+    std::string filter(std::string_view answer, std::string& error) {
+        result_ = answer.substr(0, kHeaderLength);
+        result_ += static_cast<char>(kPrinterGroup);
+        Records records(answer);
+        while (const auto record = records.next(error)) {
+            if (record->tag == kEndOfAttributes) {
+                result_ += static_cast<char>(kEndOfAttributes);
+                return std::move(result_);
+            }
+            if (record->isDelimiter()) {
+                group_ = record->tag;
+                attribute_.reset();
+            } else if (!takeValue(*record, records, error)) {
+                break;
+            }
+        }
+        return {};
+    }
+
+  private:
+    /// The attribute that is being read.
+    struct Attribute {
+        std::string_view name;
+        bool isWanted = false;
+        std::size_t count = 0;
+        /// The syntax of the first value that was kept.
+        std::optional<Tag> syntax;
+    };
+
+    bool takeValue(const Record& first, Records& records, std::string& error) {
+        if (!first.name.empty()) {
+            if (++attributes_ > mostAttributes_) {
+                error =
+                    "the answer has more than " + std::to_string(mostAttributes_) + " attributes";
+                return false;
+            }
+            const bool isWanted = group_ == kPrinterGroup && wanted_.contains(first.name);
+            attribute_ = Attribute{first.name, isWanted, 0, std::nullopt};
+        } else if (!attribute_) {
+            error = "the answer has a value without an attribute";
+            return false;
+        }
+        ++attribute_->count;
+        Record head = first;
+        head.name = {};
+        Value value;
+        std::size_t length = first.bytes.size();
+        if (!value.take(head)) {
+            error = "the answer has a member outside of a collection";
+            return false;
+        }
+        while (!value.isComplete()) {
+            const auto record = records.next(error);
+            if (!record) {
+                return false;
+            }
+            if (record->isDelimiter() || !value.take(*record)) {
+                error = "the answer has a collection that does not end";
+                return false;
+            }
+            length += record->bytes.size();
+        }
+        keep(first, std::string_view(first.bytes.data(), length), value);
+        return true;
+    }
+
+    void keep(const Record& first, std::string_view bytes, const Value& value) {
+        if (!attribute_->isWanted) {
+            return;
+        }
+        const char* reason = value.reason();
+        if (!reason && attribute_->syntax && !canStandInOneSet(*attribute_->syntax, first.tag)) {
+            reason = "has another syntax than the first";
+        }
+        if (!reason && values_ + value.records() > IPPAnswerFilter::kMostValues) {
+            reason = "is one too many";
+        }
+        if (reason) {
+            dropped_.add(attribute_->name, attribute_->count, reason);
+            return;
+        }
+        values_ += value.records();
+        // The first value that is kept carries the name.
+        const std::string_view name = attribute_->syntax ? std::string_view() : attribute_->name;
+        attribute_->syntax = first.tag;
+        result_ += static_cast<char>(first.tag);
+        result_ += static_cast<char>(name.size() >> 8U);
+        result_ += static_cast<char>(name.size() & 0xFFU);
+        result_ += name;
+        result_ += bytes.substr(3 + first.name.size());
+    }
+
+    const std::set<std::string, std::less<>>& wanted_;
+    std::size_t mostAttributes_;
+    DroppedValues& dropped_;
+    std::string result_;
+    Tag group_ = 0;
+    std::optional<Attribute> attribute_;
+    std::size_t attributes_ = 0;
+    std::size_t values_ = 0;
+};
+
+}  // namespace
+
+std::string IPPAnswerFilter::filtered(std::string_view answer, DroppedValues& dropped,
+                                      std::string& error) const {
+    if (answer.size() < kHeaderLength) {
+        error = "the answer is cut short: it has no whole header";
+        return {};
+    }
+    return Run(wanted_, mostAttributes_, dropped).filter(answer, error);
+}
+
+}  // namespace TkPPDUpdating

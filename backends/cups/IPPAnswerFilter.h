@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "backends/cups/DroppedValues.h"
+
+namespace TkPPDUpdating {
+
+/// Takes out of the bytes of an IPP answer (RFC 8010) what was asked for and is well formed, before
+/// libcups reads it.
+///
+/// libcups refuses a whole answer for one malformed value, follows collections as deep as they go
+/// and makes objects of hundreds of bytes out of ten: a printer must neither spoil the rest of its
+/// answer nor use our stack and memory up. So attributes that nobody asked for are left out, and so
+/// is each value whose length or syntax is wrong or that is nested too deep. The pass is linear and
+/// keeps nothing but the bytes that it gives back.
+class IPPAnswerFilter {
+  public:
+    /// The most wire-level values that are kept, members of collections included.
+    static constexpr std::size_t kMostValues = 100'000;
+    /// The deepest collection: media-col-database needs two levels.
+    static constexpr std::size_t kDeepestCollection = 8;
+
+    /// `wanted` are the attribute names to keep.
+    IPPAnswerFilter(std::set<std::string, std::less<>> wanted, std::size_t mostAttributes)
+        : wanted_(std::move(wanted)), mostAttributes_(mostAttributes) {}
+
+    /// The bytes of an equal answer with only the wanted, well-formed values in its printer group.
+    /// Empty, with the reason in `error`, when the answer is cut short, not built as IPP, or has
+    /// too many attributes. Reasons for dropped values go to `dropped`.
+    std::string filtered(std::string_view answer, DroppedValues& dropped, std::string& error) const;
+
+  private:
+    std::set<std::string, std::less<>> wanted_;
+    std::size_t mostAttributes_;
+};
+
+}  // namespace TkPPDUpdating

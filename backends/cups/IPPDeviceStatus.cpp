@@ -1,0 +1,47 @@
+#include "backends/cups/IPPDeviceStatus.h"
+
+#include <any>
+#include <memory>
+
+#include "backends/cups/IPPPrinterRequest.h"
+#include "core_interface/TkCSKeys.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+bool isCUPSFilterMode(const OrbDictionary* parameters) {
+    if (!parameters) {
+        return false;
+    }
+    const auto entry = parameters->find(kTkCSIsCUPSFilterModeKey);
+    const bool* value = entry == parameters->end() ? nullptr : std::any_cast<bool>(&entry->second);
+    return value && *value;
+}
+
+}  // namespace
+
+const OrbCSStatusValue* IPPDeviceStatus::statusValueForKey_error(std::string_view key,
+                                                                 std::string* error) const {
+    const auto value = values_.find(key);
+    if (value != values_.end()) {
+        return &value->second;
+    }
+    if (error) {
+        *error = "the printer did not report it";
+    }
+    return nullptr;
+}
+
+void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatusLimits& limits) {
+    for (const char* scheme : {"ipp", "ipps", "dnssd"}) {
+        schemes.registerScheme(scheme, [limits](const std::string& deviceURI,
+                                                const OrbDictionary* parameters,
+                                                std::string& error) {
+            const auto time = isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
+            return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
+        });
+    }
+}
+
+}  // namespace TkPPDUpdating

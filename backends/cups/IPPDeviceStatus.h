@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "backends/schemes/DeviceStatusSchemes.h"
+#include "core_interface/OrbCSDeviceStatus.h"
+
+namespace TkPPDUpdating {
+
+/// A device status that a printer gave over IPP.
+class IPPDeviceStatus : public OrbCSDeviceStatus {
+  public:
+    using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
+
+    explicit IPPDeviceStatus(Values values, std::vector<std::string> droppedValues = {})
+        : values_(std::move(values)), droppedValues_(std::move(droppedValues)) {}
+
+    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
+                                                    std::string* error) const override;
+
+    /// Why values of the answer were dropped, one phrase each that begins with the attribute's
+    /// name. Holds none of the printer's own text.
+    const std::vector<std::string>& droppedValues() const { return droppedValues_; }
+
+  private:
+    Values values_;
+    std::vector<std::string> droppedValues_;
+};
+
+/// How much of a printer's time and talk is put up with.
+struct IPPDeviceStatusLimits {
+    /// For the whole exchange, from looking up the name to the last byte of the answer.
+    std::chrono::milliseconds time = std::chrono::seconds(15);
+    /// The same with `kTkCSIsCUPSFilterModeKey`, where a print job waits.
+    std::chrono::milliseconds filterModeTime = std::chrono::seconds(3);
+    /// The longest answer, in bytes.
+    std::size_t bytes = std::size_t{4} << 20U;
+    /// The most attributes in an answer, those that nobody asked for included.
+    std::size_t attributes = 10'000;
+};
+
+/// Registers the backend for "ipp", "ipps" and "dnssd": the printer is asked with one
+/// Get-Printer-Attributes (RFC 8011, section 4.2.5) over libcups, whose answer
+/// `IPPStatusMapping` turns into a status.
+///
+/// Nobody is ever asked for a password, in filter mode or out of it: a printer that wants one gives
+/// no status. No redirect is followed. With "ipps" the exchange is encrypted, but the printer's
+/// certificate proves nothing here, since nearly all are self-signed: any is accepted, and none is
+/// stored (docs/ipp-mapping.md says why). A "dnssd" name is resolved where libcups can, that is
+/// with Avahi running.
+void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes,
+                              const IPPDeviceStatusLimits& limits = {});
+
+}  // namespace TkPPDUpdating

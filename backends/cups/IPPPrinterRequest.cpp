@@ -1,0 +1,266 @@
+#include "backends/cups/IPPPrinterRequest.h"
+
+#include <cups/cups.h>
+#include <cups/http.h>
+#include <cups/ipp.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "backends/cups/DroppedValues.h"
+#include "backends/cups/HTTPTalk.h"
+#include "backends/cups/IPPAnswerFilter.h"
+#include "backends/cups/IPPMessage.h"
+#include "backends/cups/IPPStatusMapping.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// Where a printer listens.
+struct Printer {
+    std::string URI;
+    std::string host;
+    int port = 0;
+    std::string resource;
+    bool isEncrypted = false;
+};
+
+/// The URI of the printer itself, without user name and password, which are nobody's business here,
+/// and without the options of the CUPS backend behind "?". Nothing when it is no IPP URI.
+std::optional<Printer> printerWithURI(const std::string& deviceURI) {
+    std::array<char, HTTP_MAX_URI> scheme{};
+    std::array<char, HTTP_MAX_URI> userInfo{};
+    std::array<char, HTTP_MAX_URI> host{};
+    std::array<char, HTTP_MAX_URI> resource{};
+    Printer printer;
+    const auto status = httpSeparateURI(HTTP_URI_CODING_ALL, deviceURI.c_str(), scheme.data(),
+                                        static_cast<int>(scheme.size()), userInfo.data(),
+                                        static_cast<int>(userInfo.size()), host.data(),
+                                        static_cast<int>(host.size()), &printer.port,
+                                        resource.data(), static_cast<int>(resource.size()));
+    if (status < HTTP_URI_STATUS_OK || host[0] == '\0' || host[0] == '/') {
+        return std::nullopt;
+    }
+    constexpr int kHTTPSPort = 443;
+    printer.host = host.data();
+    printer.isEncrypted = std::string_view(scheme.data()) == "ipps" || printer.port == kHTTPSPort;
+    printer.resource =
+        std::string(resource.data()).substr(0, std::string(resource.data()).find('?'));
+    std::array<char, HTTP_MAX_URI> URI{};
+    if (httpAssembleURI(HTTP_URI_CODING_ALL, URI.data(), static_cast<int>(URI.size()),
+                        scheme.data(), nullptr, host.data(), printer.port,
+                        printer.resource.c_str()) < HTTP_URI_STATUS_OK) {
+        return std::nullopt;
+    }
+    printer.URI = URI.data();
+    return printer;
+}
+
+IPPMessage requestForPrinter(const std::string& URI, int majorVersion, int minorVersion) {
+    IPPMessage request(ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES));
+    ippSetVersion(request.get(), majorVersion, minorVersion);
+    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
+                 URI.c_str());
+    const auto names = IPPStatusMapping::requestedAttributes();
+    ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
+                  static_cast<int>(names.size()), nullptr, names.data());
+    return request;
+}
+
+/// A text that libcups reads a message from.
+struct Source {
+    std::string_view remaining;
+};
+
+ssize_t readFromSource(void* context, ipp_uchar_t* buffer, std::size_t size) {
+    auto* source = static_cast<Source*>(context);
+    const std::size_t count = std::min(size, source->remaining.size());
+    std::memcpy(buffer, source->remaining.data(), count);
+    source->remaining.remove_prefix(count);
+    return static_cast<ssize_t>(count);
+}
+
+IPPMessage messageWithBytes(std::string_view bytes) {
+    IPPMessage message(ippNew());
+    Source source{bytes};
+    const bool isRead =
+        ippReadIO(&source, readFromSource, 1, nullptr, message.get()) == IPP_STATE_DATA;
+    return isRead ? std::move(message) : nullptr;
+}
+
+std::string reasonForHTTPStatus(http_status_t status) {
+    switch (status) {
+        case HTTP_STATUS_ERROR:
+            return "the connection was closed before an answer";
+        case HTTP_STATUS_UNAUTHORIZED:
+            return "the printer asks for a password";
+        case HTTP_STATUS_UPGRADE_REQUIRED:
+            return "the printer wants an encrypted connection (ipps:)";
+        case HTTP_STATUS_MULTIPLE_CHOICES:
+        case HTTP_STATUS_MOVED_PERMANENTLY:
+        case HTTP_STATUS_FOUND:
+        case HTTP_STATUS_SEE_OTHER:
+        case HTTP_STATUS_TEMPORARY_REDIRECT:
+            return "the printer sends us elsewhere, which is not followed";
+        default:
+            return "the printer answers with the HTTP status " +
+                   std::to_string(static_cast<int>(status));
+    }
+}
+
+/// Sends the request and reads the answer's bytes; false and the reason when there is none.
+bool exchange(http_t* connection, const std::string& resource, ipp_t* request,
+              std::size_t mostBytes, std::string& answer, std::string& error) {
+    httpClearFields(connection);
+    httpSetField(connection, HTTP_FIELD_CONTENT_TYPE, "application/ipp");
+    httpSetLength(connection, ippLength(request));
+    ippSetState(request, IPP_STATE_IDLE);
+    if (httpPost(connection, resource.c_str()) != 0 ||
+        ippWrite(connection, request) != IPP_STATE_DATA) {
+        error = "the request could not be sent";
+        return false;
+    }
+    http_status_t status = HTTP_STATUS_CONTINUE;
+    while (status == HTTP_STATUS_CONTINUE) {
+        status = httpUpdate(connection);
+    }
+    if (status != HTTP_STATUS_OK) {
+        error = reasonForHTTPStatus(status);
+        return false;
+    }
+    const std::string_view type = httpGetField(connection, HTTP_FIELD_CONTENT_TYPE);
+    if (!type.empty() && !type.starts_with("application/ipp")) {
+        error = "the answer is not IPP";
+        return false;
+    }
+    return readHTTPBody(connection, mostBytes, answer, error);
+}
+
+/// The status code of an answer (RFC 8010, section 3.1.1), which has a whole header.
+ipp_status_t statusOfAnswer(std::string_view answer) {
+    return static_cast<ipp_status_t>(static_cast<unsigned char>(answer[2]) << 8U |
+                                     static_cast<unsigned char>(answer[3]));
+}
+
+std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
+                                                      std::size_t mostAttributes,
+                                                      std::string& error) {
+    std::set<std::string, std::less<>> wanted;
+    for (const char* name : IPPStatusMapping::requestedAttributes()) {
+        wanted.emplace(name);
+    }
+    DroppedValues dropped;
+    const std::string bytes =
+        IPPAnswerFilter(std::move(wanted), mostAttributes).filtered(answer, dropped, error);
+    if (bytes.empty()) {
+        return nullptr;
+    }
+    if (statusOfAnswer(answer) > IPP_STATUS_OK_CONFLICTING) {
+        error = "the printer answers " + std::string(ippErrorString(statusOfAnswer(answer)));
+        return nullptr;
+    }
+    const IPPMessage message = messageWithBytes(bytes);
+    if (!message) {
+        error = "the answer cannot be read as IPP";
+        return nullptr;
+    }
+    return IPPStatusMapping::statusForAnswer(message.get(), std::move(dropped));
+}
+
+/// Talks IPP 2.0, and 1.1 with a printer that knows no better.
+bool askPrinter(http_t* connection, const Printer& printer, std::size_t mostBytes,
+                std::string& answer, std::string& error) {
+    const auto ask = [&](int majorVersion, int minorVersion) {
+        const IPPMessage request = requestForPrinter(printer.URI, majorVersion, minorVersion);
+        return exchange(connection, printer.resource, request.get(), mostBytes, answer, error);
+    };
+    constexpr std::size_t kHeaderLength = 8;
+    if (!ask(2, 0)) {
+        return false;
+    }
+    if (answer.size() >= kHeaderLength &&
+        statusOfAnswer(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED) {
+        answer.clear();
+        return ask(1, 1);
+    }
+    return true;
+}
+
+bool isDNSSD(const std::string& deviceURI) {
+    return strncasecmp(deviceURI.c_str(), "dnssd:", 6) == 0;
+}
+
+/// Resolves a name of DNS-SD and connects to the printer; fills in where that is.
+http_t* resolvedConnection(const std::string& deviceURI, std::chrono::milliseconds time,
+                           Printer& printer, std::string& error) {
+    std::array<char, HTTP_MAX_URI> resource{};
+    cups_dest_t* destination = cupsGetDestWithURI("printer", deviceURI.c_str());
+    http_t* connection =
+        destination
+            ? cupsConnectDest(destination, CUPS_DEST_FLAGS_DEVICE, static_cast<int>(time.count()),
+                              nullptr, resource.data(), resource.size(), nullptr, nullptr)
+            : nullptr;
+    cupsFreeDests(destination ? 1 : 0, destination);
+    if (!connection) {
+        error = "its DNS-SD name could not be resolved and connected";
+        return nullptr;
+    }
+    std::array<char, HTTP_MAX_HOST> host{};
+    httpGetHostname(connection, host.data(), static_cast<int>(host.size()));
+    std::array<char, HTTP_MAX_URI> URI{};
+    httpAssembleURI(HTTP_URI_CODING_ALL, URI.data(), static_cast<int>(URI.size()),
+                    httpIsEncrypted(connection) ? "ipps" : "ipp", nullptr, host.data(),
+                    httpAddrPort(httpGetAddress(connection)), resource.data());
+    printer.resource = resource.data();
+    printer.URI = URI.data();
+    return connection;
+}
+
+}  // namespace
+
+std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
+    const std::string& deviceURI, std::string& error) const {
+    // Shared with the thread, which may outlive this call while it resolves a name.
+    const auto printer = std::make_shared<Printer>();
+    if (!isDNSSD(deviceURI)) {
+        auto separated = printerWithURI(deviceURI);
+        if (!separated) {
+            error = "the URI names no IPP printer";
+            return nullptr;
+        }
+        *printer = std::move(*separated);
+    }
+    const HTTPOpening opening = [printer, deviceURI, time = time_](std::string& reason) {
+        return isDNSSD(deviceURI)
+                   ? resolvedConnection(deviceURI, time, *printer, reason)
+                   : openedConnection(printer->host, printer->port,
+                                      printer->isEncrypted ? HTTP_ENCRYPTION_ALWAYS
+                                                           : HTTP_ENCRYPTION_IF_REQUESTED,
+                                      reason);
+    };
+    std::string answer;
+    std::string reason;
+    bool isAnswered = false;
+    const bool isOver = !talkOverHTTP(
+        opening, time_,
+        [&](http_t* connection) {
+            isAnswered = askPrinter(connection, *printer, limits_.bytes, answer, reason);
+        },
+        error);
+    if (isOver) {
+        return nullptr;
+    }
+    if (!isAnswered) {
+        error = reason;
+        return nullptr;
+    }
+    return statusForBytes(answer, limits_.attributes, error);
+}
+
+}  // namespace TkPPDUpdating

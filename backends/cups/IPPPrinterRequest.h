@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "backends/cups/IPPDeviceStatus.h"
+
+namespace TkPPDUpdating {
+
+/// Asks one IPP printer what the status mapping wants to know: Get-Printer-Attributes (RFC 8011,
+/// section 4.2.5).
+class IPPPrinterRequest {
+  public:
+    IPPPrinterRequest(const IPPDeviceStatusLimits& limits, std::chrono::milliseconds time)
+        : limits_(limits), time_(time) {}
+
+    /// Null, with the reason (one phrase) in `error`, when there is no status.
+    std::shared_ptr<const IPPDeviceStatus> statusOfPrinter(const std::string& deviceURI,
+                                                           std::string& error) const;
+
+  private:
+    IPPDeviceStatusLimits limits_;
+    std::chrono::milliseconds time_;
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,71 @@
+#include "backends/cups/IPPStatusMapping.h"
+
+#include <array>
+#include <utility>
+
+#include "backends/cups/IPPAccessories.h"
+#include "backends/cups/IPPMediaTypes.h"
+#include "backends/cups/IPPResolutions.h"
+#include "backends/cups/IPPSupplies.h"
+#include "core_interface/TkCSKeys.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+using Attribute = IPPStatusMapping::Attribute;
+
+constexpr std::array kDuplexerAttributes = {Attribute{"sides-supported", "RFC 8011"}};
+constexpr std::array kLowerTrayAttributes = {Attribute{"media-source-supported", "PWG 5100.7"},
+                                             Attribute{"printer-input-tray", "PWG 5100.13"}};
+constexpr std::array kPensAttributes = {Attribute{"printer-supply", "PWG 5100.13"},
+                                        Attribute{"printer-supply-description", "PWG 5100.13"},
+                                        Attribute{"marker-names", "CUPS extension"},
+                                        Attribute{"marker-types", "CUPS extension"},
+                                        Attribute{"marker-colors", "CUPS extension"},
+                                        Attribute{"marker-levels", "CUPS extension"},
+                                        Attribute{"marker-low-levels", "CUPS extension"}};
+constexpr std::array kResolutionAttributes = {
+    Attribute{"printer-resolution-supported", "RFC 8011"},
+    Attribute{"pwg-raster-document-resolution-supported", "PWG 5102.4"},
+    Attribute{"urf-supported", "CUPS extension"}};
+constexpr std::array kMediaTypeAttributes = {Attribute{"media-col-database", "PWG 5100.7"},
+                                             Attribute{"media-type-supported", "PWG 5100.7"},
+                                             Attribute{"printer-icc-profiles", "PWG 5100.13"}};
+
+constexpr std::array kRows = {
+    IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kDuplexerAttributes, readDuplexer},
+    IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kLowerTrayAttributes, readLowerTray},
+    IPPStatusMapping::Row{kTkCSInstalledPensConfigurationKey, kPensAttributes, readPens},
+    IPPStatusMapping::Row{kTkCSMaxSupportedResolutionKey, kResolutionAttributes,
+                          readHighestResolution},
+    IPPStatusMapping::Row{kTkCSCustomMediaTypesKey, kMediaTypeAttributes, readCustomMediaTypes}};
+
+}  // namespace
+
+std::span<const IPPStatusMapping::Row> IPPStatusMapping::rows() {
+    return kRows;
+}
+
+std::vector<const char*> IPPStatusMapping::requestedAttributes() {
+    std::vector<const char*> names;
+    for (const Row& row : kRows) {
+        for (const Attribute& attribute : row.attributes) {
+            names.push_back(attribute.name);
+        }
+    }
+    return names;
+}
+
+std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(ipp_t* answer,
+                                                                         DroppedValues dropped) {
+    IPPAnswer reader(answer, std::move(dropped));
+    IPPDeviceStatus::Values values;
+    for (const Row& row : kRows) {
+        row.read(reader, values);
+    }
+    return std::make_shared<const IPPDeviceStatus>(std::move(values),
+                                                   reader.dropped().takeReasons());
+}
+
+}  // namespace TkPPDUpdating

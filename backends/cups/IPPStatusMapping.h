@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cups/ipp.h>
+
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "backends/cups/IPPAnswer.h"
+#include "backends/cups/IPPDeviceStatus.h"
+
+namespace TkPPDUpdating {
+
+/// What the attributes of an IPP printer mean as a device status: one table.
+class IPPStatusMapping {
+  public:
+    /// One row: an attribute that is asked for, and the standard that defines it.
+    struct Attribute {
+        const char* name;
+        std::string_view standard;
+    };
+
+    /// A status key with the attributes that it is read from, and how. `read` adds to `values` what
+    /// the printer reported and leaves them alone otherwise.
+    struct Row {
+        std::string_view statusKey;
+        std::span<const Attribute> attributes;
+        void (*read)(IPPAnswer& answer, IPPDeviceStatus::Values& values);
+    };
+
+    IPPStatusMapping() = delete;
+
+    static std::span<const Row> rows();
+
+    /// The names of all attributes of the table, for "requested-attributes". They are asked for one
+    /// by one, since "all" leaves out "media-col-database" (PWG 5100.7).
+    static std::vector<const char*> requestedAttributes();
+
+    /// The status that an answer means; null (no answer) gives an empty one. What was not reported
+    /// is not in it, and a bad value is dropped with its reason while the rest counts. `dropped`
+    /// holds the reasons for what was dropped before.
+    static std::shared_ptr<const IPPDeviceStatus> statusForAnswer(ipp_t* answer,
+                                                                  DroppedValues dropped = {});
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "backends/cups/IPPAnswer.h"
+#include "backends/cups/IPPDeviceStatus.h"
+
+namespace TkPPDUpdating {
+
+/// Adds the pens that are in: ink and toner supplies from "printer-supply" with
+/// "printer-supply-description", else from the "marker-" attributes.
+///
+/// `kTkCSPPDPenDyesKey` becomes the dyes in the printer's order, joined with commas: of each supply
+/// the name of its colorant, else its colour, else its own name. `kTkCSPPDPenInkSufficientKey`
+/// becomes "True" or "False" for each of them, joined with commas: whether the level is above the
+/// one at which the printer calls it low (above empty, when it does not tell one); nothing unless
+/// all levels are known. IPP knows no code name of a configuration and none of the other values.
+void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values);
+
+}  // namespace TkPPDUpdating
