@@ -20,6 +20,9 @@ constexpr std::size_t kStorageSize = 64UL * 1024;
 /// Building the index costs about as much as this many passes over the lines.
 constexpr unsigned kLookUpsBeforeIndex = 8;
 
+/// So many lines are always added to the index.
+constexpr std::size_t kFewLines = 512;
+
 constexpr std::size_t kSeedOfKeyword = 1;
 
 /// Part of the text before the first of two separators; all of it when it has none.
@@ -154,6 +157,12 @@ void OrbPPDLines::insert(std::size_t index, std::string_view line) {
     block.lines.insert(block.lines.begin() + static_cast<std::ptrdiff_t>(place.offset), id);
     blockSizes_.add(place.block, 1);
     ++size_;
+    // An index is not kept up while most of the lines are being written: few look-ups follow that,
+    // and making it again, should many follow, costs no more.
+    if (index_ && ++insertedSinceLookUp_ > std::max(kFewLines, size_ / 2)) {
+        index_.reset();
+        lookUpsWithoutIndex_ = 0;
+    }
     if (index_) {
         addToIndex(id);
     }
@@ -321,6 +330,7 @@ std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
         return OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(line, keyword, spec,
                                                                             value);
     };
+    insertedSinceLookUp_ = 0;
     if (!index_ && ++lookUpsWithoutIndex_ > kLookUpsBeforeIndex) {
         buildIndex();
     }

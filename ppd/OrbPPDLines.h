@@ -104,6 +104,7 @@ class OrbPPDLines {
     std::vector<LineID> freeIDs_;
     mutable std::optional<LineChains> index_;
     mutable unsigned lookUpsWithoutIndex_ = 0;
+    mutable std::size_t insertedSinceLookUp_ = 0;
 };
 
 }  // namespace TkPPDUpdating

@@ -9,7 +9,7 @@ Command::Command(CLI::App& application, const std::string& name, const std::stri
 
 void Command::throwMalformedAttribute(const std::string& place) {
     throw Failure(ExitStatus::noResult, place,
-                  "an attribute that an updater looks up ends at its colon: it has no value");
+                  "an attribute that an updater looks up has nothing after its colon");
 }
 
 }  // namespace TkPPDUpdating

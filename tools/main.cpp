@@ -1,6 +1,5 @@
 // tkppdupdate: the command line of the library.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <array>
 #include <new>
 
@@ -43,9 +42,12 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
         throw Failure(ExitStatus::usage, "",
                       std::string(error.what()) + " (\"tkppdupdate --help\" tells the usage)");
     }
-    const auto chosen = std::find_if(commands.begin(), commands.end(),
-                                     [](const Command* command) { return command->wasChosen(); });
-    return (*chosen)->run();
+    for (Command* command : commands) {
+        if (command->wasChosen()) {
+            return command->run();
+        }
+    }
+    throw Failure(ExitStatus::usage, "", "no command is named");
 }
 
 ExitStatus runReportingFailures(int argumentCount, char** arguments) {

@@ -11,14 +11,13 @@
 
 function fail(reason) {
     print "complete.awk: " reason > "/dev/stderr"
-    failed = 1
     exit 1
 }
 
 # The text between "/" and ":" of a line.
 function text_of(line) {
     sub(/^[^\/]*\//, "", line)
-    sub(/: *"[^"]*"$|: *[A-Za-z]*$/, "", line)
+    sub(/: *"[^"]*"$|: *[A-Za-z]+$/, "", line)
     return line
 }
 
@@ -76,7 +75,7 @@ FILENAME ~ /\.po$/ {
     lines[++line_count] = "*cupsVersion: " cups_version
 }
 
-/^\*[a-z][a-z]\.[A-Za-z]+ / {
+/^\*[a-z][a-z]\.[A-Za-z0-9]+ / {
     language = substr($0, 2, 2)
     name = name_of("*" substr($0, 5))
     translations[language, name] = text_of($0)
@@ -94,12 +93,10 @@ FILENAME ~ /\.po$/ {
 /^\*% End of / { next }
 /^\*%%%% Created by / { $0 = "*%%%% Created by the CUPS PPD Compiler and samples/generate." }
 /^\*cupsVersion:/ { next }
-/^\*(Zr|BPE)[A-Za-z]*: "/ { gsub(/"/, "") }
+/^\*(Zr|BPE)[A-Za-z0-9]*: "/ { gsub(/"/, "") }
 { lines[++line_count] = $0 }
 
 END {
-    if (failed)
-        exit 1
     # English is in the lines themselves.
     if (languages[1] != "en")
         fail("English is not the first language")
@@ -114,7 +111,7 @@ END {
         print line
         if (length(line) > 255)
             fail("longer than a PPD line may be: " line)
-        if (line ~ /^\*(OpenUI \*|OpenGroup: |[A-Za-z]+ )[^ :]+\/[^:]*:/ || line ~ /^\*OpenGroup: .*\//)
+        if (line ~ /^\*(OpenUI \*|OpenGroup: |[A-Za-z0-9]+ )[^ :]+\/[^:]*:/ || line ~ /^\*OpenGroup: .*\//)
             translate(line, name_of(line))
     }
 }

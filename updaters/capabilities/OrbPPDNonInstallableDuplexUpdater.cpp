@@ -53,7 +53,7 @@ OrbPPDNonInstallableDuplexUpdater::contentsForContents_byUpdatingDuplexerInstall
     if (!replaceAttribute(processor, kNonInstallableDuplex, *status)) {
         return nullptr;
     }
-    const PPDText content = processor.content();
+    PPDText content = processor.content();
     if (*status == kNotInstalledStatus) {
         return contentsByRemovingDuplexSafePageSizesForContents(
             contentsByRemovingDuplexOptionWithConstraintsForContents(content));

@@ -1,8 +1,6 @@
 #include "updaters/capabilities/PosixRegularExpression.h"
 
-#include <locale.h>
 #include <clocale>
-
 #include <limits>
 #include <utility>
 

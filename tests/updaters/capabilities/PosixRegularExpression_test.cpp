@@ -1,7 +1,7 @@
 #include "updaters/capabilities/PosixRegularExpression.h"
 
 #include <gtest/gtest.h>
-#include <locale.h>
+#include <clocale>
 
 #include <optional>
 #include <string>

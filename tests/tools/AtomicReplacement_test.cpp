@@ -1,0 +1,176 @@
+#include "tools/AtomicReplacement.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/tools/ToolRun.h"
+#include "tools/Failure.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+constexpr mode_t kModeBits = 07777;
+
+mode_t modeOf(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & kModeBits : 0;
+}
+
+std::size_t filesIn(const TemporaryDirectory& directory) {
+    using Iterator = std::filesystem::directory_iterator;
+    return static_cast<std::size_t>(std::distance(Iterator(directory.path()), Iterator()));
+}
+
+std::string reasonForFailure(const std::string& path) {
+    try {
+        replaceFileAtomically(path, "new");
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.place(), path);
+        EXPECT_EQ(failure.status(), ExitStatus::noResult);
+        return failure.what();
+    }
+    return "no failure";
+}
+
+TEST(AtomicReplacementTest, KeepsTheModeOfTheReplacedFile) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("a.ppd", "old");
+    ASSERT_EQ(::chmod(file.c_str(), 0640), 0);
+    replaceFileAtomically(file, "new");
+    EXPECT_EQ(contentsOfFile(file), "new");
+    EXPECT_EQ(modeOf(file), 0640U);
+    EXPECT_EQ(filesIn(directory), 1U);
+}
+
+TEST(AtomicReplacementTest, KeepsTheOwnerOfTheReplacedFileOrFails) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("a.ppd", "old");
+    if (::chown(file.c_str(), 7, 7) != 0) {
+        // Only root can give a file away; the own user's file keeps its owner all the same.
+        replaceFileAtomically(file, "new");
+        struct stat status {};
+        ASSERT_EQ(::stat(file.c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, ::geteuid());
+        return;
+    }
+    replaceFileAtomically(file, "new");
+    struct stat status {};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 7U);
+    EXPECT_EQ(status.st_gid, 7U);
+}
+
+TEST(AtomicReplacementTest, GivesANewFileTheModeThatTheUmaskLeaves) {
+    const TemporaryDirectory directory;
+    const std::string file = (directory.path() / "a.ppd").string();
+    const mode_t before = ::umask(027);
+    replaceFileAtomically(file, "new");
+    ::umask(before);
+    EXPECT_EQ(contentsOfFile(file), "new");
+    EXPECT_EQ(modeOf(file), 0640U);
+}
+
+TEST(AtomicReplacementTest, ReplacesTheFileBehindASymbolicLinkAndKeepsTheLink) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("real/a.ppd", "old");
+    const auto middle = directory.path() / "middle.ppd";
+    const auto link = directory.path() / "link.ppd";
+    std::filesystem::create_symlink("real/a.ppd", middle);
+    std::filesystem::create_symlink(middle, link);
+    replaceFileAtomically(link.string(), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_TRUE(std::filesystem::is_symlink(middle));
+    EXPECT_EQ(contentsOfFile(file), "new");
+}
+
+TEST(AtomicReplacementTest, MakesTheFileThatASymbolicLinkNames) {
+    const TemporaryDirectory directory;
+    const auto link = directory.path() / "link.ppd";
+    std::filesystem::create_symlink("a.ppd", link);
+    replaceFileAtomically(link.string(), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(contentsOfFile((directory.path() / "a.ppd").string()), "new");
+}
+
+TEST(AtomicReplacementTest, RefusesACircleOfSymbolicLinks) {
+    const TemporaryDirectory directory;
+    const auto link = directory.path() / "link.ppd";
+    std::filesystem::create_symlink("link.ppd", link);
+    EXPECT_EQ(reasonForFailure(link.string()),
+              "cannot be written: Too many levels of symbolic links");
+}
+
+TEST(AtomicReplacementTest, RefusesADirectory) {
+    const TemporaryDirectory directory;
+    EXPECT_EQ(reasonForFailure(directory.path().string()), "cannot be written: Is a directory");
+}
+
+TEST(AtomicReplacementTest, RefusesAFolderThatDoesNotExist) {
+    const TemporaryDirectory directory;
+    EXPECT_EQ(reasonForFailure((directory.path() / "none/a.ppd").string()),
+              "no file can be made beside it: No such file or directory");
+}
+
+TEST(AtomicReplacementTest, RefusesAFolderThatCannotBeWrittenTo) {
+    // /proc refuses new files to root, too.
+    EXPECT_TRUE(reasonForFailure("/proc/tkppdupdate.ppd").starts_with("no file can be made"));
+}
+
+TEST(AtomicReplacementTest, WritesIntoADeviceAsItIs) {
+    EXPECT_EQ(reasonForFailure("/dev/full"), "cannot be written: No space left on device");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+    replaceFileAtomically("/dev/null", "new");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST(AtomicReplacementTest, LeavesTheOldFileAndNothingElseWhenTheDiskIsFull) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("a.ppd", "old");
+    // A limit on the size of files stands in for a full disk: the write fails half-way.
+    const ToolRun run = runCommand(
+        {"sh", "-c",
+         "trap '' XFSZ; ulimit -f 1;"
+         "exec \"$0\" update \"$1\" --device-uri file:/nonexistent --output \"$2\"",
+         TKPPDUPDATING_TOOL,
+         directory.write("large.ppd",
+                         "*PPD-Adobe: \"4.3\"\n*Long: " + std::string(100000, 'x') + "\n"),
+         file});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.errors, "tkppdupdate: " + file + ": cannot be written: File too large\n");
+    EXPECT_EQ(contentsOfFile(file), "old");
+    EXPECT_EQ(filesIn(directory), 2U);
+}
+
+TEST(AtomicReplacementTest, LeavesTheOldOrTheNewFileAndNothingElseWhenInterrupted) {
+    const TemporaryDirectory directory;
+    const std::string before(1U << 20U, 'o');
+    const std::string after(1U << 20U, 'n');
+    const std::string file = directory.write("a.ppd", before);
+    for (unsigned delay = 0; delay < 20000; delay += 1000) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            while (true) {
+                replaceFileAtomically(file, before);
+                replaceFileAtomically(file, after);
+            }
+        }
+        ::usleep(delay);
+        ::kill(child, SIGINT);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status));
+        const std::string content = contentsOfFile(file);
+        EXPECT_TRUE(content == before || content == after);
+        EXPECT_EQ(filesIn(directory), 1U);
+    }
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

@@ -1,0 +1,67 @@
+#include "tools/OneAnswerServices.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+/// Gives no status and counts how often it is asked.
+class SilentServices : public TkCommunicationServices {
+  public:
+    std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
+        std::optional<std::string_view> /*deviceURI*/, const OrbDictionary* /*parameters*/,
+        std::string* error) const override {
+        ++requests;
+        if (error) {
+            *error = "switched off";
+        }
+        return nullptr;
+    }
+    mutable int requests = 0;
+};
+
+TEST(OneAnswerServicesTest, AsksADeviceOnceAndGivesTheSameStatusAgain) {
+    const auto status = std::make_shared<const FakeDeviceStatus>();
+    const auto device = std::make_shared<const FakeCommunicationServices>(status);
+    const OneAnswerServices services(device);
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), status);
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), status);
+    EXPECT_EQ(device->requests.size(), 1U);
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:2", nullptr, nullptr), status);
+    EXPECT_EQ(device->requests.size(), 2U);
+}
+
+TEST(OneAnswerServicesTest, AsksASilentDeviceOnceAndKeepsTheReason) {
+    const auto device = std::make_shared<const SilentServices>();
+    const OneAnswerServices services(device);
+    std::string reason;
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), nullptr);
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, &reason), nullptr);
+    EXPECT_EQ(reason, "switched off");
+    EXPECT_EQ(device->requests, 1);
+    ASSERT_TRUE(services.answerOfDevice("x:1"));
+    EXPECT_EQ(services.answerOfDevice("x:1")->reason, "switched off");
+}
+
+TEST(OneAnswerServicesTest, TellsThatADeviceHasNotBeenAsked) {
+    const OneAnswerServices services(std::make_shared<const SilentServices>());
+    EXPECT_FALSE(services.answerOfDevice("x:1"));
+}
+
+TEST(OneAnswerServicesTest, PassesParametersOnAndARequestWithoutAURI) {
+    const auto device = std::make_shared<const FakeCommunicationServices>(nullptr);
+    const OneAnswerServices services(device);
+    const OrbDictionary parameters = {{"key", true}};
+    (void)services.deviceStatusWithURI_parameters_error("x:1", &parameters, nullptr);
+    (void)services.deviceStatusWithURI_parameters_error(std::nullopt, nullptr, nullptr);
+    ASSERT_EQ(device->requests.size(), 2U);
+    EXPECT_EQ(device->requests[0].parameters->count("key"), 1U);
+    EXPECT_FALSE(device->requests[1].deviceURI);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

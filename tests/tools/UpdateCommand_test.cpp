@@ -1,0 +1,244 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/tools/SmallPPD.h"
+#include "tests/tools/ToolRun.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+class UpdateCommandTest : public ::testing::Test {
+  protected:
+    TemporaryDirectory directory_;
+    const std::string ppd_ = directory_.write("printer.ppd", kSmallPPD);
+    const std::string deviceURI_ = "file://" + directory_.write("printer.json", kDuplexerIn);
+
+    /// Runs "update" on the small PPD with its printer and these arguments.
+    ToolRun update(std::vector<std::string> more, const ToolSurroundings& surroundings = {}) const {
+        std::vector<std::string> arguments = {"update", ppd_, "--device-uri", deviceURI_};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return runTool(arguments, surroundings);
+    }
+
+    std::size_t filesInDirectory() const {
+        using Iterator = std::filesystem::directory_iterator;
+        return static_cast<std::size_t>(std::distance(Iterator(directory_.path()), Iterator()));
+    }
+};
+
+TEST_F(UpdateCommandTest, WritesTheUpdatedTextAndNothingElse) {
+    const ToolRun run = update({});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, kSmallPPDWithDuplexer);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
+}
+
+TEST_F(UpdateCommandTest, WritesTheFileByteForByteWhenNothingChanges) {
+    const std::string bytes = "*PPD-Adobe: \"4.3\"\r\n*ModelName: \"M\xC3\xA9tro\"\r\n\n*End";
+    const ToolRun run =
+        runTool({"update", directory_.write("other.ppd", bytes), "--device-uri", deviceURI_});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, bytes);
+}
+
+TEST_F(UpdateCommandTest, TakesADeviceURIRelativeToTheWorkingDirectory) {
+    const ToolRun run = runTool({"update", "printer.ppd", "--device-uri", "file:printer.json"},
+                                {.directory = directory_.path()});
+    EXPECT_EQ(run.output, kSmallPPDWithDuplexer);
+}
+
+TEST_F(UpdateCommandTest, TakesTheValuesFromTheInstalledPPDOfAQueue) {
+    directory_.write("etc/ppd/office.ppd", kSmallPPDWithDuplexer);
+    const ToolRun run =
+        runTool({"update", ppd_, "--queue", "office"},
+                {.environment = {{"CUPS_SERVERROOT", (directory_.path() / "etc").string()},
+                                 {"CUPS_SERVER", "/nonexistent/cups.sock"}}});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, kSmallPPDWithDuplexer);
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(UpdateCommandTest, WritesIntoTheOutputFileAndNothingToStandardOutput) {
+    const std::string output = (directory_.path() / "new.ppd").string();
+    const ToolRun run = update({"--output", output});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(contentsOfFile(output), kSmallPPDWithDuplexer);
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
+}
+
+TEST_F(UpdateCommandTest, WritesIntoThePPDItselfInPlace) {
+    const ToolRun run = update({"--in-place"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPDWithDuplexer);
+    EXPECT_EQ(filesInDirectory(), 2U);
+}
+
+TEST_F(UpdateCommandTest, LeavesAFileThatDoesNotChangeInPlaceAlone) {
+    ASSERT_EQ(update({"--in-place"}).exitStatus, 0);
+    struct stat before {};
+    ASSERT_EQ(::stat(ppd_.c_str(), &before), 0);
+    ASSERT_EQ(update({"--in-place"}).exitStatus, 0);
+    struct stat after {};
+    ASSERT_EQ(::stat(ppd_.c_str(), &after), 0);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPDWithDuplexer);
+}
+
+TEST_F(UpdateCommandTest, ShowsADiffInsteadOfTheText) {
+    const ToolRun run = update({"--diff"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, "--- " + ppd_ + "\n+++ " + ppd_ +
+                              "\n@@ -1,6 +1,6 @@\n"
+                              " *PPD-Adobe: \"4.3\"\n"
+                              " *OpenUI *ZrAutoDuplexerInstalled/Duplexer: Boolean\n"
+                              "-*DefaultZrAutoDuplexerInstalled: False\n"
+                              "+*DefaultZrAutoDuplexerInstalled: True\n"
+                              " *ZrAutoDuplexerInstalled True/Installed: \"\"\n"
+                              " *ZrAutoDuplexerInstalled False/Not Installed: \"\"\n"
+                              " *CloseUI: *ZrAutoDuplexerInstalled\n");
+}
+
+TEST_F(UpdateCommandTest, ShowsNothingAsTheDiffOfAnUnchangedFile) {
+    directory_.write("printer.json", kDuplexerOut);
+    const ToolRun run = update({"--diff"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, "");
+}
+
+TEST_F(UpdateCommandTest, ShowsTheDiffAndWritesInPlaceWhenAskedForBoth) {
+    const ToolRun run = update({"--diff", "--in-place"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_NE(run.output.find("+*DefaultZrAutoDuplexerInstalled: True\n"), std::string::npos);
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPDWithDuplexer);
+}
+
+TEST_F(UpdateCommandTest, ShowsAPlainDiffWhenStandardOutputIsNoTerminal) {
+    const ToolRun run = update({"--diff"}, {.environment = {{"TERM", "xterm-256color"}}});
+    EXPECT_EQ(run.output.find('\033'), std::string::npos);
+}
+
+TEST_F(UpdateCommandTest, ColoursTheDiffOnATerminalUnlessNoColorIsSet) {
+    const std::string command = std::string(TKPPDUPDATING_TOOL) + " update '" + ppd_ +
+                                "' --device-uri '" + deviceURI_ + "' --diff";
+    const auto onTerminal = [&](std::map<std::string, std::string> environment) {
+        return runCommand({"script", "-qec", command, "/dev/null"},
+                          {.environment = std::move(environment)})
+            .output;
+    };
+    const std::string red = "\033[31m-*DefaultZrAutoDuplexerInstalled: False\033[0m";
+    const std::string green = "\033[32m+*DefaultZrAutoDuplexerInstalled: True\033[0m";
+    const std::string coloured = onTerminal({{"TERM", "xterm"}});
+    EXPECT_NE(coloured.find(red), std::string::npos) << coloured;
+    EXPECT_NE(coloured.find(green), std::string::npos) << coloured;
+    EXPECT_NE(onTerminal({{"TERM", "xterm"}, {"NO_COLOR", ""}}).find(red), std::string::npos);
+    EXPECT_EQ(onTerminal({{"TERM", "xterm"}, {"NO_COLOR", "1"}}).find('\033'), std::string::npos);
+    EXPECT_EQ(onTerminal({{"TERM", "dumb"}}).find('\033'), std::string::npos);
+}
+
+TEST_F(UpdateCommandTest, RunsOnlyTheNamedClasses) {
+    EXPECT_EQ(update({"--only", "OrbPPDDuplexerInstalledUpdater"}).output, kSmallPPDWithDuplexer);
+    EXPECT_EQ(update({"--only", "OrbPPDPenConfigUpdater"}).output, kSmallPPD);
+    EXPECT_EQ(
+        update({"--only", "OrbPPDPenConfigUpdater", "--only", "OrbPPDDuplexerInstalledUpdater"})
+            .output,
+        kSmallPPDWithDuplexer);
+}
+
+TEST_F(UpdateCommandTest, RunsAllButTheSkippedClasses) {
+    EXPECT_EQ(update({"--skip", "OrbPPDPenConfigUpdater"}).output, kSmallPPDWithDuplexer);
+    EXPECT_EQ(
+        update({"--skip", "OrbPPDPenConfigUpdater", "--skip", "OrbPPDDuplexerInstalledUpdater"})
+            .output,
+        kSmallPPD);
+    EXPECT_EQ(update({"--only", "OrbPPDDuplexerInstalledUpdater", "--skip",
+                      "OrbPPDDuplexerInstalledUpdater"})
+                  .output,
+              kSmallPPD);
+}
+
+TEST_F(UpdateCommandTest, TakesTheFileAfterAClassName) {
+    const ToolRun run = runTool(
+        {"update", "--device-uri", deviceURI_, "--only", "OrbPPDDuplexerInstalledUpdater", ppd_});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, kSmallPPDWithDuplexer);
+}
+
+TEST_F(UpdateCommandTest, WarnsOfASilentDeviceAndGoesOn) {
+    const ToolRun run = runTool({"update", ppd_, "--device-uri", "file:/nonexistent/p.json"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, kSmallPPD);
+    EXPECT_EQ(run.errors, "tkppdupdate: " + ppd_ +
+                              ": warning: the device \"file:/nonexistent/p.json\" gave no status: "
+                              "/nonexistent/p.json: No such file or directory\n");
+}
+
+TEST_F(UpdateCommandTest, EndsWithThreeWhenARequiredDeviceIsSilent) {
+    const std::string output = directory_.write("old.ppd", "old");
+    const ToolRun run = runTool({"update", ppd_, "--device-uri", "file:/nonexistent/p.json",
+                                 "--require-device", "--output", output});
+    EXPECT_EQ(run.exitStatus, 3);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(lineCount(run.errors), 1U) << run.errors;
+    EXPECT_NE(run.errors.find(ppd_), std::string::npos);
+    EXPECT_EQ(contentsOfFile(output), "old");
+}
+
+TEST_F(UpdateCommandTest, AsksARequiredDeviceEvenWhenNoUpdaterDoes) {
+    const std::string plain = directory_.write("plain.ppd", kPlainPPD);
+    EXPECT_EQ(
+        runTool({"update", plain, "--device-uri", "file:/nonexistent/p.json", "--require-device"})
+            .exitStatus,
+        3);
+    EXPECT_EQ(runTool({"update", plain, "--device-uri", deviceURI_, "--require-device"}).output,
+              kPlainPPD);
+}
+
+TEST_F(UpdateCommandTest, DoesNotAskForAStatusThatNoUpdaterNeeds) {
+    const std::string plain = directory_.write("plain.ppd", kPlainPPD);
+    const ToolRun run = runTool({"update", plain, "--device-uri", "file:/nonexistent/p.json"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(UpdateCommandTest, WarnsOfEachTextOfARecordingThatWasDropped) {
+    directory_.write("printer.json",
+                     R"({"DeviceAccessories": [{"name": "Duplexer", "isInstalled": true},)"
+                     R"( {"name": "a\nb"}, {"name": "c\"d"}]})");
+    const ToolRun run = update({});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.output, kSmallPPDWithDuplexer);
+    EXPECT_EQ(lineCount(run.errors), 2U) << run.errors;
+    EXPECT_NE(run.errors.find(ppd_ + ": warning: the device \"" + deviceURI_ + "\": "),
+              std::string::npos)
+        << run.errors;
+}
+
+TEST_F(UpdateCommandTest, FailsWhenStandardOutputTakesNothing) {
+    for (const bool isDiff : {false, true}) {
+        const std::vector<std::string> more =
+            isDiff ? std::vector<std::string>{"--diff", "--in-place"} : std::vector<std::string>{};
+        const ToolRun full = update(more, {.redirection = ">/dev/full"});
+        EXPECT_EQ(full.exitStatus, 1);
+        EXPECT_EQ(full.errors, "tkppdupdate: standard output: No space left on device\n");
+        const ToolRun closed = update(more, {.redirection = ">&-"});
+        EXPECT_EQ(closed.exitStatus, 1);
+        EXPECT_EQ(closed.errors, "tkppdupdate: standard output: Bad file descriptor\n");
+        EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
+    }
+}
+
+TEST_F(UpdateCommandTest, NeverWritesTheResultIntoAnotherFileWhenStandardOutputIsClosed) {
+    const std::string output = (directory_.path() / "new.ppd").string();
+    const ToolRun run = update({"--output", output}, {.redirection = ">&-"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(contentsOfFile(output), kSmallPPDWithDuplexer);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
