@@ -1,0 +1,274 @@
+#include "backends/cups/CUPSScheduler.h"
+
+#include <cups/cups.h>
+#include <cups/http.h>
+#include <cups/ipp.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <functional>
+#include <string_view>
+#include <utility>
+
+#include "backends/cups/HTTPTalk.h"
+#include "backends/cups/IPPMessage.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr const char* kNoSuchQueue = "there is no queue of that name";
+constexpr const char* kNoQueueName = "that could not be the name of a queue";
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+/// Connects to the scheduler. The settings that it makes and reads belong to the talking thread.
+HTTPOpening schedulerOpening(const std::string& server) {
+    return [server](std::string& error) {
+        if (!server.empty()) {
+            cupsSetServer(server.c_str());
+        }
+        return openedConnection(cupsServer(), ippPort(), cupsEncryption(), error);
+    };
+}
+
+/// What libcups last met on this thread.
+std::string reasonOfLastError() {
+    const ipp_status_t status = cupsLastError();
+    if (status == IPP_STATUS_ERROR_NOT_FOUND) {
+        return kNoSuchQueue;
+    }
+    const bool isRefused = status == IPP_STATUS_ERROR_FORBIDDEN ||
+                           status == IPP_STATUS_ERROR_NOT_AUTHENTICATED ||
+                           status == IPP_STATUS_ERROR_NOT_AUTHORIZED ||
+                           status == IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED;
+    const char* text = cupsLastErrorString();
+    return (isRefused ? "the scheduler refuses it: " : "the scheduler answers: ") +
+           std::string(text && *text ? text : ippErrorString(status));
+}
+
+IPPMessage requestForQueue(ipp_op_t operation, const std::string& name) {
+    std::array<char, HTTP_MAX_URI> URI{};
+    httpAssembleURIf(HTTP_URI_CODING_ALL, URI.data(), static_cast<int>(URI.size()), "ipp", nullptr,
+                     "localhost", 0, "/printers/%s", name.c_str());
+    IPPMessage request(ippNewRequest(operation));
+    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, URI.data());
+    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr,
+                 cupsUser());
+    return request;
+}
+
+void requestAttributes(const IPPMessage& request, std::initializer_list<const char*> names) {
+    ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
+                  static_cast<int>(names.size()), nullptr, names.begin());
+}
+
+/// The answer when it is one of success; else null.
+IPPMessage answerTo(http_t* connection, IPPMessage request, const char* resource) {
+    IPPMessage answer(cupsDoRequest(connection, request.release(), resource));
+    const bool isGood = answer && ippGetStatusCode(answer.get()) <= IPP_STATUS_OK_CONFLICTING;
+    return isGood ? std::move(answer) : nullptr;
+}
+
+int integerOf(ipp_t* answer, const char* name, ipp_tag_t tag) {
+    ipp_attribute_t* attribute = ippFindAttribute(answer, name, tag);
+    return attribute ? ippGetInteger(attribute, 0) : 0;
+}
+
+/// Whether the queue is one of this machine, with a PPD of its own.
+bool isOwnQueue(int printerType) {
+    constexpr unsigned kOthers =
+        static_cast<unsigned>(CUPS_PRINTER_CLASS) | static_cast<unsigned>(CUPS_PRINTER_REMOTE);
+    return (static_cast<unsigned>(printerType) & kOthers) == 0;
+}
+
+std::optional<std::vector<std::string>> askForQueueNames(http_t* connection, std::string& error) {
+    IPPMessage request(ippNewRequest(IPP_OP_CUPS_GET_PRINTERS));
+    requestAttributes(request, {"printer-name", "printer-type"});
+    const IPPMessage answer = answerTo(connection, std::move(request), "/");
+    if (!answer && cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND) {
+        return std::vector<std::string>();  // It has no queues.
+    }
+    if (!answer) {
+        error = reasonOfLastError();
+        return std::nullopt;
+    }
+    std::vector<std::string> names;
+    std::string name;
+    int type = 0;
+    const auto endOfQueue = [&] {
+        if (!name.empty() && isOwnQueue(type)) {
+            names.push_back(name);
+        }
+        name.clear();
+        type = 0;
+    };
+    for (ipp_attribute_t* attribute = ippFirstAttribute(answer.get()); attribute;
+         attribute = ippNextAttribute(answer.get())) {
+        const char* attributeName = ippGetName(attribute);
+        if (!attributeName || ippGetGroupTag(attribute) != IPP_TAG_PRINTER) {
+            endOfQueue();
+        } else if (std::string_view(attributeName) == "printer-name") {
+            const char* text = ippGetString(attribute, 0, nullptr);
+            name = text ? text : "";
+        } else if (std::string_view(attributeName) == "printer-type") {
+            type = ippGetInteger(attribute, 0);
+        }
+    }
+    endOfQueue();
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::optional<SchedulerQueue> askForQueue(http_t* connection, const std::string& name,
+                                          std::string& error) {
+    IPPMessage request = requestForQueue(IPP_OP_GET_PRINTER_ATTRIBUTES, name);
+    requestAttributes(request, {"device-uri", "printer-config-change-time", "printer-type"});
+    const IPPMessage answer = answerTo(connection, std::move(request), "/");
+    if (!answer) {
+        error = reasonOfLastError();
+        return std::nullopt;
+    }
+    if (!isOwnQueue(integerOf(answer.get(), "printer-type", IPP_TAG_ENUM))) {
+        error = "it is a class or a queue of another machine";
+        return std::nullopt;
+    }
+    ipp_attribute_t* device = ippFindAttribute(answer.get(), "device-uri", IPP_TAG_URI);
+    const char* deviceURI = device ? ippGetString(device, 0, nullptr) : nullptr;
+    return SchedulerQueue{name, deviceURI ? deviceURI : "",
+                          integerOf(answer.get(), "printer-config-change-time", IPP_TAG_INTEGER)};
+}
+
+SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t mostBytes,
+                       std::string& error) {
+    std::array<char, HTTP_MAX_URI> resource{};
+    httpAssembleURIf(HTTP_URI_CODING_RESOURCE, resource.data(), static_cast<int>(resource.size()),
+                     "http", nullptr, "localhost", 0, "/printers/%s.ppd", name.c_str());
+    // The path alone: what follows the host.
+    std::string path = resource.data();
+    path.erase(0, path.find('/', std::string_view("http://").size()));
+    httpClearFields(connection);
+    if (httpGet(connection, path.c_str()) != 0) {
+        error = "the request could not be sent";
+        return {};
+    }
+    http_status_t status = HTTP_STATUS_CONTINUE;
+    while (status == HTTP_STATUS_CONTINUE) {
+        status = httpUpdate(connection);
+    }
+    if (status == HTTP_STATUS_NOT_FOUND) {
+        error = "it has no PPD (a raw queue)";
+        return {nullptr, true};
+    }
+    if (status != HTTP_STATUS_OK) {
+        error = status == HTTP_STATUS_ERROR
+                    ? "the scheduler closed the connection"
+                    : "the scheduler answers: " + std::string(httpStatus(status));
+        return {};
+    }
+    std::string text;
+    return readHTTPBody(connection, mostBytes, text, error)
+               ? SchedulerPPD{makePPDText(std::move(text)), false}
+               : SchedulerPPD{};
+}
+
+File temporaryFile(const std::string& text) {
+    File file(std::tmpfile());
+    const bool isWritten = file &&
+                           std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() &&
+                           std::fflush(file.get()) == 0;
+    return isWritten ? std::move(file) : nullptr;
+}
+
+bool sendPPD(http_t* connection, const std::string& name, const std::string& text,
+             std::string& error) {
+    // CUPS-Add-Modify-Printer creates a queue that does not exist.
+    if (!askForQueue(connection, name, error)) {
+        return false;
+    }
+    const File file = temporaryFile(text);
+    if (!file) {
+        error = "there is no room for a temporary file";
+        return false;
+    }
+    std::rewind(file.get());
+    IPPMessage request = requestForQueue(IPP_OP_CUPS_ADD_MODIFY_PRINTER, name);
+    const IPPMessage answer(
+        cupsDoIORequest(connection, request.release(), "/admin/", fileno(file.get()), -1));
+    if (cupsLastError() > IPP_STATUS_OK_CONFLICTING) {
+        error = reasonOfLastError();
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+CUPSScheduler::CUPSScheduler(std::string server) : CUPSScheduler(std::move(server), Limits()) {}
+
+CUPSScheduler::CUPSScheduler(std::string server, const Limits& limits)
+    : server_(std::move(server)), limits_(limits) {}
+
+template <typename Result, typename Talk>
+Result CUPSScheduler::ask(std::string& error, const Talk& talk) const {
+    Result result{};
+    std::string reason;
+    // A talk that ran out of time may have had its answer all the same, but it was not whole.
+    const bool isWhole = talkOverHTTP(
+        schedulerOpening(server_), limits_.time,
+        [&](http_t* connection) { result = talk(connection, reason); }, error);
+    if (!isWhole) {
+        error = "the scheduler cannot be reached: " + error;
+        return Result{};
+    }
+    error = reason;
+    return result;
+}
+
+std::optional<std::vector<std::string>> CUPSScheduler::queueNames(std::string& error) const {
+    return ask<std::optional<std::vector<std::string>>>(error, askForQueueNames);
+}
+
+std::optional<SchedulerQueue> CUPSScheduler::queueWithName(const std::string& name,
+                                                           std::string& error) const {
+    if (!PPDModelCore::couldBeQueueName(name)) {
+        error = kNoQueueName;
+        return std::nullopt;
+    }
+    return ask<std::optional<SchedulerQueue>>(error, [&](http_t* connection, std::string& reason) {
+        return askForQueue(connection, name, reason);
+    });
+}
+
+SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, std::string& error) const {
+    if (!PPDModelCore::couldBeQueueName(name)) {
+        error = kNoQueueName;
+        return {};
+    }
+    return ask<SchedulerPPD>(error, [&](http_t* connection, std::string& reason) {
+        return askForPPD(connection, name, limits_.bytes, reason);
+    });
+}
+
+bool CUPSScheduler::installPPD(const std::string& name, const std::string& text,
+                               std::string& error) const {
+    if (!PPDModelCore::couldBeQueueName(name)) {
+        error = kNoQueueName;
+        return false;
+    }
+    return ask<bool>(error, [&](http_t* connection, std::string& reason) {
+        return sendPPD(connection, name, text, reason);
+    });
+}
+
+PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler) {
+    return [scheduler = std::move(scheduler)](const std::string& queueName, std::string& reason) {
+        return scheduler->PPDOfQueue(queueName, reason).text;
+    };
+}
+
+}  // namespace TkPPDUpdating

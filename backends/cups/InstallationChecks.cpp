@@ -1,0 +1,125 @@
+#include "backends/cups/InstallationChecks.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kProgramKeywords = {
+    "cupsfilter", "cupsprefilter", "cupsportmonitor", "apprinterpreset", "foomaticrip"};
+
+char lowerCase(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                : character;
+}
+
+bool beginsWithIgnoringCase(std::string_view text, std::string_view lowerCasePrefix) {
+    return text.size() >= lowerCasePrefix.size() &&
+           std::equal(lowerCasePrefix.begin(), lowerCasePrefix.end(), text.begin(),
+                      [](char left, char right) { return left == lowerCase(right); });
+}
+
+bool namesProgram(std::string_view line) {
+    return line.starts_with('*') &&
+           std::any_of(kProgramKeywords.begin(), kProgramKeywords.end(),
+                       [&line](std::string_view keyword) {
+                           return beginsWithIgnoringCase(line.substr(1), keyword);
+                       });
+}
+
+/// All lines that name programs, whatever stands around them: the scheduler reads line by line and
+/// takes a carriage return for an end of line, too.
+std::multiset<std::string_view> programLines(std::string_view text) {
+    std::multiset<std::string_view> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+        if (namesProgram(text.substr(0, end))) {
+            lines.insert(text.substr(0, end));
+        }
+        text.remove_prefix(std::min(text.size(), end + 1));
+    }
+    return lines;
+}
+
+std::string keywordOf(std::string_view line) {
+    return std::string(line.substr(1, line.find_first_of(" \t:/") - 1));
+}
+
+/// The lines of the group that the capability updaters remove; empty when there is none.
+std::string_view twoSidedGroup(std::string_view text) {
+    const std::size_t begin = text.find("\n*OpenGroup: ZrTwoSidedPrinting");
+    const std::size_t end =
+        begin == text.npos ? text.npos : text.find("\n*CloseGroup: ZrTwoSidedPrinting", begin);
+    return end == text.npos ? std::string_view() : text.substr(begin, end - begin);
+}
+
+bool declaresOption(std::string_view lines, std::string_view option) {
+    const std::string declaration = "\n*OpenUI *" + std::string(option);
+    for (std::size_t at = lines.find(declaration); at != lines.npos;
+         at = lines.find(declaration, at + 1)) {
+        const std::string_view rest = lines.substr(at + declaration.size());
+        if (rest.empty() || std::string_view("/: \t\r\n").find(rest.front()) != rest.npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::optional<std::string> reasonDefaultIsLost(const PPDModelFile& before,
+                                               const PPDModelFile& after, std::string_view option) {
+    const auto was = before.optionForName(option)->defaultChoiceName();
+    if (!was) {
+        return std::nullopt;
+    }
+    const OrbPPDOption* kept = after.optionForName(option);
+    if (!kept && declaresOption(twoSidedGroup(*before.text()), option)) {
+        return std::nullopt;
+    }
+    const auto is = kept ? kept->defaultChoiceName() : std::nullopt;
+    return is == was ? std::nullopt
+                     : std::optional("the default of " + std::string(option) +
+                                     " would be lost, which belongs to the user");
+}
+
+}  // namespace
+
+std::set<std::string, std::less<>> InstallationChecks::ownedOptions(const OrbPPDFile& PPD) {
+    std::set<std::string, std::less<>> owned;
+    for (const auto& updater : OrbPPDConcreteUpdatingManager().applicableUpdatersForPPDFile(&PPD)) {
+        if (auto* choices = dynamic_cast<OrbPPDDefaultChoiceUpdater*>(updater.get())) {
+            for (std::string& name : choices->optionNames()) {
+                owned.insert(std::move(name));
+            }
+        }
+    }
+    return owned;
+}
+
+std::optional<std::string> InstallationChecks::reasonNotToInstall(
+    const PPDModelFile& before, const PPDModelFile& after,
+    const std::set<std::string, std::less<>>& owned) {
+    auto known = programLines(*before.text());
+    for (const std::string_view line : programLines(*after.text())) {
+        const auto same = known.find(line);
+        if (same == known.end()) {
+            return "it would get a new line of " + keywordOf(line);
+        }
+        known.erase(same);
+    }
+    for (const std::string_view option : before.optionNames()) {
+        const auto reason =
+            owned.contains(option) ? std::nullopt : reasonDefaultIsLost(before, after, option);
+        if (reason) {
+            return reason;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace TkPPDUpdating

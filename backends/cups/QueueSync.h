@@ -1,0 +1,77 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "backends/cups/QueueScheduler.h"
+#include "manager/OrbPPDUpdatingManager.h"
+#include "ppd/PPDText.h"
+
+namespace TkPPDUpdating {
+
+/// How the synchronisation of one queue ended.
+enum class QueueSyncResult {
+    /// The PPD already says what the printer says; nothing was installed.
+    unchanged,
+    /// The updated PPD was installed and read back.
+    updated,
+    /// A dry run: it would have been installed.
+    wouldUpdate,
+    /// A raw queue has no PPD that could be updated.
+    skipped,
+    failed,
+    /// The run was cancelled before anything was installed on the queue.
+    abandoned,
+};
+
+struct QueueSyncOutcome {
+    std::string queueName;
+    QueueSyncResult result = QueueSyncResult::failed;
+    /// Why it was skipped, failed or was abandoned: one phrase without the queue's name.
+    std::string reason;
+    /// The queue's PPD as it was, when it could be read, and as it is or would be, when it differs.
+    PPDText before;
+    PPDText after;
+};
+
+/// Brings the PPD of one queue in step with the printer behind it: asks the printer, runs the text
+/// operation, checks the result, makes sure that nobody has changed the queue meanwhile, installs
+/// and reads back. The scheduler has no compare-and-swap: between the last look and the
+/// installation a change by somebody else can still be lost, but for no longer than that.
+///
+/// A printer that gives no status leaves its queue as it is, and the outcome is `failed`: what the
+/// updaters assume of a silent printer is for a new queue, not for one that is in use.
+///
+/// The printer is asked through `OrbCoreInterface`, once for the reason of its silence and once by
+/// the updaters; put a library there that keeps its answers.
+class QueueSync {
+  public:
+    using ManagerMaker = std::function<std::unique_ptr<OrbPPDUpdatingManager>()>;
+
+    struct Options {
+        bool isDryRun = false;
+        /// Set by anybody at any time to abandon what has not begun to install. May be null.
+        const std::atomic<bool>* isCancelled = nullptr;
+        /// Makes the manager of one queue; null for one with the built-in updaters.
+        ManagerMaker makeManager;
+    };
+
+    /// `scheduler` is not owned and must outlive the object.
+    QueueSync(const QueueScheduler& scheduler, Options options);
+
+    /// Synchronises the queue. Never creates one. Safe for several threads, with a manager for each
+    /// call. Raises nothing but `std::bad_alloc`.
+    QueueSyncOutcome sync(const std::string& queueName) const;
+
+  private:
+    class Run;
+
+    const QueueScheduler& scheduler_;
+    Options options_;
+};
+
+}  // namespace TkPPDUpdating

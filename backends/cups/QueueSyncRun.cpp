@@ -1,0 +1,80 @@
+#include "backends/cups/QueueSyncRun.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// What the workers of one run share.
+class Work {
+  public:
+    Work(const QueueSync& sync, const std::vector<std::string>& queueNames,
+         const QueueSyncRun::Finished& finished)
+        : sync_(sync), queueNames_(queueNames), finished_(finished) {}
+
+    /// Takes one queue after the other until none is left.
+    void work() {
+        try {
+            for (std::size_t index = next_++; index < queueNames_.size(); index = next_++) {
+                report(sync_.sync(queueNames_[index]));
+            }
+        } catch (...) {
+            const std::lock_guard lock(mutex_);
+            if (!failure_) {
+                failure_ = std::current_exception();
+            }
+            next_ = queueNames_.size();
+        }
+    }
+
+    /// After all workers have ended.
+    QueueSyncRun::Summary summary() {
+        if (failure_) {
+            std::rethrow_exception(failure_);
+        }
+        return summary_;
+    }
+
+  private:
+    void report(const QueueSyncOutcome& outcome) {
+        const std::lock_guard lock(mutex_);
+        ++summary_[outcome.result];
+        finished_(outcome);
+    }
+
+    const QueueSync& sync_;
+    const std::vector<std::string>& queueNames_;
+    const QueueSyncRun::Finished& finished_;
+    std::atomic<std::size_t> next_{0};
+    std::mutex mutex_;
+    QueueSyncRun::Summary summary_;
+    std::exception_ptr failure_;
+};
+
+}  // namespace
+
+QueueSyncRun::Summary QueueSyncRun::run(const std::vector<std::string>& queueNames,
+                                        const Finished& finished) const {
+    Work work(sync_, queueNames, finished);
+    // The calling thread is one of the workers.
+    const std::size_t helpers = std::min(std::max<std::size_t>(jobs_, 1), queueNames.size());
+    std::vector<std::jthread> threads;
+    for (std::size_t count = 1; count < helpers; ++count) {
+        try {
+            threads.emplace_back([&work] { work.work(); });
+        } catch (const std::system_error&) {
+            break;  // Fewer do it as well.
+        }
+    }
+    work.work();
+    threads.clear();
+    return work.summary();
+}
+
+}  // namespace TkPPDUpdating
