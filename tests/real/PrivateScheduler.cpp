@@ -68,7 +68,7 @@ void PrivateScheduler::configure(bool isLocked) const {
                      "LogLevel info\nListen 127.0.0.1:" + std::to_string(port_) + "\nListen " +
                          socketPath() +
                          "\nBrowsing Off\nWebInterface No\nDefaultAuthType None\n"
-                         "DefaultEncryption Never\nIdleExitTimeout 0\nDirtyCleanInterval 0\n"
+                         "DefaultEncryption Never\nIdleExitTimeout 0\nDirtyCleanInterval 30\n"
                          "MaxClients 400\nMaxClientsPerHost 400\n"
                          "<Location />\n" +
                          access + "</Location>\n<Location /admin>\n" + access +
