@@ -6,13 +6,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-
-#include "tests/support/TemporaryDirectory.h"
 
 namespace TkPPDUpdating::Testing {
 
@@ -88,15 +85,6 @@ int ChildProcess::wait() {
         id_ = -1;
     }
     return exitStatus_;
-}
-
-ProgramResult runProgram(const std::vector<std::string>& arguments,
-                         const ChildProcess::Environment& environment) {
-    const TemporaryDirectory directory;
-    const std::string output = (directory.path() / "output").string();
-    ChildProcess process(arguments, output, environment);
-    const int exitStatus = process.wait();
-    return {exitStatus, contentsOfFile(output)};
 }
 
 std::string pathOfProgram(const std::string& name) {

@@ -38,16 +38,6 @@ class ChildProcess {
     int exitStatus_ = -1;
 };
 
-struct ProgramResult {
-    int exitStatus = 0;
-    /// Standard output and standard error together.
-    std::string output;
-};
-
-/// Runs a program to its end.
-ProgramResult runProgram(const std::vector<std::string>& arguments,
-                         const ChildProcess::Environment& environment = {});
-
 /// The path of a program in the system's folders; empty when it is not installed.
 std::string pathOfProgram(const std::string& name);
 

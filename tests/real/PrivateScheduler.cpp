@@ -1,5 +1,7 @@
 #include "tests/real/PrivateScheduler.h"
 
+#include <signal.h>
+
 #include <chrono>
 #include <stdexcept>
 #include <thread>
@@ -18,7 +20,18 @@ std::string PrivateScheduler::missingPrograms() {
     return missing.empty() ? missing : "not installed: " + missing;
 }
 
-PrivateScheduler::PrivateScheduler(bool isLocked) {
+PrivateScheduler::PrivateScheduler() {
+    startOnFreePort(false);
+}
+
+void PrivateScheduler::lock() {
+    // It saves its queues when it ends.
+    process_->signal(SIGTERM);
+    process_->wait();
+    startOnFreePort(true);
+}
+
+void PrivateScheduler::startOnFreePort(bool isLocked) {
     constexpr int kTries = 5;
     for (int attempt = 0; attempt < kTries; ++attempt) {
         port_ = freeLoopbackPort();
@@ -47,14 +60,15 @@ void PrivateScheduler::configure(bool isLocked) const {
                          "FileDevice Yes\nSandboxing Relaxed\n");
     const std::string access = "Order deny,allow\nAllow 127.0.0.1\nAllow localhost\n";
     const std::string changes =
-        isLocked ? "<Limit CUPS-Add-Modify-Printer CUPS-Delete-Printer>\nOrder allow,deny\nDeny "
-                   "all\n</Limit>\n<Limit All>\nAuthType None\nOrder deny,allow\n</Limit>\n"
+        isLocked ? "<Limit CUPS-Add-Modify-Printer CUPS-Delete-Printer>\nAuthType Basic\n"
+                   "Require user @SYSTEM\nOrder deny,allow\n</Limit>\n<Limit All>\n"
+                   "AuthType None\nOrder deny,allow\n</Limit>\n"
                  : "<Limit All>\nAuthType None\nOrder deny,allow\n</Limit>\n";
     directory_.write("cupsd.conf",
                      "LogLevel info\nListen 127.0.0.1:" + std::to_string(port_) + "\nListen " +
                          socketPath() +
                          "\nBrowsing Off\nWebInterface No\nDefaultAuthType None\n"
-                         "DefaultEncryption Never\nIdleExitTimeout 0\nDirtyCleanInterval 0\n"
+                         "DefaultEncryption Never\nIdleExitTimeout 0\nDirtyCleanInterval 30\n"
                          "MaxClients 400\nMaxClientsPerHost 400\n"
                          "<Location />\n" +
                          access + "</Location>\n<Location /admin>\n" + access +
@@ -85,13 +99,16 @@ void PrivateScheduler::addQueue(const std::string& name, const std::string& devi
     }
     const ProgramResult result = runClient(arguments);
     if (result.exitStatus != 0) {
-        throw std::runtime_error("lpadmin: " + result.output);
+        throw std::runtime_error("lpadmin: " + result.standardError);
     }
 }
 
 ProgramResult PrivateScheduler::runClient(std::vector<std::string> arguments) const {
+    arguments.front() = pathOfProgram(arguments.front());
     arguments.insert(arguments.begin() + 1, {"-h", server()});
-    return runProgram(arguments, {{"HOME", directory_.path().string()}, {"LC_ALL", "C"}});
+    ProgramSurroundings surroundings;
+    surroundings.environment = {{"HOME", directory_.path().string()}, {"LC_ALL", "C"}};
+    return runProgram(arguments, surroundings);
 }
 
 }  // namespace TkPPDUpdating::Testing

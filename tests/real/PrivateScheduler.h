@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/real/ChildProcess.h"
+#include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace TkPPDUpdating::Testing {
@@ -17,8 +18,11 @@ class PrivateScheduler {
     /// skipped; empty when all are.
     static std::string missingPrograms();
 
-    /// Lets everybody on this machine do everything; or, with `isLocked`, read but not change.
-    explicit PrivateScheduler(bool isLocked = false);
+    /// Lets everybody on this machine do everything.
+    PrivateScheduler();
+
+    /// Starts it again with its queues, so that only who has a password may change them.
+    void lock();
 
     std::string server() const { return "127.0.0.1:" + std::to_string(port_); }
     std::string socketPath() const { return (directory_.path() / "cups.sock").string(); }
@@ -42,6 +46,7 @@ class PrivateScheduler {
     const TemporaryDirectory& directory() const { return directory_; }
 
   private:
+    void startOnFreePort(bool isLocked);
     void configure(bool isLocked) const;
     bool start();
 
