@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "backends/ppdmodel/SeededTextHash.h"
+#include "ppd/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 
