@@ -12,25 +12,66 @@ namespace TkPPDUpdating {
 
 namespace {
 
-constexpr double kSmallestWithoutExponent = 1e-6;
-constexpr double kLargestWithoutExponent = 1e21;
-
-template <typename Number, typename... Format>
-std::string decimalText(Number number, Format... format) {
-    std::array<char, 64> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
+template <typename Number>
+std::string decimalText(Number number) {
+    std::array<char, 32> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     return {buffer.data(), end.ptr};
+}
+
+/// The fewest digits that read back as a finite number greater than 0, which is
+/// 0.DIGITS times 10 to the power of `point`.
+struct ShortestDigits {
+    explicit ShortestDigits(double number) {
+        std::array<char, 32> buffer{};
+        const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                       std::chars_format::scientific);
+        const std::string_view text(buffer.data(),
+                                    static_cast<std::size_t>(end.ptr - buffer.data()));
+        const std::size_t mark = text.find('e');
+        digits = text.substr(0, 1);
+        if (mark > 1) {
+            digits += text.substr(2, mark - 2);
+        }
+        // "+" is no part of what from_chars reads.
+        const std::size_t exponentStart = mark + (text[mark + 1] == '+' ? 2 : 1);
+        std::from_chars(text.data() + exponentStart, text.data() + text.size(), point);
+        ++point;
+    }
+
+    std::string digits;
+    int point = 0;
+};
+
+/// As ECMAScript's Number::toString writes it.
+std::string decimalTextOfPositive(double number) {
+    constexpr int kMostDigitsBeforePoint = 21;
+    constexpr int kMostZerosBehindPoint = 5;
+    auto [digits, point] = ShortestDigits(number);
+    const int count = static_cast<int>(digits.size());
+    if (point > kMostDigitsBeforePoint || point < -kMostZerosBehindPoint) {
+        if (count > 1) {
+            digits.insert(1, 1, '.');
+        }
+        return digits + (point > 0 ? "e+" : "e") + std::to_string(point - 1);
+    }
+    if (point <= 0) {
+        return "0." + std::string(static_cast<std::size_t>(-point), '0') + digits;
+    }
+    if (point < count) {
+        return digits.insert(static_cast<std::size_t>(point), 1, '.');
+    }
+    return digits + std::string(static_cast<std::size_t>(point - count), '0');
 }
 
 std::string decimalText(double number) {
     if (!std::isfinite(number)) {
         return std::isnan(number) ? "nan" : number > 0 ? "inf" : "-inf";
     }
-    const double size = std::fabs(number);
-    const bool plain =
-        size == 0 || (size >= kSmallestWithoutExponent && size < kLargestWithoutExponent);
-    return decimalText(number == 0 ? 0.0 : number,
-                       plain ? std::chars_format::fixed : std::chars_format::scientific);
+    if (number == 0) {
+        return "0";
+    }
+    return number < 0 ? "-" + decimalTextOfPositive(-number) : decimalTextOfPositive(number);
 }
 
 std::int64_t wholeNumber(double number) {

@@ -14,9 +14,10 @@ class OrbCSNumberOrString {
     explicit OrbCSNumberOrString(double number) : value_(number) {}
     explicit OrbCSNumberOrString(std::string text) : value_(std::move(text)) {}
 
-    /// A text as it is; a number in its shortest decimal form that reads back as the same number:
+    /// A text as it is; an integer in decimal; a floating-point number in its shortest decimal form
+    /// that reads back as the same number, as ECMAScript (ECMA-262, Number::toString) writes it:
     /// without exponent below 10^21 and from 10^-6 up ("1200", "-0.5"), with one otherwise
-    /// ("1e+21"); "nan", "inf" and "-inf" for what is not finite.
+    /// ("1e+21", "1e-7"); "nan", "inf" and "-inf" for what is not finite.
     std::string stringValue() const;
 
     /// A number cut to a whole one, towards zero, and limited to the range of the type; not a

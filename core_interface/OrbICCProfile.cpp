@@ -1,8 +1,7 @@
 #include "core_interface/OrbICCProfile.h"
 
-#include <functional>
-
 #include "core_interface/OrbCoreInterface.h"
+#include "ppd/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 
@@ -18,10 +17,11 @@ bool OrbICCProfile::isEqual(const OrbICCProfile& other) const {
 }
 
 std::size_t OrbICCProfile::hash() const {
-    // Profiles with the same file and qualifier hardly differ in the ID alone.
-    constexpr std::size_t kFactor = 31;
-    return std::hash<std::optional<std::string_view>>()(URL()) * kFactor +
-           std::hash<std::optional<std::string_view>>()(qualifierVer2());
+    // All of what makes profiles equal: a hostile printer reports thousands that differ in one
+    // member only.
+    const std::uint64_t ofURL = SeededTextHash::of(URL().value_or(""));
+    const std::uint64_t ofTexts = SeededTextHash::of(qualifierVer2().value_or(""), ofURL);
+    return SeededTextHash::carriedOn(ofTexts, profileID().value_or(0));
 }
 
 }  // namespace TkPPDUpdating

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <utility>
 
+#include "ppd/SeededTextHash.h"
 #include "ppd/UTF8.h"
 
 namespace TkPPDUpdating {
@@ -27,9 +29,11 @@ char32_t foldingOfASCII(char32_t codePoint) {
     return codePoint >= U'A' && codePoint <= U'Z' ? codePoint + (U'a' - U'A') : codePoint;
 }
 
-/// Set in the place of a code point for a byte that is not valid UTF-8, so that it equals only
-/// itself.
-constexpr char32_t kInvalidByte = 0x80000000U;
+/// Set in the place of a code point, behind the last one, for a byte that is not valid UTF-8, so
+/// that it equals only itself.
+constexpr char32_t kInvalidByte = 0x110000U;
+constexpr unsigned kBitsOfCharacter = 21;
+constexpr std::uint64_t kCharactersInWord = 64 / kBitsOfCharacter;
 
 struct FoldedCharacter {
     char32_t folded;
@@ -79,17 +83,25 @@ std::size_t lengthOfPrefixIgnoringCase(std::string_view text, std::string_view p
     return at;
 }
 
-std::size_t hashIgnoringCase(std::string_view text, std::size_t seed) {
-    // FNV-1a, 64 bit, by code point.
-    constexpr std::uint64_t kOffsetBasis = 14695981039346656037U;
-    constexpr std::uint64_t kPrime = 1099511628211U;
-    std::uint64_t hash = (kOffsetBasis ^ seed) * kPrime;
+void HashIgnoringCase::add(std::string_view text) {
     while (!text.empty()) {
         const FoldedCharacter character = foldedCharacterAtStart(text);
-        hash = (hash ^ character.folded) * kPrime;
+        word_ = (word_ << kBitsOfCharacter) | character.folded;
+        if (++count_ % kCharactersInWord == 0) {
+            hash_ = SeededTextHash::carriedOn(hash_, std::exchange(word_, 0));
+        }
         text.remove_prefix(character.length);
     }
-    return hash;
+}
+
+std::uint64_t HashIgnoringCase::value() const {
+    return SeededTextHash::carriedOn(SeededTextHash::carriedOn(hash_, word_), count_);
+}
+
+std::uint64_t hashIgnoringCase(std::string_view text, std::uint64_t context) {
+    HashIgnoringCase hash(context);
+    hash.add(text);
+    return hash.value();
 }
 
 }  // namespace TkPPDUpdating

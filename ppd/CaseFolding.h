@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace TkPPDUpdating {
@@ -13,7 +15,25 @@ char32_t simpleCaseFolding(char32_t codePoint);
 /// matches only the same byte.
 std::size_t lengthOfPrefixIgnoringCase(std::string_view text, std::string_view prefix);
 
-/// A hash that is equal for texts that are equal where case is ignored, character by character.
-std::size_t hashIgnoringCase(std::string_view text, std::size_t seed);
+/// A hash that is equal for texts that are equal where case is ignored, character by character. It
+/// is of this process (`SeededTextHash`): nobody can write texts that share one.
+std::uint64_t hashIgnoringCase(std::string_view text, std::uint64_t context);
+
+/// The same for a text that is read piece by piece, and whose beginnings are hashed, too.
+class HashIgnoringCase {
+  public:
+    explicit HashIgnoringCase(std::uint64_t context) : hash_(context) {}
+
+    /// Reads the next piece, which holds whole characters.
+    void add(std::string_view text);
+
+    /// The hash of all that was read.
+    std::uint64_t value() const;
+
+  private:
+    std::uint64_t hash_;
+    std::uint64_t word_ = 0;
+    std::uint64_t count_ = 0;
+};
 
 }  // namespace TkPPDUpdating

@@ -20,10 +20,10 @@ std::size_t roomIn(std::size_t slots) {
 LineChains::LineChains(std::size_t expectedKeys)
     : slots_(std::bit_ceil(std::max(kFewestSlots, expectedKeys + expectedKeys / 3))) {}
 
-std::uint32_t LineChains::shortened(std::size_t key) {
+std::uint32_t LineChains::shortened(std::uint64_t key) {
     // The upper bits of the product depend on all bits of the key (Fibonacci hashing).
     constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15U;
-    const auto mixed = static_cast<std::uint32_t>((std::uint64_t{key} * kMultiplier) >> 32U);
+    const auto mixed = static_cast<std::uint32_t>((key * kMultiplier) >> 32U);
     return mixed == kNoKey ? 1 : mixed;
 }
 
@@ -36,12 +36,12 @@ LineChains::Slot& LineChains::slotOf(std::uint32_t key) {
     return slots_[at];
 }
 
-LineChains::Chain* LineChains::find(std::size_t key) {
+LineChains::Chain* LineChains::find(std::uint64_t key) {
     Slot& slot = slotOf(shortened(key));
     return slot.key == kNoKey ? nullptr : &slot.chain;
 }
 
-LineChains::Chain& LineChains::findOrAdd(std::size_t key) {
+LineChains::Chain& LineChains::findOrAdd(std::uint64_t key) {
     const std::uint32_t shortKey = shortened(key);
     Slot* slot = &slotOf(shortKey);
     if (slot->key == kNoKey) {

@@ -24,10 +24,10 @@ class LineChains {
     explicit LineChains(std::size_t expectedKeys);
 
     /// The chain of the key, or null. Valid until a chain is added.
-    Chain* find(std::size_t key);
+    Chain* find(std::uint64_t key);
 
     /// The chain of the key, added empty when there is none. Valid until the next one is added.
-    Chain& findOrAdd(std::size_t key);
+    Chain& findOrAdd(std::uint64_t key);
 
   private:
     struct Slot {
@@ -37,7 +37,7 @@ class LineChains {
 
     static constexpr std::uint32_t kNoKey = 0;
 
-    static std::uint32_t shortened(std::size_t key);
+    static std::uint32_t shortened(std::uint64_t key);
     Slot& slotOf(std::uint32_t key);
     void grow();
 

@@ -23,7 +23,10 @@ constexpr unsigned kLookUpsBeforeIndex = 8;
 /// So many lines are always added to the index.
 constexpr std::size_t kFewLines = 512;
 
-constexpr std::size_t kSeedOfKeyword = 1;
+/// So many look-ups by a keyword with a colon read the lines before there is an index for them.
+constexpr unsigned kColonKeywordLookUpsBeforeIndex = 4;
+
+constexpr std::uint64_t kContextOfKeyword = 1;
 
 /// Part of the text before the first of two separators; all of it when it has none.
 std::string_view partBefore(std::string_view text, char separator, char otherSeparator) {
@@ -31,6 +34,10 @@ std::string_view partBefore(std::string_view text, char separator, char otherSep
         return each == separator || each == otherSeparator;
     });
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
+bool isEndLine(std::string_view line) {
+    return line == kTkPPDEnd;
 }
 
 [[noreturn]] void throwOutOfRange(std::size_t index, std::size_t size) {
@@ -62,10 +69,11 @@ OrbPPDLines::OrbPPDLines(PPDText text) : text_(std::move(text)) {
         std::iota(block->lines.begin(), block->lines.end(), static_cast<LineID>(first));
         for (const LineID line : block->lines) {
             lines_[line].block = block.get();
+            block->endLines += isEndLine(lines_[line].text) ? 1 : 0;
         }
         blocks_.push_back(std::move(block));
     }
-    sumBlockSizes();
+    sumBlocks();
 }
 
 std::size_t OrbPPDLines::indexOf(LineID line) const {
@@ -110,11 +118,27 @@ void OrbPPDLines::renumberBlocksFrom(std::size_t position) {
     }
 }
 
-void OrbPPDLines::sumBlockSizes() {
-    std::vector<std::size_t> sizes(blocks_.size());
-    std::transform(blocks_.begin(), blocks_.end(), sizes.begin(),
+void OrbPPDLines::sumBlocks() {
+    std::vector<std::size_t> counts(blocks_.size());
+    std::transform(blocks_.begin(), blocks_.end(), counts.begin(),
                    [](const auto& block) { return block->lines.size(); });
-    blockSizes_.assign(sizes);
+    blockSizes_.assign(counts);
+    std::transform(blocks_.begin(), blocks_.end(), counts.begin(),
+                   [](const auto& block) { return block->endLines; });
+    endLineCounts_.assign(counts);
+}
+
+/// Leaves one block in any case.
+void OrbPPDLines::removeEmptyBlocks() {
+    const auto firstKept = std::find_if(blocks_.begin(), blocks_.end(),
+                                        [](const auto& block) { return !block->lines.empty(); });
+    if (firstKept == blocks_.end()) {
+        blocks_.resize(1);
+    } else {
+        std::erase_if(blocks_, [](const auto& block) { return block->lines.empty(); });
+    }
+    renumberBlocksFrom(0);
+    sumBlocks();
 }
 
 OrbPPDLines::LineID OrbPPDLines::addLine(std::string_view line, Block& block) {
@@ -137,10 +161,12 @@ void OrbPPDLines::splitBlock(std::size_t position) {
     lines.erase(middle, lines.end());
     for (const LineID line : second->lines) {
         lines_[line].block = second.get();
+        second->endLines += isEndLine(lines_[line].text) ? 1 : 0;
     }
+    blocks_[position]->endLines -= second->endLines;
     blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(position) + 1, std::move(second));
     renumberBlocksFrom(position + 1);
-    sumBlockSizes();
+    sumBlocks();
 }
 
 void OrbPPDLines::insert(std::size_t index, std::string_view line) {
@@ -156,7 +182,14 @@ void OrbPPDLines::insert(std::size_t index, std::string_view line) {
     const LineID id = addLine(line, block);
     block.lines.insert(block.lines.begin() + static_cast<std::ptrdiff_t>(place.offset), id);
     blockSizes_.add(place.block, 1);
+    if (isEndLine(line)) {
+        ++block.endLines;
+        endLineCounts_.add(place.block, 1);
+    }
     ++size_;
+    if (colonKeywordIndex_) {
+        colonKeywordIndex_->add(id, lines_[id].text, order());
+    }
     // An index is not kept up while most of the lines are being written: few look-ups follow that,
     // and making it again, should many follow, costs no more.
     if (index_ && ++insertedSinceLookUp_ > std::max(kFewLines, size_ / 2)) {
@@ -172,25 +205,29 @@ void OrbPPDLines::erase(std::size_t index, std::size_t count) {
     if (index > size_ || count > size_ - index) {
         throwOutOfRange(index + count, size_);
     }
+    bool hasEmptyBlock = false;
     while (count > 0) {
         const Place place = blockSizes_.placeOf(index);
-        auto& lines = blocks_[place.block]->lines;
+        Block& block = *blocks_[place.block];
+        auto& lines = block.lines;
         const std::size_t here = std::min(count, lines.size() - place.offset);
         const auto first = lines.begin() + static_cast<std::ptrdiff_t>(place.offset);
         const auto last = first + static_cast<std::ptrdiff_t>(here);
-        if (index_) {
-            std::for_each(first, last, [this](LineID line) { removeFromIndex(line); });
-        }
+        std::for_each(first, last, [this](LineID line) { removeFromIndexes(line); });
+        const auto endLines = static_cast<std::size_t>(std::count_if(
+            first, last, [this](LineID line) { return isEndLine(lines_[line].text); }));
+        block.endLines -= endLines;
+        endLineCounts_.add(place.block, 0 - endLines);
         freeIDs_.insert(freeIDs_.end(), first, last);
         lines.erase(first, last);
         blockSizes_.add(place.block, 0 - here);
         size_ -= here;
         count -= here;
-        if (lines.empty() && blocks_.size() > 1) {
-            blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(place.block));
-            renumberBlocksFrom(place.block);
-            sumBlockSizes();
-        }
+        hasEmptyBlock = hasEmptyBlock || lines.empty();
+    }
+    // All at once: a long value empties thousands of blocks.
+    if (hasEmptyBlock) {
+        removeEmptyBlocks();
     }
 }
 
@@ -242,7 +279,7 @@ std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLine(std::string_view line) {
     if (line.empty()) {
         return std::nullopt;
     }
-    const Key keyOfKeyword = hashIgnoringCase(keyword, kSeedOfKeyword);
+    const Key keyOfKeyword = hashIgnoringCase(keyword, kContextOfKeyword);
     if (line.front() == ':') {
         return keyOfKeyword;
     }
@@ -257,7 +294,7 @@ std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLookUp(std::string_view keywor
     if (partBefore(keyword, ' ', ':').size() < keyword.size()) {
         return std::nullopt;
     }
-    const Key keyOfKeyword = hashIgnoringCase(keyword, kSeedOfKeyword);
+    const Key keyOfKeyword = hashIgnoringCase(keyword, kContextOfKeyword);
     return spec ? hashIgnoringCase(partBefore(*spec, ':', '/'), keyOfKeyword) : keyOfKeyword;
 }
 
@@ -286,7 +323,13 @@ void OrbPPDLines::addToIndex(LineID line) const {
     linkAfter(chain, previous, line);
 }
 
-void OrbPPDLines::removeFromIndex(LineID line) const {
+void OrbPPDLines::removeFromIndexes(LineID line) const {
+    if (colonKeywordIndex_) {
+        colonKeywordIndex_->remove(line, lines_[line].text, order());
+    }
+    if (!index_) {
+        return;
+    }
     const auto key = keyOfLine(lines_[line].text);
     if (!key) {
         return;
@@ -309,15 +352,41 @@ void OrbPPDLines::buildIndex() const {
     }
 }
 
+void OrbPPDLines::buildColonKeywordIndex() const {
+    colonKeywordIndex_.emplace();
+    for (const auto& block : blocks_) {
+        for (const LineID line : block->lines) {
+            colonKeywordIndex_->add(line, lines_[line].text, order());
+        }
+    }
+}
+
 template <typename Accepts>
-std::optional<std::size_t> OrbPPDLines::firstFrom(std::size_t index, const Accepts& accepts) const {
-    Place place = blockSizes_.placeOf(index);
-    for (; place.block < blocks_.size(); ++place.block, place.offset = 0) {
-        const auto& lines = blocks_[place.block]->lines;
-        for (; place.offset < lines.size(); ++place.offset, ++index) {
-            if (accepts(lines_[lines[place.offset]].text)) {
+std::optional<std::size_t> OrbPPDLines::first(const Accepts& accepts) const {
+    std::size_t index = 0;
+    for (const auto& block : blocks_) {
+        for (const LineID line : block->lines) {
+            if (accepts(lines_[line].text)) {
                 return index;
             }
+            ++index;
+        }
+    }
+    return std::nullopt;
+}
+
+template <typename Accepts>
+std::optional<std::size_t> OrbPPDLines::firstOfColonKeyword(ColonKeywordIndex::Key key,
+                                                            const Accepts& accepts) const {
+    if (!colonKeywordIndex_) {
+        if (++colonKeywordLookUps_ <= kColonKeywordLookUpsBeforeIndex) {
+            return first(accepts);
+        }
+        buildColonKeywordIndex();
+    }
+    for (const LineID line : colonKeywordIndex_->find(key)) {
+        if (accepts(lines_[line].text)) {
+            return indexOf(line);
         }
     }
     return std::nullopt;
@@ -334,9 +403,12 @@ std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
     if (!index_ && ++lookUpsWithoutIndex_ > kLookUpsBeforeIndex) {
         buildIndex();
     }
+    if (const auto key = ColonKeywordIndex::keyOfLookUp(keyword, spec)) {
+        return firstOfColonKeyword(*key, matches);
+    }
     const auto key = keyOfLookUp(keyword, spec);
     if (!index_ || !key) {
-        return firstFrom(0, matches);
+        return first(matches);
     }
     const Chain* const chain = index_->find(*key);
     for (LineID line = chain ? chain->first : kNoLine; line != kNoLine;
@@ -349,7 +421,26 @@ std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
 }
 
 std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const {
-    return firstFrom(index + 1, [](std::string_view line) { return line == kTkPPDEnd; });
+    const auto isEnd = [this](LineID line) { return isEndLine(lines_[line].text); };
+    const auto indexOfEndIn = [&](std::size_t block, std::size_t offset) {
+        const auto& lines = blocks_[block]->lines;
+        const auto from = lines.begin() + static_cast<std::ptrdiff_t>(offset);
+        const auto end = std::find_if(from, lines.end(), isEnd);
+        return end == lines.end()
+                   ? std::optional<std::size_t>()
+                   : blockSizes_.sumBefore(block) + static_cast<std::size_t>(end - lines.begin());
+    };
+    if (size_ == 0 || index >= size_ - 1) {
+        return std::nullopt;
+    }
+    const Place next = blockSizes_.placeOf(index + 1);
+    if (const auto here = indexOfEndIn(next.block, next.offset)) {
+        return here;
+    }
+    const std::size_t before = endLineCounts_.sumBefore(next.block + 1);
+    return before == endLineCounts_.sumBefore(blocks_.size())
+               ? std::nullopt
+               : indexOfEndIn(endLineCounts_.placeOf(before).block, 0);
 }
 
 }  // namespace TkPPDUpdating

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ppd/ColonKeywordIndex.h"
 #include "ppd/LineChains.h"
 #include "ppd/PPDText.h"
 #include "ppd/PrefixSums.h"
@@ -57,13 +58,15 @@ class OrbPPDLines {
     using LineID = LineChains::LineID;
     using Chain = LineChains::Chain;
     using Place = PrefixSums::Place;
-    using Key = std::size_t;
+    using Key = std::uint64_t;
     static constexpr LineID kNoLine = LineChains::kNoLine;
 
     /// A run of neighbouring lines; `position` is its own index among the blocks.
     struct Block {
         std::size_t position = 0;
         std::vector<LineID> lines;
+        /// How many of the lines are "*End".
+        std::size_t endLines = 0;
     };
 
     struct Line {
@@ -82,28 +85,39 @@ class OrbPPDLines {
     LineID addLine(std::string_view line, Block& block);
     std::size_t indexOf(LineID line) const;
     bool comesBefore(LineID left, LineID right) const;
+    auto order() const {
+        return [this](LineID left, LineID right) { return comesBefore(left, right); };
+    }
     void splitBlock(std::size_t position);
     void renumberBlocksFrom(std::size_t position);
-    void sumBlockSizes();
+    void sumBlocks();
+    void removeEmptyBlocks();
 
     void buildIndex() const;
+    void buildColonKeywordIndex() const;
+    template <typename Accepts>
+    std::optional<std::size_t> firstOfColonKeyword(ColonKeywordIndex::Key key,
+                                                   const Accepts& accepts) const;
     void linkAfter(Chain& chain, LineID previous, LineID line) const;
     void addToIndex(LineID line) const;
-    void removeFromIndex(LineID line) const;
+    void removeFromIndexes(LineID line) const;
 
     template <typename Accepts>
-    std::optional<std::size_t> firstFrom(std::size_t index, const Accepts& accepts) const;
+    std::optional<std::size_t> first(const Accepts& accepts) const;
 
     PPDText text_;
     std::deque<std::string> stored_;
     std::size_t size_ = 0;
     std::vector<std::unique_ptr<Block>> blocks_;
     PrefixSums blockSizes_;
+    PrefixSums endLineCounts_;
     /// By ID, some of which are free. Mutable for the chains of the index.
     mutable std::deque<Line> lines_;
     std::vector<LineID> freeIDs_;
     mutable std::optional<LineChains> index_;
     mutable unsigned lookUpsWithoutIndex_ = 0;
+    mutable std::optional<ColonKeywordIndex> colonKeywordIndex_;
+    mutable unsigned colonKeywordLookUps_ = 0;
     mutable std::size_t insertedSinceLookUp_ = 0;
 };
 

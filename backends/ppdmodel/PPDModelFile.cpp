@@ -10,8 +10,8 @@
 #include "backends/ppdmodel/PPDModelIndex.h"
 #include "backends/ppdmodel/PPDModelOption.h"
 #include "backends/ppdmodel/PPDModelReader.h"
-#include "backends/ppdmodel/SeededTextHash.h"
 #include "ppd/PPDTextFile.h"
+#include "ppd/SeededTextHash.h"
 #include "ppd/UTF8.h"
 
 namespace TkPPDUpdating {

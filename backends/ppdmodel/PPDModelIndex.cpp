@@ -3,7 +3,7 @@
 #include <bit>
 #include <cstddef>
 
-#include "backends/ppdmodel/SeededTextHash.h"
+#include "ppd/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 

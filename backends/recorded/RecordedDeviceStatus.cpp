@@ -12,8 +12,9 @@ namespace TkPPDUpdating {
 
 namespace {
 
-/// Far above any real printer, far below what would exhaust memory.
-constexpr std::size_t kLargestRecording = std::size_t{16} * 1024 * 1024;
+/// Far above any real printer, far below what would exhaust memory: the shortest objects take a
+/// hundred times as much of it as of the recording.
+constexpr std::size_t kLargestRecording = std::size_t{4} * 1024 * 1024;
 
 std::shared_ptr<const OrbCSDeviceStatus> statusWithContentsOfFile(const std::string& path,
                                                                   std::string& error) {

@@ -61,8 +61,13 @@ json written(const OrbCSDeviceAccessory& accessory) {
 json written(const OrbCSPensConfiguration& configuration) {
     json object = json::object();
     add(object, "codeName", configuration.codeName);
+    // Adding by name would look through all members that are there already.
+    json::object_t values;
     for (const auto& [keyword, value] : configuration.PPDAttributeValues) {
-        object["PPDAttributeValues"][keyword] = value;
+        values.emplace_back(keyword, value);
+    }
+    if (!values.empty()) {
+        object["PPDAttributeValues"] = std::move(values);
     }
     return object;
 }

@@ -72,14 +72,35 @@ INSTANTIATE_TEST_SUITE_P(
         {"LargeWithoutExponent", OrbCSNumberOrString(1e20), "100000000000000000000", kLargest},
         {"LargestWithExponent", OrbCSNumberOrString(1e21), "1e+21", kLargest},
         {"NegativeLargeIsLimited", OrbCSNumberOrString(-1e21), "-1e+21", kSmallest},
-        {"TwoToThe63IsLimited", OrbCSNumberOrString(9223372036854775808.0), "9223372036854775808",
+        {"TwoToThe63IsLimited", OrbCSNumberOrString(9223372036854775808.0), "9223372036854776000",
          kLargest},
-        {"MinusTwoToThe63Fits", OrbCSNumberOrString(-9223372036854775808.0), "-9223372036854775808",
+        {"MinusTwoToThe63Fits", OrbCSNumberOrString(-9223372036854775808.0), "-9223372036854776000",
          kSmallest},
         {"NotANumber", OrbCSNumberOrString(std::numeric_limits<double>::quiet_NaN()), "nan", 0},
         {"Infinity", OrbCSNumberOrString(std::numeric_limits<double>::infinity()), "inf", kLargest},
         {"NegativeInfinity", OrbCSNumberOrString(-std::numeric_limits<double>::infinity()), "-inf",
          kSmallest},
+    }),
+    [](const auto& parameter) { return std::string(parameter.param.name); });
+
+// The same texts as every ECMAScript implementation gives.
+INSTANTIATE_TEST_SUITE_P(
+    ShortestDecimalForm, NumberOrString,
+    testing::ValuesIn(std::vector<Scalar>{
+        {"TenToTheMinus7", OrbCSNumberOrString(1e-7), "1e-7", 0},
+        {"NegativeTenToTheMinus7", OrbCSNumberOrString(-1e-7), "-1e-7", 0},
+        {"TenToThe21", OrbCSNumberOrString(1e21), "1e+21", kLargest},
+        {"ExponentOfTwoDigits", OrbCSNumberOrString(1.5e-10), "1.5e-10", 0},
+        {"ZerosForDigitsThatDoNotCount", OrbCSNumberOrString(123456789012345680000.0),
+         "123456789012345680000", kLargest},
+        {"SmallestPositive", OrbCSNumberOrString(5e-324), "5e-324", 0},
+        {"LargestFinite", OrbCSNumberOrString(1.7976931348623157e308), "1.7976931348623157e+308",
+         kLargest},
+        {"JustBelowTenToThe21", OrbCSNumberOrString(999999999999999900000.0),
+         "999999999999999900000", kLargest},
+        {"DigitsOnBothSidesOfThePoint", OrbCSNumberOrString(123.456), "123.456", 123},
+        {"ZerosBehindThePoint", OrbCSNumberOrString(0.00001234), "0.00001234", 0},
+        {"JustBelowTenToTheMinus6", OrbCSNumberOrString(9.5e-7), "9.5e-7", 0},
     }),
     [](const auto& parameter) { return std::string(parameter.param.name); });
 

@@ -147,6 +147,20 @@ TEST(CaseFolding, TextsThatAreEqualIgnoringCaseHaveTheSameHash) {
     }
     EXPECT_NE(hashIgnoringCase("PageSize", kSeed), hashIgnoringCase("PageSizf", kSeed));
     EXPECT_NE(hashIgnoringCase("ab", kSeed), hashIgnoringCase("ba", kSeed));
+    EXPECT_NE(hashIgnoringCase("abc", kSeed), hashIgnoringCase("abc", kSeed + 1));
+    using namespace std::string_view_literals;
+    EXPECT_NE(hashIgnoringCase("a"sv, kSeed), hashIgnoringCase("\0a"sv, kSeed));
+    EXPECT_NE(hashIgnoringCase("abc"sv, kSeed), hashIgnoringCase("abc\0"sv, kSeed));
+}
+
+TEST(CaseFolding, TheHashOfABeginningIsThatOfTheTextAlone) {
+    HashIgnoringCase hash(17);
+    std::string text;
+    for (const std::string_view piece : {"", "A", "bc", "\xC3\x89", "defghij", ""}) {
+        hash.add(piece);
+        text += piece;
+        EXPECT_EQ(hash.value(), hashIgnoringCase(text, 17)) << text;
+    }
 }
 
 }  // namespace

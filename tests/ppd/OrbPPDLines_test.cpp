@@ -96,6 +96,94 @@ TEST(OrbPPDLines, FindsTheNextEndLine) {
     EXPECT_EQ(lines.indexOfEndAfter(4), std::nullopt);
 }
 
+TEST(OrbPPDLines, FindsEndLinesBlocksAway) {
+    std::string text(3000, '\n');
+    auto lines = linesOfText(text + "*End\n" + text + "*End\n" + text);
+    EXPECT_EQ(lines.indexOfEndAfter(0), 3000U);
+    EXPECT_EQ(lines.indexOfEndAfter(2999), 3000U);
+    EXPECT_EQ(lines.indexOfEndAfter(3000), 6001U);
+    EXPECT_EQ(lines.indexOfEndAfter(6001), std::nullopt);
+    lines.erase(3000, 1);
+    EXPECT_EQ(lines.indexOfEndAfter(0), 6000U);
+    lines.insert(1500, "*End");
+    EXPECT_EQ(lines.indexOfEndAfter(0), 1500U);
+    // So many that the block of the line splits.
+    for (int i = 0; i < 600; ++i) {
+        lines.insert(1500, "");
+    }
+    EXPECT_EQ(lines.indexOfEndAfter(0), 2100U);
+    EXPECT_EQ(lines.indexOfEndAfter(2100), 6601U);
+    EXPECT_EQ(lines.indexOfEndAfter(9600), std::nullopt);
+    EXPECT_EQ(lines.indexOfEndAfter(SIZE_MAX), std::nullopt);
+}
+
+TEST(OrbPPDLines, CanBeEmptiedAndFilledAgain) {
+    auto lines = linesOfText(std::string(5000, '\n'));
+    lines.erase(0, 5000);
+    EXPECT_EQ(lines.size(), 0U);
+    EXPECT_EQ(lines.indexOfEndAfter(0), std::nullopt);
+    lines.insert(0, "*End");
+    lines.insert(0, "A");
+    EXPECT_EQ(textsOf(lines), (Texts{"A", "*End"}));
+    EXPECT_EQ(lines.indexOfEndAfter(0), 1U);
+}
+
+TEST(OrbPPDLines, FindsKeywordsWithAColonThroughEdits) {
+    auto lines =
+        linesOfText("*a:b: 1\n*a:b.Key x/T: 2\n*A:B.KEY  x: 3\n*a:b.Key: 4\n*a:b.Key:c: 5\n");
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(lines.indexOfAttribute("a:b", std::nullopt, std::nullopt), 0U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", std::nullopt), 1U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", "3"), 2U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", std::nullopt, std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key:c", std::nullopt, std::nullopt), 4U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.", std::nullopt, std::nullopt), std::nullopt);
+        EXPECT_EQ(lines.indexOfAttribute("a:", std::nullopt, std::nullopt), std::nullopt);
+    }
+    lines.insert(0, "*a:b.key: 0");
+    EXPECT_EQ(lines.indexOfAttribute("a:b.Key", std::nullopt, std::nullopt), 0U);
+    lines.erase(0, 3);
+    EXPECT_EQ(lines.indexOfAttribute("a:b", std::nullopt, std::nullopt), std::nullopt);
+    EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", std::nullopt), 0U);
+    EXPECT_EQ(lines.indexOfAttribute("a:b.Key", std::nullopt, std::nullopt), 1U);
+    lines.erase(0, 2);
+    EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", std::nullopt), std::nullopt);
+    EXPECT_EQ(lines.indexOfAttribute("a:b.Key", std::nullopt, std::nullopt), 0U);
+    lines.insert(1, "*a:b.Key x: 6");
+    EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", std::nullopt), 1U);
+}
+
+/// The tests of hostile texts end by the time limit of a test where each step reads all lines.
+TEST(OrbPPDLines, TakesTensOfThousandsOfLookUpsOfKeywordsWithAColon) {
+    constexpr std::size_t kCount = 50'000;
+    std::string text;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        text += "*a:" + std::to_string(i) + ".Key: 12\n";
+    }
+    auto lines = linesOfText(std::string(kCount, '\n') + text);
+    for (std::size_t i = 0; i < kCount; ++i) {
+        const std::string keyword = "a:" + std::to_string(i);
+        ASSERT_EQ(lines.indexOfAttribute(keyword + ".Key", std::nullopt, std::nullopt), kCount + i);
+        ASSERT_EQ(lines.indexOfAttribute(keyword + ".Kez", std::nullopt, std::nullopt),
+                  std::nullopt);
+    }
+}
+
+TEST(OrbPPDLines, TakesTensOfThousandsOfValuesThatNeverEnd) {
+    constexpr std::size_t kCount = 100'000;
+    const auto lines = linesOfText("*End\n" + std::string(kCount, '\n'));
+    for (std::size_t i = 0; i < kCount; ++i) {
+        ASSERT_EQ(lines.indexOfEndAfter(i), std::nullopt);
+    }
+}
+
+TEST(OrbPPDLines, RemovesAValueOfMillionsOfLines) {
+    constexpr std::size_t kCount = 3'000'000;
+    auto lines = linesOfText("*First: 12\n" + std::string(kCount, '\n') + "*Last: 12\n");
+    lines.erase(1, kCount);
+    EXPECT_EQ(textsOf(lines), (Texts{"*First: 12", "*Last: 12"}));
+}
+
 TEST(OrbPPDLines, StaysInOrderThroughThousandsOfInsertionsAtOnePlace) {
     auto lines = linesOfText("*First: 0\n*Last: 0\n");
     Texts expected = {"*First: 0"};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <initializer_list>
 #include <optional>
 #include <random>
@@ -327,9 +328,17 @@ void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCoun
     }
 }
 
+/// How many times as many sequences as usual are run: the whole number in the environment variable
+/// TKPPDUPDATING_MORE_SEQUENCES, for a long hunt after a change of the processor.
+std::uint32_t timesAsManySequences() {
+    const char* const times = std::getenv("TKPPDUPDATING_MORE_SEQUENCES");
+    return times ? static_cast<std::uint32_t>(std::max(1, std::atoi(times))) : 1;
+}
+
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
     constexpr std::uint32_t kFirstSeed = 20010101;
-    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 2100; ++seed) {
+    const std::uint32_t count = 2100 * timesAsManySequences();
+    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + count; ++seed) {
         HostileTexts sizes(~seed);
         runSequence(seed, sizes.below(40), 10 + sizes.below(60));
         if (HasFailure()) {
@@ -340,9 +349,11 @@ TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverLongTexts) {
     constexpr std::uint32_t kFirstSeed = 42;
-    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + 6; ++seed) {
+    const std::uint32_t count = 3 * timesAsManySequences();
+    for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + count; ++seed) {
         HostileTexts sizes(~seed);
-        runSequence(seed, 2000 + sizes.below(3000), 300, 50);
+        // Five to ten blocks at the start, which split and go several times.
+        runSequence(seed, 1200 + sizes.below(1300), 120, 25);
         if (HasFailure()) {
             return;
         }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -88,6 +89,20 @@ TEST(PPDTextFile, AFIFOIsNoTextAndIsNotWaitedFor) {
     const std::string path = (directory.path() / "fifo.ppd").string();
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     refusal(path);
+}
+
+TEST(PPDTextFile, AFileThatIsTooLargeToBeAPPDIsNotRead) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("huge.ppd", "*PPD-Adobe: \"4.3\"\n");
+    // Sparse: it takes no room on the disk, and would fill the memory.
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 40U);
+    EXPECT_EQ(refusal(path), "is larger than 67108864 bytes");
+    std::filesystem::resize_file(path, 67108865);
+    EXPECT_EQ(refusal(path), "is larger than 67108864 bytes");
+    std::filesystem::resize_file(path, 67108864);
+    const PPDText text = PPDTextWithContentsOfFile(path);
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->size(), 67108864U);
 }
 
 TEST(PPDTextFile, AByteThatIsNotUTF8IsToldWithItsOffset) {

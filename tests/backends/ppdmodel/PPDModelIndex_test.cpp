@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "backends/ppdmodel/SeededTextHash.h"
+#include "ppd/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 namespace {

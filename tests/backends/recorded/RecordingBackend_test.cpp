@@ -15,6 +15,7 @@ namespace TkPPDUpdating {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 
 constexpr std::string_view kRecording = R"({"MaxSupportedResolution": 1200})";
 
@@ -96,16 +97,16 @@ TEST_F(RecordingBackend, SaysWhichFileMayNotBeRead) {
     EXPECT_EQ(errorForPath(path), path + ": Permission denied");
 }
 
-TEST_F(RecordingBackend, ReadsSixteenMebibytesAndNoMore) {
-    constexpr std::uintmax_t kLargest = 16'777'216;
+TEST_F(RecordingBackend, ReadsFourMebibytesAndNoMore) {
+    constexpr std::uintmax_t kLargest = 4 * 1024 * 1024;
     const std::string path = directory.write(
         "large.json", std::string(kLargest - kRecording.size(), ' ') + std::string(kRecording));
     EXPECT_TRUE(givesTheRecording(fileURLFromPath(path))) << error;
     // Sparse, so that the disk does not have to hold it.
     std::filesystem::resize_file(path, kLargest + 1);
-    EXPECT_EQ(errorForPath(path), path + ": is larger than 16777216 bytes");
+    EXPECT_EQ(errorForPath(path), path + ": is larger than 4194304 bytes");
     std::filesystem::resize_file(path, kLargest * 1024);
-    EXPECT_EQ(errorForPath(path), path + ": is larger than 16777216 bytes");
+    EXPECT_EQ(errorForPath(path), path + ": is larger than 4194304 bytes");
 }
 
 TEST_F(RecordingBackend, NamesTheFileAndThePlaceOfWhatIsWrongInIt) {

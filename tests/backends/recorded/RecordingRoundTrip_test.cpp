@@ -231,6 +231,23 @@ TEST(RecordingRoundTrip, WritesATextThatIsNotUTF8WithReplacementCharacters) {
               "{\n  \"MaxSupportedResolution\": \"a\xEF\xBF\xBD\"\n}\n");
 }
 
+// Looking through the earlier ones for each would end by the time limit of a test.
+TEST(RecordingRoundTrip, WritesHundredsOfThousandsOfPenAttributes) {
+    OrbCSPensConfiguration pens;
+    for (int i = 0; i < 300'000; ++i) {
+        pens.PPDAttributeValues.emplace("Zr" + std::to_string(i), "v");
+    }
+    const std::string JSON = RecordedDeviceStatus::JSONForStatus(
+        RecordedDeviceStatus(Values{{std::string(kTkCSInstalledPensConfigurationKey), pens}}));
+    std::string error;
+    const auto status = RecordedDeviceStatus::statusWithJSON(JSON, error);
+    ASSERT_TRUE(status) << error;
+    const auto* const read =
+        status->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey);
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(*read == pens);
+}
+
 TEST(RecordingRoundTrip, IgnoresAValueOfATypeThatDoesNotStandUnderItsKey) {
     const FakeDeviceStatus status(
         Values{{std::string(kTkCSLinTableKey), OrbCSNumberOrString(std::int64_t{1})}});

@@ -1,4 +1,4 @@
-#include "backends/ppdmodel/SeededTextHash.h"
+#include "ppd/SeededTextHash.h"
 
 #include <unistd.h>
 
@@ -22,6 +22,11 @@ Seeds randomSeeds() {
     return seeds;
 }
 
+const Seeds& seedsOfProcess() {
+    static const Seeds seeds = randomSeeds();
+    return seeds;
+}
+
 /// Both halves of the 128-bit product: every bit of the input reaches every part of the result.
 std::uint64_t mixed(std::uint64_t left, std::uint64_t right) {
     __extension__ typedef unsigned __int128 Product;  // NOLINT(modernize-use-using)
@@ -32,7 +37,7 @@ std::uint64_t mixed(std::uint64_t left, std::uint64_t right) {
 }  // namespace
 
 std::uint64_t SeededTextHash::of(std::string_view text, std::uint64_t context) {
-    static const Seeds seeds = randomSeeds();
+    const Seeds& seeds = seedsOfProcess();
     std::uint64_t hash = mixed(context ^ seeds[0], seeds[1] ^ text.size());
     while (!text.empty()) {
         std::uint64_t word = 0;
@@ -42,6 +47,11 @@ std::uint64_t SeededTextHash::of(std::string_view text, std::uint64_t context) {
         text.remove_prefix(length);
     }
     return hash;
+}
+
+std::uint64_t SeededTextHash::carriedOn(std::uint64_t hash, std::uint64_t word) {
+    const Seeds& seeds = seedsOfProcess();
+    return mixed(hash ^ word ^ seeds[0], seeds[1]);
 }
 
 }  // namespace TkPPDUpdating
