@@ -1,7 +1,6 @@
 #include "ppd/LineChains.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace TkPPDUpdating {
