@@ -1,7 +1,6 @@
 #include "ppd/LineChains.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace TkPPDUpdating {
@@ -18,7 +17,7 @@ std::size_t roomIn(std::size_t slots) {
 }  // namespace
 
 LineChains::LineChains(std::size_t expectedKeys)
-    : slots_(std::bit_ceil(std::max(kFewestSlots, expectedKeys + expectedKeys / 3))) {}
+    : slots_(std::max(kFewestSlots, expectedKeys + expectedKeys / 2)) {}
 
 std::uint32_t LineChains::shortened(std::uint64_t key) {
     // The upper bits of the product depend on all bits of the key (Fibonacci hashing).
@@ -28,10 +27,10 @@ std::uint32_t LineChains::shortened(std::uint64_t key) {
 }
 
 LineChains::Slot& LineChains::slotOf(std::uint32_t key) {
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t at = key & mask;
+    // The keys spread over all their bits, so that their share of the range is a place.
+    auto at = static_cast<std::size_t>((std::uint64_t{key} * slots_.size()) >> 32U);
     while (slots_[at].key != key && slots_[at].key != kNoKey) {
-        at = (at + 1) & mask;
+        at = at + 1 == slots_.size() ? 0 : at + 1;
     }
     return slots_[at];
 }

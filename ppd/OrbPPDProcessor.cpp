@@ -192,8 +192,13 @@ std::optional<std::string> OrbPPDProcessor::valueForAttributeWithKeyword_spec(
         return std::nullopt;
     }
     std::string text(lines_->at(range.location));
-    for (std::size_t i = 1; i < range.length; ++i) {
-        (text += kTkPPDSpace) += lines_->at(range.location + i);
+    // Further lines belong to it when its quote is open. What follows the closing quote does not
+    // count: in a hostile text every value goes on to the same "*End" far below.
+    bool isOpen = true;
+    for (std::size_t i = 1; i < range.length && isOpen; ++i) {
+        const std::string_view line = lines_->at(range.location + i);
+        (text += kTkPPDSpace) += line;
+        isOpen = line.find(kTkPPDQuote) == std::string_view::npos;
     }
     const auto value = valueInAttributeText(text);
     return value ? std::optional<std::string>(*value) : std::nullopt;

@@ -133,6 +133,11 @@ TEST(OrbPPDProcessorValue, TheLinesOfAValueAreJoinedWithOneSpace) {
     EXPECT_EQ(valueIn("*Key: \"one\r\ntwo\"\n*End\n"), "one\r two");
 }
 
+TEST(OrbPPDProcessorValue, WhatFollowsTheClosingQuoteBeforeTheEndLineDoesNotCount) {
+    EXPECT_EQ(valueIn("*Key: \"one\ntwo\" three \"four\nfive\n*Other: \"six\"\n*End\n"), "one two");
+    EXPECT_EQ(valueIn("*Key: \"\n\"\n\"\n*End\n"), " ");
+}
+
 TEST(OrbPPDProcessorValue, AQuoteThatIsNotClosedBeforeTheEndLineGivesNone) {
     EXPECT_EQ(valueIn("*Key: \"one\ntwo\n*End\n*Other: \"x\"\n"), std::nullopt);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <system_error>
 #include <unordered_set>
 
@@ -47,16 +48,28 @@ std::vector<std::string> namesInCategory(std::string_view value) {
     return {pieces.begin(), pieces.end()};
 }
 
-/// The properties of a choice. A value that could not stand in one PPD line, which only an escape
-/// in a tampered text can make, counts as malformed: it must not become lines of its own when it is
-/// written again.
+/// The properties of a choice; none when they are missing or malformed.
 StringsDictionary propertiesInValue(std::optional<std::string_view> value) {
-    auto properties = value ? propertyListFromStringsFileFormat(*value) : std::nullopt;
-    const bool isUsable =
-        properties && std::none_of(properties->begin(), properties->end(), [](const auto& each) {
-            return reasonTextCannotStandInPPDLine(each.second).has_value();
-        });
-    return isUsable ? std::move(*properties) : StringsDictionary();
+    return value ? propertyListFromStringsFileFormat(*value).value_or(StringsDictionary())
+                 : StringsDictionary();
+}
+
+/// The same when they are to be written again. A value that could not stand in one PPD line, which
+/// an escape in a tampered text can make, counts as malformed: it must not become lines of its own.
+StringsDictionary writablePropertiesInValue(std::optional<std::string_view> value) {
+    auto properties = propertiesInValue(value);
+    const bool isWritable = std::none_of(
+        properties.begin(), properties.end(),
+        [](const auto& each) { return reasonTextCannotStandInPPDLine(each.second).has_value(); });
+    return isWritable ? std::move(properties) : StringsDictionary();
+}
+
+/// The qualifier that the properties of a choice name.
+std::optional<std::string> qualifierInProperties(std::optional<std::string_view> value) {
+    auto properties = propertiesInValue(value);
+    const auto qualifier = properties.find(kZrICCProfileId2);
+    return qualifier == properties.end() ? std::nullopt
+                                         : std::optional(std::move(qualifier->second));
 }
 
 /// The value under the key when it is there and not empty.
@@ -139,9 +152,15 @@ PPDText OrbPPDCustomMediaUpdater::updatedPPDContentsForContents_PPDFile_context(
         PPDFile ? valueOfLast(PPDFile->attributesForName_spec(kZrMediaTypeCategory, kCategory))
                 : std::nullopt;
     if (category) {
+        // Each name is looked up once, so that a hostile category gains nothing by repeating one.
+        std::map<std::string_view, std::shared_ptr<const OrbCustomMediaType>> typeOfName;
         for (const std::string_view name : piecesBetweenWhiteSpace(*category)) {
-            if (auto type = customMediaTypeWithCodeName_PPDfile(name, PPDFile)) {
-                types.push_back(std::move(type));
+            const auto [entry, isNew] = typeOfName.try_emplace(name);
+            if (isNew) {
+                entry->second = customMediaTypeWithCodeName_PPDfile(name, PPDFile);
+            }
+            if (entry->second) {
+                types.push_back(entry->second);
             }
         }
     }
@@ -283,7 +302,7 @@ OrbPPDCustomMediaUpdater::customMediaTypeWithCodeName_PPDfile(
     }
     const auto english = PPDFile->attributesForName_spec(kEnglishMediaType, *codeName);
     const auto name = english.empty() ? choice->text() : english.back()->text();
-    const auto properties = propertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
+    const auto properties = writablePropertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
         kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {*codeName}))));
     const auto* const mediaID = nonEmptyValue(properties, kMediaIDKey);
     const auto* const parentMediaID = nonEmptyValue(properties, kParentMediaIDKey);
@@ -347,13 +366,17 @@ void OrbPPDCustomMediaUpdater::deleteCustomInfo() {
 
 std::vector<std::string> OrbPPDCustomMediaUpdater::customICCProfilesForCustomMediaTypes(
     const std::vector<std::string>& names) {
+    // Each name is looked up once, so that a hostile category gains nothing by repeating one.
+    std::map<std::string_view, std::optional<std::string>> qualifierOfName;
     std::vector<std::string> qualifiers;
     for (const std::string& name : names) {
-        auto properties = propertiesInValue(
-            value(kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {name})));
-        const auto qualifier = properties.find(kZrICCProfileId2);
-        if (qualifier != properties.end()) {
-            qualifiers.push_back(std::move(qualifier->second));
+        const auto [entry, isNew] = qualifierOfName.try_emplace(name);
+        if (isNew) {
+            entry->second = qualifierInProperties(
+                value(kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {name})));
+        }
+        if (entry->second) {
+            qualifiers.push_back(*entry->second);
         }
     }
     return qualifiers;

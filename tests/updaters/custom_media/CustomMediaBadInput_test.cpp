@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ctime>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -118,6 +120,51 @@ TEST_F(CustomMediaBadInput, QualifiersWithSignsOfTheFormatAreRemovedAgain) {
         EXPECT_THAT(text, HasSubstr("*ZrICCProfileId2 " + qualifier + "/a: \"\"\n"));
         EXPECT_EQ(updatedText(text, {}), PPDWith()) << qualifier;
     }
+}
+
+TEST_F(CustomMediaBadInput, IdentifiersThatBreakTheFormOfAPPDLeaveTheProfileRemovable) {
+    // Reading them back refuses them; the removal needs the qualifier beside them all the same.
+    for (const std::string ID : {"12\t01", "12\x7F", "12\u0085", "12\u2028", "12\r"}) {
+        const std::string text =
+            updatedText(PPDWith(), {mediaType("A", ID, "3", profile("file:///p/gloss.icc", "q1"))});
+        EXPECT_THAT(text, HasSubstr("*cupsICCProfile ..q1/gloss: \"/p/gloss.icc\"\n"));
+        EXPECT_EQ(updatedText(text, {}), PPDWith()) << testing::PrintToString(ID);
+    }
+}
+
+/// The processor time that the run takes, in seconds.
+double secondsOf(const std::function<void()>& run) {
+    const std::clock_t before = std::clock();
+    run();
+    return static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+}
+
+// These take a fraction of a second; with a look-up for each repetition, minutes.
+constexpr double kPatience = 10;
+constexpr std::size_t kMany = 30000;
+
+TEST_F(CustomMediaBadInput, ANameRepeatedInTheCategoryIsLookedUpOnce) {
+    const std::string text = PPDWith("", "",
+                                     "*ZrMediaTypeCategory custom/C: \"" + repeated("c ", kMany) +
+                                         "\"\n" + "*ZrChoiceProperties MediaType.c: \"\n" +
+                                         repeated("abcdefgh\n", kMany) + "*End\n");
+    EXPECT_LT(secondsOf([&] { EXPECT_EQ(updatedText(text, {}), PPDWith()); }), kPatience);
+}
+
+TEST_F(CustomMediaBadInput, ANameRepeatedInTheCategoryIsReadBackOnce) {
+    constexpr std::size_t kProperties = 10000;
+    const auto source =
+        parsed(PPDWith(choiceLines("c", "A"), "",
+                       repeated("*ZrChoiceProperties MediaType.c: \"MediaID=1;\"\n", kProperties) +
+                           "*ZrMediaTypeCategory custom/C: \"" + repeated("c ", kMany) + "\"\n"));
+    OrbPPDCustomMediaUpdater updater;
+    OrbDictionary context;
+    EXPECT_LT(secondsOf([&] {
+                  EXPECT_EQ(*updater.updatedPPDContentsForContents_PPDFile_context(
+                                makePPDText(PPDWith()), source.get(), &context),
+                            PPDWith());
+              }),
+              kPatience);
 }
 
 TEST_F(CustomMediaBadInput, AThousandMediaTypesAreWrittenAndRemoved) {
