@@ -159,9 +159,9 @@ http_t* openedConnection(const std::string& host, int port, http_encryption_t en
     http_t* connection = addresses ? httpConnect2(host.c_str(), port, addresses, AF_UNSPEC,
                                                   encryption, 1, 0, nullptr)
                                    : nullptr;
+    httpAddrFreeList(addresses);  // The connection has a copy.
     if (!connection) {
         error = "its name is not known";
-        httpAddrFreeList(addresses);
     }
     return connection;
 }

@@ -209,7 +209,8 @@ class Value {
         if (depth_ == 0) {
             return false;
         }
-        if (name.empty() || name.size() > kLongestName || name.find('\0') != name.npos) {
+        if (name.empty() || name.size() > kLongestName ||
+            name.find('\0') != std::string_view::npos) {
             fail("has a member with a bad name");
         }
         if (depth_ <= IPPAnswerFilter::kDeepestCollection) {

@@ -88,8 +88,8 @@ class CustomMediaTypes {
         : answer_(answer), profiles_(profilesByMediaType(answer)) {}
 
     /// `type` is the media type as it is in the answer.
-    void add(const IPPAnswer::Text& type, std::optional<std::string> info,
-             std::optional<std::string> key, const std::string& place) {
+    void add(const IPPAnswer::Text& type, const std::optional<std::string>& info,
+             const std::optional<std::string>& key, const std::string& place) {
         if (!type.isName && isStandardMediaType(type.text)) {
             return;
         }
@@ -101,7 +101,7 @@ class CustomMediaTypes {
                                              " custom media types");
             return;
         }
-        std::string mediaID = key ? std::move(*key) : type.text;
+        std::string mediaID = key.value_or(type.text);
         if (mediaID.size() > kLongestMediaID) {
             answer_.dropped().add(
                 place, "the media ID is longer than " + std::to_string(kLongestMediaID) + " bytes");
@@ -109,7 +109,7 @@ class CustomMediaTypes {
         }
         const auto itsProfile = profiles_.find(type.text);
         types_.push_back(std::make_shared<const PPDModelCustomMediaType>(
-            info ? std::move(*info) : type.text, std::move(mediaID), std::nullopt,
+            info.value_or(type.text), std::move(mediaID), std::nullopt,
             itsProfile == profiles_.end() ? nullptr : itsProfile->second));
     }
 

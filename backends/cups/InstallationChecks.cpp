@@ -37,7 +37,8 @@ bool namesProgram(std::string_view line) {
 /// takes a carriage return for an end of line, too.
 std::multiset<std::string_view> programLines(std::string_view text) {
     std::multiset<std::string_view> lines;
-    for (std::size_t star = text.find('*'); star != text.npos; star = text.find('*', star + 1)) {
+    for (std::size_t star = text.find('*'); star != std::string_view::npos;
+         star = text.find('*', star + 1)) {
         const bool beginsLine = star == 0 || text[star - 1] == '\n' || text[star - 1] == '\r';
         if (beginsLine && namesProgram(text.substr(star))) {
             lines.insert(text.substr(star, text.find_first_of("\r\n", star) - star));
@@ -53,17 +54,19 @@ std::string keywordOf(std::string_view line) {
 /// The lines of the group that the capability updaters remove; empty when there is none.
 std::string_view twoSidedGroup(std::string_view text) {
     const std::size_t begin = text.find("\n*OpenGroup: ZrTwoSidedPrinting");
-    const std::size_t end =
-        begin == text.npos ? text.npos : text.find("\n*CloseGroup: ZrTwoSidedPrinting", begin);
-    return end == text.npos ? std::string_view() : text.substr(begin, end - begin);
+    const std::size_t end = begin == std::string_view::npos
+                                ? std::string_view::npos
+                                : text.find("\n*CloseGroup: ZrTwoSidedPrinting", begin);
+    return end == std::string_view::npos ? std::string_view() : text.substr(begin, end - begin);
 }
 
 bool declaresOption(std::string_view lines, std::string_view option) {
     const std::string declaration = "\n*OpenUI *" + std::string(option);
-    for (std::size_t at = lines.find(declaration); at != lines.npos;
+    for (std::size_t at = lines.find(declaration); at != std::string_view::npos;
          at = lines.find(declaration, at + 1)) {
         const std::string_view rest = lines.substr(at + declaration.size());
-        if (rest.empty() || std::string_view("/: \t\r\n").find(rest.front()) != rest.npos) {
+        if (rest.empty() ||
+            std::string_view("/: \t\r\n").find(rest.front()) != std::string_view::npos) {
             return true;
         }
     }

@@ -143,10 +143,10 @@ class RandomAnswers {
         const std::string_view key = name;
         if ((key == "media-col-database" || key == "printer-icc-profiles") && below(8) > 0) {
             addCollections(answer, name);
-        } else if (key.find("resolution") != key.npos && below(4) > 0) {
+        } else if (key.find("resolution") != std::string_view::npos && below(4) > 0) {
             answer.resolution(name, below(5000) - 10, below(5000),
                               static_cast<ipp_res_t>(below(6)));
-        } else if (key.find("level") != key.npos && below(4) > 0) {
+        } else if (key.find("level") != std::string_view::npos && below(4) > 0) {
             answer.integers(name, {below(400) - 10, below(400) - 10});
         } else if (key == "printer-supply" || key == "printer-input-tray") {
             answer.octets(name, {text(), text() + std::string(1, '\0'), text()});
@@ -283,7 +283,7 @@ TEST(IPPMappingProperties, NoAnswerMakesTheUpdatersWriteWhatIsNotTheirs) {
             EXPECT_TRUE(before[sample].contains(keyword) || mayBeWritten(keyword))
                 << "answer " << number << ": " << keyword;
         }
-        changed += after->find("custom1") != after->npos ? 1 : 0;
+        changed += after->find("custom1") != std::string_view::npos ? 1 : 0;
     }
     // The answers are not so wild that nothing gets through.
     EXPECT_GT(changed, answers / 20);
