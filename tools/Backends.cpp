@@ -3,6 +3,10 @@
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/OrbCoreInterface.h"
+#ifdef TKPPDUPDATING_WITH_CUPS
+#include "backends/cups/CUPSScheduler.h"
+#include "backends/cups/IPPDeviceStatus.h"
+#endif
 
 namespace TkPPDUpdating {
 
@@ -11,13 +15,25 @@ namespace {
 std::shared_ptr<const TkCommunicationServices> builtInSchemes() {
     auto schemes = std::make_shared<DeviceStatusSchemes>();
     registerRecordedDeviceStatus(*schemes);
+#ifdef TKPPDUPDATING_WITH_CUPS
+    registerCUPSDeviceStatus(*schemes);
+#endif
     return schemes;
+}
+
+/// The scheduler's PPDs where the tool can ask it; else only those in the server root are found.
+PPDModelCore::QueuePPDSource builtInQueuePPDSource() {
+#ifdef TKPPDUPDATING_WITH_CUPS
+    return queuePPDSource(std::make_shared<const CUPSScheduler>());
+#else
+    return nullptr;
+#endif
 }
 
 }  // namespace
 
 Backends::Backends()
-    : core_(std::make_shared<const PPDModelCore>()),
+    : core_(std::make_shared<const PPDModelCore>(builtInQueuePPDSource())),
       devices_(std::make_shared<const OneAnswerServices>(builtInSchemes())) {
     OrbCoreInterface::setCore(core_);
     OrbCoreInterface::setCommunicationServices(devices_);
@@ -25,7 +41,15 @@ Backends::Backends()
 
 std::vector<std::string> Backends::droppedTexts(const OrbCSDeviceStatus& status) {
     const auto* recorded = dynamic_cast<const RecordedDeviceStatus*>(&status);
-    return recorded ? recorded->droppedTexts() : std::vector<std::string>();
+    if (recorded) {
+        return recorded->droppedTexts();
+    }
+#ifdef TKPPDUPDATING_WITH_CUPS
+    if (const auto* printer = dynamic_cast<const IPPDeviceStatus*>(&status)) {
+        return printer->droppedValues();
+    }
+#endif
+    return {};
 }
 
 }  // namespace TkPPDUpdating

@@ -129,7 +129,8 @@ std::string unifiedDiff(const std::string& name, std::string_view before, std::s
     writer.addLine(kBold, "+++ ", nameInHeader(name) + "\n");
 
     const GitLibrary library;
-    git_diff_options options = GIT_DIFF_OPTIONS_INIT;
+    git_diff_options options{};
+    git_diff_options_init(&options, GIT_DIFF_OPTIONS_VERSION);
     options.context_lines = kContextLines;
     options.flags = GIT_DIFF_FORCE_TEXT;
     if (git_diff_buffers(before.data(), before.size(), nullptr, after.data(), after.size(), nullptr,

@@ -8,9 +8,13 @@
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
+#include "tools/StatusCommand.h"
 #include "tools/UpdateCommand.h"
 #include "tools/UpdatersCommand.h"
 #include "tools/ValuesCommand.h"
+#ifdef TKPPDUPDATING_WITH_CUPS
+#include "tools/SyncCommand.h"
+#endif
 
 namespace {
 
@@ -28,7 +32,13 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     UpdateCommand update(application, backends);
     ValuesCommand values(application, backends);
     UpdatersCommand updaters(application);
-    const std::array<Command*, 3> commands = {&update, &values, &updaters};
+    StatusCommand status(application);
+#ifdef TKPPDUPDATING_WITH_CUPS
+    SyncCommand sync(application);
+    const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status, &sync});
+#else
+    const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status});
+#endif
 
     try {
         application.parse(argumentCount, arguments);

@@ -161,7 +161,7 @@ SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t 
         status = httpUpdate(connection);
     }
     if (status == HTTP_STATUS_NOT_FOUND) {
-        error = "it has no PPD (a raw queue)";
+        error = "the scheduler has no PPD for it";
         return {nullptr, true};
     }
     if (status != HTTP_STATUS_OK) {

@@ -48,6 +48,13 @@ std::chrono::milliseconds timeUntil(Clock::time_point deadline) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
 }
 
+/// libcups says EHOSTDOWN of every address that it could not connect in the end, whatever it met.
+std::string reasonOfFailedConnection(int code) {
+    return code == 0 || code == EHOSTDOWN
+               ? "it does not take a connection"
+               : "it does not take a connection (" + std::generic_category().message(code) + ")";
+}
+
 void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
                   Clock::time_point deadline, const HTTPTalk* talk) {
     cupsSetPasswordCB2(refusePassword, nullptr);
@@ -65,14 +72,12 @@ void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& 
     if (connection) {
         // A connection that was made while it was opened stays.
         const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
-        errno = 0;
         if (httpGetFd(connection) >= 0 ||
             httpReconnect2(connection, remaining, &exchange->cancel) == 0) {
             exchange->isConnected = true;
             (*talk)(connection);
         } else {
-            const int code = httpError(connection) ? httpError(connection) : errno;
-            error = code ? std::generic_category().message(code) : "it cannot be connected";
+            error = reasonOfFailedConnection(httpError(connection));
         }
     }
     const std::lock_guard lock(exchange->mutex);

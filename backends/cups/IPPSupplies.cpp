@@ -12,7 +12,6 @@
 
 #include "backends/cups/KeywordText.h"
 #include "core_interface/TkCSKeys.h"
-#include "ppd/PPDConstants.h"
 
 namespace TkPPDUpdating {
 
@@ -80,6 +79,27 @@ void addPen(std::vector<Pen>& pens, IPPAnswer& answer, const char* attribute, st
     }
 }
 
+/// The letter by which PPDs call a primary printing colour, whose name or sRGB number it is;
+/// another colour stays as it is, and "none" and "unknown" are none.
+std::string_view dyeOfColour(std::string_view colour) {
+    struct Primary {
+        std::string_view name;
+        std::string_view number;
+        std::string_view dye;
+    };
+    constexpr std::array<Primary, 4> kPrimaries = {{{"cyan", "#00ffff", "C"},
+                                                    {"magenta", "#ff00ff", "M"},
+                                                    {"yellow", "#ffff00", "Y"},
+                                                    {"black", "#000000", "K"}}};
+    const std::string comparable = comparableKeyword(colour);
+    for (const Primary& primary : kPrimaries) {
+        if (comparable == primary.name || comparable == primary.number) {
+            return primary.dye;
+        }
+    }
+    return comparable == "none" || comparable == "unknown" ? std::string_view() : colour;
+}
+
 /// PWG 5100.13, "printer-supply": one list of fields for each supply.
 std::vector<Pen> pensFromSupplies(IPPAnswer& answer) {
     constexpr std::size_t kLongestDescription = 1023;
@@ -93,27 +113,11 @@ std::vector<Pen> pensFromSupplies(IPPAnswer& answer) {
             continue;
         }
         const auto description = elementAt(descriptions, index);
-        std::string_view colorant = fieldOfList(supply, "colorantname");
-        if (colorant == "none" || colorant == "unknown") {
-            colorant = {};
-        }
+        const std::string_view colorant = dyeOfColour(fieldOfList(supply, "colorantname"));
         addPen(pens, answer, "printer-supply", index, firstDye({colorant, viewOf(description)}),
                isSufficient(wholeNumber(fieldOfList(supply, "level")), 0));
     }
     return pens;
-}
-
-/// The name of a primary printing colour; another colour keeps its number.
-std::string_view colourName(std::string_view colour) {
-    constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kPrimaries = {
-        {{"#00ffff", "cyan"}, {"#ff00ff", "magenta"}, {"#ffff00", "yellow"}, {"#000000", "black"}}};
-    const std::string comparable = comparableKeyword(colour);
-    for (const auto& [number, name] : kPrimaries) {
-        if (comparable == number) {
-            return name;
-        }
-    }
-    return comparable == "none" ? std::string_view() : colour;
 }
 
 /// CUPS extensions: parallel lists, one element for each supply.
@@ -133,7 +137,7 @@ std::vector<Pen> pensFromMarkers(IPPAnswer& answer) {
         const auto level = index < levels.size() ? std::optional(levels[index]) : std::nullopt;
         const int lowLevel = index < lowLevels.size() ? lowLevels[index] : 0;
         addPen(pens, answer, "marker-types", index,
-               firstDye({colourName(viewOf(colour)), viewOf(name)}),
+               firstDye({dyeOfColour(viewOf(colour)), viewOf(name)}),
                isSufficient(level, std::max(lowLevel, 0)));
     }
     return pens;
@@ -174,10 +178,7 @@ void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
     if (areLevelsKnown) {
         setList(
             kTkCSPPDPenInkSufficientKey,
-            joined(pens,
-                   [](const Pen& pen) {
-                       return std::string(*pen.isSufficient ? kTkPPDTrueValue : kTkPPDFalseValue);
-                   }),
+            joined(pens, [](const Pen& pen) { return std::string(*pen.isSufficient ? "1" : "0"); }),
             configuration, answer);
     }
     values.insert_or_assign(std::string(kTkCSInstalledPensConfigurationKey),

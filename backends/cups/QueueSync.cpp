@@ -99,7 +99,7 @@ class QueueSync::Run {
         queue_ = *queue;
         const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, reason);
         if (PPD.isRaw) {
-            return end(QueueSyncResult::skipped, reason);
+            return end(QueueSyncResult::skipped, "it is a raw queue, which has no PPD");
         }
         if (!PPD.text) {
             return fail("its PPD cannot be read: " + reason);

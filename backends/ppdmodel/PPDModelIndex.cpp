@@ -1,6 +1,7 @@
 #include "backends/ppdmodel/PPDModelIndex.h"
 
 #include <bit>
+#include <cstddef>
 
 #include "ppd/SeededTextHash.h"
 
@@ -48,21 +49,21 @@ PPDModelIndex::PPDModelIndex(std::vector<PPDModelAttribute>& attributes) {
 
     // From the last to the first, so that each is put before those that follow it in the file.
     Slot* ofKeyword = nullptr;
-    for (auto attribute = attributes.rbegin(); attribute != attributes.rend(); ++attribute) {
-        if (!ofKeyword || attribute->keyword() != ofKeyword->first->keyword()) {
-            const std::uint64_t hash = SeededTextHash::of(attribute->keyword());
-            ofKeyword = &keywords_[slotOfKeyword(keywords_, hash, attribute->keyword())];
+    for (std::size_t i = attributes.size(); i-- > 0;) {
+        PPDModelAttribute& attribute = attributes[i];
+        if (!ofKeyword || attribute.keyword() != ofKeyword->first->keyword()) {
+            const std::uint64_t hash = SeededTextHash::of(attribute.keyword());
+            ofKeyword = &keywords_[slotOfKeyword(keywords_, hash, attribute.keyword())];
             ofKeyword->hash = hash;
         }
-        attribute->nextWithKeyword_ = ofKeyword->first;
-        ofKeyword->first = &*attribute;
-        if (!attribute->spec().empty()) {
-            const std::uint64_t hash = SeededTextHash::of(attribute->spec(), ofKeyword->hash);
-            Slot& ofSpec =
-                specs_[slotOfSpec(specs_, hash, attribute->keyword(), attribute->spec())];
+        attribute.nextWithKeyword_ = ofKeyword->first;
+        ofKeyword->first = &attribute;
+        if (!attribute.spec().empty()) {
+            const std::uint64_t hash = SeededTextHash::of(attribute.spec(), ofKeyword->hash);
+            Slot& ofSpec = specs_[slotOfSpec(specs_, hash, attribute.keyword(), attribute.spec())];
             ofSpec.hash = hash;
-            attribute->nextWithSpec_ = ofSpec.first;
-            ofSpec.first = &*attribute;
+            attribute.nextWithSpec_ = ofSpec.first;
+            ofSpec.first = &attribute;
         }
     }
 }

@@ -23,8 +23,8 @@ bool endsOptionKeyword(char character) {
 
 constexpr auto kEndsKeyword = [] {
     std::array<bool, 256> ends{};
-    for (const unsigned char character : {' ', '\t', '/', ':'}) {
-        ends[character] = true;
+    for (const char character : {' ', '\t', '/', ':'}) {
+        ends[static_cast<unsigned char>(character)] = true;
     }
     return ends;
 }();

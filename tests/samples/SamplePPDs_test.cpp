@@ -20,6 +20,7 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
+using std::filesystem::path;
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAreArray;
 using Names = std::vector<std::string>;
@@ -98,7 +99,7 @@ std::string translatedNameOf(const std::string& line) {
         line.substr(0, slash).find('.') == 3) {
         return {};
     }
-    const std::string name = line.substr(1, slash - 1);
+    std::string name = line.substr(1, slash - 1);
     for (const std::string_view opening : {"OpenUI *", "OpenGroup: "}) {
         if (name.starts_with(opening)) {
             return "Translation " + name.substr(opening.size());
@@ -122,10 +123,12 @@ TEST_P(SamplePPD, HasEachTextInEachLanguageRightBehindIt) {
         std::size_t next = i;
         for (const std::string language : {"de", "fr", "es", "ja"}) {
             const std::string& line = lines[++next];
-            const std::string start = "*" + language + "." + name + "/";
+            const std::string start =
+                std::string("*").append(language).append(".").append(name).append("/");
             EXPECT_TRUE(line.starts_with(start)) << line << " is not " << start;
             EXPECT_TRUE(line.ends_with(": \"\"")) << line;
-            const std::size_t length = line.size() - start.size() - std::string(": \"\"").size();
+            const std::size_t length =
+                line.size() - start.size() - std::string_view(": \"\"").size();
             EXPECT_GT(length, 0U) << line;
             EXPECT_LT(length, 80U) << line;
         }
@@ -181,9 +184,9 @@ TEST(SampleFolder, HoldsTheSamplesAndNothingElse) {
     Names PPDs;
     Names recordings;
     for (const auto& [printer, states] : sampleStates()) {
-        PPDs.push_back(printer + ".ppd");
+        PPDs.push_back(path(PPDPathOf(printer)).filename().string());
         for (const std::string& state : states) {
-            recordings.push_back(printer + "-" + state + ".json");
+            recordings.push_back(path(recordingPathOf(printer, state)).filename().string());
         }
     }
     EXPECT_THAT(namesIn(kSamplesFolder + "/ppd"), UnorderedElementsAreArray(PPDs));

@@ -2,13 +2,13 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <system_error>
@@ -150,10 +150,12 @@ using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 /// A file without a name: the program may read it or leave it, and never keeps us waiting.
 File fileHolding(std::string_view text) {
     File file(std::tmpfile(), &std::fclose);
-    if (!file || std::fwrite(text.data(), 1, text.size(), file.get()) != text.size() ||
-        std::fflush(file.get()) != 0) {
+    check(file ? 0 : errno, "standard input");
+    // An empty view may have no address.
+    if (!text.empty() && std::fwrite(text.data(), 1, text.size(), file.get()) != text.size()) {
         check(errno, "standard input");
     }
+    check(std::fflush(file.get()) == 0 ? 0 : errno, "standard input");
     std::rewind(file.get());
     return file;
 }

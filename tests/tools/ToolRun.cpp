@@ -42,8 +42,4 @@ std::string contentsOfFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-std::string samplePath(const std::string& relativePath) {
-    return std::string(TKPPDUPDATING_SOURCE_DIR) + "/samples/" + relativePath;
-}
-
 }  // namespace TkPPDUpdating::Testing

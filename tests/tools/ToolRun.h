@@ -34,7 +34,4 @@ std::size_t lineCount(const std::string& text);
 
 std::string contentsOfFile(const std::string& path);
 
-/// The path of a file of the samples: "ppd/zr-office.ppd".
-std::string samplePath(const std::string& relativePath);
-
 }  // namespace TkPPDUpdating::Testing

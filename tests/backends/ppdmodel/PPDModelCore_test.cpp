@@ -20,7 +20,6 @@ namespace TkPPDUpdating {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 const std::string kPPD = "*PPD-Adobe: \"4.3\"\n*A: x\n";

@@ -34,6 +34,7 @@ Text owned(std::optional<std::string_view> view) {
 
 std::vector<Text> values(const std::vector<const OrbPPDAttribute*>& attributes) {
     std::vector<Text> values;
+    values.reserve(attributes.size());
     for (const OrbPPDAttribute* attribute : attributes) {
         values.push_back(owned(attribute->value()));
     }
@@ -248,7 +249,7 @@ TEST(PPDModelFile, RefusesATextThatIsNotUTF8AndSaysWhere) {
     EXPECT_EQ(reasonForText("*PPD-Adobe: \xE9\n"), "is not valid UTF-8 at byte 12");
     EXPECT_EQ(reasonForText("*PPD-Adobe: \xC0\xAF\n"), "is not valid UTF-8 at byte 12");
     EXPECT_EQ(reasonForText("*PPD-Adobe: \xED\xA0\x80\n"), "is not valid UTF-8 at byte 12");
-    EXPECT_EQ(reasonForText("\xFF\xFE*\0P\0P\0D\0"), "is not valid UTF-8 at byte 0");
+    EXPECT_EQ(reasonForText("\xFF\xFE*"), "is not valid UTF-8 at byte 0");
 }
 
 TEST(PPDModelFile, GivesTheReasonOnlyToACallerThatWantsIt) {

@@ -32,6 +32,7 @@ std::shared_ptr<const PPDModelFile> fileWithLines(const std::string& lines) {
 
 std::vector<std::string> values(const std::vector<const OrbPPDAttribute*>& attributes) {
     std::vector<std::string> values;
+    values.reserve(attributes.size());
     for (const OrbPPDAttribute* attribute : attributes) {
         values.emplace_back(attribute->value().value_or("(none)"));
     }

@@ -71,8 +71,8 @@ TEST(BoundedJSON, NamesLineAndColumnOfASyntaxError) {
 TEST(BoundedJSON, RefusesInvalidUTF8AndBadEscapesWithTheirPlace) {
     for (const std::string_view text :
          {"[\"\xFF\"]"sv, "[\"\xC0\xAF\"]"sv, "[\"\xED\xA0\x80\"]"sv, "[\"\xF4\x90\x80\x80\"]"sv,
-          "[\"\\ud800\"]"sv, "[\"\\udc00\"]"sv, "[\"\\ud800\\u0041\"]"sv, "[\"\\x41\"]"sv,
-          "[\"\\u12\"]"sv, "[\"a\0b\"]"sv, "\0"sv, "\xFF\xFE["sv}) {
+          R"(["\ud800"])"sv, R"(["\udc00"])"sv, R"(["\ud800\u0041"])"sv, R"(["\x41"])"sv,
+          R"(["\u12"])"sv, "[\"a\0b\"]"sv, "\0"sv, "\xFF\xFE["sv}) {
         EXPECT_EQ(errorFor(text).substr(0, 22), "is not JSON at line 1,") << text;
     }
 }

@@ -328,9 +328,9 @@ TEST(RecordedDeviceStatus, DropsATextThatCannotStandInAPPDLineAndKeepsTheReason)
 
 TEST(RecordedDeviceStatus, KeepsTextsJustOutsideTheForbiddenCharacters) {
     const auto type =
-        mediaTypeWith(R"("name": " ~\u00a0\u2027\u202a'*:/%", "mediaID": "\ud83d\ude00")");
+        mediaTypeWith(R"("name": " ~\u00a0\u2027\u202f'*:/%", "mediaID": "\ud83d\ude00")");
     ASSERT_TRUE(type);
-    EXPECT_EQ(type->name(), " ~\xC2\xA0\xE2\x80\xA7\xE2\x80\xAA'*:/%");
+    EXPECT_EQ(type->name(), " ~\xC2\xA0\xE2\x80\xA7\xE2\x80\xAF'*:/%");
     EXPECT_EQ(type->mediaID(), "\xF0\x9F\x98\x80");
 }
 

@@ -21,7 +21,7 @@ using testing::IsEmpty;
 
 /// A backend that always gives `status`, and remembers the URIs that it was asked for.
 DeviceStatusSchemes::Backend remembering(std::vector<std::string>& URIs,
-                                         std::shared_ptr<const OrbCSDeviceStatus> status) {
+                                         const std::shared_ptr<const OrbCSDeviceStatus>& status) {
     return [&URIs, status](const std::string& URI, const OrbDictionary* /*parameters*/,
                            std::string& /*error*/) {
         URIs.push_back(URI);

@@ -1,0 +1,293 @@
+// What holds of every answer that a printer can give, tried with random ones. How many is set by
+// the environment variable IPP_MAPPING_ANSWERS, the first seed by IPP_MAPPING_SEED.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <random>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "backends/cups/IPPStatusMapping.h"
+#include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "core_interface/TkCSKeys.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "ppd/UTF8.h"
+#include "tests/backends/cups/IPPTestMessage.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+constexpr std::array<const char*, 3> kSamples = {"zr-inkjet", "zr-office", "zr-compact"};
+
+/// The main keywords that the updaters write by what they are: the values of a printer, the custom
+/// media block with its translation lines, and what the capability blocks of the resources declare
+/// (an installable duplex unit with its constraints).
+bool mayBeWritten(std::string keyword) {
+    const std::size_t stop = keyword.find('.');
+    if (stop != std::string::npos) {  // A translation: "de.MediaType".
+        keyword.erase(0, stop + 1);
+    }
+    static const std::set<std::string, std::less<>> kKeywords = {"MediaType",
+                                                                 "cupsICCProfile",
+                                                                 "ZrICCProfileId2",
+                                                                 "ZrChoiceProperties",
+                                                                 "ZrMediaTypeCategory",
+                                                                 "ZrDeviceCapabilities",
+                                                                 "ZrAutoDuplexCapability",
+                                                                 "ZrNonInstallableDuplex",
+                                                                 "OpenGroup",
+                                                                 "CloseGroup",
+                                                                 "OpenUI",
+                                                                 "CloseUI",
+                                                                 "OrderDependency",
+                                                                 "UIConstraints",
+                                                                 "cupsUIConstraints",
+                                                                 "cupsUIResolver",
+                                                                 "Translation",
+                                                                 "ZrAutoDuplexerInstalled",
+                                                                 "DefaultZrAutoDuplexerInstalled",
+                                                                 "End"};
+    return kKeywords.contains(keyword);
+}
+
+class RandomAnswers {
+  public:
+    explicit RandomAnswers(unsigned seed) : random_(seed) {}
+
+    IPPTestMessage next() {
+        IPPTestMessage answer;
+        for (const char* name : IPPStatusMapping::requestedAttributes()) {
+            for (int copies = below(8) == 0 ? 2 : below(4) > 0; copies > 0; --copies) {
+                addAttribute(answer, name);
+            }
+        }
+        return answer;
+    }
+
+  private:
+    int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
+
+    template <typename List>
+    std::string oneOf(const List& list) {
+        return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
+    }
+
+    /// Made of what printers say and of what breaks PPDs.
+    std::string text() {
+        static const std::vector<std::string> kParts = {"one-sided",
+                                                        "two-sided-long-edge",
+                                                        "main",
+                                                        "tray-2",
+                                                        "type=ink;",
+                                                        "level=40;",
+                                                        "colorantname=cyan;",
+                                                        "RS300-600",
+                                                        "stationery",
+                                                        "My Gloss",
+                                                        "\"",
+                                                        "\n",
+                                                        "\r",
+                                                        "\n*",
+                                                        "*cupsFilter: \"x\"",
+                                                        "*End",
+                                                        ":",
+                                                        "/",
+                                                        " ",
+                                                        ",",
+                                                        ";",
+                                                        "=",
+                                                        "<0A>",
+                                                        "\xC3\xA9",
+                                                        "\xC3",
+                                                        "\xE2\x80\xA8",
+                                                        "\xC2\x85",
+                                                        "\x7F",
+                                                        "\t",
+                                                        "\x1B[2J",
+                                                        "custom1",
+                                                        "--",
+                                                        "%s",
+                                                        "\xF0\x9F\x96\xA8",
+                                                        "ink-cartridge",
+                                                        "#00FFFF",
+                                                        "*MediaType x/y: \"\"",
+                                                        "file:///a/b.icc",
+                                                        "file:///a%0Ab",
+                                                        "q1",
+                                                        "..",
+                                                        "gloss",
+                                                        "\\",
+                                                        "(",
+                                                        ">"};
+        std::string made;
+        for (int parts = below(5); parts >= 0; --parts) {
+            made += oneOf(kParts);
+        }
+        if (below(30) == 0) {
+            made.append(static_cast<std::size_t>(below(1200)), 'x');
+        }
+        return made;
+    }
+
+    ipp_tag_t textSyntax() {
+        constexpr std::array<ipp_tag_t, 4> kSyntaxes = {IPP_TAG_KEYWORD, IPP_TAG_NAME, IPP_TAG_TEXT,
+                                                        IPP_TAG_URI};
+        return kSyntaxes[static_cast<std::size_t>(below(4))];
+    }
+
+    void addAttribute(IPPTestMessage& answer, const char* name) {
+        const std::string_view key = name;
+        if ((key == "media-col-database" || key == "printer-icc-profiles") && below(8) > 0) {
+            addCollections(answer, name);
+        } else if (key.find("resolution") != key.npos && below(4) > 0) {
+            answer.resolution(name, below(5000) - 10, below(5000),
+                              static_cast<ipp_res_t>(below(6)));
+        } else if (key.find("level") != key.npos && below(4) > 0) {
+            answer.integers(name, {below(400) - 10, below(400) - 10});
+        } else if (key == "printer-supply" || key == "printer-input-tray") {
+            answer.octets(name, {text(), text() + std::string(1, '\0'), text()});
+        } else {
+            addTexts(answer, name);
+        }
+    }
+
+    void addTexts(IPPTestMessage& answer, const char* name) {
+        std::vector<std::string> values;
+        for (int count = below(4); count >= 0; --count) {
+            values.push_back(text());
+        }
+        std::vector<const char*> pointers;
+        for (const std::string& value : values) {
+            pointers.push_back(value.c_str());
+        }
+        answer.texts(name, textSyntax(), pointers);
+    }
+
+    void addCollections(IPPTestMessage& answer, const char* name) {
+        std::vector<std::string> texts(12);
+        for (std::string& value : texts) {
+            value = text();
+        }
+        std::vector<IPPTestMessage::Collection> collections;
+        for (std::size_t index = 0; index < texts.size(); index += 6) {
+            collections.push_back({{"media-type", textSyntax(), texts[index].c_str()},
+                                   {"media-key", textSyntax(), texts[index + 1].c_str()},
+                                   {"media-info", textSyntax(), texts[index + 2].c_str()},
+                                   {"profile-name", textSyntax(), texts[index + 3].c_str()},
+                                   {"profile-url", textSyntax(), texts[index + 4].c_str()},
+                                   {"profile-uri", textSyntax(), texts[index + 5].c_str()}});
+        }
+        answer.collections(name, collections);
+    }
+
+    std::mt19937 random_;
+};
+
+/// Strict, and written apart from what the backend uses: no control character, separator or quote.
+bool isHarmless(std::string_view text) {
+    if (firstInvalidUTF8Byte(text)) {
+        return false;
+    }
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const bool isC1 = byte == 0xC2 && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+        const std::string_view three = text.substr(at, 3);
+        if (byte < 0x20 || byte == 0x7F || byte == '"' || isC1 || three == "\xE2\x80\xA8" ||
+            three == "\xE2\x80\xA9") {
+            return false;
+        }
+    }
+    return true;
+}
+
+void expectHarmless(const std::optional<std::string_view>& text) {
+    EXPECT_TRUE(!text || isHarmless(*text)) << *text;
+}
+
+void expectHarmlessTexts(const IPPDeviceStatus& status) {
+    for (const std::string& reason : status.droppedValues()) {
+        // "is given twice" and the like: our own words.
+        EXPECT_TRUE(isHarmless(reason)) << reason;
+    }
+    if (const auto* pens =
+            status.statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey)) {
+        for (const auto& [key, value] : pens->PPDAttributeValues) {
+            expectHarmless(value);
+            EXPECT_LE(value.size(), 200U);
+        }
+    }
+    if (const auto* types =
+            status.statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey)) {
+        for (const auto& type : *types) {
+            expectHarmless(type->name());
+            expectHarmless(type->mediaID());
+            if (const auto profile = type->ICCProfile()) {
+                expectHarmless(profile->URL());
+                expectHarmless(profile->qualifierVer2());
+            }
+        }
+    }
+}
+
+std::set<std::string> mainKeywords(const std::string& text) {
+    const auto file = PPDModelFile::fileWithText(makePPDText(text));
+    std::set<std::string> keywords;
+    if (file) {
+        for (const std::string_view keyword : file->mainKeywords()) {
+            keywords.emplace(keyword);
+        }
+    }
+    return keywords;
+}
+
+unsigned long numberFromEnvironment(const char* name, unsigned long otherwise) {
+    const char* value = std::getenv(name);
+    return value ? std::strtoul(value, nullptr, 10) : otherwise;
+}
+
+TEST(IPPMappingProperties, NoAnswerMakesTheUpdatersWriteWhatIsNotTheirs) {
+    const unsigned long answers = numberFromEnvironment("IPP_MAPPING_ANSWERS", 2000);
+    const auto seed = static_cast<unsigned>(numberFromEnvironment("IPP_MAPPING_SEED", 1));
+    const CoreInterfaceScope scope;
+    OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
+    OrbCoreInterface::setEnvironment(std::make_shared<const FakeEnvironment>(
+        std::map<std::string, std::string>{{"ZrCurrentLocaleIdentifier", "en_US"}}));
+    OrbPPDConcreteUpdatingManager manager;
+    std::array<std::string, kSamples.size()> paths;
+    std::array<std::set<std::string>, kSamples.size()> before;
+    for (std::size_t index = 0; index < kSamples.size(); ++index) {
+        paths[index] =
+            std::string(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/") + kSamples[index] + ".ppd";
+        const auto text = OrbPPDConcreteUpdatingManager::PPDContentsForFileAtPath(paths[index]);
+        ASSERT_NE(text, nullptr);
+        before[index] = mainKeywords(*text);
+        ASSERT_FALSE(before[index].empty());
+    }
+    RandomAnswers random(seed);
+    unsigned long changed = 0;
+    for (unsigned long number = 0; number < answers && !testing::Test::HasFailure(); ++number) {
+        const auto status = random.next().status();
+        expectHarmlessTexts(*status);
+        OrbCoreInterface::setCommunicationServices(
+            std::make_shared<const FakeCommunicationServices>(status));
+        const std::size_t sample = number % kSamples.size();
+        const PPDText after = manager.updatedPPDContentsForFile_deviceURI(paths[sample], "ipp://x");
+        ASSERT_NE(after, nullptr) << "answer " << number;
+        const auto keywords = mainKeywords(*after);
+        ASSERT_FALSE(keywords.empty()) << "answer " << number << ": the result does not parse";
+        for (const std::string& keyword : keywords) {
+            EXPECT_TRUE(before[sample].contains(keyword) || mayBeWritten(keyword))
+                << "answer " << number << ": " << keyword;
+        }
+        changed += after->find("custom1") != after->npos ? 1 : 0;
+    }
+    // The answers are not so wild that nothing gets through.
+    EXPECT_GT(changed, answers / 20);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

@@ -1,0 +1,455 @@
+#include "backends/cups/IPPStatusMapping.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "backends/cups/IPPStandardMediaTypes.h"
+#include "core_interface/TkCSKeys.h"
+#include "tests/backends/cups/IPPTestMessage.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+OrbCSDeviceAccessories accessories(const IPPTestMessage& answer) {
+    const auto status = answer.status();
+    const auto* value =
+        status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey);
+    return value ? *value : OrbCSDeviceAccessories();
+}
+
+std::optional<std::string> resolution(const IPPTestMessage& answer) {
+    const auto status = answer.status();
+    const auto* value =
+        status->statusValueForKey<OrbCSNumberOrString>(kTkCSMaxSupportedResolutionKey);
+    return value ? std::optional(value->stringValue()) : std::nullopt;
+}
+
+std::optional<OrbCSPensConfiguration> pens(const IPPTestMessage& answer) {
+    const auto status = answer.status();
+    const auto* value =
+        status->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey);
+    return value ? std::optional(*value) : std::nullopt;
+}
+
+std::string penValue(const IPPTestMessage& answer, std::string_view key) {
+    const auto configuration = pens(answer);
+    if (!configuration) {
+        return "no pens";
+    }
+    const auto value = configuration->PPDAttributeValues.find(key);
+    return value == configuration->PPDAttributeValues.end() ? "not reported" : value->second;
+}
+
+OrbCustomMediaTypes mediaTypes(const IPPTestMessage& answer) {
+    const auto status = answer.status();
+    const auto* value = status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
+    return value ? *value : OrbCustomMediaTypes();
+}
+
+TEST(IPPStatusMapping, NoAnswerIsAnEmptyStatus) {
+    const auto status = IPPStatusMapping::statusForAnswer(nullptr);
+    for (const auto& row : IPPStatusMapping::rows()) {
+        EXPECT_EQ(status->statusValueForKey_error(row.statusKey, nullptr), nullptr);
+    }
+}
+
+TEST(IPPStatusMapping, AnEmptyAnswerReportsNothing) {
+    const IPPTestMessage answer;
+    std::string error;
+    for (const auto& row : IPPStatusMapping::rows()) {
+        EXPECT_EQ(answer.status()->statusValueForKey_error(row.statusKey, &error), nullptr);
+        EXPECT_EQ(error, "the printer did not report it");
+    }
+    EXPECT_THAT(answer.status()->droppedValues(), IsEmpty());
+}
+
+TEST(IPPStatusMapping, CalibrationAndRemainingPagesAreNeverReported) {
+    IPPTestMessage answer;
+    answer.keywords("sides-supported", {"one-sided"});
+    EXPECT_EQ(answer.status()->statusValueForKey_error(kTkCSLinTableKey, nullptr), nullptr);
+    EXPECT_EQ(answer.status()->statusValueForKey_error(kTkCSRemainingPagesEstimationsKey, nullptr),
+              nullptr);
+}
+
+TEST(IPPStatusMapping, EveryAttributeOfTheTableIsAskedForOnce) {
+    std::vector<std::string> names;
+    for (const char* name : IPPStatusMapping::requestedAttributes()) {
+        names.emplace_back(name);
+    }
+    EXPECT_THAT(names, testing::Contains("media-col-database"));
+    EXPECT_THAT(names, testing::Not(testing::Contains("all")));
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end());
+}
+
+struct AccessoryCase {
+    const char* name;
+    std::vector<const char*> sides;
+    std::vector<const char*> sources;
+    OrbCSDeviceAccessories expected;
+};
+
+class Accessories : public testing::TestWithParam<AccessoryCase> {};
+
+TEST_P(Accessories, FollowTheKeywords) {
+    IPPTestMessage answer;
+    if (!GetParam().sides.empty()) {
+        answer.keywords("sides-supported", GetParam().sides);
+    }
+    if (!GetParam().sources.empty()) {
+        answer.keywords("media-source-supported", GetParam().sources);
+    }
+    EXPECT_EQ(accessories(answer), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByAnswer, Accessories,
+    testing::Values(
+        AccessoryCase{"NothingReported", {}, {}, {}},
+        AccessoryCase{"TwoSidedIsADuplexer",
+                      {"one-sided", "two-sided-long-edge", "two-sided-short-edge"},
+                      {},
+                      {{"Duplexer", true}}},
+        AccessoryCase{
+            "ShortEdgeAloneIsADuplexer", {"two-sided-short-edge"}, {}, {{"Duplexer", true}}},
+        AccessoryCase{"OneSidedOnlyIsNone", {"one-sided"}, {}, {{"Duplexer", false}}},
+        AccessoryCase{
+            "UnknownSidesAloneAreNotReported", {"three-sided", "two-sided-diagonal"}, {}, {}},
+        AccessoryCase{"TwoTrays", {}, {"tray-1", "tray-2"}, {{"Tray2", true}}},
+        AccessoryCase{"MainAndAlternate", {}, {"auto", "main", "alternate"}, {{"Tray2", true}}},
+        AccessoryCase{"OneTray", {}, {"main"}, {{"Tray2", false}}},
+        AccessoryCase{"WhatIsNoTray",
+                      {},
+                      {"auto", "manual", "by-pass-tray", "envelope", "main"},
+                      {{"Tray2", false}}},
+        AccessoryCase{"TheSameTrayTwice", {}, {"main", "main"}, {{"Tray2", false}}},
+        AccessoryCase{"Both",
+                      {"two-sided-long-edge"},
+                      {"top", "bottom"},
+                      {{"Duplexer", true}, {"Tray2", true}}}),
+    [](const auto& accessory) { return accessory.param.name; });
+
+TEST(IPPStatusMapping, InputTraysCountWhenSourcesAreNotReported) {
+    IPPTestMessage answer;
+    answer.octets("printer-input-tray", {"type=sheetFeedAutoRemovableTray;level=10;name=Tray 1;",
+                                         "type=sheetFeedAutoRemovableTray;level=10;name=Tray 2;"});
+    EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", true}}));
+}
+
+TEST(IPPStatusMapping, AManualInputTrayIsNoSecondTray) {
+    IPPTestMessage answer;
+    answer.octets("printer-input-tray",
+                  {"type=sheetFeedAutoRemovableTray;name=Tray 1;",
+                   "type=sheetFeedManual;name=Slot;", "type=other;name=Bypass Tray;"});
+    EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", false}}));
+}
+
+TEST(IPPStatusMapping, ASecondTrayInEitherAttributeCounts) {
+    IPPTestMessage answer;
+    answer.keywords("media-source-supported", {"main", "alternate"})
+        .octets("printer-input-tray", {"type=sheetFeedAutoRemovableTray;name=Tray 1;"});
+    EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", true}}));
+}
+
+TEST(IPPStatusMapping, TheHighestResolutionIsTheLargestOfTheFinerDirections) {
+    IPPTestMessage answer;
+    answer.resolution("printer-resolution-supported", 600, 2400)
+        .resolution("pwg-raster-document-resolution-supported", 1200, 1200)
+        .keywords("urf-supported", {"V1.4", "RS300-600", "W8"});
+    EXPECT_EQ(resolution(answer), "2400");
+}
+
+TEST(IPPStatusMapping, TheHighestResolutionMayStandInTheURFList) {
+    IPPTestMessage answer;
+    answer.resolution("printer-resolution-supported", 300, 300)
+        .keywords("urf-supported", {"RS600-1200-300"});
+    EXPECT_EQ(resolution(answer), "1200");
+}
+
+TEST(IPPStatusMapping, DotsPerCentimetreBecomeDotsPerInch) {
+    // 118 / cm * 2.54 cm = 299.72; 236 * 2.54 = 599.44.
+    IPPTestMessage low;
+    low.resolution("printer-resolution-supported", 118, 118, IPP_RES_PER_CM);
+    EXPECT_EQ(resolution(low), "300");
+    IPPTestMessage high;
+    high.resolution("printer-resolution-supported", 236, 118, IPP_RES_PER_CM);
+    EXPECT_EQ(resolution(high), "599");
+}
+
+TEST(IPPStatusMapping, WhatIsNoResolutionIsDroppedAndTheRestCounts) {
+    IPPTestMessage answer;
+    answer.resolution("printer-resolution-supported", 0, 600)
+        .resolution("pwg-raster-document-resolution-supported", 600, 600)
+        .keywords("urf-supported", {"RS99999999999-x-300"});
+    EXPECT_EQ(resolution(answer), "600");
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("printer-resolution-supported: value 1 is no resolution",
+                            "urf-supported: value 1 holds what is no resolution",
+                            "urf-supported: value 1 holds what is no resolution"));
+}
+
+TEST(IPPStatusMapping, PensComeFromTheSupplies) {
+    IPPTestMessage answer;
+    answer.octets("printer-supply",
+                  {"type=inkCartridge;level=80;class=supplyThatIsConsumed;colorantname=cyan;",
+                   "type=toner;level=0;class=supplyThatIsConsumed;colorantname=Spot Orange;",
+                   "type=wasteToner;level=3;class=receptacleThatIsFilled;colorantname=none;",
+                   "type=ink;level=-3;colorantname=none;"});
+    answer.texts("printer-supply-description", IPP_TAG_TEXT, {"Cyan", "Orange", "Waste", "Gloss"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "C,Spot Orange,Gloss");
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "1,0,1");
+    EXPECT_EQ(pens(answer)->codeName, std::nullopt);
+    EXPECT_EQ(pens(answer)->PPDAttributeValues.size(), 2U);
+}
+
+IPPTestMessage markers(std::vector<int> levels, std::vector<int> lowLevels) {
+    IPPTestMessage answer;
+    answer.keywords("marker-types", {"ink-cartridge", "tonerCartridge", "waste-ink", "fuser"})
+        .texts("marker-names", IPP_TAG_NAME, {"Cyan Ink", "Black Toner", "Waste", "Fuser"})
+        .texts("marker-colors", IPP_TAG_NAME, {"#00FFFF", "none", "none", "none"});
+    answer.integers("marker-levels", std::move(levels));
+    answer.integers("marker-low-levels", std::move(lowLevels));
+    return answer;
+}
+
+TEST(IPPStatusMapping, PensComeFromTheMarkersElse) {
+    const auto answer = markers({80, 5, 300, -7}, {10, 10, 10, 10});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "C,Black Toner");
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "1,0");
+}
+
+TEST(IPPStatusMapping, TheSuppliesGoBeforeTheMarkers) {
+    auto answer = markers({80, 5, 1, 1}, {10, 10, 10, 10});
+    answer.octets("printer-supply", {"type=ink;level=50;colorantname=yellow;"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "Y");
+}
+
+TEST(IPPStatusMapping, ALevelAtTheLowLevelIsNotSufficient) {
+    EXPECT_EQ(penValue(markers({10, 11, 0, 0}, {10, 10, 0, 0}), kTkCSPPDPenInkSufficientKey),
+              "0,1");
+}
+
+TEST(IPPStatusMapping, SomeLeftAndUnlimitedAreSufficient) {
+    EXPECT_EQ(penValue(markers({-1, -3, 0, 0}, {10, 10, 0, 0}), kTkCSPPDPenInkSufficientKey),
+              "1,1");
+}
+
+TEST(IPPStatusMapping, AnUnknownLevelLeavesSufficiencyUnreported) {
+    for (const int unknown : {-2, -7}) {
+        const auto answer = markers({80, unknown, 0, 0}, {10, 10, 0, 0});
+        EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "not reported") << unknown;
+        EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "C,Black Toner");
+    }
+}
+
+TEST(IPPStatusMapping, MissingLevelsLeaveSufficiencyUnreported) {
+    IPPTestMessage answer;
+    answer.keywords("marker-types", {"ink"}).texts("marker-names", IPP_TAG_NAME, {"Ink"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "Ink");
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "not reported");
+}
+
+TEST(IPPStatusMapping, ADyeWithACommaIsNoDye) {
+    IPPTestMessage answer;
+    answer.keywords("marker-types", {"ink", "ink"})
+        .texts("marker-names", IPP_TAG_NAME, {"Black, Photo", "Cyan"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "Cyan");
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("marker-types: value 1 has no usable name"));
+}
+
+TEST(IPPStatusMapping, AListThatWouldNotFitInALineIsDropped) {
+    const std::string longName(101, 'x');
+    IPPTestMessage answer;
+    answer.keywords("marker-types", {"ink", "ink"})
+        .texts("marker-names", IPP_TAG_NAME, {longName.c_str(), longName.c_str()});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "not reported");
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("ZrPenDyes: is longer than 200 bytes"));
+}
+
+TEST(IPPStatusMapping, WithoutInkOrTonerThereAreNoPens) {
+    IPPTestMessage answer;
+    answer.keywords("marker-types", {"fuser"}).texts("marker-names", IPP_TAG_NAME, {"Fuser"});
+    EXPECT_EQ(pens(answer), std::nullopt);
+}
+
+TEST(IPPStatusMapping, NamesAndUnlistedKeywordsAreCustomMediaTypes) {
+    IPPTestMessage answer;
+    answer.collections("media-col-database", {{{"media-type", IPP_TAG_KEYWORD, "stationery"}},
+                                              {{"media-type", IPP_TAG_NAME, "My Gloss"},
+                                               {"media-key", IPP_TAG_NAME, "gloss-1"},
+                                               {"media-info", IPP_TAG_TEXT, "Glossy Brochure"}},
+                                              {{"media-type", IPP_TAG_NAME, "My Gloss"},
+                                               {"media-key", IPP_TAG_NAME, "gloss-2"}},
+                                              {{"media-type", IPP_TAG_KEYWORD, "vendor-felt"}},
+                                              {{"media-type", IPP_TAG_NAME, "stationery"}}});
+    const auto types = mediaTypes(answer);
+    ASSERT_EQ(types.size(), 3U);
+    EXPECT_EQ(types[0]->name(), "Glossy Brochure");
+    EXPECT_EQ(types[0]->mediaID(), "gloss-1");
+    EXPECT_EQ(types[0]->parentMediaID(), std::nullopt);
+    EXPECT_EQ(types[0]->ICCProfile(), nullptr);
+    EXPECT_EQ(types[1]->name(), "vendor-felt");
+    EXPECT_EQ(types[1]->mediaID(), "vendor-felt");
+    EXPECT_EQ(types[2]->name(), "stationery");
+}
+
+TEST(IPPStatusMapping, SupportedMediaTypesAreAddedOnce) {
+    IPPTestMessage answer;
+    answer.collections("media-col-database", {{{"media-type", IPP_TAG_NAME, "My Gloss"}}})
+        .texts("media-type-supported", IPP_TAG_NAME, {"stationery", "My Gloss", "My Felt"});
+    const auto types = mediaTypes(answer);
+    ASSERT_EQ(types.size(), 2U);
+    EXPECT_EQ(types[0]->name(), "My Gloss");
+    EXPECT_EQ(types[1]->name(), "My Felt");
+}
+
+TEST(IPPStatusMapping, OnlyStandardMediaTypesAreAnEmptyList) {
+    IPPTestMessage answer;
+    answer.keywords("media-type-supported", {"stationery", "photographic-glossy"});
+    EXPECT_NE(answer.status()->statusValueForKey_error(kTkCSCustomMediaTypesKey, nullptr), nullptr);
+    EXPECT_TRUE(mediaTypes(answer).empty());
+}
+
+TEST(IPPStatusMapping, ABadMediaInfoFallsBackToTheType) {
+    IPPTestMessage answer;
+    answer.collections("media-col-database",
+                       {{{"media-type", IPP_TAG_NAME, "My Gloss"},
+                         {"media-info", IPP_TAG_TEXT, "Gloss\"\n*cupsFilter: x"}}});
+    ASSERT_EQ(mediaTypes(answer).size(), 1U);
+    EXPECT_EQ(mediaTypes(answer)[0]->name(), "My Gloss");
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("media-col-database, value 1, media-info: value 1 has the character "
+                            "U+0022 at byte 5"));
+}
+
+TEST(IPPStatusMapping, AMediaIDThatWouldNotFitInALineDropsTheType) {
+    const std::string longKey(101, 'k');
+    IPPTestMessage answer;
+    answer.collections("media-col-database", {{{"media-type", IPP_TAG_NAME, "My Gloss"},
+                                               {"media-key", IPP_TAG_NAME, longKey.c_str()}},
+                                              {{"media-type", IPP_TAG_NAME, "My Felt"}}});
+    ASSERT_EQ(mediaTypes(answer).size(), 1U);
+    EXPECT_EQ(mediaTypes(answer)[0]->name(), "My Felt");
+}
+
+TEST(IPPStatusMapping, MoreThan256CustomMediaTypesAreCutOff) {
+    std::vector<std::string> names;
+    for (int number = 0; number < 300; ++number) {
+        names.push_back("Type " + std::to_string(number));
+    }
+    std::vector<const char*> pointers;
+    for (const std::string& name : names) {
+        pointers.push_back(name.c_str());
+    }
+    IPPTestMessage answer;
+    answer.texts("media-type-supported", IPP_TAG_NAME, pointers);
+    EXPECT_EQ(mediaTypes(answer).size(), 256U);
+}
+
+IPPTestMessage answerWithProfile(const IPPTestMessage::Collection& members) {
+    IPPTestMessage answer;
+    answer.texts("media-type-supported", IPP_TAG_NAME, {"My Gloss", "My Felt"})
+        .collections("printer-icc-profiles", {members});
+    return answer;
+}
+
+TEST(IPPStatusMapping, AProfileBelongsToTheMediaTypeThatItNames) {
+    for (const char* member : {"profile-url", "profile-uri"}) {
+        const auto types =
+            mediaTypes(answerWithProfile({{"profile-name", IPP_TAG_NAME, "q1"},
+                                          {member, IPP_TAG_URI, "http://printer/gloss.icc"},
+                                          {"media-type", IPP_TAG_NAME, "My Gloss"}}));
+        ASSERT_EQ(types.size(), 2U);
+        ASSERT_NE(types[0]->ICCProfile(), nullptr) << member;
+        EXPECT_EQ(types[0]->ICCProfile()->URL(), "http://printer/gloss.icc");
+        EXPECT_EQ(types[0]->ICCProfile()->qualifierVer2(), "q1");
+        EXPECT_EQ(types[0]->ICCProfile()->profileID(), std::nullopt);
+        EXPECT_EQ(types[1]->ICCProfile(), nullptr);
+    }
+}
+
+struct ProfileCase {
+    const char* name;
+    IPPTestMessage::Collection members;
+};
+
+class UnusableProfiles : public testing::TestWithParam<ProfileCase> {};
+
+TEST_P(UnusableProfiles, LeaveTheMediaTypeWithoutOne) {
+    const auto types = mediaTypes(answerWithProfile(GetParam().members));
+    ASSERT_EQ(types.size(), 2U);
+    EXPECT_EQ(types[0]->ICCProfile(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByProfile, UnusableProfiles,
+    testing::Values(ProfileCase{"NoMediaType",
+                                {{"profile-name", IPP_TAG_NAME, "q1"},
+                                 {"profile-url", IPP_TAG_URI, "http://p/g.icc"}}},
+                    ProfileCase{"NoURL",
+                                {{"profile-name", IPP_TAG_NAME, "q1"},
+                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}},
+                    ProfileCase{"NoName",
+                                {{"profile-url", IPP_TAG_URI, "http://p/g.icc"},
+                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}},
+                    ProfileCase{"NameThatIsNoOptionKeyword",
+                                {{"profile-name", IPP_TAG_NAME, "x: y/z"},
+                                 {"profile-url", IPP_TAG_URI, "http://p/g.icc"},
+                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}},
+                    ProfileCase{"FilePathWithALineFeed",
+                                {{"profile-name", IPP_TAG_NAME, "q1"},
+                                 {"profile-url", IPP_TAG_URI, "file:///a%0A*cupsFilter:%20x"},
+                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}}),
+    [](const auto& profile) { return profile.param.name; });
+
+TEST(IPPStatusMapping, OutOfBandValuesAreNotReportedAndNoFault) {
+    IPPTestMessage answer;
+    ippAddOutOfBand(answer.get(), IPP_TAG_PRINTER, IPP_TAG_NOVALUE, "sides-supported");
+    ippAddOutOfBand(answer.get(), IPP_TAG_PRINTER, IPP_TAG_UNKNOWN, "media-source-supported");
+    EXPECT_TRUE(accessories(answer).empty());
+    EXPECT_THAT(answer.status()->droppedValues(), IsEmpty());
+}
+
+TEST(IPPStatusMapping, AttributesOfAnotherGroupDoNotCount) {
+    IPPTestMessage answer;
+    ippAddString(answer.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "sides-supported", nullptr,
+                 "two-sided-long-edge");
+    EXPECT_TRUE(accessories(answer).empty());
+}
+
+TEST(IPPStatusMapping, TheFirstOfARepeatedAttributeCounts) {
+    IPPTestMessage answer;
+    answer.keywords("sides-supported", {"one-sided"})
+        .keywords("sides-supported", {"two-sided-long-edge"});
+    EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Duplexer", false}}));
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("sides-supported: is given twice; the first counts"));
+}
+
+TEST(IPPStatusMapping, TheReasonsForDroppedValuesAreBounded) {
+    const std::vector<const char*> values(5000, "three-sided");
+    IPPTestMessage answer;
+    answer.keywords("sides-supported", values);
+    EXPECT_EQ(answer.status()->droppedValues().size(), 101U);
+    EXPECT_EQ(answer.status()->droppedValues().back(), "more values were dropped");
+}
+
+TEST(IPPStandardMediaTypes, AreKnownExactly) {
+    for (const char* keyword : {"auto", "stationery", "photographic-glossy", "wet-film"}) {
+        EXPECT_TRUE(isStandardMediaType(keyword)) << keyword;
+    }
+    for (const char* keyword : {"", "Stationery", "stationery-x", "gloss"}) {
+        EXPECT_FALSE(isStandardMediaType(keyword)) << keyword;
+    }
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

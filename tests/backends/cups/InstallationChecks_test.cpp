@@ -1,0 +1,105 @@
+#include "backends/cups/InstallationChecks.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+constexpr const char* kBefore =
+    "*PPD-Adobe: \"4.3\"\n"
+    "*cupsFilter: \"a 0 b\"\n"
+    "*OpenUI *MediaType/Media: PickOne\n"
+    "*DefaultMediaType: Plain\n"
+    "*MediaType Plain/Plain: \"\"\n"
+    "*MediaType Photo/Photo: \"\"\n"
+    "*CloseUI: *MediaType\n"
+    "*OpenUI *ZrLowerTrayInstalled/Tray: Boolean\n"
+    "*DefaultZrLowerTrayInstalled: False\n"
+    "*ZrLowerTrayInstalled False/No: \"\"\n"
+    "*ZrLowerTrayInstalled True/Yes: \"\"\n"
+    "*CloseUI: *ZrLowerTrayInstalled\n"
+    "*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n"
+    "*OpenUI *Duplex/Duplex: PickOne\n"
+    "*DefaultDuplex: None\n"
+    "*Duplex None/Off: \"\"\n"
+    "*CloseUI: *Duplex\n"
+    "*CloseGroup: ZrTwoSidedPrinting\n";
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    return text.replace(text.find(from), from.size(), to);
+}
+
+std::optional<std::string> reasonFor(const std::string& afterText) {
+    const auto before = PPDModelFile::fileWithText(makePPDText(kBefore));
+    const auto after = PPDModelFile::fileWithText(makePPDText(afterText));
+    return InstallationChecks::reasonNotToInstall(*before, *after,
+                                                  InstallationChecks::ownedOptions(*before));
+}
+
+TEST(InstallationChecks, TheSameTextMayBeInstalled) {
+    EXPECT_EQ(reasonFor(kBefore), std::nullopt);
+}
+
+TEST(InstallationChecks, TheOptionsOfApplicableUpdatersAreOwned) {
+    const auto PPD = PPDModelFile::fileWithText(makePPDText(kBefore));
+    EXPECT_EQ(InstallationChecks::ownedOptions(*PPD),
+              (std::set<std::string, std::less<>>{"ZrLowerTrayInstalled"}));
+}
+
+TEST(InstallationChecks, AnOwnedDefaultMayChange) {
+    EXPECT_EQ(reasonFor(replaced(kBefore, "*DefaultZrLowerTrayInstalled: False",
+                                 "*DefaultZrLowerTrayInstalled: True")),
+              std::nullopt);
+}
+
+TEST(InstallationChecks, TheUsersDefaultMayNotChange) {
+    EXPECT_EQ(reasonFor(replaced(kBefore, "*DefaultMediaType: Plain", "*DefaultMediaType: Photo")),
+              "the default of MediaType would be lost, which belongs to the user");
+}
+
+TEST(InstallationChecks, TheUsersDefaultMayNotGo) {
+    EXPECT_EQ(reasonFor(replaced(kBefore, "*DefaultMediaType: Plain\n", "")),
+              "the default of MediaType would be lost, which belongs to the user");
+}
+
+TEST(InstallationChecks, TheTwoSidedGroupMayGoAsAWhole) {
+    const std::string text = kBefore;
+    const std::size_t group = text.find("*OpenGroup: ZrTwoSidedPrinting");
+    EXPECT_EQ(reasonFor(text.substr(0, group)), std::nullopt);
+}
+
+TEST(InstallationChecks, TheDefaultOfAKeptDuplexOptionMayNotChange) {
+    EXPECT_NE(reasonFor(replaced(kBefore, "*DefaultDuplex: None", "*DefaultDuplex: On")),
+              std::nullopt);
+}
+
+class ProgramLines : public testing::TestWithParam<const char*> {};
+
+TEST_P(ProgramLines, MayNotBeNew) {
+    EXPECT_NE(reasonFor(std::string(kBefore) + GetParam() + "\n"), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(ByKeyword, ProgramLines,
+                         testing::Values("*cupsFilter: \"x 0 /bin/sh\"",
+                                         "*cupsFilter2: \"x y 0 z\"", "*CUPSFILTER: \"x 0 z\"",
+                                         "*cupsPreFilter: \"x 0 z\"",
+                                         "*cupsPortMonitor socket: \"z\"",
+                                         "*APPrinterPreset x: \"y\"",
+                                         "*FoomaticRIPCommandLine: \"z\"", "*cupsFilter: \"a 0 b\"",
+                                         "*% comment\r*cupsFilter: \"x 0 z\""));
+
+TEST(InstallationChecks, AProgramLineThatWasThereMayStayOrGo) {
+    EXPECT_EQ(reasonFor(replaced(kBefore, "*cupsFilter: \"a 0 b\"\n", "")), std::nullopt);
+}
+
+TEST(InstallationChecks, AProgramLineInsideOfAQuotedValueCounts) {
+    EXPECT_EQ(reasonFor(std::string(kBefore) + "*Text: \"\n*cupsFilter: x\n\"\n*End\n"),
+              "it would get a new line of cupsFilter");
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

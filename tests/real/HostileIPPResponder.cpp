@@ -1,0 +1,190 @@
+#include "tests/real/HostileIPPResponder.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <strings.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <stdexcept>
+#include <utility>
+
+namespace TkPPDUpdating::Testing {
+
+bool ResponderConnection::readRequest() const {
+    std::string request;
+    std::array<char, 4096> buffer{};
+    for (;;) {
+        const std::size_t head = request.find("\r\n\r\n");
+        if (head != std::string::npos) {
+            std::string headers = request.substr(0, head);
+            std::transform(headers.begin(), headers.end(), headers.begin(), ::tolower);
+            const std::size_t field = headers.find("content-length:");
+            const std::size_t length =
+                field == std::string::npos
+                    ? 0
+                    : std::strtoul(headers.c_str() + field + sizeof("content-length:") - 1, nullptr,
+                                   10);
+            if (request.size() >= head + 4 + length) {
+                return true;
+            }
+        }
+        const ssize_t count = recv(socket_, buffer.data(), buffer.size(), 0);
+        if (count <= 0) {
+            return false;
+        }
+        request.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+}
+
+bool ResponderConnection::send(std::string_view bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (count <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+bool ResponderConnection::drip(std::string_view bytes, std::chrono::milliseconds pause) const {
+    for (const char byte : bytes) {
+        if (!send({&byte, 1})) {
+            return false;
+        }
+        pollfd closing{socket_, POLLRDHUP, 0};
+        if (poll(&closing, 1, static_cast<int>(pause.count())) > 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void ResponderConnection::waitForClose() const {
+    std::array<char, 4096> buffer{};
+    while (recv(socket_, buffer.data(), buffer.size(), 0) > 0) {
+    }
+}
+
+HostileIPPResponder::HostileIPPResponder(Script script) : script_(std::move(script)) {
+    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof(address);
+    constexpr int kBacklog = 256;
+    if (bind(listener_, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
+        listen(listener_, kBacklog) != 0) {
+        throw std::runtime_error("the responder cannot listen");
+    }
+    getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
+    port_ = ntohs(address.sin_port);
+    acceptor_ = std::thread([this] { accept(); });
+}
+
+HostileIPPResponder::~HostileIPPResponder() {
+    {
+        const std::lock_guard lock(mutex_);
+        isEnding_ = true;
+        for (const int connected : sockets_) {
+            shutdown(connected, SHUT_RDWR);
+        }
+    }
+    shutdown(listener_, SHUT_RDWR);
+    acceptor_.join();
+    for (std::thread& server : servers_) {
+        server.join();
+    }
+    for (const int connected : sockets_) {
+        close(connected);
+    }
+    close(listener_);
+}
+
+void HostileIPPResponder::accept() {
+    for (;;) {
+        const int connected = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (connected < 0) {
+            return;
+        }
+        const std::lock_guard lock(mutex_);
+        if (isEnding_) {
+            close(connected);
+            return;
+        }
+        ++connections_;
+        sockets_.push_back(connected);
+        servers_.emplace_back([this, connected] {
+            script_(ResponderConnection(connected));
+            shutdown(connected, SHUT_RDWR);
+        });
+    }
+}
+
+HostileIPPResponder::Script HostileIPPResponder::answering(std::string bytes) {
+    return [bytes = std::move(bytes)](const ResponderConnection& connection) {
+        while (connection.readRequest() && connection.send(bytes)) {
+        }
+    };
+}
+
+std::string HostileIPPResponder::HTTPAnswer(std::string_view body) {
+    return "HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\nContent-Length: " +
+           std::to_string(body.size()) + "\r\n\r\n" + std::string(body);
+}
+
+namespace {
+
+void appendLength(std::string& bytes, std::size_t length) {
+    bytes += static_cast<char>(length >> 8U);
+    bytes += static_cast<char>(length & 0xFFU);
+}
+
+}  // namespace
+
+IPPBytes::IPPBytes(std::uint16_t statusCode) : bytes_("\x02\x00", 2) {
+    appendLength(bytes_, statusCode);
+    bytes_ += std::string("\x00\x00\x00\x01", 4);
+    delimiter(0x01);
+    value(0x47, "attributes-charset", "utf-8");
+    value(0x48, "attributes-natural-language", "en");
+    delimiter(0x04);
+}
+
+IPPBytes& IPPBytes::delimiter(unsigned char tag) {
+    bytes_ += static_cast<char>(tag);
+    return *this;
+}
+
+IPPBytes& IPPBytes::value(unsigned char tag, std::string_view name, std::string_view value) {
+    bytes_ += static_cast<char>(tag);
+    appendLength(bytes_, name.size());
+    bytes_ += name;
+    appendLength(bytes_, value.size());
+    bytes_ += value;
+    return *this;
+}
+
+IPPBytes& IPPBytes::integer(std::string_view name, std::int32_t number) {
+    const auto bits = static_cast<std::uint32_t>(number);
+    const std::array<char, 4> bytes = {static_cast<char>(bits >> 24U),
+                                       static_cast<char>(bits >> 16U),
+                                       static_cast<char>(bits >> 8U), static_cast<char>(bits)};
+    return value(0x21, name, {bytes.data(), bytes.size()});
+}
+
+IPPBytes& IPPBytes::keyword(std::string_view name, std::string_view keyword) {
+    return value(0x44, name, keyword);
+}
+
+std::string IPPBytes::end() {
+    delimiter(0x03);
+    return bytes_;
+}
+
+}  // namespace TkPPDUpdating::Testing

@@ -1,0 +1,502 @@
+// What printers do that no printer should: each fault with its outcome, in short time limits.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "backends/cups/IPPDeviceStatus.h"
+#include "backends/schemes/DeviceStatusSchemes.h"
+#include "core_interface/TkCSKeys.h"
+#include "tests/real/HostileIPPResponder.h"
+#include "tests/real/LoopbackPort.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kLimit = milliseconds(400);
+/// What a loaded machine may add to a time limit.
+constexpr auto kSlack = milliseconds(1500);
+
+struct Answer {
+    std::shared_ptr<const OrbCSDeviceStatus> status;
+    std::string error;
+    milliseconds took{0};
+};
+
+Answer ask(const std::string& URI, const IPPDeviceStatusLimits& limits,
+           const OrbDictionary* parameters = nullptr) {
+    DeviceStatusSchemes schemes;
+    registerCUPSDeviceStatus(schemes, limits);
+    Answer answer;
+    const auto begin = Clock::now();
+    answer.status = schemes.deviceStatusWithURI_parameters_error(URI, parameters, &answer.error);
+    answer.took = std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
+    return answer;
+}
+
+Answer ask(const std::string& URI) {
+    IPPDeviceStatusLimits limits;
+    limits.time = std::chrono::seconds(20);
+    return ask(URI, limits);
+}
+
+Answer askShortly(const std::string& URI) {
+    IPPDeviceStatusLimits limits;
+    limits.time = kLimit;
+    return ask(URI, limits);
+}
+
+/// A whole, decent answer of a printer with a duplexer.
+std::string decentAnswer() {
+    return IPPBytes()
+        .keyword("sides-supported", "one-sided")
+        .keyword("", "two-sided-long-edge")
+        .end();
+}
+
+bool hasDuplexer(const Answer& answer) {
+    const auto* accessories =
+        answer.status
+            ? answer.status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey)
+            : nullptr;
+    return accessories && accessories->size() == 1 &&
+           accessories->front() == OrbCSDeviceAccessory{"Duplexer", true};
+}
+
+const std::vector<std::string>& dropped(const Answer& answer) {
+    return dynamic_cast<const IPPDeviceStatus&>(*answer.status).droppedValues();
+}
+
+std::string duplexerAnd(IPPBytes& extra) {
+    return HostileIPPResponder::HTTPAnswer(
+        extra.keyword("sides-supported", "two-sided-long-edge").end());
+}
+
+TEST(HostilePrinters, ADecentAnswerGivesTheStatus) {
+    HostileIPPResponder printer(
+        HostileIPPResponder::answering(HostileIPPResponder::HTTPAnswer(decentAnswer())));
+    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
+    EXPECT_EQ(printer.connections(), 1);
+}
+
+TEST(HostilePrinters, ARefusedConnectionIsNoStatus) {
+    const Answer answer = ask("ipp://127.0.0.1:" + std::to_string(freeLoopbackPort()) + "/ipp");
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "it does not take a connection");
+}
+
+TEST(HostilePrinters, AnAddressWithoutARouteIsNoStatusWithinTheLimit) {
+    // RFC 5737: an address that leads nowhere.
+    const Answer answer = askShortly("ipp://192.0.2.1/ipp/print");
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_NE(answer.error, "");
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, AnUnknownHostNameIsNoStatus) {
+    // RFC 2606: a name that never exists.
+    const Answer answer = askShortly("ipp://printer.invalid/ipp/print");
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_TRUE(answer.error == "its name is not known" ||
+                answer.error == "its name was not found within 400 ms")
+        << answer.error;
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, AcceptingAndSayingNothingEndsAtTheLimit) {
+    HostileIPPResponder printer([](const ResponderConnection& c) { c.waitForClose(); });
+    const Answer answer = askShortly(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
+    EXPECT_GE(answer.took, kLimit);
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, SilenceInATLSHandshakeEndsAtTheLimit) {
+    HostileIPPResponder printer([](const ResponderConnection& c) { c.waitForClose(); });
+    const Answer answer = askShortly("ipps" + printer.URI().substr(3));
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, ADrippingTLSHandshakeEndsAtTheLimit) {
+    // The beginning of a handshake record (RFC 8446) that says it has 16 KB.
+    HostileIPPResponder printer([](const ResponderConnection& c) {
+        c.drip(std::string("\x16\x03\x03\x40\x00", 5) + std::string(16384, '\x02'),
+               milliseconds(20));
+    });
+    const Answer answer = askShortly("ipps" + printer.URI().substr(3));
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, FilterModeHasItsOwnShorterLimit) {
+    HostileIPPResponder printer([](const ResponderConnection& c) { c.waitForClose(); });
+    IPPDeviceStatusLimits limits;
+    limits.filterModeTime = milliseconds(100);
+    const OrbDictionary filterMode = {{std::string(kTkCSIsCUPSFilterModeKey), true}};
+    EXPECT_EQ(ask(printer.URI(), limits, &filterMode).error,
+              "there was no whole answer within 100 ms");
+    limits.time = milliseconds(200);
+    const OrbDictionary noFilterMode = {{std::string(kTkCSIsCUPSFilterModeKey), false}};
+    EXPECT_EQ(ask(printer.URI(), limits, &noFilterMode).error,
+              "there was no whole answer within 200 ms");
+}
+
+TEST(HostilePrinters, FilterModeIsShorterThanTheUsualLimitByDefault) {
+    EXPECT_LT(IPPDeviceStatusLimits().filterModeTime, IPPDeviceStatusLimits().time);
+}
+
+/// Where the drip begins.
+class DrippingPrinters : public testing::TestWithParam<std::pair<const char*, std::size_t>> {};
+
+TEST_P(DrippingPrinters, EndsAtTheLimit) {
+    const std::string whole = HostileIPPResponder::HTTPAnswer(decentAnswer());
+    const std::size_t quick = GetParam().second;
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(whole.substr(0, quick));
+        c.drip(whole.substr(quick), milliseconds(100));
+    });
+    const Answer answer = askShortly(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+INSTANTIATE_TEST_SUITE_P(ByteAfterByte, DrippingPrinters,
+                         testing::Values(std::pair("StatusLine", std::size_t{0}),
+                                         std::pair("Headers", std::size_t{20}),
+                                         std::pair("Body", std::size_t{90})),
+                         [](const auto& drip) { return drip.param.first; });
+
+TEST(HostilePrinters, EndlessHeadersEndAtTheLimit) {
+    HostileIPPResponder printer([](const ResponderConnection& c) {
+        c.readRequest();
+        c.send("HTTP/1.1 200 OK\r\n");
+        while (c.send("X-Noise: " + std::string(1000, 'x') + "\r\n")) {
+        }
+    });
+    const Answer answer = askShortly(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, EndlessContinueEndsAtTheLimit) {
+    HostileIPPResponder printer([](const ResponderConnection& c) {
+        c.readRequest();
+        while (c.send("HTTP/1.1 100 Continue\r\n\r\n")) {
+        }
+    });
+    const Answer answer = askShortly(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, ClosingBeforeTheAnswerIsNoStatus) {
+    HostileIPPResponder printer([](const ResponderConnection& c) { c.readRequest(); });
+    const Answer answer = ask(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "the connection was closed before an answer");
+}
+
+TEST(HostilePrinters, ClosingAfterAnyByteIsNoStatus) {
+    // Every place, and so also the middle of every length field.
+    const std::string whole = HostileIPPResponder::HTTPAnswer(decentAnswer());
+    std::atomic<std::size_t> length{0};
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(whole.substr(0, length));
+    });
+    for (; length < whole.size(); ++length) {
+        const Answer answer = ask(printer.URI());
+        EXPECT_EQ(answer.status, nullptr) << "after " << length << " bytes";
+        EXPECT_NE(answer.error, "") << "after " << length << " bytes";
+    }
+    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
+}
+
+TEST(HostilePrinters, AMessageThatEndsAfterAnyByteIsNoStatus) {
+    // The HTTP answer is whole, what it holds is not.
+    const std::string whole = decentAnswer();
+    std::atomic<std::size_t> length{0};
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(HostileIPPResponder::HTTPAnswer(std::string_view(whole).substr(0, length)));
+    });
+    for (; length < whole.size(); ++length) {
+        const Answer answer = ask(printer.URI());
+        EXPECT_EQ(answer.status, nullptr) << "after " << length << " bytes";
+        EXPECT_TRUE(answer.error.starts_with("the answer is cut short")) << answer.error;
+    }
+}
+
+TEST(HostilePrinters, GarbageIsNoStatus) {
+    std::string garbage = "HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\n\r\n";
+    for (int number = 0; number < 5000; ++number) {
+        garbage += static_cast<char>(number * 7919 >> 3);
+    }
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(garbage);
+    });
+    EXPECT_EQ(ask(printer.URI()).status, nullptr);
+}
+
+TEST(HostilePrinters, WhatIsNoHTTPIsNoStatus) {
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send("220 mail.example.com ESMTP\r\n");
+    });
+    EXPECT_EQ(ask(printer.URI()).status, nullptr);
+}
+
+struct HTTPCase {
+    const char* name;
+    const char* head;
+    const char* error;
+};
+
+class HTTPFaults : public testing::TestWithParam<HTTPCase> {};
+
+TEST_P(HTTPFaults, AreNoStatus) {
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(std::string(GetParam().head) + "Content-Length: 0\r\n\r\n");
+    });
+    const Answer answer = ask(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, GetParam().error);
+    EXPECT_EQ(printer.connections(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByStatus, HTTPFaults,
+    testing::Values(HTTPCase{"NotFound", "HTTP/1.1 404 Not Found\r\n",
+                             "the printer answers with the HTTP status 404"},
+                    HTTPCase{"ServerError", "HTTP/1.1 500 Oh\r\n",
+                             "the printer answers with the HTTP status 500"},
+                    HTTPCase{"Password",
+                             "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"P\"\r\n",
+                             "the printer asks for a password"},
+                    HTTPCase{"Upgrade", "HTTP/1.1 426 Upgrade\r\n",
+                             "the printer wants an encrypted connection (ipps:)"},
+                    HTTPCase{"HTMLPage", "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n",
+                             "the answer is not IPP"}),
+    [](const auto& fault) { return fault.param.name; });
+
+TEST(HostilePrinters, ARedirectIsNotFollowed) {
+    HostileIPPResponder other(
+        HostileIPPResponder::answering(HostileIPPResponder::HTTPAnswer(decentAnswer())));
+    for (const char* code : {"301", "302", "303", "307", "308"}) {
+        HostileIPPResponder printer([&](const ResponderConnection& c) {
+            c.readRequest();
+            c.send(std::string("HTTP/1.1 ") + code + " Over there\r\nLocation: " + other.URI() +
+                   "\r\nContent-Length: 0\r\n\r\n");
+        });
+        EXPECT_EQ(ask(printer.URI()).status, nullptr) << code;
+    }
+    EXPECT_EQ(other.connections(), 0);
+}
+
+TEST(HostilePrinters, AnIPPErrorIsNoStatus) {
+    HostileIPPResponder printer(
+        HostileIPPResponder::answering(HostileIPPResponder::HTTPAnswer(IPPBytes(0x0406).end())));
+    EXPECT_EQ(ask(printer.URI()).error, "the printer answers client-error-not-found");
+}
+
+TEST(HostilePrinters, APrinterOfIPP11IsAskedInItsVersion) {
+    std::atomic<int> requests{0};
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        while (c.readRequest()) {
+            // 0x0503: server-error-version-not-supported.
+            c.send(HostileIPPResponder::HTTPAnswer(requests++ == 0 ? IPPBytes(0x0503).end()
+                                                                   : decentAnswer()));
+        }
+    });
+    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
+    EXPECT_EQ(requests, 2);
+}
+
+TEST(HostilePrinters, AnAnswerOf64MegabytesIsRefusedAtTheLimitOfBytes) {
+    HostileIPPResponder printer([](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(
+            "HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\nContent-Length: 67108864\r\n\r\n");
+        const std::string megabyte(1U << 20U, '\0');
+        for (int count = 0; count < 64 && c.send(megabyte); ++count) {
+        }
+    });
+    const Answer answer = ask(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "the answer is longer than 4194304 bytes");
+}
+
+TEST(HostilePrinters, AnAnswerOf100000AttributesIsRefused) {
+    IPPBytes bytes;
+    for (int number = 0; number < 100'000; ++number) {
+        bytes.integer("noise-" + std::to_string(number), number);
+    }
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    const Answer answer = ask(printer.URI());
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "the answer has more than 10000 attributes");
+}
+
+TEST(HostilePrinters, AttributesThatNobodyAskedForAreIgnored) {
+    IPPBytes bytes;
+    for (int number = 0; number < 5000; ++number) {
+        bytes.value(0x7E, "noise-" + std::to_string(number), "no syntax at all");
+    }
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
+}
+
+IPPBytes nestedCollections(int depth) {
+    IPPBytes bytes;
+    bytes.value(0x34, "media-col-database", "");
+    for (int level = 1; level < depth; ++level) {
+        bytes.value(0x4A, "", "deeper").value(0x34, "", "");
+    }
+    for (int level = 0; level < depth; ++level) {
+        bytes.value(0x37, "", "");
+    }
+    return bytes;
+}
+
+TEST(HostilePrinters, CollectionsNested1000DeepAreDroppedAndTheRestCounts) {
+    IPPBytes bytes = nestedCollections(1000);
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    const Answer answer = ask(printer.URI());
+    ASSERT_TRUE(hasDuplexer(answer));
+    EXPECT_EQ(dropped(answer),
+              std::vector<std::string>{"media-col-database: value 1 is nested too deep"});
+}
+
+TEST(HostilePrinters, OneAttributeTwiceWithTwoTypesCountsWithTheRightOne) {
+    IPPBytes bytes;
+    bytes.integer("sides-supported", 7);
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    const Answer answer = ask(printer.URI());
+    ASSERT_TRUE(hasDuplexer(answer));
+    EXPECT_EQ(dropped(answer), std::vector<std::string>{"sides-supported: has the syntax integer"});
+}
+
+TEST(HostilePrinters, AWrongLengthDropsTheValueAndNotTheAnswer) {
+    IPPBytes bytes;
+    bytes.value(0x32, "printer-resolution-supported", "short");
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    const Answer answer = ask(printer.URI());
+    ASSERT_TRUE(hasDuplexer(answer));
+    EXPECT_EQ(dropped(answer),
+              std::vector<std::string>{
+                  "printer-resolution-supported: value 1 has the wrong length for its syntax"});
+}
+
+struct NameCase {
+    const char* name;
+    std::string text;
+    const char* reason;
+};
+
+class HostileNames : public testing::TestWithParam<NameCase> {};
+
+TEST_P(HostileNames, AreDroppedWithTheReason) {
+    IPPBytes bytes;
+    bytes.value(0x42, "media-type-supported", GetParam().text).value(0x42, "", "Decent Gloss");
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    const Answer answer = ask(printer.URI());
+    ASSERT_NE(answer.status, nullptr) << answer.error;
+    const auto* types =
+        answer.status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
+    ASSERT_NE(types, nullptr);
+    ASSERT_EQ(types->size(), 1U);
+    EXPECT_EQ(types->front()->name(), "Decent Gloss");
+    EXPECT_EQ(dropped(answer),
+              std::vector<std::string>{std::string("media-type-supported: value 1 ") +
+                                       GetParam().reason});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByText, HostileNames,
+    testing::Values(
+        NameCase{"Quote", "x\"\n*cupsFilter: \"y", "has the character U+0022 at byte 1"},
+        NameCase{"LineFeed", "x\n*cupsFilter2: y", "has the character U+000A at byte 1"},
+        NameCase{"CarriageReturn", "gloss\r", "has the character U+000D at byte 5"},
+        NameCase{"NUL", std::string("x\0y", 3), "has the character U+0000"},
+        NameCase{"InvalidUTF8", "gl\xC3", "is not valid UTF-8 at byte 2"},
+        NameCase{"OverlongUTF8", "\xC0\xAF", "is not valid UTF-8 at byte 0"},
+        NameCase{"LineSeparator", "a\xE2\x80\xA8z", "has the character U+2028 at byte 1"},
+        NameCase{"Empty", "", "is empty"},
+        NameCase{"Of256Bytes", std::string(256, 'x'), "is longer than 255 bytes"},
+        NameCase{"Of60000Bytes", std::string(60000, 'x'), "is longer than 1023 bytes"}),
+    [](const auto& text) { return text.param.name; });
+
+TEST(HostilePrinters, ANameOfAMegabyteCannotBeToldAndItsAnswerIsRefused) {
+    // A length has two bytes: the rest of the megabyte is taken for what it says next.
+    IPPBytes bytes;
+    std::string megabyte = bytes.bytes();
+    megabyte += "\x42\xFF\xFF";
+    megabyte += std::string(1U << 20U, 'x');
+    HostileIPPResponder printer(
+        HostileIPPResponder::answering(HostileIPPResponder::HTTPAnswer(megabyte)));
+    EXPECT_EQ(ask(printer.URI()).status, nullptr);
+}
+
+TEST(HostilePrinters, AManyValuedAnswerIsBoundedInMemory) {
+    // The worst of 4 MB: collections of ten bytes each.
+    IPPBytes bytes;
+    bytes.value(0x34, "media-col-database", "").value(0x37, "", "");
+    while (bytes.bytes().size() < (4U << 20U) - 100) {
+        bytes.value(0x34, "", "").value(0x37, "", "");
+    }
+    const std::string answerBytes = duplexerAnd(bytes);
+    HostileIPPResponder printer(HostileIPPResponder::answering(answerBytes));
+    rusage before{};
+    getrusage(RUSAGE_SELF, &before);
+    const Answer answer = ask(printer.URI());
+    rusage after{};
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_FALSE(hasDuplexer(answer));  // It came after the values that are kept.
+    ASSERT_NE(answer.status, nullptr) << answer.error;
+    EXPECT_LE(dropped(answer).size(), 101U);
+#if !defined(__SANITIZE_ADDRESS__)
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024);  // Kilobytes.
+#endif
+}
+
+TEST(HostilePrinters, AURIThatNamesNoPrinterIsNoStatus) {
+    for (const char* URI : {"ipp:", "ipp://", "ipp:///ipp/print", "ipp://[::1/ipp"}) {
+        EXPECT_EQ(ask(URI).error, "the URI names no IPP printer") << URI;
+    }
+}
+
+TEST(HostilePrinters, AskingManyAtOnceKeepsThemApart) {
+    HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
+    HostileIPPResponder decent(
+        HostileIPPResponder::answering(HostileIPPResponder::HTTPAnswer(decentAnswer())));
+    std::atomic<int> duplexers{0};
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 16; ++number) {
+        threads.emplace_back([&, number] {
+            if (number % 2 == 0) {
+                EXPECT_EQ(askShortly(silent.URI()).status, nullptr);
+            } else {
+                duplexers += hasDuplexer(ask(decent.URI())) ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(duplexers, 8);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

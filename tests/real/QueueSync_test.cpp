@@ -1,0 +1,294 @@
+// The synchronisation of a queue against a real scheduler, with what may happen meanwhile.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "backends/cups/CUPSScheduler.h"
+#include "backends/cups/QueueSync.h"
+#include "backends/ppdmodel/PPDModelCore.h"
+#include "core_interface/TkCSKeys.h"
+#include "tests/real/ChildProcess.h"
+#include "tests/real/HostileIPPResponder.h"
+#include "tests/real/PrivateScheduler.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string kOfficePPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd";
+
+/// Hands everything to a scheduler, and does something before a PPD is asked for or installed.
+class MeddledScheduler : public QueueScheduler {
+  public:
+    explicit MeddledScheduler(const QueueScheduler& scheduler) : scheduler_(scheduler) {}
+
+    std::optional<std::vector<std::string>> queueNames(std::string& error) const override {
+        return scheduler_.queueNames(error);
+    }
+    std::optional<SchedulerQueue> queueWithName(const std::string& name,
+                                                std::string& error) const override {
+        ++looks;
+        if (looks == 2 && beforeSecondLook) {
+            beforeSecondLook();
+        }
+        return scheduler_.queueWithName(name, error);
+    }
+    SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const override {
+        return scheduler_.PPDOfQueue(name, error);
+    }
+    bool installPPD(const std::string& name, const std::string& text,
+                    std::string& error) const override {
+        ++installations;
+        if (beforeInstallation) {
+            beforeInstallation();
+        }
+        return scheduler_.installPPD(name, text, error);
+    }
+
+    std::function<void()> beforeSecondLook;
+    std::function<void()> beforeInstallation;
+    mutable int looks = 0;
+    mutable int installations = 0;
+
+  private:
+    const QueueScheduler& scheduler_;
+};
+
+class RealQueueSync : public testing::Test {
+  protected:
+    void SetUp() override {
+        const std::string missing = PrivateScheduler::missingPrograms();
+        if (!missing.empty()) {
+            GTEST_SKIP() << missing;
+        }
+        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
+        setPrinter(std::make_shared<FakeDeviceStatus>(FakeDeviceStatus::Values{
+            {std::string(kTkCSDeviceAccessoriesKey),
+             OrbCSDeviceAccessories{{"Duplexer", true}, {"Tray2", true}}}}));
+    }
+
+    static void setPrinter(std::shared_ptr<const OrbCSDeviceStatus> status) {
+        OrbCoreInterface::setCommunicationServices(
+            std::make_shared<const FakeCommunicationServices>(std::move(status)));
+    }
+
+    void startScheduler() {
+        real_ = std::make_unique<PrivateScheduler>();
+        client_ = std::make_unique<CUPSScheduler>(real_->server());
+        scheduler_ = std::make_unique<MeddledScheduler>(*client_);
+    }
+
+    void startWithQueue() {
+        startScheduler();
+        real_->addQueue("office", "ipp://127.0.0.1:9/Office", kOfficePPD);
+    }
+
+    QueueSyncOutcome sync(const std::string& queueName = "office") const {
+        return QueueSync(*scheduler_, {}).sync(queueName);
+    }
+
+    std::string installedPPD() const { return contentsOfFile(real_->PPDPath("office")); }
+
+    CoreInterfaceScope scope_;
+    std::unique_ptr<PrivateScheduler> real_;
+    std::unique_ptr<CUPSScheduler> client_;
+    std::unique_ptr<MeddledScheduler> scheduler_;
+};
+
+TEST_F(RealQueueSync, InstallsAndReadsBack) {
+    startWithQueue();
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_EQ(installedPPD(), *outcome.after);
+    EXPECT_THAT(*outcome.after, HasSubstr("\n*DefaultZrLowerTrayInstalled: True\n"));
+}
+
+TEST_F(RealQueueSync, ASilentPrinterLeavesItsQueueAlone) {
+    startWithQueue();
+    setPrinter(nullptr);
+    const std::string before = installedPPD();
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_THAT(outcome.reason, StartsWith("its printer gives no status"));
+    EXPECT_EQ(installedPPD(), before);
+}
+
+TEST_F(RealQueueSync, ASchedulerThatStopsBetweenReadAndInstallIsAFailure) {
+    startWithQueue();
+    const std::string before = installedPPD();
+    scheduler_->beforeInstallation = [this] { real_->stop(); };
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.reason,
+              "the updated PPD was not installed: the scheduler cannot be reached: it does not "
+              "take a connection");
+    EXPECT_EQ(installedPPD(), before);
+}
+
+TEST_F(RealQueueSync, ASchedulerThatWantsAPasswordIsAFailureAndNobodyIsAsked) {
+    startWithQueue();
+    const std::string before = installedPPD();
+    real_->lock();
+    client_ = std::make_unique<CUPSScheduler>(real_->server());
+    scheduler_ = std::make_unique<MeddledScheduler>(*client_);
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_THAT(outcome.reason,
+                StartsWith("the updated PPD was not installed: the scheduler refuses it: "));
+    EXPECT_EQ(installedPPD(), before);
+}
+
+TEST_F(RealQueueSync, ASchedulerThatForbidsIsAFailure) {
+    startWithQueue();
+    const std::string before = installedPPD();
+    // It knows the queue and answers what follows with 403.
+    HostileIPPResponder forbidding([](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(HostileIPPResponder::HTTPAnswer(IPPBytes().end()));
+        c.readRequest();
+        c.send("HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\n\r\n");
+        c.waitForClose();
+    });
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(forbidding.port()));
+    std::string error;
+    EXPECT_FALSE(scheduler.installPPD("office", before, error));
+    EXPECT_EQ(error, "the scheduler refuses it: Forbidden");
+}
+
+TEST_F(RealQueueSync, AQueueThatWasChangedMeanwhileIsNotTouched) {
+    startWithQueue();
+    scheduler_->beforeSecondLook = [this] {
+        ASSERT_EQ(
+            real_->runClient({"lpadmin", "-p", "office", "-o", "Resolution=1200dpi"}).exitStatus,
+            0);
+    };
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.reason, "it was changed meanwhile; nothing was installed");
+    EXPECT_EQ(scheduler_->installations, 0);
+}
+
+TEST_F(RealQueueSync, AQueueWhoseDeviceWasChangedMeanwhileIsNotTouched) {
+    startWithQueue();
+    scheduler_->beforeSecondLook = [this] {
+        ASSERT_EQ(real_->runClient({"lpadmin", "-p", "office", "-v", "ipp://127.0.0.1:9/Other"})
+                      .exitStatus,
+                  0);
+    };
+    EXPECT_EQ(sync().reason, "it was changed meanwhile; nothing was installed");
+    EXPECT_EQ(scheduler_->installations, 0);
+}
+
+TEST_F(RealQueueSync, AQueueThatWasDeletedMeanwhileIsNotCreatedAgain) {
+    startWithQueue();
+    scheduler_->beforeSecondLook = [this] {
+        ASSERT_EQ(real_->runClient({"lpadmin", "-x", "office"}).exitStatus, 0);
+    };
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.reason, "it is no longer there: there is no queue of that name");
+    std::string error;
+    EXPECT_EQ(client_->queueNames(error), std::vector<std::string>());
+}
+
+TEST_F(RealQueueSync, AQueueThatWasDeletedJustBeforeTheInstallationIsNotCreatedAgain) {
+    startWithQueue();
+    scheduler_->beforeInstallation = [this] {
+        ASSERT_EQ(real_->runClient({"lpadmin", "-x", "office"}).exitStatus, 0);
+    };
+    EXPECT_EQ(sync().reason, "the updated PPD was not installed: there is no queue of that name");
+    std::string error;
+    EXPECT_EQ(client_->queueNames(error), std::vector<std::string>());
+}
+
+TEST_F(RealQueueSync, ARawQueueIsSkipped) {
+    startScheduler();
+    real_->addQueue("raw", "ipp://127.0.0.1:9/Raw", "");
+    const QueueSyncOutcome outcome = sync("raw");
+    EXPECT_EQ(outcome.result, QueueSyncResult::skipped);
+    EXPECT_EQ(outcome.reason, "it is a raw queue, which has no PPD");
+}
+
+TEST_F(RealQueueSync, AClassIsAFailure) {
+    startWithQueue();
+    ASSERT_EQ(real_->runClient({"lpadmin", "-p", "office", "-c", "class"}).exitStatus, 0);
+    EXPECT_EQ(sync("class").result, QueueSyncResult::failed);
+    std::string error;
+    EXPECT_EQ(client_->queueNames(error), std::vector<std::string>{"office"});
+}
+
+TEST_F(RealQueueSync, AQueueNameWithAPathInItIsNotAskedFor) {
+    startWithQueue();
+    for (const char* name : {"../office", "a/b", "office.ppd/..", "..", "", "of fice", "a?b#c"}) {
+        const QueueSyncOutcome outcome = sync(name);
+        EXPECT_EQ(outcome.result, QueueSyncResult::failed) << name;
+        EXPECT_EQ(outcome.reason, "that could not be the name of a queue") << name;
+    }
+}
+
+TEST_F(RealQueueSync, APPDThatIsNotUTF8IsAFailureAndStays) {
+    startScheduler();
+    std::string latin = contentsOfFile(kOfficePPD);
+    latin.insert(latin.find("*OpenUI"), "*% caf\xE9\n");
+    const std::size_t offset = latin.find('\xE9');
+    real_->addQueue("office", "ipp://127.0.0.1:9/Office",
+                    real_->directory().write("latin.ppd", latin));
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.reason, "its PPD is not valid UTF-8 at byte " + std::to_string(offset));
+    EXPECT_EQ(installedPPD(), latin);
+}
+
+TEST_F(RealQueueSync, APPDLongerThanTheLimitIsAFailure) {
+    startWithQueue();
+    const CUPSScheduler impatient(real_->server(), {std::chrono::seconds(30), 1000});
+    EXPECT_EQ(QueueSync(impatient, {}).sync("office").reason,
+              "its PPD cannot be read: the answer is longer than 1000 bytes");
+}
+
+TEST_F(RealQueueSync, ASchedulerThatSaysNothingEndsAtTheLimit) {
+    HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(silent.port()),
+                                  {std::chrono::milliseconds(200), 1U << 20U});
+    EXPECT_EQ(QueueSync(scheduler, {}).sync("office").reason,
+              "the scheduler cannot be reached: there was no whole answer within 200 ms");
+}
+
+TEST_F(RealQueueSync, CancelledBeforeItBeginsItAbandonsTheQueue) {
+    startWithQueue();
+    const std::atomic<bool> isCancelled{true};
+    const QueueSyncOutcome outcome =
+        QueueSync(*scheduler_, {false, &isCancelled, nullptr}).sync("office");
+    EXPECT_EQ(outcome.result, QueueSyncResult::abandoned);
+    EXPECT_EQ(scheduler_->looks, 0);
+}
+
+TEST_F(RealQueueSync, OnceInstallingHasBegunItFinishes) {
+    startWithQueue();
+    std::atomic<bool> isCancelled{false};
+    scheduler_->beforeInstallation = [&isCancelled] { isCancelled = true; };
+    const QueueSyncOutcome outcome =
+        QueueSync(*scheduler_, {false, &isCancelled, nullptr}).sync("office");
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_EQ(installedPPD(), *outcome.after);
+}
+
+TEST_F(RealQueueSync, APPDWithCarriageReturnsComesThroughByteForByte) {
+    startScheduler();
+    std::string text;
+    for (const char character : contentsOfFile(kOfficePPD)) {
+        text += character == '\n' ? "\r\n" : std::string(1, character);
+    }
+    real_->addQueue("office", "ipp://127.0.0.1:9/Office",
+                    real_->directory().write("crlf.ppd", text));
+    std::string error;
+    EXPECT_EQ(*client_->PPDOfQueue("office", error).text, text);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

@@ -1,0 +1,276 @@
+// The tool against a real scheduler and a real printer, as an administrator runs it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <string>
+#include <thread>
+
+#include "tests/real/ChildProcess.h"
+#include "tests/real/HostileIPPResponder.h"
+#include "tests/real/PrivateScheduler.h"
+#include "tests/real/SimulatedPrinter.h"
+#include "tests/support/RunProgram.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string kInkjetPPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd";
+const std::string kOfficePPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd";
+
+constexpr const char* kFullPrinter =
+    "ATTR keyword sides-supported one-sided,two-sided-long-edge,two-sided-short-edge\n"
+    "ATTR keyword media-source-supported auto,main,alternate\n"
+    "ATTR resolution printer-resolution-supported 300dpi,4800x1200dpi\n";
+constexpr const char* kBarePrinter =
+    "ATTR keyword sides-supported one-sided\n"
+    "ATTR keyword media-source-supported auto,main,manual\n"
+    "ATTR resolution printer-resolution-supported 300dpi,4800x1200dpi\n";
+
+ProgramResult runTool(std::vector<std::string> arguments, const std::string& home) {
+    arguments.insert(arguments.begin(), TKPPDUPDATING_TOOL);
+    ProgramSurroundings surroundings;
+    surroundings.environment = {{"HOME", home},
+                                {"LC_ALL", "C"},
+                                {"CUPS_SERVER", std::nullopt},
+                                {"ZrCurrentLocaleIdentifier", std::nullopt}};
+    return runProgram(arguments, surroundings);
+}
+
+class SyncRoundTrip : public testing::Test {
+  protected:
+    void SetUp() override {
+        const std::string missing =
+            PrivateScheduler::missingPrograms() + SimulatedPrinter::missingPrograms();
+        if (!missing.empty()) {
+            GTEST_SKIP() << missing;
+        }
+        scheduler_ = std::make_unique<PrivateScheduler>();
+    }
+
+    ProgramResult sync(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), {"sync", "--server", scheduler_->server()});
+        return runTool(arguments, scheduler_->directory().path().string());
+    }
+
+    /// One line of "lpoptions -l": the option with its choices, the default marked by an asterisk.
+    std::string shownOption(const std::string& queueName, const std::string& option) const {
+        const std::string all =
+            scheduler_->runClient({"lpoptions", "-p", queueName, "-l"}).standardOutput;
+        const std::size_t begin = all.find(option + "/");
+        return begin == std::string::npos ? "" : all.substr(begin, all.find('\n', begin) - begin);
+    }
+
+    std::unique_ptr<PrivateScheduler> scheduler_;
+};
+
+TEST_F(SyncRoundTrip, ThePrintersAccessoriesBecomeTheQueuesDefaultsAndGoAgain) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("inkjet", printer.URI(), kInkjetPPD);
+    ASSERT_EQ(scheduler_->runClient({"lpadmin", "-p", "inkjet", "-o", "MediaType=PhotoGlossy"})
+                  .exitStatus,
+              0);
+    ASSERT_EQ(
+        scheduler_->runClient({"lpadmin", "-p", "inkjet", "-o", "job-sheets-default=none,none"})
+            .exitStatus,
+        0);
+    ASSERT_THAT(shownOption("inkjet", "ZrAutoDuplexerInstalled"), HasSubstr("*False"));
+    ASSERT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*PhotoGlossy"));
+
+    const ProgramResult first = sync({"inkjet"});
+    EXPECT_EQ(first.exitStatus, 0) << first.standardError;
+    EXPECT_THAT(first.standardOutput, HasSubstr("inkjet: updated: "));
+    EXPECT_THAT(first.standardOutput, HasSubstr("DefaultZrAutoDuplexerInstalled"));
+    EXPECT_THAT(first.standardOutput, HasSubstr("DefaultZrLowerTrayInstalled"));
+    EXPECT_THAT(first.standardOutput, HasSubstr("1 queue: 1 updated\n"));
+    EXPECT_THAT(shownOption("inkjet", "ZrAutoDuplexerInstalled"), HasSubstr("*True"));
+    EXPECT_THAT(shownOption("inkjet", "ZrLowerTrayInstalled"), HasSubstr("*True"));
+    EXPECT_THAT(contentsOfFile(scheduler_->PPDPath("inkjet")),
+                HasSubstr("\n*ZrMaxSupportedResolution: 4800\n"));
+
+    const std::string installed = contentsOfFile(scheduler_->PPDPath("inkjet"));
+    EXPECT_EQ(sync({"inkjet"}).standardOutput, "inkjet: unchanged\n1 queue: 1 unchanged\n");
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), installed);
+
+    printer.setAttributes(kBarePrinter);
+    EXPECT_EQ(sync({"inkjet"}).exitStatus, 0);
+    EXPECT_THAT(shownOption("inkjet", "ZrAutoDuplexerInstalled"), HasSubstr("*False"));
+    EXPECT_THAT(shownOption("inkjet", "ZrLowerTrayInstalled"), HasSubstr("*False"));
+
+    EXPECT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*PhotoGlossy"));
+}
+
+TEST_F(SyncRoundTrip, ASecondRunInstallsNothing) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("office", printer.URI(), kOfficePPD);
+    ASSERT_EQ(sync({"office"}).exitStatus, 0);
+    const std::string log = (scheduler_->directory().path() / "access_log").string();
+    const auto installations = [&log] {
+        const std::string text = contentsOfFile(log);
+        std::size_t count = 0;
+        for (std::size_t at = text.find("CUPS-Add-Modify-Printer"); at != std::string::npos;
+             at = text.find("CUPS-Add-Modify-Printer", at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    const std::size_t before = installations();
+    ASSERT_GE(before, 2U);  // lpadmin's, and the first run's.
+    EXPECT_EQ(sync({"office"}).standardOutput, "office: unchanged\n1 queue: 1 unchanged\n");
+    EXPECT_EQ(installations(), before);
+}
+
+TEST_F(SyncRoundTrip, ADryRunShowsTheDiffAndInstallsNothing) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("inkjet", printer.URI(), kInkjetPPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("inkjet"));
+    const ProgramResult run = sync({"--dry-run", "--diff", "inkjet"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("inkjet: would be updated: "));
+    EXPECT_THAT(run.standardOutput, HasSubstr("\n-*DefaultZrLowerTrayInstalled: False\n"));
+    EXPECT_THAT(run.standardOutput, HasSubstr("\n+*DefaultZrLowerTrayInstalled: True\n"));
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
+}
+
+TEST_F(SyncRoundTrip, AllQueuesGetALineAndAFailureIsExitStatus1) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("a-office", printer.URI(), kOfficePPD);
+    scheduler_->addQueue("b-raw", printer.URI(), "");
+    scheduler_->addQueue("c-web", "https://127.0.0.1:9/", kOfficePPD);
+    const ProgramResult run = sync({"--all", "--jobs", "1", "--json"});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardOutput, HasSubstr(R"({"queue":"a-office","result":"updated",)"));
+    EXPECT_THAT(run.standardOutput,
+                HasSubstr(R"({"queue":"b-raw","result":"skipped","changed":[],)"
+                          R"("reason":"it is a raw queue, which has no PPD"})"));
+    EXPECT_THAT(run.standardOutput, HasSubstr(R"({"queue":"c-web","result":"failed",)"));
+    EXPECT_THAT(run.standardOutput, HasSubstr(R"(no backend for the scheme \"https\")"));
+}
+
+TEST_F(SyncRoundTrip, AnUnknownQueueFailsAndIsNotCreated) {
+    for (const char* name : {"nobody", "../etc/passwd", "a/b", "a#b", ".."}) {
+        const ProgramResult run = sync({name});
+        EXPECT_EQ(run.exitStatus, 1) << name;
+        EXPECT_THAT(run.standardOutput, HasSubstr(": failed: ")) << name;
+    }
+    EXPECT_EQ(sync({"--all"}).standardOutput, "0 queues\n");
+}
+
+TEST_F(SyncRoundTrip, TheSchedulerMayBeNamedByItsSocketOrTheEnvironment) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("office", printer.URI(), kOfficePPD);
+    for (const std::string& server : {scheduler_->server(), scheduler_->socketPath()}) {
+        ProgramSurroundings surroundings;
+        surroundings.environment = {{"CUPS_SERVER", server}, {"LC_ALL", "C"}};
+        const ProgramResult run =
+            runProgram({TKPPDUPDATING_TOOL, "sync", "--all", "--dry-run"}, surroundings);
+        EXPECT_EQ(run.exitStatus, 0) << server << run.standardOutput << run.standardError;
+        EXPECT_THAT(run.standardOutput, HasSubstr("office: would be updated: ")) << server;
+    }
+}
+
+TEST_F(SyncRoundTrip, AnUnreachableSchedulerIsAnError) {
+    scheduler_->stop();
+    const ProgramResult run = sync({"--all"});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError, HasSubstr("the scheduler cannot be reached"));
+}
+
+TEST_F(SyncRoundTrip, NeitherQueuesNorAllIsAUsageError) {
+    EXPECT_EQ(sync({}).exitStatus, 2);
+    EXPECT_EQ(sync({"--all", "office"}).exitStatus, 2);
+    EXPECT_EQ(sync({"--all", "--jobs", "0"}).exitStatus, 2);
+}
+
+TEST_F(SyncRoundTrip, ARecordedPrinterUpdatesAsThePrinterItself) {
+    SimulatedPrinter printer(
+        std::string(kFullPrinter) +
+        "ATTR collection media-col-database {\n  MEMBER name media-type \"My Gloss\"\n"
+        "  MEMBER name media-key \"gloss-1\"\n  MEMBER text media-info \"Glossy Brochure\"\n}\n");
+    const std::string home = scheduler_->directory().path().string();
+    const ProgramResult status = runTool({"status", printer.URI()}, home);
+    ASSERT_EQ(status.exitStatus, 0) << status.standardError;
+    EXPECT_THAT(status.standardOutput, HasSubstr("Glossy Brochure"));
+    const std::string recording =
+        scheduler_->directory().write("printer.json", status.standardOutput);
+    for (const std::string& PPD : {kInkjetPPD, kOfficePPD}) {
+        const auto live = runTool({"update", PPD, "--device-uri", printer.URI()}, home);
+        const auto replayed = runTool({"update", PPD, "--device-uri", "file:" + recording}, home);
+        EXPECT_EQ(live.exitStatus, 0) << live.standardError;
+        EXPECT_THAT(live.standardError, Not(HasSubstr("no status")));
+        EXPECT_TRUE(live.standardOutput == replayed.standardOutput) << PPD;
+        EXPECT_NE(live.standardOutput, contentsOfFile(PPD));
+    }
+}
+
+TEST_F(SyncRoundTrip, TheValuesOfAnInstalledQueueComeFromTheScheduler) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("inkjet", printer.URI(), kInkjetPPD);
+    ProgramSurroundings surroundings;
+    surroundings.environment = {{"CUPS_SERVER", scheduler_->server()}, {"LC_ALL", "C"}};
+    const ProgramResult run = runProgram(
+        {TKPPDUPDATING_TOOL, "values", "--queue", "inkjet", "--device-uri", printer.URI()},
+        surroundings);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr(R"("DefaultZrAutoDuplexerInstalled": "True")"));
+}
+
+TEST_F(SyncRoundTrip, TLSWithASelfSignedCertificateIsTalkedToAndNothingIsStored) {
+    SimulatedPrinter printer(kFullPrinter);
+    const std::string home = scheduler_->directory().path().string();
+    const ProgramResult run = runTool({"status", printer.URIWithScheme("ipps")}, home);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("Duplexer"));
+    EXPECT_FALSE(std::filesystem::exists(home + "/.cups"));
+}
+
+TEST_F(SyncRoundTrip, StatusOfNoPrinterSaysWhy) {
+    const ProgramResult run =
+        runTool({"status", "gopher://printer/"}, scheduler_->directory().path().string());
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.standardOutput, "");
+    EXPECT_THAT(run.standardError, HasSubstr("no backend for the scheme \"gopher\""));
+}
+
+class InterruptedSync : public SyncRoundTrip, public testing::WithParamInterface<int> {};
+
+TEST_P(InterruptedSync, AbandonsEachQueueWholeAndSaysWhich) {
+    if (IsSkipped()) {
+        return;
+    }
+    std::atomic<int> asked{0};
+    HostileIPPResponder slow([&asked](const ResponderConnection& c) {
+        c.readRequest();
+        ++asked;
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        c.send(HostileIPPResponder::HTTPAnswer(
+            IPPBytes().keyword("sides-supported", "two-sided-long-edge").end()));
+    });
+    scheduler_->addQueue("one", slow.URI("/one"), kOfficePPD);
+    scheduler_->addQueue("two", slow.URI("/two"), kOfficePPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("one"));
+    const std::string output = (scheduler_->directory().path() / "sync.output").string();
+    ChildProcess tool(
+        {TKPPDUPDATING_TOOL, "sync", "--server", scheduler_->server(), "--jobs", "1", "one", "two"},
+        output);
+    while (asked == 0 && tool.isRunning()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    tool.signal(GetParam());
+    EXPECT_EQ(tool.wait(), 1);
+    EXPECT_EQ(contentsOfFile(output),
+              "one: abandoned: interrupted\ntwo: abandoned: interrupted\n2 queues: 2 abandoned\n");
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("one")), before);
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("two")), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedSync, testing::Values(SIGINT, SIGTERM),
+                         [](const auto& number) {
+                             return number.param == SIGINT ? "SIGINT" : "SIGTERM";
+                         });
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

@@ -1,0 +1,35 @@
+#include "tools/StatusCommand.h"
+
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "core_interface/OrbCSDeviceStatus.h"
+#include "tools/Backends.h"
+#include "tools/Diagnostics.h"
+#include "tools/Failure.h"
+#include "tools/StandardOutput.h"
+
+namespace TkPPDUpdating {
+
+StatusCommand::StatusCommand(CLI::App& application)
+    : Command(application, "status", "Write what a printer reports, as a recorded status") {
+    subcommand()
+        .add_option("URI", deviceURI_, "The printer; file:PATH names a recorded status")
+        ->required()
+        ->type_name("");
+}
+
+ExitStatus StatusCommand::run() {
+    std::string reason;
+    const std::string place = "the device \"" + Diagnostics::withoutUserInfo(deviceURI_) + "\"";
+    const auto status =
+        OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, nullptr, &reason);
+    if (!status) {
+        throw Failure(ExitStatus::noResult, place, "gave no status: " + reason);
+    }
+    for (const std::string& dropped : Backends::droppedTexts(*status)) {
+        Diagnostics::warning(place, dropped);
+    }
+    StandardOutput::write(RecordedDeviceStatus::JSONForStatus(*status));
+    return ExitStatus::done;
+}
+
+}  // namespace TkPPDUpdating

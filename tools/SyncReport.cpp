@@ -1,0 +1,129 @@
+#include "tools/SyncReport.h"
+
+#include <array>
+#include <nlohmann/json.hpp>
+#include <string_view>
+#include <vector>
+
+#include "tools/ChangedKeywords.h"
+#include "tools/Diagnostics.h"
+#include "tools/StandardOutput.h"
+#include "tools/Terminal.h"
+#include "tools/UnifiedDiff.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+struct ResultWords {
+    QueueSyncResult result;
+    /// In lines for people, and in JSON.
+    std::string_view words;
+    std::string_view name;
+};
+
+/// In the order of the summary.
+constexpr auto kResults =
+    std::to_array<ResultWords>({{QueueSyncResult::updated, "updated", "updated"},
+                                {QueueSyncResult::wouldUpdate, "would be updated", "would-update"},
+                                {QueueSyncResult::unchanged, "unchanged", "unchanged"},
+                                {QueueSyncResult::skipped, "skipped", "skipped"},
+                                {QueueSyncResult::failed, "failed", "failed"},
+                                {QueueSyncResult::abandoned, "abandoned", "abandoned"}});
+
+const ResultWords& wordsOf(QueueSyncResult result) {
+    std::size_t index = 0;
+    while (index + 1 < kResults.size() && kResults[index].result != result) {
+        ++index;
+    }
+    return kResults[index];
+}
+
+/// Whether the texts are those of a change that was or would be made.
+bool isChange(const QueueSyncOutcome& outcome) {
+    return (outcome.result == QueueSyncResult::updated ||
+            outcome.result == QueueSyncResult::wouldUpdate) &&
+           outcome.before && outcome.after;
+}
+
+std::vector<std::string> changedKeywordsOf(const QueueSyncOutcome& outcome) {
+    return isChange(outcome) ? changedKeywords(*outcome.before, *outcome.after)
+                             : std::vector<std::string>();
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string list;
+    for (const std::string& word : words) {
+        list += (list.empty() ? "" : ", ") + word;
+    }
+    return list;
+}
+
+}  // namespace
+
+void SyncReport::add(const QueueSyncOutcome& outcome) {
+    ++finishedCount_;
+    std::string text = options_.isJSON ? JSONForOutcome(outcome) : lineForOutcome(outcome);
+    if (options_.isDiff && !options_.isJSON && isChange(outcome)) {
+        text += unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,
+                            Terminal::standardOutputTakesColour());
+    }
+    Terminal::clearProgress();
+    StandardOutput::write(text);
+    showProgress(outcome.queueName);
+}
+
+void SyncReport::finish(const QueueSyncRun::Summary& summary) const {
+    Terminal::clearProgress();
+    if (!options_.isJSON) {
+        StandardOutput::write(lineForSummary(summary));
+    }
+}
+
+void SyncReport::showProgress(const std::string& lastQueue) const {
+    if (finishedCount_ < queueCount_) {
+        Terminal::showProgress(std::to_string(finishedCount_) + " of " +
+                               std::to_string(queueCount_) + " queues done, the last one " +
+                               lastQueue);
+    }
+}
+
+std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
+    const std::string details =
+        isChange(outcome) ? joined(changedKeywordsOf(outcome)) : outcome.reason;
+    return Diagnostics::printable(outcome.queueName + ": " +
+                                  std::string(wordsOf(outcome.result).words) +
+                                  (details.empty() ? "" : ": " + details)) +
+           "\n";
+}
+
+std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
+    nlohmann::ordered_json object = {{"queue", outcome.queueName},
+                                     {"result", wordsOf(outcome.result).name},
+                                     {"changed", changedKeywordsOf(outcome)}};
+    if (!outcome.reason.empty()) {
+        object["reason"] = outcome.reason;
+    }
+    if (options_.isDiff && isChange(outcome)) {
+        object["diff"] =
+            unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after, false);
+    }
+    // Bytes that are not UTF-8 would make it no JSON: they become U+FFFD.
+    return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string SyncReport::lineForSummary(const QueueSyncRun::Summary& summary) {
+    std::size_t total = 0;
+    std::vector<std::string> parts;
+    for (const ResultWords& words : kResults) {
+        const auto count = summary.find(words.result);
+        if (count != summary.end() && count->second > 0) {
+            total += count->second;
+            parts.push_back(std::to_string(count->second) + " " + std::string(words.words));
+        }
+    }
+    return std::to_string(total) + (total == 1 ? " queue" : " queues") +
+           (parts.empty() ? "" : ": " + joined(parts)) + "\n";
+}
+
+}  // namespace TkPPDUpdating
