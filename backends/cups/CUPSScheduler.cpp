@@ -266,8 +266,10 @@ bool CUPSScheduler::installPPD(const std::string& name, const std::string& text,
 }
 
 PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler) {
-    return [scheduler = std::move(scheduler)](const std::string& queueName, std::string& reason) {
-        return scheduler->PPDOfQueue(queueName, reason).text;
+    return [scheduler = std::move(scheduler)](const std::string& queueName,
+                                              std::string& reason) -> std::optional<PPDText> {
+        SchedulerPPD PPD = scheduler->PPDOfQueue(queueName, reason);
+        return PPD.text || PPD.isRaw ? std::optional(std::move(PPD.text)) : std::nullopt;
     };
 }
 
