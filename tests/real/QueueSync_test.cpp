@@ -47,9 +47,15 @@ class MeddledScheduler : public QueueScheduler {
         if (beforeInstallation) {
             beforeInstallation();
         }
-        return scheduler_.installPPD(name, text, error);
+        if (!scheduler_.installPPD(name, text, error)) {
+            return false;
+        }
+        error = answerLost ? "the answer was lost" : "";
+        return !answerLost;
     }
 
+    /// Whether the answer to an installation does not arrive.
+    bool answerLost = false;
     std::function<void()> beforeSecondLook;
     std::function<void()> beforeInstallation;
     mutable int looks = 0;
@@ -158,6 +164,14 @@ TEST_F(RealQueueSync, ASchedulerThatForbidsIsAFailure) {
     std::string error;
     EXPECT_FALSE(scheduler.installPPD("office", before, error));
     EXPECT_EQ(error, "the scheduler refuses it: Forbidden");
+}
+
+TEST_F(RealQueueSync, AnInstallationWhoseAnswerWasLostIsToldAsTheUpdateThatItIs) {
+    startWithQueue();
+    scheduler_->answerLost = true;
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_EQ(installedPPD(), *outcome.after);
 }
 
 TEST_F(RealQueueSync, AQueueThatWasChangedMeanwhileIsNotTouched) {
