@@ -156,10 +156,7 @@ SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t 
         error = "the request could not be sent";
         return {};
     }
-    http_status_t status = HTTP_STATUS_CONTINUE;
-    while (status == HTTP_STATUS_CONTINUE) {
-        status = httpUpdate(connection);
-    }
+    const http_status_t status = readHTTPHead(connection);
     if (status == HTTP_STATUS_NOT_FOUND) {
         error = "the scheduler has no PPD for it";
         return {nullptr, true};
