@@ -37,12 +37,11 @@ bool namesProgram(std::string_view line) {
 /// takes a carriage return for an end of line, too.
 std::multiset<std::string_view> programLines(std::string_view text) {
     std::multiset<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-        if (namesProgram(text.substr(0, end))) {
-            lines.insert(text.substr(0, end));
+    for (std::size_t star = text.find('*'); star != text.npos; star = text.find('*', star + 1)) {
+        const bool beginsLine = star == 0 || text[star - 1] == '\n' || text[star - 1] == '\r';
+        if (beginsLine && namesProgram(text.substr(star))) {
+            lines.insert(text.substr(star, text.find_first_of("\r\n", star) - star));
         }
-        text.remove_prefix(std::min(text.size(), end + 1));
     }
     return lines;
 }

@@ -1,0 +1,131 @@
+// An application's own scheme, as docs/adding-a-scheme.md explains it.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/schemes/DeviceStatusSchemes.h"
+#include "core_interface/OrbCoreInterface.h"
+#include "core_interface/TkCSKeys.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "ppd/PPDTextSafety.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+/// What the printer at a USB port says of itself.
+struct USBReply {
+    bool hasLowerTray = false;
+    std::string inkName;
+};
+
+/// Stands in for a wire: replies by device URI.
+class USBWire {
+  public:
+    explicit USBWire(std::map<std::string, USBReply> replies) : replies_(std::move(replies)) {}
+
+    std::optional<USBReply> ask(const std::string& deviceURI) const {
+        const auto reply = replies_.find(deviceURI);
+        return reply == replies_.end() ? std::nullopt : std::optional(reply->second);
+    }
+
+  private:
+    std::map<std::string, USBReply> replies_;
+};
+
+/// The reply as a status. A text that could not stand in a PPD line is not in it.
+class USBDeviceStatus : public OrbCSDeviceStatus {
+  public:
+    explicit USBDeviceStatus(const USBReply& reply)
+        : accessories_(OrbCSDeviceAccessories{
+              {std::string(kTkCSDeviceAccessoryTray2), reply.hasLowerTray}}) {
+        if (!reasonTextCannotStandInPPDLine(reply.inkName)) {
+            OrbCSPensConfiguration pens;
+            pens.PPDAttributeValues.emplace(kTkCSPPDPenDyesKey, reply.inkName);
+            pens_ = std::move(pens);
+        }
+    }
+
+    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
+                                                    std::string* error) const override {
+        if (key == kTkCSDeviceAccessoriesKey) {
+            return &accessories_;
+        }
+        if (key == kTkCSInstalledPensConfigurationKey && pens_) {
+            return &*pens_;
+        }
+        if (error) {
+            *error = "the printer did not report it";
+        }
+        return nullptr;
+    }
+
+  private:
+    OrbCSStatusValue accessories_;
+    std::optional<OrbCSStatusValue> pens_;
+};
+
+std::shared_ptr<const OrbCSDeviceStatus> statusOverUSB(const USBWire& wire,
+                                                       const std::string& deviceURI,
+                                                       std::string& error) {
+    const auto reply = wire.ask(deviceURI);
+    if (!reply) {
+        error = "nothing is plugged in there";
+        return nullptr;
+    }
+    return std::make_shared<const USBDeviceStatus>(*reply);
+}
+
+class OwnScheme : public testing::Test {
+  protected:
+    void SetUp() override {
+        const auto wire = std::make_shared<const USBWire>(std::map<std::string, USBReply>{
+            {"usb://Zr/Inkjet?serial=1", {true, "C,M,Y,K"}},
+            {"usb://Zr/Inkjet?serial=2", {true, "ink\"\n*cupsFilter: x"}}});
+        auto schemes = std::make_shared<DeviceStatusSchemes>();
+        schemes->registerScheme(
+            "usb", [wire](const std::string& deviceURI, const OrbDictionary*, std::string& error) {
+                return statusOverUSB(*wire, deviceURI, error);
+            });
+        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
+        OrbCoreInterface::setCommunicationServices(schemes);
+    }
+
+    CoreInterfaceScope scope_;
+};
+
+TEST_F(OwnScheme, UpdatesAPPD) {
+    const PPDText text = OrbPPDConcreteUpdatingManager().updatedPPDContentsForFile_deviceURI(
+        TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd", "usb://Zr/Inkjet?serial=1");
+    ASSERT_NE(text, nullptr);
+    EXPECT_NE(text->find("\n*DefaultZrLowerTrayInstalled: True\n"), std::string::npos);
+    EXPECT_NE(text->find("\n*ZrPenDyes: C,M,Y,K\n"), std::string::npos);
+}
+
+TEST_F(OwnScheme, LeavesOutATextThatCouldNotStandInAPPDLine) {
+    const PPDText text = OrbPPDConcreteUpdatingManager().updatedPPDContentsForFile_deviceURI(
+        TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd", "usb://Zr/Inkjet?serial=2");
+    ASSERT_NE(text, nullptr);
+    EXPECT_NE(text->find("\n*DefaultZrLowerTrayInstalled: True\n"), std::string::npos);
+    EXPECT_EQ(text->find("cupsFilter: x"), std::string::npos);
+}
+
+TEST_F(OwnScheme, SaysWhyThereIsNoStatus) {
+    std::string error;
+    EXPECT_EQ(
+        OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("usb://Zr/Other", nullptr, &error),
+        nullptr);
+    EXPECT_EQ(error, "nothing is plugged in there");
+    EXPECT_EQ(OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("socket://printer", nullptr,
+                                                                      &error),
+              nullptr);
+    EXPECT_EQ(error, "no backend for the scheme \"socket\"");
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
