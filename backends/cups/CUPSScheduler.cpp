@@ -156,10 +156,7 @@ SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t 
         error = "the request could not be sent";
         return {};
     }
-    http_status_t status = HTTP_STATUS_CONTINUE;
-    while (status == HTTP_STATUS_CONTINUE) {
-        status = httpUpdate(connection);
-    }
+    const http_status_t status = readHTTPHead(connection);
     if (status == HTTP_STATUS_NOT_FOUND) {
         error = "the scheduler has no PPD for it";
         return {nullptr, true};
@@ -266,8 +263,10 @@ bool CUPSScheduler::installPPD(const std::string& name, const std::string& text,
 }
 
 PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler) {
-    return [scheduler = std::move(scheduler)](const std::string& queueName, std::string& reason) {
-        return scheduler->PPDOfQueue(queueName, reason).text;
+    return [scheduler = std::move(scheduler)](const std::string& queueName,
+                                              std::string& reason) -> std::optional<PPDText> {
+        SchedulerPPD PPD = scheduler->PPDOfQueue(queueName, reason);
+        return PPD.text || PPD.isRaw ? std::optional(std::move(PPD.text)) : std::nullopt;
     };
 }
 

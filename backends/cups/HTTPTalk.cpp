@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <condition_variable>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <system_error>
@@ -39,6 +40,8 @@ struct Exchange {
     bool isAbandoned = false;
     bool isConnected = false;
     http_t* connection = nullptr;
+    /// What the talk raised.
+    std::exception_ptr failure;
     /// Read by libcups while it connects.
     int cancel = 0;
     std::string error;
@@ -75,7 +78,11 @@ void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& 
         if (httpGetFd(connection) >= 0 ||
             httpReconnect2(connection, remaining, &exchange->cancel) == 0) {
             exchange->isConnected = true;
-            (*talk)(connection);
+            try {
+                (*talk)(connection);
+            } catch (...) {
+                exchange->failure = std::current_exception();
+            }
         } else {
             error = reasonOfFailedConnection(httpError(connection));
         }
@@ -146,6 +153,9 @@ bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HT
     }
     lock.unlock();
     thread.join();
+    if (exchange->failure) {
+        std::rethrow_exception(exchange->failure);
+    }
     if (!exchange->isConnected) {
         error = exchange->error;
     }
@@ -159,11 +169,20 @@ http_t* openedConnection(const std::string& host, int port, http_encryption_t en
     http_t* connection = addresses ? httpConnect2(host.c_str(), port, addresses, AF_UNSPEC,
                                                   encryption, 1, 0, nullptr)
                                    : nullptr;
+    httpAddrFreeList(addresses);  // The connection has a copy.
     if (!connection) {
         error = "its name is not known";
-        httpAddrFreeList(addresses);
     }
     return connection;
+}
+
+http_status_t readHTTPHead(http_t* connection) {
+    http_status_t status = HTTP_STATUS_CONTINUE;
+    while (status == HTTP_STATUS_CONTINUE) {
+        status = httpUpdate(connection);
+    }
+    // libcups tells the status of a head that ends too early all the same.
+    return status == HTTP_STATUS_OK && httpError(connection) != 0 ? HTTP_STATUS_ERROR : status;
 }
 
 bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, std::string& error) {
@@ -183,7 +202,12 @@ bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, std:
         }
         body.append(buffer.data(), static_cast<std::size_t>(count));
     }
-    if (httpGetRemaining(connection) > 0) {
+    // RFC 9112, section 6.3: without a length and chunks, the end of the connection is the end.
+    const bool isEndTold = *httpGetField(connection, HTTP_FIELD_CONTENT_LENGTH) != '\0' ||
+                           *httpGetField(connection, HTTP_FIELD_TRANSFER_ENCODING) != '\0';
+    // A connection that ends where a chunk should begin leaves nothing but an error.
+    const bool isAtEnd = httpGetRemaining(connection) == 0 && httpError(connection) == 0;
+    if (isEndTold && !isAtEnd) {
         error = "the answer is cut short";
         return false;
     }

@@ -26,7 +26,7 @@ using HTTPTalk = std::function<void(http_t* connection)>;
 /// leave those of the caller's thread alone. Looking up a host name cannot be ended: a thread that
 /// still does so at the end of the time is left alone and ends by itself, without having called
 /// `talk`. Everything that `opening` uses must therefore belong to it; `talk` may use the caller's
-/// variables. It never asks for a password.
+/// variables, and what it raises is raised here. It never asks for a password.
 bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
                   std::string& error);
 
@@ -34,6 +34,9 @@ bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HT
 /// `HTTPOpening`s.
 http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
                          std::string& error);
+
+/// Reads the status and the fields of an answer; `HTTP_STATUS_ERROR` when they are not whole.
+http_status_t readHTTPHead(http_t* connection);
 
 /// Reads the body of an answer into a text of at most `limit` bytes; false, with the reason in
 /// `error`, when it is longer or cut short.

@@ -33,7 +33,14 @@ struct Printer {
 
 /// The URI of the printer itself, without user name and password, which are nobody's business here,
 /// and without the options of the CUPS backend behind "?". Nothing when it is no IPP URI.
-std::optional<Printer> printerWithURI(const std::string& deviceURI) {
+std::optional<Printer> printerWithURI(std::string deviceURI) {
+    // RFC 3986, section 3.1: the case of a scheme says nothing, but libcups knows "ipps" only.
+    std::transform(deviceURI.begin(), std::find(deviceURI.begin(), deviceURI.end(), ':'),
+                   deviceURI.begin(), [](char character) {
+                       return character >= 'A' && character <= 'Z'
+                                  ? static_cast<char>(character - 'A' + 'a')
+                                  : character;
+                   });
     std::array<char, HTTP_MAX_URI> scheme{};
     std::array<char, HTTP_MAX_URI> userInfo{};
     std::array<char, HTTP_MAX_URI> host{};
@@ -126,10 +133,7 @@ bool exchange(http_t* connection, const std::string& resource, ipp_t* request,
         error = "the request could not be sent";
         return false;
     }
-    http_status_t status = HTTP_STATUS_CONTINUE;
-    while (status == HTTP_STATUS_CONTINUE) {
-        status = httpUpdate(connection);
-    }
+    const http_status_t status = readHTTPHead(connection);
     if (status != HTTP_STATUS_OK) {
         error = reasonForHTTPStatus(status);
         return false;
@@ -173,23 +177,11 @@ std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
     return IPPStatusMapping::statusForAnswer(message.get(), std::move(dropped));
 }
 
-/// Talks IPP 2.0, and 1.1 with a printer that knows no better.
-bool askPrinter(http_t* connection, const Printer& printer, std::size_t mostBytes,
-                std::string& answer, std::string& error) {
-    const auto ask = [&](int majorVersion, int minorVersion) {
-        const IPPMessage request = requestForPrinter(printer.URI, majorVersion, minorVersion);
-        return exchange(connection, printer.resource, request.get(), mostBytes, answer, error);
-    };
+/// Whether the printer knows no IPP of the version that it was asked in.
+bool isVersionRefused(std::string_view answer) {
     constexpr std::size_t kHeaderLength = 8;
-    if (!ask(2, 0)) {
-        return false;
-    }
-    if (answer.size() >= kHeaderLength &&
-        statusOfAnswer(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED) {
-        answer.clear();
-        return ask(1, 1);
-    }
-    return true;
+    return answer.size() >= kHeaderLength &&
+           statusOfAnswer(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED;
 }
 
 bool isDNSSD(const std::string& deviceURI) {
@@ -244,20 +236,33 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
                                                            : HTTP_ENCRYPTION_IF_REQUESTED,
                                       reason);
     };
+    const auto deadline = std::chrono::steady_clock::now() + time_;
     std::string answer;
-    std::string reason;
-    bool isAnswered = false;
-    const bool isOver = !talkOverHTTP(
-        opening, time_,
-        [&](http_t* connection) {
-            isAnswered = askPrinter(connection, *printer, limits_.bytes, answer, reason);
-        },
-        error);
-    if (isOver) {
-        return nullptr;
-    }
-    if (!isAnswered) {
-        error = reason;
+    const auto ask = [&](int majorVersion, int minorVersion, std::chrono::milliseconds time) {
+        answer.clear();
+        std::string reason;
+        bool isAnswered = false;
+        const bool isWhole = talkOverHTTP(
+            opening, time,
+            [&](http_t* connection) {
+                const IPPMessage request =
+                    requestForPrinter(printer->URI, majorVersion, minorVersion);
+                isAnswered = exchange(connection, printer->resource, request.get(), limits_.bytes,
+                                      answer, reason);
+            },
+            error);
+        if (isWhole && !isAnswered) {
+            error = reason;
+        }
+        return isWhole && isAnswered;
+    };
+    // A printer of IPP 1.1 may also be one that closes the connection after each answer.
+    const bool isRefused =
+        !ask(2, 0, time_) ||
+        (isVersionRefused(answer) && !ask(1, 1,
+                                          std::chrono::duration_cast<std::chrono::milliseconds>(
+                                              deadline - std::chrono::steady_clock::now())));
+    if (isRefused) {
         return nullptr;
     }
     return statusForBytes(answer, limits_.attributes, error);

@@ -174,7 +174,14 @@ class QueueSync::Run {
     bool install() {
         std::string reason;
         return scheduler_.installPPD(outcome_.queueName, *outcome_.after, reason) ||
-               fail("the updated PPD was not installed: " + reason);
+               isInstalledAllTheSame() || fail("the updated PPD was not installed: " + reason);
+    }
+
+    /// The scheduler may have done it although its answer was lost.
+    bool isInstalledAllTheSame() const {
+        std::string ignored;
+        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, ignored);
+        return PPD.text && *PPD.text == *outcome_.after;
     }
 
     void readBack() {

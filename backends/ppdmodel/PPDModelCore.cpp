@@ -75,8 +75,12 @@ std::shared_ptr<const OrbPPDFile> PPDModelCore::queuePPDFile(const std::string& 
         return nullptr;
     }
     std::string fromSource;
-    if (PPDText text = source_ ? source_(queueName, fromSource) : nullptr) {
-        auto file = PPDModelFile::fileWithText(std::move(text), &reason);
+    if (auto answer = source_ ? source_(queueName, fromSource) : std::nullopt) {
+        if (!*answer) {
+            reason = fromSource;
+            return nullptr;
+        }
+        auto file = PPDModelFile::fileWithText(std::move(*answer), &reason);
         if (!file) {
             reason.insert(0, "the queue's PPD ");
         }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core_interface/TkCore.h"
@@ -13,14 +14,16 @@ namespace TkPPDUpdating {
 /// The core library of this project: parses PPDs with `PPDModelFile` and finds the PPDs of queues.
 class PPDModelCore : public TkCore {
   public:
-    /// Gives the PPD text of a queue whose name has been checked, or null with the reason. The
-    /// scheduler's answer where a backend for it is built in.
+    /// Gives the PPD text of a queue whose name has been checked: the scheduler's answer where a
+    /// backend for it is built in. A null text when the answer is that the queue has none, nothing
+    /// when there is no answer; both with the reason.
     using QueuePPDSource =
-        std::function<PPDText(const std::string& queueName, std::string& reason)>;
+        std::function<std::optional<PPDText>(const std::string& queueName, std::string& reason)>;
 
     /// Looks for the PPDs of queues in the server root: `ppd/NAME.ppd` under the directory in the
     /// environment variable `CUPS_SERVERROOT`, /etc/cups when that is not set. `source`, when
-    /// given, is asked first.
+    /// given, is asked first, and the server root counts only when it does not answer: a queue of
+    /// that name there may be another machine's, or one that is gone.
     explicit PPDModelCore(QueuePPDSource source = nullptr);
 
     std::shared_ptr<const OrbPPDFile> PPDFileWithContentsOfFile(

@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <array>
+#include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <string>
 #include <thread>
 
@@ -324,6 +327,53 @@ TEST(HostilePrinters, APrinterOfIPP11IsAskedInItsVersion) {
     EXPECT_EQ(requests, 2);
 }
 
+TEST(HostilePrinters, APrinterOfIPP11ThatClosesAfterEachAnswerIsAskedAgain) {
+    std::atomic<int> requests{0};
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        const std::string body = requests++ == 0 ? IPPBytes(0x0503).end() : decentAnswer();
+        c.send(
+            "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Type: application/ipp\r\n"
+            "Content-Length: " +
+            std::to_string(body.size()) + "\r\n\r\n" + body);
+    });
+    const Answer answer = ask(printer.URI());
+    EXPECT_TRUE(hasDuplexer(answer)) << answer.error;
+    EXPECT_EQ(requests, 2);
+}
+
+TEST(HostilePrinters, AnAnswerInChunksCountsAndNoneCountsThatIsCut) {
+    const std::string body = decentAnswer();
+    const std::string head =
+        "HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\nTransfer-Encoding: chunked\r\n\r\n"
+        "10\r\n" +
+        body.substr(0, 16) + "\r\n";
+    std::array<char, 16> length{};
+    std::snprintf(length.data(), length.size(), "%zx\r\n", body.size() - 16);
+    const std::string whole = head + length.data() + body.substr(16) + "\r\n0\r\n\r\n";
+    std::atomic<std::size_t> bytes{whole.size()};
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(std::string_view(whole).substr(0, bytes));
+    });
+    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
+    for (bytes = 0; bytes < whole.find(body.substr(16)) + body.size() - 16; ++bytes) {
+        const Answer answer = ask(printer.URI());
+        EXPECT_EQ(answer.status, nullptr) << "after " << bytes << " bytes";
+        EXPECT_NE(answer.error, "") << "after " << bytes << " bytes";
+    }
+}
+
+TEST(HostilePrinters, AnAnswerThatEndsWithTheConnectionCounts) {
+    // RFC 9112, section 6.3: neither a length nor chunks.
+    HostileIPPResponder printer([](const ResponderConnection& c) {
+        c.readRequest();
+        c.send("HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\n\r\n" + decentAnswer());
+    });
+    const Answer answer = ask(printer.URI());
+    EXPECT_TRUE(hasDuplexer(answer)) << answer.error;
+}
+
 TEST(HostilePrinters, AnAnswerOf64MegabytesIsRefusedAtTheLimitOfBytes) {
     HostileIPPResponder printer([](const ResponderConnection& c) {
         c.readRequest();
@@ -475,6 +525,19 @@ TEST(HostilePrinters, AURIThatNamesNoPrinterIsNoStatus) {
     for (const char* URI : {"ipp:", "ipp://", "ipp:///ipp/print", "ipp://[::1/ipp"}) {
         EXPECT_EQ(ask(URI).error, "the URI names no IPP printer") << URI;
     }
+}
+
+TEST(HostilePrinters, AnEncryptedSchemeIsEncryptedInCapitalsToo) {
+    std::atomic<bool> isPlain{false};
+    HostileIPPResponder printer([&](const ResponderConnection& c) {
+        isPlain = c.readRequest();
+        c.send(HostileIPPResponder::HTTPAnswer(decentAnswer()));
+    });
+    EXPECT_TRUE(hasDuplexer(ask("IPP" + printer.URI().substr(3))));
+    EXPECT_TRUE(isPlain);
+    isPlain = false;
+    EXPECT_EQ(askShortly("IPPS" + printer.URI().substr(3)).status, nullptr);
+    EXPECT_FALSE(isPlain);
 }
 
 TEST(HostilePrinters, AskingManyAtOnceKeepsThemApart) {

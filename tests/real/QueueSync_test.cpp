@@ -47,9 +47,15 @@ class MeddledScheduler : public QueueScheduler {
         if (beforeInstallation) {
             beforeInstallation();
         }
-        return scheduler_.installPPD(name, text, error);
+        if (!scheduler_.installPPD(name, text, error)) {
+            return false;
+        }
+        error = answerLost ? "the answer was lost" : "";
+        return !answerLost;
     }
 
+    /// Whether the answer to an installation does not arrive.
+    bool answerLost = false;
     std::function<void()> beforeSecondLook;
     std::function<void()> beforeInstallation;
     mutable int looks = 0;
@@ -160,6 +166,14 @@ TEST_F(RealQueueSync, ASchedulerThatForbidsIsAFailure) {
     EXPECT_EQ(error, "the scheduler refuses it: Forbidden");
 }
 
+TEST_F(RealQueueSync, AnInstallationWhoseAnswerWasLostIsToldAsTheUpdateThatItIs) {
+    startWithQueue();
+    scheduler_->answerLost = true;
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_EQ(installedPPD(), *outcome.after);
+}
+
 TEST_F(RealQueueSync, AQueueThatWasChangedMeanwhileIsNotTouched) {
     startWithQueue();
     scheduler_->beforeSecondLook = [this] {
@@ -249,6 +263,44 @@ TEST_F(RealQueueSync, APPDLongerThanTheLimitIsAFailure) {
     const CUPSScheduler impatient(real_->server(), {std::chrono::seconds(30), 1000});
     EXPECT_EQ(QueueSync(impatient, {}).sync("office").reason,
               "its PPD cannot be read: the answer is longer than 1000 bytes");
+}
+
+/// A scheduler that breaks off its answer, which would be `whole`, after so many bytes.
+SchedulerPPD PPDOfBrokenScheduler(const std::string& whole, std::size_t bytes, std::string& error) {
+    HostileIPPResponder broken([&](const ResponderConnection& c) {
+        c.readRequest();
+        c.send(std::string_view(whole).substr(0, bytes));
+    });
+    return CUPSScheduler("127.0.0.1:" + std::to_string(broken.port())).PPDOfQueue("office", error);
+}
+
+TEST(BrokenSchedulers, APPDThatIsCutAnywhereIsNone) {
+    const std::string whole =
+        "HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n*PPD-Adobe: \"4.3\"\n*%";
+    std::string error;
+    for (std::size_t bytes = 0; bytes < whole.size(); ++bytes) {
+        error.clear();
+        EXPECT_EQ(PPDOfBrokenScheduler(whole, bytes, error).text, nullptr) << bytes;
+        EXPECT_NE(error, "") << bytes;
+    }
+    EXPECT_NE(PPDOfBrokenScheduler(whole, whole.size(), error).text, nullptr) << error;
+}
+
+TEST(BrokenSchedulers, APPDInChunksThatIsCutAnywhereIsNone) {
+    const std::string whole =
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+        "a\r\n*PPD-Adobe\r\n8\r\n: \"4.3\"\n\r\n0\r\n\r\n";
+    std::string error;
+    // Without the last line feeds it is as good as whole.
+    const std::size_t end = whole.find("\r\n0\r\n");
+    for (std::size_t bytes = 0; bytes <= end; ++bytes) {
+        error.clear();
+        EXPECT_EQ(PPDOfBrokenScheduler(whole, bytes, error).text, nullptr) << bytes;
+        EXPECT_NE(error, "") << bytes;
+    }
+    const SchedulerPPD PPD = PPDOfBrokenScheduler(whole, whole.size(), error);
+    ASSERT_NE(PPD.text, nullptr) << error;
+    EXPECT_EQ(*PPD.text, "*PPD-Adobe: \"4.3\"\n");
 }
 
 TEST_F(RealQueueSync, ASchedulerThatSaysNothingEndsAtTheLimit) {

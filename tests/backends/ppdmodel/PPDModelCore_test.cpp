@@ -105,10 +105,21 @@ TEST_F(PPDModelCoreQueues, AsksTheSourceBeforeTheServerRoot) {
     EXPECT_THAT(asked, ElementsAre("office"));
 }
 
-TEST_F(PPDModelCoreQueues, LooksUnderTheServerRootWhenTheSourceHasNone) {
+TEST_F(PPDModelCoreQueues, LooksNowhereElseWhenTheSourceAnswersThatThereIsNone) {
+    root.write("ppd/office.ppd", kPPD);
+    const PPDModelCore withSource([](const std::string&, std::string& reason) {
+        reason = "the scheduler has no PPD for it";
+        return PPDText();
+    });
+    std::string reason;
+    EXPECT_FALSE(withSource.queuePPDFile("office", reason));
+    EXPECT_EQ(reason, "the scheduler has no PPD for it");
+}
+
+TEST_F(PPDModelCoreQueues, LooksUnderTheServerRootWhenTheSourceDoesNotAnswer) {
     const PPDModelCore withSource([](const std::string&, std::string& reason) {
         reason = "the scheduler does not answer";
-        return PPDText();
+        return std::nullopt;
     });
     root.write("ppd/office.ppd", kPPD);
     EXPECT_TRUE(withSource.PPDFileForQueueWithName("office"));
