@@ -1,9 +1,11 @@
 #include "tools/AtomicReplacement.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -76,11 +78,21 @@ bool writeAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-/// The file that symbolic links at `path` lead to, whether it is there or not.
+/// Whether the link is one of the kernel's, as "/dev/stdout" is in the end: it leads to an open
+/// file, and the path that it shows need not be that file's any more.
+bool leadsToOpenFile(const std::filesystem::path& link) {
+    struct statfs fileSystem {};
+    return ::statfs(link.parent_path().c_str(), &fileSystem) == 0 &&
+           fileSystem.f_type == PROC_SUPER_MAGIC;
+}
+
+/// The file that symbolic links at `path` lead to, whether it is there or not; the last link when
+/// that leads to an open file.
 std::filesystem::path pathBehindLinks(const std::string& path) {
     std::filesystem::path target = path;
     std::error_code error;
-    for (int links = 0; std::filesystem::is_symlink(target, error); ++links) {
+    for (int links = 0; std::filesystem::is_symlink(target, error) && !leadsToOpenFile(target);
+         ++links) {
         if (links == kMostSymbolicLinks) {
             errno = ELOOP;
             throwSystemError(path, "cannot be written");
@@ -164,6 +176,20 @@ class TemporaryFile {
     std::optional<FileDescriptor> file_;
 };
 
+/// Writes to an open file of this process where it stands: others write to it before and after.
+void writeToOpenFile(const std::string& path, const std::filesystem::path& link,
+                     std::string_view bytes) {
+    std::error_code error;
+    const bool isOfThisProcess =
+        std::filesystem::equivalent(link.parent_path(), "/proc/self/fd", error);
+    if (!isOfThisProcess) {
+        throw Failure(ExitStatus::noResult, path, "cannot be replaced: it is an open file");
+    }
+    if (!writeAll(std::stoi(link.filename()), bytes)) {
+        throwSystemError(path, "cannot be written");
+    }
+}
+
 void writeToSpecialFile(const std::string& path, std::string_view bytes) {
     FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     if (file.get() < 0 || !writeAll(file.get(), bytes) || !file.close()) {
@@ -174,6 +200,12 @@ void writeToSpecialFile(const std::string& path, std::string_view bytes) {
 }  // namespace
 
 void replaceFileAtomically(const std::string& path, std::string_view bytes) {
+    const std::filesystem::path target = pathBehindLinks(path);
+    std::error_code error;
+    if (std::filesystem::is_symlink(target, error)) {
+        writeToOpenFile(path, target, bytes);
+        return;
+    }
     struct stat replaced {};
     const bool exists = ::stat(path.c_str(), &replaced) == 0;
     if (!exists && errno != ENOENT) {
@@ -183,7 +215,6 @@ void replaceFileAtomically(const std::string& path, std::string_view bytes) {
         writeToSpecialFile(path, bytes);  // a directory refuses
         return;
     }
-    const std::filesystem::path target = pathBehindLinks(path);
     const SignalsHeldBack heldBack;
     TemporaryFile file(path, target);
     if (exists) {

@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"
 #include "tools/Failure.h"
 
@@ -127,6 +128,57 @@ TEST(AtomicReplacementTest, WritesIntoADeviceAsItIs) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
     replaceFileAtomically("/dev/null", "new");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST(AtomicReplacementTest, WritesToTheFileBehindStandardOutputWhereItStands) {
+    const TemporaryDirectory directory;
+    const std::string ppd = directory.write("a.ppd", kPlainPPD);
+    const std::string all = (directory.path() / "all").string();
+    const ToolRun run =
+        runCommand({"sh", "-c",
+                    "{ echo before; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+                    "--output /dev/stdout; echo after; } >\"$2\"",
+                    TKPPDUPDATING_TOOL, ppd, all});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_EQ(contentsOfFile(all), "before\n" + std::string(kPlainPPD) + "after\n");
+}
+
+TEST(AtomicReplacementTest, MakesNoFileForStandardOutputThatHasNoNameAnyMore) {
+    const TemporaryDirectory directory;
+    const std::string ppd = directory.write("a.ppd", kPlainPPD);
+    const std::string gone = (directory.path() / "gone").string();
+    const ToolRun run = runCommand(
+        {"sh", "-c",
+         "exec 3<>\"$2\"; rm \"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+         "--output /dev/stdout >&3 && cat /proc/self/fd/3",
+         TKPPDUPDATING_TOOL, ppd, gone});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_EQ(run.output, kPlainPPD);
+    EXPECT_EQ(filesIn(directory), 1U);
+}
+
+TEST(AtomicReplacementTest, FailsForStandardOutputThatIsClosed) {
+    const TemporaryDirectory directory;
+    const ToolRun run = runTool({"update", directory.write("a.ppd", kPlainPPD), "--device-uri",
+                                 "file:/nonexistent", "--output", "/dev/stdout"},
+                                {.redirection = ">&-"});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.errors, "tkppdupdate: /dev/stdout: cannot be written: Bad file descriptor\n");
+}
+
+TEST(AtomicReplacementTest, RefusesAnOpenFileOfAnotherProcess) {
+    const TemporaryDirectory directory;
+    const std::string ppd = directory.write("a.ppd", kPlainPPD);
+    const std::string old = directory.write("old", "old");
+    const ToolRun run =
+        runCommand({"sh", "-c",
+                    "exec 3<>\"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+                    "--output /proc/$$/fd/3; exit $?",
+                    TKPPDUPDATING_TOOL, ppd, old});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_NE(run.errors.find("cannot be replaced: it is an open file"), std::string::npos)
+        << run.errors;
+    EXPECT_EQ(contentsOfFile(old), "old");
 }
 
 TEST(AtomicReplacementTest, LeavesTheOldFileAndNothingElseWhenTheDiskIsFull) {
