@@ -35,12 +35,11 @@ LineChains::Slot& LineChains::slotOf(std::uint32_t key) {
     return slots_[at];
 }
 
-LineChains::Chain* LineChains::find(std::uint64_t key) {
-    Slot& slot = slotOf(shortened(key));
-    return slot.key == kNoKey ? nullptr : &slot.chain;
+LineChains::LineID LineChains::first(std::uint64_t key) {
+    return slotOf(shortened(key)).first;
 }
 
-LineChains::Chain& LineChains::findOrAdd(std::uint64_t key) {
+LineChains::LineID& LineChains::findOrAdd(std::uint64_t key) {
     const std::uint32_t shortKey = shortened(key);
     Slot* slot = &slotOf(shortKey);
     if (slot->key == kNoKey) {
@@ -51,11 +50,11 @@ LineChains::Chain& LineChains::findOrAdd(std::uint64_t key) {
         slot->key = shortKey;
         ++usedSlots_;
     }
-    return slot->chain;
+    return slot->first;
 }
 
 void LineChains::grow() {
-    const auto isInUse = [](const Slot& slot) { return slot.chain.first != kNoLine; };
+    const auto isInUse = [](const Slot& slot) { return slot.first != kNoLine; };
     const auto inUse =
         static_cast<std::size_t>(std::count_if(slots_.begin(), slots_.end(), isInUse));
     // Chains that have become empty leave their room.

@@ -298,13 +298,15 @@ std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLookUp(std::string_view keywor
     return spec ? hashIgnoringCase(partBefore(*spec, ':', '/'), keyOfKeyword) : keyOfKeyword;
 }
 
-/// Puts the line into the chain behind `previous`, or first when that is no line.
-void OrbPPDLines::linkAfter(Chain& chain, LineID previous, LineID line) const {
-    LineID& nextOfPrevious = previous == kNoLine ? chain.first : lines_[previous].nextOfKey;
+/// Puts the line into the chain with that first line, behind `previous`, or first when that is no
+/// line.
+void OrbPPDLines::linkAfter(LineID& first, LineID previous, LineID line) const {
+    const LineID last = first == kNoLine ? line : lines_[first].previousOfKey;
+    LineID& nextOfPrevious = previous == kNoLine ? first : lines_[previous].nextOfKey;
     const LineID next = std::exchange(nextOfPrevious, line);
-    (next == kNoLine ? chain.last : lines_[next].previousOfKey) = line;
-    lines_[line].previousOfKey = previous;
+    lines_[line].previousOfKey = previous == kNoLine ? last : previous;
     lines_[line].nextOfKey = next;
+    lines_[next == kNoLine ? first : next].previousOfKey = line;
 }
 
 void OrbPPDLines::addToIndex(LineID line) const {
@@ -312,15 +314,15 @@ void OrbPPDLines::addToIndex(LineID line) const {
     if (!key) {
         return;
     }
-    Chain& chain = index_->findOrAdd(*key);
-    LineID previous = chain.last;
-    if (chain.first != kNoLine && comesBefore(line, chain.first)) {
-        previous = kNoLine;
+    LineID& first = index_->findOrAdd(*key);
+    LineID previous = kNoLine;
+    if (first != kNoLine && !comesBefore(line, first)) {
+        previous = lines_[first].previousOfKey;
+        while (!comesBefore(previous, line)) {
+            previous = lines_[previous].previousOfKey;
+        }
     }
-    while (previous != kNoLine && !comesBefore(previous, line)) {
-        previous = lines_[previous].previousOfKey;
-    }
-    linkAfter(chain, previous, line);
+    linkAfter(first, previous, line);
 }
 
 void OrbPPDLines::removeFromIndexes(LineID line) const {
@@ -334,10 +336,12 @@ void OrbPPDLines::removeFromIndexes(LineID line) const {
     if (!key) {
         return;
     }
-    Chain& chain = *index_->find(*key);
+    LineID& first = index_->findOrAdd(*key);
     const auto [previous, next] = std::pair(lines_[line].previousOfKey, lines_[line].nextOfKey);
-    (previous == kNoLine ? chain.first : lines_[previous].nextOfKey) = next;
-    (next == kNoLine ? chain.last : lines_[next].previousOfKey) = previous;
+    (line == first ? first : lines_[previous].nextOfKey) = next;
+    if (first != kNoLine) {
+        lines_[next == kNoLine ? first : next].previousOfKey = previous;
+    }
 }
 
 void OrbPPDLines::buildIndex() const {
@@ -345,8 +349,8 @@ void OrbPPDLines::buildIndex() const {
     for (const auto& block : blocks_) {
         for (const LineID line : block->lines) {
             if (const auto key = keyOfLine(lines_[line].text)) {
-                Chain& chain = index_->findOrAdd(*key);
-                linkAfter(chain, chain.last, line);
+                LineID& first = index_->findOrAdd(*key);
+                linkAfter(first, first == kNoLine ? kNoLine : lines_[first].previousOfKey, line);
             }
         }
     }
@@ -410,9 +414,7 @@ std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
     if (!index_ || !key) {
         return first(matches);
     }
-    const Chain* const chain = index_->find(*key);
-    for (LineID line = chain ? chain->first : kNoLine; line != kNoLine;
-         line = lines_[line].nextOfKey) {
+    for (LineID line = index_->first(*key); line != kNoLine; line = lines_[line].nextOfKey) {
         if (matches(lines_[line].text)) {
             return indexOf(line);
         }

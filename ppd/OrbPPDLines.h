@@ -56,7 +56,6 @@ class OrbPPDLines {
 
   private:
     using LineID = LineChains::LineID;
-    using Chain = LineChains::Chain;
     using Place = PrefixSums::Place;
     using Key = std::uint64_t;
     static constexpr LineID kNoLine = LineChains::kNoLine;
@@ -72,7 +71,8 @@ class OrbPPDLines {
     struct Line {
         std::string_view text;
         Block* block = nullptr;
-        /// The neighbours, in line order, with the same key; kept while there is an index.
+        /// The neighbours, in line order, with the same key; kept while there is an index. Before
+        /// the first one stands the last, so that the index need not keep it.
         LineID previousOfKey = kNoLine;
         LineID nextOfKey = kNoLine;
     };
@@ -98,7 +98,7 @@ class OrbPPDLines {
     template <typename Accepts>
     std::optional<std::size_t> firstOfColonKeyword(ColonKeywordIndex::Key key,
                                                    const Accepts& accepts) const;
-    void linkAfter(Chain& chain, LineID previous, LineID line) const;
+    void linkAfter(LineID& first, LineID previous, LineID line) const;
     void addToIndex(LineID line) const;
     void removeFromIndexes(LineID line) const;
 

@@ -16,9 +16,16 @@ void appendEscaped(std::string& printable, unsigned char byte) {
     printable += kDigits[byte & 0xFU];
 }
 
+/// Unicode Standard Annex 9: embeddings, overrides and isolates, which make the rest of a line
+/// appear in another order.
+bool changesDirection(char32_t codePoint) {
+    return (codePoint >= 0x202A && codePoint <= 0x202E) ||
+           (codePoint >= 0x2066 && codePoint <= 0x2069);
+}
+
 bool isControl(char32_t codePoint) {
     return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) || codePoint == 0x2028 ||
-           codePoint == 0x2029;
+           codePoint == 0x2029 || changesDirection(codePoint);
 }
 
 void writeLine(std::string_view place, std::string_view mark, std::string_view reason) {

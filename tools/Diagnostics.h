@@ -16,8 +16,9 @@ class Diagnostics {
     /// The same, marked as a warning.
     static void warning(std::string_view place, std::string_view reason);
 
-    /// The text with every control character and every byte that is not UTF-8 written as "\xNN", so
-    /// that a file name or a printer's text can neither begin a line nor steer a terminal.
+    /// The text with every control character, those that change the direction of a text among them,
+    /// and every byte that is not UTF-8 written as "\xNN", so that a file name or a printer's text
+    /// can neither begin a line nor steer a terminal nor make a line read as another.
     static std::string printable(std::string_view text);
 
     /// A device URI without the user name and password that may stand in it (RFC 3986: userinfo).

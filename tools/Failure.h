@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -10,11 +11,12 @@ namespace TkPPDUpdating {
 /// Ends a command: what the user is told, and the exit status.
 class Failure : public std::runtime_error {
   public:
-    /// `place` is the file or queue that it is about; empty when there is none. `reason` is one
-    /// phrase.
-    Failure(ExitStatus status, std::string place, const std::string& reason);
+    /// `place` is the file or queue that it is about, by the name that the user gave. `reason` is
+    /// one phrase.
+    Failure(ExitStatus status, const std::optional<std::string>& place, const std::string& reason);
 
     ExitStatus status() const { return status_; }
+    /// Empty when there is none; an empty name is shown as "".
     const std::string& place() const { return place_; }
 
   private:

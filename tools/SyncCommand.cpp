@@ -74,7 +74,8 @@ std::vector<std::string> SyncCommand::queuesToSync(const QueueScheduler& schedul
     std::string reason;
     const auto names = scheduler.queueNames(reason);
     if (!names) {
-        throw Failure(ExitStatus::noResult, server_, reason);
+        const auto place = server_.empty() ? std::nullopt : std::optional(server_);
+        throw Failure(ExitStatus::noResult, place, reason);
     }
     return *names;
 }

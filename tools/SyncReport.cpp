@@ -66,7 +66,7 @@ void SyncReport::add(const QueueSyncOutcome& outcome) {
     std::string text = options_.isJSON ? JSONForOutcome(outcome) : lineForOutcome(outcome);
     if (options_.isDiff && !options_.isJSON && isChange(outcome)) {
         text += unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,
-                            Terminal::standardOutputTakesColour());
+                            diffStyleForStandardOutput());
     }
     Terminal::clearProgress();
     StandardOutput::write(text);
@@ -105,8 +105,8 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
         object["reason"] = outcome.reason;
     }
     if (options_.isDiff && isChange(outcome)) {
-        object["diff"] =
-            unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after, false);
+        object["diff"] = unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,
+                                     DiffStyle::forPrograms);
     }
     // Bytes that are not UTF-8 would make it no JSON: they become U+FFFD.
     return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";

@@ -19,9 +19,13 @@ bool& progressIsShown() {
 
 }  // namespace
 
+bool Terminal::isBehindStandardOutput() {
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+
 bool Terminal::standardOutputTakesColour() {
     const auto environment = OrbCoreInterface::environment();
-    return ::isatty(STDOUT_FILENO) == 1 &&
+    return isBehindStandardOutput() &&
            environment->valueForVariable("NO_COLOR").value_or("").empty() &&
            environment->valueForVariable("TERM").value_or("dumb") != "dumb";
 }

@@ -4,6 +4,7 @@
 
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/Terminal.h"
 
 namespace TkPPDUpdating {
 
@@ -29,16 +30,17 @@ class GitLibrary {
 /// Receives hunks and lines and writes them down.
 class DiffWriter {
   public:
-    explicit DiffWriter(bool isColoured) : isColoured_(isColoured) {}
+    explicit DiffWriter(DiffStyle style)
+        : isColoured_(style == DiffStyle::colouredForTerminal),
+          isForTerminal_(style != DiffStyle::forPrograms) {}
 
     void addLine(std::string_view colour, std::string_view mark, std::string_view content) {
         const bool endsWithLineFeed = content.ends_with('\n');
         content.remove_suffix(endsWithLineFeed ? 1 : 0);
-        if (isColoured_ && !colour.empty()) {
-            text_.append(colour).append(mark).append(shown(content)).append(kPlain);
-        } else {
-            text_.append(mark).append(isColoured_ ? shown(content) : std::string(content));
-        }
+        const std::string_view start = isColoured_ ? colour : "";
+        text_.append(start).append(mark);
+        text_.append(isForTerminal_ ? shown(content) : std::string(content));
+        text_.append(start.empty() ? "" : kPlain);
         text_ += endsWithLineFeed ? "\n" : "";
     }
 
@@ -60,6 +62,7 @@ class DiffWriter {
     }
 
     bool isColoured_;
+    bool isForTerminal_;
     std::string text_;
 };
 
@@ -119,12 +122,20 @@ std::string nameInHeader(const std::string& name) {
 
 }  // namespace
 
+DiffStyle diffStyleForStandardOutput() {
+    if (!Terminal::isBehindStandardOutput()) {
+        return DiffStyle::forPrograms;
+    }
+    return Terminal::standardOutputTakesColour() ? DiffStyle::colouredForTerminal
+                                                 : DiffStyle::forTerminal;
+}
+
 std::string unifiedDiff(const std::string& name, std::string_view before, std::string_view after,
-                        bool isColoured) {
+                        DiffStyle style) {
     if (before == after) {
         return {};
     }
-    DiffWriter writer(isColoured);
+    DiffWriter writer(style);
     writer.addLine(kBold, "--- ", nameInHeader(name) + "\n");
     writer.addLine(kBold, "+++ ", nameInHeader(name) + "\n");
 

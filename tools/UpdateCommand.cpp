@@ -5,7 +5,6 @@
 #include "tools/AtomicReplacement.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
-#include "tools/Terminal.h"
 #include "tools/UnifiedDiff.h"
 
 namespace TkPPDUpdating {
@@ -69,8 +68,7 @@ void UpdateCommand::failWithReason() const {
 
 void UpdateCommand::writeResult(const std::string& before, const std::string& after) const {
     if (isDiff_) {
-        StandardOutput::write(
-            unifiedDiff(file_, before, after, Terminal::standardOutputTakesColour()));
+        StandardOutput::write(unifiedDiff(file_, before, after, diffStyleForStandardOutput()));
     }
     if (isInPlace_) {
         if (after != before) {

@@ -22,6 +22,18 @@ using namespace TkPPDUpdating;
 
 constexpr const char* kVersion = "tkppdupdate " TKPPDUPDATING_VERSION;
 
+/// Raises what is wrong with the arguments, with a hint at the help that tells better.
+[[noreturn]] void throwUsageError(const CLI::App& application, const std::string& complaint) {
+    const auto named = application.get_subcommands();
+    const std::string command = named.empty() ? "" : named.front()->get_name() + " ";
+    // Where an unknown subcommand is named, the parser complains of a missing one.
+    const auto unknown = application.remaining();
+    const std::string cause =
+        named.empty() && !unknown.empty() ? CLI::ExtrasError(unknown).what() : complaint;
+    throw Failure(ExitStatus::usage, std::nullopt,
+                  cause + " (\"tkppdupdate " + command + "--help\" tells the usage)");
+}
+
 ExitStatus parseAndRun(int argumentCount, char** arguments) {
     CLI::App application("Keeps the PPD of a CUPS print queue in step with its printer",
                          "tkppdupdate");
@@ -40,6 +52,11 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status});
 #endif
 
+    // After the subcommands, which would take it over.
+    application.footer(
+        "\"tkppdupdate SUBCOMMAND --help\" tells its options; the manual page tkppdupdate(1) tells "
+        "the rest.");
+
     try {
         application.parse(argumentCount, arguments);
     } catch (const CLI::CallForHelp&) {
@@ -49,15 +66,14 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
         StandardOutput::write(std::string(kVersion) + "\n");
         return ExitStatus::done;
     } catch (const CLI::ParseError& error) {
-        throw Failure(ExitStatus::usage, "",
-                      std::string(error.what()) + " (\"tkppdupdate --help\" tells the usage)");
+        throwUsageError(application, error.what());
     }
     for (Command* command : commands) {
         if (command->wasChosen()) {
             return command->run();
         }
     }
-    throw Failure(ExitStatus::usage, "", "no command is named");
+    throwUsageError(application, "A subcommand is required");
 }
 
 ExitStatus runReportingFailures(int argumentCount, char** arguments) {

@@ -243,6 +243,7 @@ TEST(StringsFileReader, MalformedTextIsNoDictionary) {
         "\"a\"\"b\" = c;",
         "a = \"b\" = c;",
         "a = b; /* not closed",
+        "a = b; /*/",
         "a = \"b\" /* not closed;",
         "a = \"b\" // c;",
     });

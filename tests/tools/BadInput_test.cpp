@@ -75,6 +75,14 @@ TEST(BadInputTest, AFileThatDoesNotExistEndsWithOneLine) {
     EXPECT_EQ(contentsOfFile(output), "old");
 }
 
+TEST(BadInputTest, AnEmptyNameIsShownAsOne) {
+    EXPECT_EQ(runTool({"update", "", "--device-uri", "file:x"}).errors,
+              "tkppdupdate: \"\": No such file or directory\n");
+    EXPECT_EQ(runTool({"updaters", ""}).errors, "tkppdupdate: \"\": No such file or directory\n");
+    EXPECT_EQ(runTool({"values", "--queue", "", "--device-uri", "file:x"}).errors,
+              "tkppdupdate: \"\": cannot be the name of a queue\n");
+}
+
 TEST(BadInputTest, ADirectoryEndsWithOneLine) {
     const TemporaryDirectory directory;
     const ToolRun run =

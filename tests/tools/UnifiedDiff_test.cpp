@@ -34,7 +34,7 @@ std::string numberedLines(int count, const std::string& ending = "\n") {
 }
 
 TEST(UnifiedDiffTest, IsEmptyForEqualTexts) {
-    EXPECT_EQ(unifiedDiff("a.ppd", "a\n", "a\n", false), "");
+    EXPECT_EQ(unifiedDiff("a.ppd", "a\n", "a\n", DiffStyle::forPrograms), "");
 }
 
 TEST(UnifiedDiffTest, ShowsThreeLinesOfContextAroundEachChange) {
@@ -42,7 +42,7 @@ TEST(UnifiedDiffTest, ShowsThreeLinesOfContextAroundEachChange) {
     std::string after = before;
     after.replace(after.find("*Line 5\n"), 8, "*Line five\n");
     after.replace(after.find("*Line 20\n"), 9, "");
-    EXPECT_EQ(unifiedDiff("a.ppd", before, after, false),
+    EXPECT_EQ(unifiedDiff("a.ppd", before, after, DiffStyle::forPrograms),
               "--- a.ppd\n+++ a.ppd\n"
               "@@ -2,7 +2,7 @@\n *Line 2\n *Line 3\n *Line 4\n-*Line 5\n+*Line five\n *Line 6\n"
               " *Line 7\n *Line 8\n"
@@ -50,11 +50,11 @@ TEST(UnifiedDiffTest, ShowsThreeLinesOfContextAroundEachChange) {
 }
 
 TEST(UnifiedDiffTest, TellsOfAMissingLastLineFeed) {
-    EXPECT_EQ(unifiedDiff("a.ppd", "a", "a\n", false),
+    EXPECT_EQ(unifiedDiff("a.ppd", "a", "a\n", DiffStyle::forPrograms),
               "--- a.ppd\n+++ a.ppd\n@@ -1,1 +1,1 @@\n-a\n\\ No newline at end of file\n+a\n");
-    EXPECT_EQ(unifiedDiff("a.ppd", "a\n", "a", false),
+    EXPECT_EQ(unifiedDiff("a.ppd", "a\n", "a", DiffStyle::forPrograms),
               "--- a.ppd\n+++ a.ppd\n@@ -1,1 +1,1 @@\n-a\n+a\n\\ No newline at end of file\n");
-    EXPECT_EQ(unifiedDiff("a.ppd", "a\nz", "b\nz", false),
+    EXPECT_EQ(unifiedDiff("a.ppd", "a\nz", "b\nz", DiffStyle::forPrograms),
               "--- a.ppd\n+++ a.ppd\n@@ -1,2 +1,2 @@\n-a\n+b\n z\n\\ No newline at end of file\n");
 }
 
@@ -75,8 +75,9 @@ TEST(UnifiedDiffTest, PatchMakesTheNewTextOfTheOld) {
                           {numberedLines(1000), numberedLines(300) + "new\n" + numberedLines(200)},
                           {numberedLines(50, "\r\n"), numberedLines(60, "\r\n")}};
     for (const auto& [before, after] : cases) {
-        EXPECT_EQ(patched(before, unifiedDiff("a.ppd", before, after, false)), after)
-            << unifiedDiff("a.ppd", before, after, false);
+        EXPECT_EQ(patched(before, unifiedDiff("a.ppd", before, after, DiffStyle::forPrograms)),
+                  after)
+            << unifiedDiff("a.ppd", before, after, DiffStyle::forPrograms);
     }
 }
 
@@ -90,32 +91,47 @@ TEST(UnifiedDiffTest, PatchMakesTheNewTextOfRandomEdits) {
             before += random() % 10 == 0 ? "" : text;
             after += random() % 10 == 0 ? "" : text;
         }
-        EXPECT_EQ(patched(before, unifiedDiff("a.ppd", before, after, false)), after)
+        EXPECT_EQ(patched(before, unifiedDiff("a.ppd", before, after, DiffStyle::forPrograms)),
+                  after)
             << "seed " << seed;
     }
 }
 
 TEST(UnifiedDiffTest, PatchFindsAFileWithAnUnusualName) {
     for (const std::string name : {"my printer.ppd", "M\xC3\xA9tro.ppd", "a\"b.ppd", "a\\b.ppd"}) {
-        EXPECT_EQ(patched("a\n", unifiedDiff(name, "a\n", "b\n", false), name), "b\n") << name;
+        EXPECT_EQ(patched("a\n", unifiedDiff(name, "a\n", "b\n", DiffStyle::forPrograms), name),
+                  "b\n")
+            << name;
     }
 }
 
 TEST(UnifiedDiffTest, KeepsANameWithALineFeedInItsHeaderLine) {
-    const std::string diff = unifiedDiff("a\nb.ppd", "a\n", "b\n", false);
+    const std::string diff = unifiedDiff("a\nb.ppd", "a\n", "b\n", DiffStyle::forPrograms);
     EXPECT_TRUE(diff.starts_with("--- \"a\\012b.ppd\"\n+++ \"a\\012b.ppd\"\n")) << diff;
 }
 
 TEST(UnifiedDiffTest, ColoursRemovedAndAddedLinesForATerminal) {
-    EXPECT_EQ(unifiedDiff("a.ppd", "a\nb\n", "a\nc", true),
+    EXPECT_EQ(unifiedDiff("a.ppd", "a\nb\n", "a\nc", DiffStyle::colouredForTerminal),
               "\033[1m--- a.ppd\033[0m\n\033[1m+++ a.ppd\033[0m\n\033[36m@@ -1,2 +1,2 @@\033[0m\n"
               " a\n\033[31m-b\033[0m\n\033[32m+c\033[0m\n\\ No newline at end of file\n");
 }
 
 TEST(UnifiedDiffTest, SendsNoControlCharacterOfATextToATerminal) {
-    const std::string diff = unifiedDiff("a.ppd", "\033]0;x\a\tb\n", "\033[2J\tc\r\n", true);
-    EXPECT_NE(diff.find("-\\x1B]0;x\\x07\tb"), std::string::npos) << diff;
-    EXPECT_NE(diff.find("+\\x1B[2J\tc\\x0D"), std::string::npos) << diff;
+    for (const DiffStyle style : {DiffStyle::forTerminal, DiffStyle::colouredForTerminal}) {
+        const std::string diff = unifiedDiff("a.ppd", "\033]0;x\a\tb\n", "\033[2J\tc\r\n", style);
+        EXPECT_NE(diff.find("-\\x1B]0;x\\x07\tb"), std::string::npos) << diff;
+        EXPECT_NE(diff.find("+\\x1B[2J\tc\\x0D"), std::string::npos) << diff;
+    }
+}
+
+TEST(UnifiedDiffTest, SendsNoEscapeSequenceToATerminalWithoutColour) {
+    const std::string diff = unifiedDiff("a.ppd", "\033[2Ja\n",
+                                         "\xC2\x9B"
+                                         "31mb\n",
+                                         DiffStyle::forTerminal);
+    EXPECT_EQ(diff,
+              "--- a.ppd\n+++ a.ppd\n@@ -1,1 +1,1 @@\n-\\x1B[2Ja\n+\\xC2\\x9B"
+              "31mb\n");
 }
 
 TEST(UnifiedDiffTest, TakesLittleTimeForALargeTextThatChangesThroughout) {
@@ -128,7 +144,7 @@ TEST(UnifiedDiffTest, TakesLittleTimeForALargeTextThatChangesThroughout) {
         before += "*Common: \"\"\n*Common: \"\"\n";
     }
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(unifiedDiff("a.ppd", before, after, false).empty());
+    EXPECT_FALSE(unifiedDiff("a.ppd", before, after, DiffStyle::forPrograms).empty());
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 

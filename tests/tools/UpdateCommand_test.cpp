@@ -141,6 +141,23 @@ TEST_F(UpdateCommandTest, ColoursTheDiffOnATerminalUnlessNoColorIsSet) {
     EXPECT_EQ(onTerminal({{"TERM", "dumb"}}).find('\033'), std::string::npos);
 }
 
+TEST_F(UpdateCommandTest, SendsNoControlCharacterOfThePPDToATerminalEvenWithoutColour) {
+    std::string text(kSmallPPD);
+    text.insert(text.find('\n') + 1, "*Evil: \"\033]0;title\a\"\n");
+    const std::string ppd = directory_.write("evil.ppd", text);
+    const std::string command = std::string(TKPPDUPDATING_TOOL) + " update '" + ppd +
+                                "' --device-uri '" + deviceURI_ + "' --diff";
+    for (const char* variable : {"NO_COLOR=1", "TERM=dumb"}) {
+        const std::string output =
+            runCommand({"script", "-qec", std::string(variable) + " " + command, "/dev/null"},
+                       {.environment = {{"TERM", "xterm"}}})
+                .output;
+        EXPECT_NE(output.find("+*DefaultZrAutoDuplexerInstalled: True"), std::string::npos);
+        EXPECT_NE(output.find("*Evil: \"\\x1B]0;title\\x07\""), std::string::npos) << output;
+        EXPECT_EQ(output.find('\033'), std::string::npos) << variable;
+    }
+}
+
 TEST_F(UpdateCommandTest, RunsOnlyTheNamedClasses) {
     EXPECT_EQ(update({"--only", "OrbPPDDuplexerInstalledUpdater"}).output, kSmallPPDWithDuplexer);
     EXPECT_EQ(update({"--only", "OrbPPDPenConfigUpdater"}).output, kSmallPPD);

@@ -66,14 +66,27 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.testName; });
 
 TEST(UsageTest, HelpGoesToStandardOutput) {
-    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
-             {"--help"}, {"update", "--help"}, {"values", "--help"}, {"updaters", "--help"}}) {
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"--help"},
+                                               {"update", "--help"},
+                                               {"values", "--help"},
+                                               {"updaters", "--help"},
+                                               {"status", "--help"}}) {
         const ToolRun run = runTool(arguments);
         EXPECT_EQ(run.exitStatus, 0);
         EXPECT_NE(run.output.find("Usage: tkppdupdate"), std::string::npos) << run.output;
         EXPECT_EQ(run.errors, "");
     }
     EXPECT_NE(runTool({"update", "--help"}).output.find("--require-device"), std::string::npos);
+}
+
+TEST(UsageTest, AnUnknownCommandIsNamed) {
+    EXPECT_NE(runTool({"upgrade"}).errors.find("upgrade"), std::string::npos);
+}
+
+TEST(UsageTest, AnErrorPointsToTheHelpOfItsCommand) {
+    EXPECT_NE(runTool({"values"}).errors.find("\"tkppdupdate values --help\""), std::string::npos);
+    EXPECT_NE(runTool({}).errors.find("\"tkppdupdate --help\""), std::string::npos);
 }
 
 TEST(UsageTest, VersionIsTheProjects) {
