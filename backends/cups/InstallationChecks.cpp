@@ -75,7 +75,8 @@ bool declaresOption(std::string_view lines, std::string_view option) {
 
 std::optional<std::string> reasonDefaultIsLost(const PPDModelFile& before,
                                                const PPDModelFile& after, std::string_view option) {
-    const auto was = before.optionForName(option)->defaultChoiceName();
+    const OrbPPDOption* had = before.optionForName(option);
+    const auto was = had->defaultChoiceName();
     if (!was) {
         return std::nullopt;
     }
@@ -84,7 +85,8 @@ std::optional<std::string> reasonDefaultIsLost(const PPDModelFile& before,
         return std::nullopt;
     }
     const auto is = kept ? kept->defaultChoiceName() : std::nullopt;
-    return is == was ? std::nullopt
+    const bool hasChoice = is == was && (!had->choiceForName(*was) || kept->choiceForName(*was));
+    return hasChoice ? std::nullopt
                      : std::optional("the default of " + std::string(option) +
                                      " would be lost, which belongs to the user");
 }

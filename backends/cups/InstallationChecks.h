@@ -22,8 +22,9 @@ class InstallationChecks {
     /// Why `after` may not be installed, or nothing when it may: it has a line that begins with
     /// cupsFilter, cupsPreFilter, cupsPortMonitor, APPrinterPreset or FoomaticRIP, which name
     /// programs to run, and that `before` has not; or the default of an option that is not in
-    /// `owned` is another, or gone. An option of the two-sided printing group may go as a whole,
-    /// which is how the capability updaters take the duplex unit away.
+    /// `owned` is another, or gone, or names a choice that is gone. An option of the two-sided
+    /// printing group may go as a whole, which is how the capability updaters take the duplex unit
+    /// away.
     static std::optional<std::string> reasonNotToInstall(
         const PPDModelFile& before, const PPDModelFile& after,
         const std::set<std::string, std::less<>>& owned);

@@ -6,9 +6,11 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <new>
 #include <string>
 #include <thread>
 
+#include "backends/cups/HTTPTalk.h"
 #include "backends/cups/IPPDeviceStatus.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/TkCSKeys.h"
@@ -538,6 +540,18 @@ TEST(HostilePrinters, AnEncryptedSchemeIsEncryptedInCapitalsToo) {
     isPlain = false;
     EXPECT_EQ(askShortly("IPPS" + printer.URI().substr(3)).status, nullptr);
     EXPECT_FALSE(isPlain);
+}
+
+TEST(HTTPTalk, WhatTheTalkRaisesIsRaisedToItsCaller) {
+    HostileIPPResponder peer([](const ResponderConnection& c) { c.waitForClose(); });
+    const HTTPOpening opening = [port = peer.port()](std::string& reason) {
+        return openedConnection("127.0.0.1", port, HTTP_ENCRYPTION_IF_REQUESTED, reason);
+    };
+    std::string error;
+    EXPECT_THROW(talkOverHTTP(
+                     opening, std::chrono::seconds(20),
+                     [](http_t* /*connection*/) { throw std::bad_alloc(); }, error),
+                 std::bad_alloc);
 }
 
 TEST(HostilePrinters, AskingManyAtOnceKeepsThemApart) {

@@ -258,6 +258,20 @@ TEST_F(RealQueueSync, APPDThatIsNotUTF8IsAFailureAndStays) {
     EXPECT_EQ(installedPPD(), latin);
 }
 
+TEST_F(RealQueueSync, TheSourceOfQueuesPPDsTellsNoPPDFromNoAnswer) {
+    startWithQueue();
+    const auto source = queuePPDSource(std::make_shared<const CUPSScheduler>(real_->server()));
+    std::string reason;
+    const auto known = source("office", reason);
+    ASSERT_TRUE(known && *known) << reason;
+    EXPECT_EQ(**known, installedPPD());
+    const auto unknown = source("nobody", reason);
+    ASSERT_TRUE(unknown.has_value()) << reason;
+    EXPECT_EQ(*unknown, nullptr);
+    real_->stop();
+    EXPECT_FALSE(source("office", reason).has_value());
+}
+
 TEST_F(RealQueueSync, APPDLongerThanTheLimitIsAFailure) {
     startWithQueue();
     const CUPSScheduler impatient(real_->server(), {std::chrono::seconds(30), 1000});

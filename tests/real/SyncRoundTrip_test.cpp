@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <sstream>
 #include <string>
 #include <thread>
 
@@ -101,6 +102,36 @@ TEST_F(SyncRoundTrip, ThePrintersAccessoriesBecomeTheQueuesDefaultsAndGoAgain) {
     EXPECT_THAT(shownOption("inkjet", "ZrLowerTrayInstalled"), HasSubstr("*False"));
 
     EXPECT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*PhotoGlossy"));
+}
+
+TEST_F(SyncRoundTrip, NothingElseOfTheQueueMoves) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("office", printer.URI(), kOfficePPD);
+    for (const std::vector<std::string>& change : std::vector<std::vector<std::string>>{
+             {"lpadmin", "-p", "office", "-L", "Room 1", "-D", "The office's"},
+             {"lpadmin", "-p", "office", "-o", "number-up-default=2"},
+             {"lpadmin", "-p", "office", "-o", "printer-is-shared=false", "-u", "deny:mallory"},
+             {"cupsdisable", "office"},
+             {"cupsreject", "office"}}) {
+        ASSERT_EQ(scheduler_->runClient(change).exitStatus, 0) << change.front();
+    }
+    const auto described = [this] {
+        std::vector<std::string> words;
+        std::istringstream options(
+            scheduler_->runClient({"lpoptions", "-p", "office"}).standardOutput);
+        for (std::string word; options >> word;) {
+            // The scheduler sets them itself when it takes a PPD.
+            if (!word.starts_with("printer-state-reasons=") && !word.starts_with("printer-type=")) {
+                words.push_back(word);
+            }
+        }
+        return words;
+    };
+    const auto before = described();
+    ASSERT_THAT(before, testing::IsSupersetOf({"number-up=2", "printer-is-accepting-jobs=false",
+                                               "printer-is-shared=false", "printer-state=5"}));
+    ASSERT_THAT(sync({"office"}).standardOutput, HasSubstr("office: updated: "));
+    EXPECT_EQ(described(), before);
 }
 
 TEST_F(SyncRoundTrip, ASecondRunInstallsNothing) {

@@ -66,6 +66,21 @@ TEST(InstallationChecks, TheUsersDefaultMayNotGo) {
               "the default of MediaType would be lost, which belongs to the user");
 }
 
+TEST(InstallationChecks, TheChoiceThatIsTheUsersDefaultMayNotGo) {
+    EXPECT_EQ(reasonFor(replaced(kBefore, "*MediaType Plain/Plain: \"\"\n", "")),
+              "the default of MediaType would be lost, which belongs to the user");
+}
+
+TEST(InstallationChecks, AChoiceThatIsNoDefaultMayGo) {
+    EXPECT_EQ(reasonFor(replaced(kBefore, "*MediaType Photo/Photo: \"\"\n", "")), std::nullopt);
+}
+
+TEST(InstallationChecks, ADefaultThatNamedNoChoiceMayStay) {
+    const auto PPD = PPDModelFile::fileWithText(
+        makePPDText(replaced(kBefore, "*DefaultMediaType: Plain", "*DefaultMediaType: Unknown")));
+    EXPECT_EQ(InstallationChecks::reasonNotToInstall(*PPD, *PPD, {}), std::nullopt);
+}
+
 TEST(InstallationChecks, TheTwoSidedGroupMayGoAsAWhole) {
     const std::string text = kBefore;
     const std::size_t group = text.find("*OpenGroup: ZrTwoSidedPrinting");
