@@ -80,7 +80,7 @@ TEST(PPDTextFile, ADirectoryIsNoText) {
 }
 
 TEST(PPDTextFile, ADeviceIsNoText) {
-    refusal("/dev/null");
+    refusal("/dev/full");
     refusal("/dev/zero");
 }
 
