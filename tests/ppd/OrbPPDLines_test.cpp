@@ -169,6 +169,47 @@ TEST(OrbPPDLines, TakesTensOfThousandsOfLookUpsOfKeywordsWithAColon) {
     }
 }
 
+TEST(OrbPPDLines, FindsSpecsWithColonsAndSlashesThroughEdits) {
+    auto lines = linesOfText(
+        "*Key a: 0\n*Key a:b/T: 1\n*KEY   A:B: 2\n*Key a/b:c/d: 3\n*a:b.Key x:y/T: 4\n*Key a:b\n");
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a", std::nullopt), 0U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), 1U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", "2"), 2U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a/b", std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a/b:c", std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a/b:c/d", std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", std::nullopt), 4U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x:y", std::nullopt), 4U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:", std::nullopt), std::nullopt);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:c", std::nullopt), std::nullopt);
+    }
+    lines.insert(0, "*Key A:B: 12");
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), 0U);
+    lines.erase(0, 3);
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), 0U);
+    lines.erase(0, 1);
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), std::nullopt);
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a/b", std::nullopt), 0U);
+}
+
+TEST(OrbPPDLines, TakesTensOfThousandsOfLookUpsOfSpecsThatBeginAlike) {
+    constexpr std::size_t kCount = 50'000;
+    for (const std::string language : {"", "a:b."}) {
+        std::string text;
+        for (std::size_t i = 0; i < kCount; ++i) {
+            text += "*" + language + "Key a:b/" + std::to_string(i) + "/T: 12\n";
+        }
+        const auto lines = linesOfText(text);
+        for (std::size_t i = 0; i < kCount; ++i) {
+            const std::string spec = "a:b/" + std::to_string(i);
+            ASSERT_EQ(lines.indexOfAttribute(language + "Key", spec, std::nullopt), i);
+            ASSERT_EQ(lines.indexOfAttribute(language + "Key", spec + "x", std::nullopt),
+                      std::nullopt);
+        }
+    }
+}
+
 TEST(OrbPPDLines, TakesTensOfThousandsOfValuesThatNeverEnd) {
     constexpr std::size_t kCount = 100'000;
     const auto lines = linesOfText("*End\n" + std::string(kCount, '\n'));

@@ -13,20 +13,20 @@
 
 namespace TkPPDUpdating {
 
-/// Finds the lines that a look-up by a keyword with a colon in it can match.
+/// Finds the lines that a look-up can match whose keyword holds a colon or whose spec holds a colon
+/// or a slash, the signs that end a keyword and a spec.
 ///
-/// No PPD has such a keyword, but a language code in "cupsLanguages" with a colon makes one of the
-/// keyword of each translation, and a hostile PPD lists thousands. A line has as many of these
-/// keywords as it has colons before the first space, all of which are kept, so that such a look-up
-/// need not read the PPD either. Only lines where something follows the first colon directly have
-/// any.
-class ColonKeywordIndex {
+/// No PPD needs such look-ups by the thousand, but a hostile one can cause them: by its language
+/// codes, which become part of the keywords of translations, and by the names of custom media
+/// types. Read by themselves, the lines do not tell where such a keyword or spec ends, so every
+/// place where one can end makes a key of its own.
+class SeparatorIndex {
   public:
     using LineID = LineChains::LineID;
     using Key = std::uint64_t;
 
-    /// The key of a look-up; nothing when this index does not tell (the keyword has no colon, only
-    /// one at its end, or a space).
+    /// The key of a look-up; nothing when this index does not tell: neither keyword nor spec has
+    /// such a sign, or the keyword has a space or only one colon, at its end.
     static std::optional<Key> keyOfLookUp(std::string_view keyword,
                                           std::optional<std::string_view> spec);
 
