@@ -188,7 +188,9 @@ void OrbPPDLines::insert(std::size_t index, std::string_view line) {
     }
     ++size_;
     if (separatorIndex_) {
-        separatorIndex_->add(id, lines_[id].text, order());
+        separatorIndex_->add(id, lines_[id].text, [this](LineID left, LineID right) {
+            return comesBefore(left, right);
+        });
     }
     // An index is not kept up while most of the lines are being written: few look-ups follow that,
     // and making it again, should many follow, costs no more.
@@ -327,7 +329,7 @@ void OrbPPDLines::addToIndex(LineID line) const {
 
 void OrbPPDLines::removeFromIndexes(LineID line) const {
     if (separatorIndex_) {
-        separatorIndex_->remove(line, lines_[line].text, order());
+        separatorIndex_->remove(line, lines_[line].text);
     }
     if (!index_) {
         return;
@@ -357,10 +359,11 @@ void OrbPPDLines::buildIndex() const {
 }
 
 void OrbPPDLines::buildSeparatorIndex() const {
+    const auto isBefore = [](LineID /*left*/, LineID /*right*/) { return false; };
     separatorIndex_.emplace();
     for (const auto& block : blocks_) {
         for (const LineID line : block->lines) {
-            separatorIndex_->add(line, lines_[line].text, order());
+            separatorIndex_->add(line, lines_[line].text, isBefore);
         }
     }
 }
@@ -389,10 +392,9 @@ std::optional<std::size_t> OrbPPDLines::firstInIndexes(std::string_view keyword,
             buildSeparatorIndex();
         }
         if (separatorIndex_) {
-            const auto lines = separatorIndex_->find(*separatorKey);
-            const auto line = std::find_if(lines.begin(), lines.end(),
-                                           [&](LineID each) { return accepts(lines_[each].text); });
-            return line == lines.end() ? std::nullopt : std::optional(indexOf(*line));
+            const auto line = separatorIndex_->find(
+                *separatorKey, [&](LineID each) { return accepts(lines_[each].text); });
+            return line ? std::optional(indexOf(*line)) : std::nullopt;
         }
     }
     const auto acceptsOrCounts = [&](std::string_view line) {

@@ -85,9 +85,6 @@ class OrbPPDLines {
     LineID addLine(std::string_view line, Block& block);
     std::size_t indexOf(LineID line) const;
     bool comesBefore(LineID left, LineID right) const;
-    auto order() const {
-        return [this](LineID left, LineID right) { return comesBefore(left, right); };
-    }
     void splitBlock(std::size_t position);
     void renumberBlocksFrom(std::size_t position);
     void sumBlocks();

@@ -1,6 +1,7 @@
 #include "ppd/SeparatorIndex.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ppd/CaseFolding.h"
 #include "ppd/PPDConstants.h"
@@ -68,10 +69,26 @@ std::vector<SeparatorIndex::Key> SeparatorIndex::keysOfLine(std::string_view lin
     return keys;
 }
 
-std::span<const SeparatorIndex::LineID> SeparatorIndex::find(Key key) const {
-    const auto found = lines_.find(key);
-    return found == lines_.end() ? std::span<const LineID>()
-                                 : std::span(found->second.IDs).subspan(found->second.gone);
+void SeparatorIndex::link(EntryID& first, EntryID previous, LineID line) {
+    const auto entry = static_cast<EntryID>(entries_.size());
+    const EntryID last = first == kNoEntry ? entry : entries_[first].previous;
+    EntryID& nextOfPrevious = previous == kNoEntry ? first : entries_[previous].next;
+    const EntryID next = std::exchange(nextOfPrevious, entry);
+    entries_.push_back({line, previous == kNoEntry ? last : previous, next});
+    entries_[next == kNoEntry ? first : next].previous = entry;
+}
+
+void SeparatorIndex::remove(LineID line, std::string_view text) {
+    EntryID entry = entriesOfLine_[line];
+    for (const Key key : keysOfLine(text)) {
+        EntryID& first = chains_.findOrAdd(key);
+        const Entry removed = entries_[entry];
+        (entry == first ? first : entries_[removed.previous].next) = removed.next;
+        if (first != kNoEntry) {
+            entries_[removed.next == kNoEntry ? first : removed.next].previous = removed.previous;
+        }
+        ++entry;
+    }
 }
 
 }  // namespace TkPPDUpdating

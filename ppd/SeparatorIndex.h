@@ -1,12 +1,10 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
-#include <span>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "ppd/LineChains.h"
@@ -30,52 +28,65 @@ class SeparatorIndex {
     static std::optional<Key> keyOfLookUp(std::string_view keyword,
                                           std::optional<std::string_view> spec);
 
-    /// Adds a line. `comesBefore` tells of two lines whether the first stands before the second.
+    /// Adds a line. `comesBefore` tells of two lines whether the first stands before the second;
+    /// false is a quick answer to that while all lines are added in their order.
     template <typename ComesBefore>
     void add(LineID line, std::string_view text, const ComesBefore& comesBefore) {
-        for (const Key key : keysOfLine(text)) {
-            Lines& lines = lines_[key];
-            const auto place =
-                lines.IDs.empty() || comesBefore(lines.IDs.back(), line)
-                    ? lines.IDs.end()
-                    : std::lower_bound(lines.begin(), lines.IDs.end(), line, comesBefore);
-            lines.IDs.insert(place, line);
+        if (entriesOfLine_.size() <= line) {
+            entriesOfLine_.resize(line + std::size_t{1});
+        }
+        const std::vector<Key> keys = keysOfLine(text);
+        entriesOfLine_[line] = static_cast<EntryID>(entries_.size());
+        for (const Key key : keys) {
+            EntryID& first = chains_.findOrAdd(key);
+            EntryID previous = kNoEntry;
+            if (first != kNoEntry && !comesBefore(line, entries_[first].line)) {
+                previous = entries_[first].previous;
+                while (comesBefore(line, entries_[previous].line)) {
+                    previous = entries_[previous].previous;
+                }
+            }
+            link(first, previous, line);
         }
     }
 
-    /// Removes a line, which stands in its place still.
-    template <typename ComesBefore>
-    void remove(LineID line, std::string_view text, const ComesBefore& comesBefore) {
-        for (const Key key : keysOfLine(text)) {
-            Lines& lines = lines_[key];
-            const auto place = std::lower_bound(lines.begin(), lines.IDs.end(), line, comesBefore);
-            if (place == lines.begin()) {
-                ++lines.gone;  // The first goes most often.
-                if (lines.gone == lines.IDs.size()) {
-                    lines_.erase(key);
-                }
-            } else {
-                lines.IDs.erase(place);
+    /// Removes a line, which was added with that text.
+    void remove(LineID line, std::string_view text);
+
+    /// The first line, in line order, that `accepts` takes of those that can match a look-up with
+    /// that key; nothing when there is none.
+    template <typename Accepts>
+    std::optional<LineID> find(Key key, const Accepts& accepts) {
+        for (EntryID entry = chains_.first(key); entry != kNoEntry; entry = entries_[entry].next) {
+            if (accepts(entries_[entry].line)) {
+                return entries_[entry].line;
             }
         }
+        return std::nullopt;
     }
 
-    /// The lines that can match a look-up with that key, in line order. Valid until the next edit.
-    std::span<const LineID> find(Key key) const;
-
   private:
-    struct Lines {
-        std::vector<LineID> IDs;
-        std::size_t gone = 0;
+    using EntryID = LineChains::LineID;
+    static constexpr EntryID kNoEntry = LineChains::kNoLine;
 
-        std::vector<LineID>::iterator begin() {
-            return IDs.begin() + static_cast<std::ptrdiff_t>(gone);
-        }
+    /// A line under one of its keys. Before the first entry of a chain stands the last.
+    struct Entry {
+        LineID line = 0;
+        EntryID previous = kNoEntry;
+        EntryID next = kNoEntry;
     };
 
     static std::vector<Key> keysOfLine(std::string_view line);
 
-    std::unordered_map<Key, Lines> lines_;
+    void link(EntryID& first, EntryID previous, LineID line);
+
+    /// From keys to entries.
+    LineChains chains_{0};
+    /// Those of one line stand together, in the order of its keys. The ones of removed lines stay:
+    /// so does the text of lines that were written.
+    std::deque<Entry> entries_;
+    /// By line, the first of them.
+    std::vector<EntryID> entriesOfLine_;
 };
 
 }  // namespace TkPPDUpdating
