@@ -334,17 +334,32 @@ TEST(HostilePrinters, AnIPPErrorIsNoStatus) {
     EXPECT_EQ(ask(printer.URI()).error, "the printer answers client-error-not-found");
 }
 
+TEST(HostilePrinters, EveryCodeOfSuccessGivesTheStatus) {
+    // RFC 8011, appendix B: 0x0000 to 0x00FF.
+    for (const std::uint16_t code : std::array<std::uint16_t, 6>{0, 1, 2, 3, 7, 0x00FF}) {
+        IPPBytes bytes(code);
+        HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+        EXPECT_TRUE(hasDuplexer(ask(printer.URI()))) << code;
+    }
+    IPPBytes bytes(0x0100);
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    EXPECT_EQ(ask(printer.URI()).status, nullptr);
+}
+
 TEST(HostilePrinters, APrinterOfIPP11IsAskedInItsVersion) {
-    std::atomic<int> requests{0};
-    HostileIPPResponder printer([&](const ResponderConnection& c) {
-        while (c.readRequest()) {
-            // 0x0503: server-error-version-not-supported.
-            c.send(HostileIPPResponder::HTTPAnswer(requests++ == 0 ? IPPBytes(0x0503).end()
-                                                                   : decentAnswer()));
-        }
-    });
-    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
-    EXPECT_EQ(requests, 2);
+    // server-error-version-not-supported, and what some old printers say instead:
+    // client-error-bad-request.
+    for (const std::uint16_t code : std::array<std::uint16_t, 2>{0x0503, 0x0400}) {
+        std::atomic<int> requests{0};
+        HostileIPPResponder printer([&](const ResponderConnection& c) {
+            while (c.readRequest()) {
+                c.send(HostileIPPResponder::HTTPAnswer(requests++ == 0 ? IPPBytes(code).end()
+                                                                       : decentAnswer()));
+            }
+        });
+        EXPECT_TRUE(hasDuplexer(ask(printer.URI()))) << code;
+        EXPECT_EQ(requests, 2) << code;
+    }
 }
 
 TEST(HostilePrinters, APrinterOfIPP11ThatClosesAfterEachAnswerIsAskedAgain) {
