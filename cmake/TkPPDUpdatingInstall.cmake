@@ -7,6 +7,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     backends/ppdmodel/PPDModelCustomMediaType.h
     backends/ppdmodel/PPDModelICCProfile.h
     backends/schemes/DeviceStatusSchemes.h
+    backends/schemes/ReportedDeviceStatus.h
     core_interface/OrbCSDeviceStatus.h
     core_interface/OrbCSNumberOrString.h
     core_interface/OrbCSStatusValue.h

@@ -91,7 +91,7 @@ void SyncReport::showProgress(const std::string& lastQueue) const {
 std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
     const std::string details =
         isChange(outcome) ? joined(changedKeywordsOf(outcome)) : outcome.reason;
-    return Diagnostics::printable(outcome.queueName + ": " +
+    return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
            "\n";

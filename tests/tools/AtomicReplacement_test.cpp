@@ -1,11 +1,11 @@
 #include "tools/AtomicReplacement.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "tests/support/TemporaryDirectory.h"
@@ -115,12 +115,12 @@ TEST(AtomicReplacementTest, RefusesADirectory) {
 TEST(AtomicReplacementTest, RefusesAFolderThatDoesNotExist) {
     const TemporaryDirectory directory;
     EXPECT_EQ(reasonForFailure((directory.path() / "none/a.ppd").string()),
-              "no file can be made beside it: No such file or directory");
+              "no new file can be made in its folder: No such file or directory");
 }
 
 TEST(AtomicReplacementTest, RefusesAFolderThatCannotBeWrittenTo) {
     // /proc refuses new files to root, too.
-    EXPECT_TRUE(reasonForFailure("/proc/tkppdupdate.ppd").starts_with("no file can be made"));
+    EXPECT_TRUE(reasonForFailure("/proc/tkppdupdate.ppd").starts_with("no new file can be made"));
 }
 
 TEST(AtomicReplacementTest, WritesIntoADeviceAsItIs) {

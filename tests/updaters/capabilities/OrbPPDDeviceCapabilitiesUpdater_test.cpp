@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "backends/ppdmodel/PPDModelFile.h"
 #include "manager/OrbClassTable.h"
 #include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
 
@@ -44,26 +42,6 @@ std::string textWithDuplexer() {
     return text.replace(text.find("Unknown"), 7, "True");
 }
 
-PPDText textOf(std::string_view text) {
-    return makePPDText(std::string(text));
-}
-
-std::shared_ptr<const PPDModelFile> PPDFileOf(std::string_view lines) {
-    return PPDModelFile::fileWithText(textOf("*PPD-Adobe: \"4.3\"\n" + std::string(lines)));
-}
-
-PPDText updatedFromDevice(std::string_view text) {
-    OrbDictionary context;
-    return OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_deviceURI_context(
-        textOf(text), "test:", &context);
-}
-
-PPDText updatedFromPPD(const PPDText& text, std::string_view lines) {
-    OrbDictionary context;
-    return OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_PPDFile_context(
-        text, PPDFileOf(lines).get(), &context);
-}
-
 std::optional<bool> installedWith(const DeviceScope& /*device*/) {
     OrbDictionary context;
     return OrbPPDDeviceCapabilitiesUpdater().duplexerInstalledOnDevice_context("test:", &context);
@@ -83,7 +61,7 @@ TEST(DeviceCapabilitiesUpdater, IsInTheClassTable) {
 TEST(DeviceCapabilitiesUpdater, AppliesExactlyWhenTheFirstCapabilityIsUnknown) {
     OrbPPDDeviceCapabilitiesUpdater updater;
     const auto appliesTo = [&](std::string_view lines) {
-        return updater.isApplicableForPPDFile(PPDFileOf(lines).get());
+        return updater.isApplicableForPPDFile(parsedPPD(lines).get());
     };
     EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: Unknown\n"));
     EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: \"Unknown\"\n"));
@@ -102,7 +80,7 @@ TEST(DeviceCapabilitiesUpdater, OffersNoValues) {
     OrbDictionary context;
     const auto values =
         OrbPPDDeviceCapabilitiesUpdater().PPDUpdatingValuesForPPDFile_deviceURI_context(
-            PPDFileOf(kUndecided).get(), "test:", &context);
+            parsedPPD(kUndecided).get(), "test:", &context);
     ASSERT_TRUE(values.has_value());
     EXPECT_TRUE(values->empty());
 }
@@ -134,37 +112,44 @@ TEST(DeviceCapabilitiesUpdater, DuplexerIsTheLastAccessoryOfThatName) {
 TEST(DeviceCapabilitiesUpdater, AppendsTheBlockOfTheVersionWhenTheDeviceHasADuplexer) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided),
+              textWithDuplexer() + "\n*Block: x\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, TakesASilentDeviceForOneWithADuplexer) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
     const auto device = DeviceScope::withDuplexer(std::nullopt);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided),
+              textWithDuplexer() + "\n*Block: x\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, TakesADeviceWithoutAccessoriesForOneWithADuplexer) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
     const DeviceScope device(OrbCSDeviceAccessories{});
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided),
+              textWithDuplexer() + "\n*Block: x\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, RemovesGroupAndConstraintsWhenTheDeviceHasNoDuplexer) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), kWithoutDuplex);
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided), kWithoutDuplex);
 }
 
 TEST(DeviceCapabilitiesUpdater, LeavesATextWithoutGroupAndConstraintsButForTheAttributes) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x"),
               "*ZrAutoDuplexCapability: False\n*ZrDeviceCapabilities: Detected\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, GivesNothingWhenEitherAttributeIsMissing) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n"), nullptr);
-    EXPECT_EQ(updatedFromDevice("*ZrDeviceCapabilities: x\n"), nullptr);
-    EXPECT_EQ(updatedFromDevice(""), nullptr);
+    EXPECT_EQ(
+        updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>("*ZrAutoDuplexCapability: Unknown\n"),
+        nullptr);
+    EXPECT_EQ(updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>("*ZrDeviceCapabilities: x\n"),
+              nullptr);
+    EXPECT_EQ(updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(""), nullptr);
 }
 
 TEST(DeviceCapabilitiesUpdater, GivesNothingForNoText) {
@@ -181,32 +166,39 @@ TEST(DeviceCapabilitiesUpdater, GivesNothingForNoText) {
 
 TEST(DeviceCapabilitiesUpdater, ReplacesAnAttributeOfSeveralLinesWithItsTranslations) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice("*ZrDeviceCapabilities: \"a\nb\"\n*End\n*en.ZrDeviceCapabilities: "
-                                 "\"\"\n*ZrAutoDuplexCapability: Unknown\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*ZrDeviceCapabilities: \"a\nb\"\n*End\n*en.ZrDeviceCapabilities: "
+                  "\"\"\n*ZrAutoDuplexCapability: Unknown\n"),
               "*ZrDeviceCapabilities: Detected\n*ZrAutoDuplexCapability: False\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, RaisesOutOfRangeWhenTheVersionEndsAtItsColon) {
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_THROW(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: "
-                                   "x\n*cupsVersion:\n"),
+    EXPECT_THROW(updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                     "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: "
+                     "x\n*cupsVersion:\n"),
                  std::out_of_range);
 }
 
 TEST(DeviceCapabilitiesUpdater, CopiesTheStateOfAnotherPPD) {
     const ResourceScope resources;
-    EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), "*ZrAutoDuplexCapability: True\n"),
+    EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided),
+                                                               "*ZrAutoDuplexCapability: True\n"),
               textWithDuplexer());
     for (const char* const value : {"False", "Unknown", "true", "TrueToo"}) {
         const std::string line = std::string("*ZrAutoDuplexCapability: ") + value + "\n";
-        EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), line), kWithoutDuplex) << value;
+        EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided), line),
+                  kWithoutDuplex)
+            << value;
     }
-    EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), "*ZrAutoDuplexCapability:\n"), kWithoutDuplex);
+    EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided),
+                                                               "*ZrAutoDuplexCapability:\n"),
+              kWithoutDuplex);
 }
 
 TEST(DeviceCapabilitiesUpdater, GivesTheTextItselfWhenTheOtherPPDHasNoState) {
     const PPDText text = textOf(kUndecided);
-    EXPECT_EQ(updatedFromPPD(text, "*Other: True\n"), text);
+    EXPECT_EQ(updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(text, "*Other: True\n"), text);
     OrbDictionary context;
     EXPECT_EQ(OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_PPDFile_context(
                   text, nullptr, &context),
@@ -217,7 +209,8 @@ TEST(DeviceCapabilitiesUpdater, LooksUpAMissingVersionAsNull) {
     const ResourceScope resources(propertyListOf(
         textEntry("OrbPPDDeviceCapabilitiesUpdater-(null)", "*Block: no version\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x\n"),
               "*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: Detected\n\n"
               "*Block: no version\n");
 }
@@ -227,8 +220,9 @@ TEST(DeviceCapabilitiesUpdater, LooksUpAVersionOfOneCharacterAsNull) {
         propertyListOf(textEntry("OrbPPDDeviceCapabilitiesUpdater-(null)", "null\n") +
                        textEntry("OrbPPDDeviceCapabilitiesUpdater-2", "two\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice("*cupsVersion: 2\n*ZrAutoDuplexCapability: Unknown\n"
-                                 "*ZrDeviceCapabilities: x\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*cupsVersion: 2\n*ZrAutoDuplexCapability: Unknown\n"
+                  "*ZrDeviceCapabilities: x\n"),
               "*cupsVersion: 2\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
               "Detected\n\nnull\n");
 }
@@ -236,12 +230,14 @@ TEST(DeviceCapabilitiesUpdater, LooksUpAVersionOfOneCharacterAsNull) {
 TEST(DeviceCapabilitiesUpdater, TakesTheCarriageReturnOfAnUnquotedVersionIntoTheKey) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "block\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice("*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: Unknown\r\n"
-                                 "*ZrDeviceCapabilities: x\r\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: Unknown\r\n"
+                  "*ZrDeviceCapabilities: x\r\n"),
               "*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
               "Detected\n");
-    EXPECT_EQ(*updatedFromDevice("*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: Unknown\r\n"
-                                 "*ZrDeviceCapabilities: x\r\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: Unknown\r\n"
+                  "*ZrDeviceCapabilities: x\r\n"),
               "*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
               "Detected\n\nblock\n");
 }
@@ -272,7 +268,7 @@ TEST_P(UnusablePropertyList, StillRewritesTheAttributesAndAppendsNothing) {
         resources.setPropertyList(GetParam());
     }
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer());
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided), textWithDuplexer());
 }
 
 INSTANTIATE_TEST_SUITE_P(
