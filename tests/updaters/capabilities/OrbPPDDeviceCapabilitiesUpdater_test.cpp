@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "manager/OrbClassTable.h"
+#include "tests/support/NamedText.h"
 #include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
 
 namespace TkPPDUpdating::Testing {
@@ -260,12 +261,12 @@ TEST(DeviceCapabilitiesUpdater, LooksUpBlocksByTheClassOfTheObject) {
     EXPECT_EQ(Subclass().insertingStringForCUPSVersion("2.4"), "of the subclass");
 }
 
-class UnusablePropertyList : public testing::TestWithParam<const char*> {};
+class UnusablePropertyList : public testing::TestWithParam<NamedText> {};
 
 TEST_P(UnusablePropertyList, StillRewritesTheAttributesAndAppendsNothing) {
     const ResourceScope resources;
-    if (GetParam()) {
-        resources.setPropertyList(GetParam());
+    if (GetParam().text) {
+        resources.setPropertyList(GetParam().text);
     }
     const auto device = DeviceScope::withDuplexer(true);
     EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided), textWithDuplexer());
@@ -273,16 +274,23 @@ TEST_P(UnusablePropertyList, StillRewritesTheAttributesAndAppendsNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     DeviceCapabilitiesUpdater, UnusablePropertyList,
-    testing::Values(nullptr, "", "damaged", "<plist version=\"1.0\"><dict>",
-                    "<plist version=\"1.0\"><array/></plist>",
-                    "<plist version=\"1.0\"><string>OrbPPDDeviceCapabilitiesUpdater-2.4</string>"
-                    "</plist>",
-                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
-                    "<integer>1</integer></dict></plist>",
-                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
-                    "<array><string>x</string></array></dict></plist>",
-                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.3</key>"
-                    "<string>x</string></dict></plist>"));
+    testing::Values(
+        NamedText{"Missing", nullptr}, NamedText{"Empty", ""}, NamedText{"NoXML", "damaged"},
+        NamedText{"CutShort", "<plist version=\"1.0\"><dict>"},
+        NamedText{"AnArray", "<plist version=\"1.0\"><array/></plist>"},
+        NamedText{"AString",
+                  "<plist version=\"1.0\"><string>OrbPPDDeviceCapabilitiesUpdater-2.4</string>"
+                  "</plist>"},
+        NamedText{"AnIntegerUnderTheKey",
+                  "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
+                  "<integer>1</integer></dict></plist>"},
+        NamedText{"AnArrayUnderTheKey",
+                  "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
+                  "<array><string>x</string></array></dict></plist>"},
+        NamedText{"OnlyAnotherVersion",
+                  "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.3</key>"
+                  "<string>x</string></dict></plist>"}),
+    nameOfCase);
 
 TEST(DeviceCapabilitiesUpdater, AppendsNothingWhenThePropertyListIsAFolder) {
     TemporaryDirectory folder;
@@ -337,10 +345,10 @@ TEST(RemovingAGroup, PassesOverACloseBeforeTheOpen) {
               "a\n*CloseGroup: G\nb\n");
 }
 
-class GroupThatStays : public testing::TestWithParam<std::string_view> {};
+class GroupThatStays : public testing::TestWithParam<NamedText> {};
 
 TEST_P(GroupThatStays, GivesTheTextItself) {
-    const PPDText text = textOf(GetParam());
+    const PPDText text = textOf(GetParam().text);
     EXPECT_EQ(
         OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingGroupWithName(text, "G"),
         text);
@@ -348,15 +356,16 @@ TEST_P(GroupThatStays, GivesTheTextItself) {
 
 INSTANTIATE_TEST_SUITE_P(
     RemovingAGroup, GroupThatStays,
-    testing::Values("", "a\n",
-                    "a\n*OpenGroup: G\nx\n",                      // never closes
-                    "a\n*CloseGroup: G\n*OpenGroup: G\nx\n",      // closes before it opens
-                    "a\n*OpenGroup: G\nx\n*CloseGroup: G",        // no line feed at the end
-                    "*OpenGroup: G\nx\n*CloseGroup: G\nb\n",      // at the very start
-                    "a\n*opengroup: G\nx\n*closegroup: G\nb\n",   // case counts
-                    "a\n*OpenGroup:  G\nx\n*CloseGroup: G\nb\n",  // two spaces
-                    "a\n *OpenGroup: G\nx\n*CloseGroup: G\nb\n",  // not at the start of a line
-                    "a\n*OpenGroup: H\nx\n*CloseGroup: H\nb\n"));
+    testing::Values(NamedText{"EmptyText", ""}, NamedText{"NoGroup", "a\n"},
+                    NamedText{"NeverCloses", "a\n*OpenGroup: G\nx\n"},
+                    NamedText{"ClosesBeforeItOpens", "a\n*CloseGroup: G\n*OpenGroup: G\nx\n"},
+                    NamedText{"NoLineFeedBehindIt", "a\n*OpenGroup: G\nx\n*CloseGroup: G"},
+                    NamedText{"OpensAtTheVeryStart", "*OpenGroup: G\nx\n*CloseGroup: G\nb\n"},
+                    NamedText{"OtherCase", "a\n*opengroup: G\nx\n*closegroup: G\nb\n"},
+                    NamedText{"TwoSpaces", "a\n*OpenGroup:  G\nx\n*CloseGroup: G\nb\n"},
+                    NamedText{"NotAtTheStartOfALine", "a\n *OpenGroup: G\nx\n*CloseGroup: G\nb\n"},
+                    NamedText{"AnotherGroup", "a\n*OpenGroup: H\nx\n*CloseGroup: H\nb\n"}),
+    nameOfCase);
 
 }  // namespace
 }  // namespace TkPPDUpdating::Testing
