@@ -83,6 +83,9 @@ endif()
 # A Debian package: cpack --config build/release/CPackConfig.cmake
 if(PROJECT_IS_TOP_LEVEL)
     set(CPACK_GENERATOR DEB)
+    set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}")
+    # The tool without its debugging symbols, which are most of its size.
+    set(CPACK_STRIP_FILES ON)
     set(CPACK_PACKAGE_NAME tkppdupdating)
     set(CPACK_PACKAGE_CONTACT "The TkPPDUpdating developers <tkppdupdating@localhost>")
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
