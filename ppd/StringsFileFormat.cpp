@@ -97,16 +97,24 @@ class StringsFileReader {
         return isAtOneOf(separators) ? std::optional(std::move(word)) : std::nullopt;
     }
 
+    /// The separator is looked for first: a comment that is not closed before it is no comment, so
+    /// that a written value that holds what opens one never swallows the pairs behind it.
     std::string_view readBareWord(std::string_view separators) {
-        const std::size_t start = at_;
-        std::size_t end = start;
-        while (!isAtEnd() && !isAtOneOf(separators)) {
+        const std::size_t stop = std::min(text_.find_first_of(separators, at_), text_.size());
+        const std::string_view word = text_.substr(at_, stop - at_);
+        at_ = stop;
+        return StringsFileReader(word).withoutBlanksAndCommentsAtTheEnd();
+    }
+
+    std::string_view withoutBlanksAndCommentsAtTheEnd() {
+        std::size_t end = 0;
+        while (!isAtEnd()) {
             ++at_;
             end = at_;
             mayOpenComment_ = false;
             skipBlanksAndComments(Place::kInPair);
         }
-        return text_.substr(start, end - start);
+        return text_.substr(0, end);
     }
 
     void skipBlanksAndComments(Place place) {

@@ -33,12 +33,13 @@ std::string zrlumen_keysAndValuesInPPDStringsFileFormat(const StringsDictionary&
 ///   `\f` `\n` `\r` `\t` `\v`; `\` and one to three octal digits, a code point up to U+00FF; `\U`
 ///   and four hexadecimal digits, a UTF-16 unit; `\` before any other character is that character.
 /// - A bare word is any other text: a key's ends at the first "=" or ";", a value's at the first
-///   ";". Blanks in the middle belong to it, as the written form needs. It may be empty, but for
-///   the key of "key;".
+///   ";", even within what looks like a comment. Blanks in the middle belong to it, as the written
+///   form needs. It may be empty, but for the key of "key;".
 /// - A comment opens only at the start of a line or text, or behind a blank, a quoted string, a ";"
 ///   or another comment: not right behind "=" or within a word, so that a path with "//" is a
-///   value. In the middle of a pair it must also close (`//` by a line break) and be followed by
-///   the end of the word; otherwise it is part of the word.
+///   value. In the middle of a pair it must also close (`//` by a line break), and behind a bare
+///   word it must close before the word's separator and be followed by it; otherwise it is part of
+///   the word.
 ///
 /// So everything that is written above is read back, as far as it is unambiguous: unless a key
 /// holds "=" or ";" or begins with what opens a comment, a value holds ";", or either begins with a

@@ -90,6 +90,9 @@ TEST(StringsFileReader, ReadsWhatTheWriterMakes) {
         {{"key", "a /* b"}},
         {{"key", "a /* b */ c"}},
         {{"a//b", "c"}, {"d /* e", "f"}},
+        {{"MediaID", "x /* y"}, {"ParentMediaID", "z */ 2"}, {"ZrICCProfileId2", "q1"}},
+        {{"MediaID", "x /* y"}, {"ParentMediaID", "z */"}, {"ZrICCProfileId2", "q1"}},
+        {{"MediaID", "x // y"}, {"ParentMediaID", "z // 2"}},
     };
     for (const StringsDictionary& each : dictionaries) {
         const std::string text = zrlumen_keysAndValuesInPPDStringsFileFormat(each);
@@ -197,7 +200,8 @@ TEST(StringsFileReader, CommentsMayStandWhereBlanksMay) {
         {"line comments", "// x;\na // x\n= // x;\r b // x\u2028; // x", {{"a", "b"}}},
         {"one after another", "/* x *//* y */// z\na=b;", {{"a", "b"}}},
         {"right behind a quoted string", "\"a\"/* x */=\"b\"/* x */;// x", {{"a", "b"}}},
-        {"with separators in them", "a = b /* ; = */;", {{"a", "b"}}},
+        {"with separators in them", R"(a = "b" /* ; = */;)", {{"a", "b"}}},
+        {"with an equals sign behind a bare value", "a = b /* = */;", {{"a", "b"}}},
         {"with stars and slashes in them", "/***/ a = b /* / * // /* **/;", {{"a", "b"}}},
     });
 }
@@ -218,6 +222,8 @@ TEST(StringsFileReader, ACommentThatCannotBeOneInTheMiddleOfAPairIsText) {
         {"the line goes on to the end of the text", "a=b // c;d=e;", {{"a", "b // c"}, {"d", "e"}}},
         {"never closed", "a=b /* c;d=e;", {{"a", "b /* c"}, {"d", "e"}}},
         {"the word goes on behind it", "a=b /* c */ d;", {{"a", "b /* c */ d"}}},
+        {"closed in a later pair only", "a=b /* c;d=e */;", {{"a", "b /* c"}, {"d", "e */"}}},
+        {"the line goes on to a later pair", "a=b // c;d=e\n;", {{"a", "b // c"}, {"d", "e"}}},
     });
 }
 

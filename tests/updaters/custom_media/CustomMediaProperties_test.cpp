@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tests/updaters/custom_media/CustomMediaTestSupport.h"
@@ -68,25 +70,39 @@ class RandomMediaTypes {
             if (below(2) == 0) {
                 profiles.push_back(newProfile());
             }
-            types.push_back(mediaType(maybe(text()), maybe(text()), maybe(text()),
+            // One after the other: compilers differ in the order in which arguments are made.
+            auto name = maybe(text());
+            auto mediaID = maybe(text());
+            auto parentMediaID = maybe(text());
+            types.push_back(mediaType(std::move(name), std::move(mediaID), std::move(parentMediaID),
                                       profiles[below(profiles.size())]));
         }
         return types;
     }
 
-    /// A list whose media types all have a name and identifiers, as a reading back needs.
+    /// A list whose media types all have a name and identifiers, and whose profiles have qualifiers
+    /// of their own, as a reading back needs: it finds the first profile of a qualifier for all.
     OrbCustomMediaTypes completeList() {
         OrbCustomMediaTypes types;
+        std::map<std::string, Profile> profiles;
         for (const MediaType& each : list()) {
+            Profile only = each->ICCProfile();
+            if (only) {
+                only = profiles.emplace(qualifierOf(*only), only).first->second;
+            }
             types.push_back(mediaType(std::string(each->name().value_or("Name")),
                                       std::string(each->mediaID().value_or("1")),
-                                      std::string(each->parentMediaID().value_or("2")),
-                                      each->ICCProfile()));
+                                      std::string(each->parentMediaID().value_or("2")), only));
         }
         return types;
     }
 
   private:
+    static std::string qualifierOf(const OrbICCProfile& profile) {
+        return profile.qualifierVer2() ? std::string(*profile.qualifierVer2())
+                                       : std::to_string(profile.profileID().value_or(0));
+    }
+
     std::optional<std::string> maybe(std::string text) {
         return below(8) == 0 ? std::nullopt : std::optional(std::move(text));
     }
