@@ -41,6 +41,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std:
     const std::string path = pathOfProgram(arguments.front());
     std::vector<std::string> copies = arguments;
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (std::string& argument : copies) {
         pointers.push_back(argument.data());
     }
