@@ -24,7 +24,7 @@ std::string help(const std::string& command) {
     if (!command.empty()) {
         arguments.push_back(command);
     }
-    arguments.push_back("--help");
+    arguments.emplace_back("--help");
     return runProgram(arguments).standardOutput;
 }
 
