@@ -32,22 +32,25 @@ char32_t foldingOfASCII(char32_t codePoint) {
 /// Set in the place of a code point, behind the last one, for a byte that is not valid UTF-8, so
 /// that it equals only itself.
 constexpr char32_t kInvalidByte = 0x110000U;
-constexpr unsigned kBitsOfCharacter = 21;
-constexpr std::uint64_t kCharactersInWord = 64 / kBitsOfCharacter;
+/// Set in a character that takes four bytes of a hashed word, so that its first byte is no ASCII.
+constexpr char32_t kWide = 0x80000000U;
 
 struct FoldedCharacter {
     char32_t folded;
     std::size_t length;
 };
 
-FoldedCharacter foldedCharacterAtStart(std::string_view text) {
-    const auto byte = static_cast<unsigned char>(text[0]);
-    if (byte < 0x80) {
-        return {foldingOfASCII(byte), 1};
-    }
+FoldedCharacter foldedWideCharacterAtStart(std::string_view text) {
     const auto character = UTF8CharacterAtStart(text);
     return character ? FoldedCharacter{simpleCaseFolding(character->codePoint), character->length}
-                     : FoldedCharacter{kInvalidByte | byte, 1};
+                     : FoldedCharacter{kInvalidByte | static_cast<unsigned char>(text[0]), 1};
+}
+
+/// Nearly all characters of a PPD are ASCII.
+inline FoldedCharacter foldedCharacterAtStart(std::string_view text) {
+    const auto byte = static_cast<unsigned char>(text[0]);
+    return byte < 0x80 ? FoldedCharacter{foldingOfASCII(byte), 1}
+                       : foldedWideCharacterAtStart(text);
 }
 
 }  // namespace
@@ -84,14 +87,28 @@ std::size_t lengthOfPrefixIgnoringCase(std::string_view text, std::string_view p
 }
 
 void HashIgnoringCase::add(std::string_view text) {
+    // Not in the members: they would be stored for each byte.
+    std::uint64_t word = word_;
+    std::uint64_t count = count_;
+    const auto addByte = [&](std::uint64_t byte) {
+        word = (word << 8U) | byte;
+        if (++count % sizeof word == 0) {
+            hash_ = SeededTextHash::carriedOn(hash_, std::exchange(word, 0));
+        }
+    };
     while (!text.empty()) {
         const FoldedCharacter character = foldedCharacterAtStart(text);
-        word_ = (word_ << kBitsOfCharacter) | character.folded;
-        if (++count_ % kCharactersInWord == 0) {
-            hash_ = SeededTextHash::carriedOn(hash_, std::exchange(word_, 0));
+        if (character.folded < 0x80) {
+            addByte(character.folded);
+        } else {
+            for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+                addByte(((character.folded | kWide) >> shift) & 0xFFU);
+            }
         }
         text.remove_prefix(character.length);
     }
+    word_ = word;
+    count_ = count;
 }
 
 std::uint64_t HashIgnoringCase::value() const {

@@ -32,7 +32,9 @@ class HashIgnoringCase {
 
   private:
     std::uint64_t hash_;
+    /// Read, but not hashed yet: an ASCII character is one byte, any other four.
     std::uint64_t word_ = 0;
+    /// How many bytes were read in all.
     std::uint64_t count_ = 0;
 };
 

@@ -23,8 +23,8 @@ constexpr unsigned kLookUpsBeforeIndex = 8;
 /// So many lines are always added to the index.
 constexpr std::size_t kFewLines = 512;
 
-/// So many look-ups by a keyword with a colon read the lines before there is an index for them.
-constexpr unsigned kColonKeywordLookUpsBeforeIndex = 4;
+/// So many passes over the lines are read in vain before there is an index of separators.
+constexpr unsigned kPassesBeforeSeparatorIndex = 4;
 
 constexpr std::uint64_t kContextOfKeyword = 1;
 
@@ -187,8 +187,10 @@ void OrbPPDLines::insert(std::size_t index, std::string_view line) {
         endLineCounts_.add(place.block, 1);
     }
     ++size_;
-    if (colonKeywordIndex_) {
-        colonKeywordIndex_->add(id, lines_[id].text, order());
+    if (separatorIndex_) {
+        separatorIndex_->add(id, lines_[id].text, [this](LineID left, LineID right) {
+            return comesBefore(left, right);
+        });
     }
     // An index is not kept up while most of the lines are being written: few look-ups follow that,
     // and making it again, should many follow, costs no more.
@@ -326,8 +328,8 @@ void OrbPPDLines::addToIndex(LineID line) const {
 }
 
 void OrbPPDLines::removeFromIndexes(LineID line) const {
-    if (colonKeywordIndex_) {
-        colonKeywordIndex_->remove(line, lines_[line].text, order());
+    if (separatorIndex_) {
+        separatorIndex_->remove(line, lines_[line].text);
     }
     if (!index_) {
         return;
@@ -356,11 +358,12 @@ void OrbPPDLines::buildIndex() const {
     }
 }
 
-void OrbPPDLines::buildColonKeywordIndex() const {
-    colonKeywordIndex_.emplace();
+void OrbPPDLines::buildSeparatorIndex() const {
+    const auto isBefore = [](LineID /*left*/, LineID /*right*/) { return false; };
+    separatorIndex_.emplace();
     for (const auto& block : blocks_) {
         for (const LineID line : block->lines) {
-            colonKeywordIndex_->add(line, lines_[line].text, order());
+            separatorIndex_->add(line, lines_[line].text, isBefore);
         }
     }
 }
@@ -380,16 +383,31 @@ std::optional<std::size_t> OrbPPDLines::first(const Accepts& accepts) const {
 }
 
 template <typename Accepts>
-std::optional<std::size_t> OrbPPDLines::firstOfColonKeyword(ColonKeywordIndex::Key key,
-                                                            const Accepts& accepts) const {
-    if (!colonKeywordIndex_) {
-        if (++colonKeywordLookUps_ <= kColonKeywordLookUpsBeforeIndex) {
-            return first(accepts);
+std::optional<std::size_t> OrbPPDLines::firstInIndexes(std::string_view keyword,
+                                                       std::optional<std::string_view> spec,
+                                                       const Accepts& accepts) const {
+    const auto separatorKey = SeparatorIndex::keyOfLookUp(keyword, spec);
+    if (separatorKey) {
+        if (!separatorIndex_ && linesReadInVain_ / kPassesBeforeSeparatorIndex > size_) {
+            buildSeparatorIndex();
         }
-        buildColonKeywordIndex();
+        if (separatorIndex_) {
+            const auto line = separatorIndex_->find(
+                *separatorKey, [&](LineID each) { return accepts(lines_[each].text); });
+            return line ? std::optional(indexOf(*line)) : std::nullopt;
+        }
     }
-    for (const LineID line : colonKeywordIndex_->find(key)) {
-        if (accepts(lines_[line].text)) {
+    const auto acceptsOrCounts = [&](std::string_view line) {
+        const bool isAccepted = accepts(line);
+        linesReadInVain_ += separatorKey && !isAccepted ? 1 : 0;
+        return isAccepted;
+    };
+    const auto key = keyOfLookUp(keyword, spec);
+    if (!index_ || !key) {
+        return first(acceptsOrCounts);
+    }
+    for (LineID line = index_->first(*key); line != kNoLine; line = lines_[line].nextOfKey) {
+        if (acceptsOrCounts(lines_[line].text)) {
             return indexOf(line);
         }
     }
@@ -399,27 +417,14 @@ std::optional<std::size_t> OrbPPDLines::firstOfColonKeyword(ColonKeywordIndex::K
 std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
     std::string_view keyword, std::optional<std::string_view> spec,
     std::optional<std::string_view> value) const {
-    const auto matches = [&](std::string_view line) {
-        return OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(line, keyword, spec,
-                                                                            value);
-    };
     insertedSinceLookUp_ = 0;
     if (!index_ && ++lookUpsWithoutIndex_ > kLookUpsBeforeIndex) {
         buildIndex();
     }
-    if (const auto key = ColonKeywordIndex::keyOfLookUp(keyword, spec)) {
-        return firstOfColonKeyword(*key, matches);
-    }
-    const auto key = keyOfLookUp(keyword, spec);
-    if (!index_ || !key) {
-        return first(matches);
-    }
-    for (LineID line = index_->first(*key); line != kNoLine; line = lines_[line].nextOfKey) {
-        if (matches(lines_[line].text)) {
-            return indexOf(line);
-        }
-    }
-    return std::nullopt;
+    return firstInIndexes(keyword, spec, [&](std::string_view line) {
+        return OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(line, keyword, spec,
+                                                                            value);
+    });
 }
 
 std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const {

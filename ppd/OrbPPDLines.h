@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "ppd/ColonKeywordIndex.h"
 #include "ppd/LineChains.h"
 #include "ppd/PPDText.h"
 #include "ppd/PrefixSums.h"
+#include "ppd/SeparatorIndex.h"
 
 namespace TkPPDUpdating {
 
@@ -85,19 +85,17 @@ class OrbPPDLines {
     LineID addLine(std::string_view line, Block& block);
     std::size_t indexOf(LineID line) const;
     bool comesBefore(LineID left, LineID right) const;
-    auto order() const {
-        return [this](LineID left, LineID right) { return comesBefore(left, right); };
-    }
     void splitBlock(std::size_t position);
     void renumberBlocksFrom(std::size_t position);
     void sumBlocks();
     void removeEmptyBlocks();
 
     void buildIndex() const;
-    void buildColonKeywordIndex() const;
+    void buildSeparatorIndex() const;
     template <typename Accepts>
-    std::optional<std::size_t> firstOfColonKeyword(ColonKeywordIndex::Key key,
-                                                   const Accepts& accepts) const;
+    std::optional<std::size_t> firstInIndexes(std::string_view keyword,
+                                              std::optional<std::string_view> spec,
+                                              const Accepts& accepts) const;
     void linkAfter(LineID& first, LineID previous, LineID line) const;
     void addToIndex(LineID line) const;
     void removeFromIndexes(LineID line) const;
@@ -116,8 +114,9 @@ class OrbPPDLines {
     std::vector<LineID> freeIDs_;
     mutable std::optional<LineChains> index_;
     mutable unsigned lookUpsWithoutIndex_ = 0;
-    mutable std::optional<ColonKeywordIndex> colonKeywordIndex_;
-    mutable unsigned colonKeywordLookUps_ = 0;
+    mutable std::optional<SeparatorIndex> separatorIndex_;
+    /// By the look-ups that the separator index would have told.
+    mutable std::size_t linesReadInVain_ = 0;
     mutable std::size_t insertedSinceLookUp_ = 0;
 };
 

@@ -6,6 +6,7 @@
 #ifdef TKPPDUPDATING_WITH_CUPS
 #include "backends/cups/CUPSScheduler.h"
 #include "backends/cups/IPPDeviceStatus.h"
+#include "tools/InterruptionWatch.h"
 #endif
 
 namespace TkPPDUpdating {
@@ -16,7 +17,9 @@ std::shared_ptr<const TkCommunicationServices> builtInSchemes() {
     auto schemes = std::make_shared<DeviceStatusSchemes>();
     registerRecordedDeviceStatus(*schemes);
 #ifdef TKPPDUPDATING_WITH_CUPS
-    registerCUPSDeviceStatus(*schemes);
+    IPPDeviceStatusLimits limits;
+    limits.isCancelled = &InterruptionWatch::isInterrupted();
+    registerCUPSDeviceStatus(*schemes, limits);
 #endif
     return schemes;
 }

@@ -24,6 +24,12 @@ std::vector<std::string> withoutRepetitions(const std::vector<std::string>& name
     return unique;
 }
 
+/// Empty for what may be a scheduler, else what is wrong: an empty text, as an unset variable gives
+/// it, must not become the scheduler of this machine.
+std::string complaintAboutServer(const std::string& server) {
+    return server.empty() ? "\"\" is no scheduler" : "";
+}
+
 bool isDone(const QueueSyncRun::Summary& summary) {
     return !summary.contains(QueueSyncResult::failed) &&
            !summary.contains(QueueSyncResult::abandoned);
@@ -40,6 +46,7 @@ SyncCommand::SyncCommand(CLI::App& application)
     queues->require_option(1);
     subcommand()
         .add_option("--server", server_, "The scheduler, instead of the one of this machine")
+        ->check(CLI::Validator(complaintAboutServer, ""))
         ->type_name("HOST:PORT");
     subcommand().add_flag("--dry-run", isDryRun_, "Install nothing");
     subcommand().add_flag("--diff", reportOptions_.isDiff, "Show a unified diff of each change");

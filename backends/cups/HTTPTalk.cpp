@@ -58,6 +58,27 @@ std::string reasonOfFailedConnection(int code) {
                : "it does not take a connection (" + std::generic_category().message(code) + ")";
 }
 
+enum class WaitEnd { finished, timeOver, cancelled };
+
+WaitEnd waitUntilFinished(Exchange& exchange, std::unique_lock<std::mutex>& lock,
+                          Clock::time_point deadline, const std::atomic<bool>* isCancelled) {
+    // A signal handler, which may be the one to cancel, can set a flag but wake nobody.
+    constexpr auto kPause = std::chrono::milliseconds(50);
+    const auto isFinished = [&exchange] { return exchange.isFinished; };
+    for (;;) {
+        const auto until = isCancelled ? std::min(deadline, Clock::now() + kPause) : deadline;
+        if (exchange.finishedChange.wait_until(lock, until, isFinished)) {
+            return WaitEnd::finished;
+        }
+        if (isCancelled && *isCancelled) {
+            return WaitEnd::cancelled;
+        }
+        if (until == deadline) {
+            return WaitEnd::timeOver;
+        }
+    }
+}
+
 void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
                   Clock::time_point deadline, const HTTPTalk* talk) {
     cupsSetPasswordCB2(refusePassword, nullptr);
@@ -121,7 +142,7 @@ void shutDown(http_t* connection) {
 }  // namespace
 
 bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
-                  std::string& error) {
+                  std::string& error, const std::atomic<bool>* isCancelled) {
     const auto deadline = Clock::now() + limit;
     const auto exchange = std::make_shared<Exchange>();
     std::thread thread;
@@ -133,12 +154,15 @@ bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HT
     }
     std::unique_lock lock(exchange->mutex);
     const auto isFinished = [&exchange] { return exchange->isFinished; };
-    if (!exchange->finishedChange.wait_until(lock, deadline, isFinished)) {
-        error = "there was no whole answer within " + std::to_string(limit.count()) + " ms";
+    const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, isCancelled);
+    if (end != WaitEnd::finished) {
+        const std::string within = " within " + std::to_string(limit.count()) + " ms";
+        error = end == WaitEnd::cancelled ? "interrupted"
+                : exchange->isOpen        ? "there was no whole answer" + within
+                                          : "its name was not found" + within;
         if (!exchange->isOpen) {
             exchange->isAbandoned = true;
             thread.detach();
-            error = "its name was not found within " + std::to_string(limit.count()) + " ms";
             return false;
         }
         exchange->cancel = 1;

@@ -2,6 +2,7 @@
 
 #include <cups/http.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -27,8 +28,11 @@ using HTTPTalk = std::function<void(http_t* connection)>;
 /// still does so at the end of the time is left alone and ends by itself, without having called
 /// `talk`. Everything that `opening` uses must therefore belong to it; `talk` may use the caller's
 /// variables, and what it raises is raised here. It never asks for a password.
+///
+/// Where `isCancelled` is not null, anybody may set it at any time: the time is then over within a
+/// twentieth of a second. It belongs to the caller.
 bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
-                  std::string& error);
+                  std::string& error, const std::atomic<bool>* isCancelled = nullptr);
 
 /// Opens a connection to a host and port, or to the domain socket whose path `host` is. For
 /// `HTTPOpening`s.

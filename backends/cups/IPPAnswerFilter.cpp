@@ -158,36 +158,28 @@ class Records {
 /// same rules as attributes, so that libcups takes the whole value or does not see it.
 class Value {
   public:
-    /// Takes the next record; false when it cannot stand there in any message.
+    /// Takes the next record, which is no delimiter; a name counts for the first one only. False,
+    /// for one that can only begin something else, when a collection has not ended.
     bool take(const Record& record) {
-        ++records_;
-        if (record.tag == kEndCollection) {
-            if (depth_ == 0) {
-                return false;
-            }
-            --depth_;
-            return true;
-        }
         if (depth_ > 0 && !record.name.empty()) {
+            fail("is a collection that does not end");
             return false;
         }
-        if (record.tag == kMemberName) {
-            return takeMemberName(record.value);
-        }
-        if (depth_ > 0) {
-            checkMemberSet(record.tag);
-        }
-        fail(reasonValueIsMalformed(record.tag, record.value));
-        if (record.tag == kBeginCollection) {
-            ++depth_;
-            if (depth_ > IPPAnswerFilter::kDeepestCollection) {
-                fail("is nested too deep");
-            } else {
-                memberSyntax_[depth_] = kNoMember;
-            }
+        ++records_;
+        if (depth_ == 0 && (record.tag == kEndCollection || record.tag == kMemberName)) {
+            fail("is a member outside of a collection");
+        } else if (record.tag == kEndCollection) {
+            --depth_;
+        } else if (record.tag == kMemberName) {
+            takeMemberName(record.value);
+        } else {
+            takeValue(record);
         }
         return true;
     }
+
+    /// Ends a collection that a delimiter or the end of the message cuts.
+    void cut() { fail("is a collection that does not end"); }
 
     bool isComplete() const { return depth_ == 0; }
     /// Null for a good value.
@@ -204,11 +196,8 @@ class Value {
         }
     }
 
-    bool takeMemberName(std::string_view name) {
+    void takeMemberName(std::string_view name) {
         constexpr std::size_t kLongestName = 255;
-        if (depth_ == 0) {
-            return false;
-        }
         if (name.empty() || name.size() > kLongestName ||
             name.find('\0') != std::string_view::npos) {
             fail("has a member with a bad name");
@@ -219,7 +208,21 @@ class Value {
             }
             memberSyntax_[depth_] = kNamedMember;
         }
-        return true;
+    }
+
+    void takeValue(const Record& record) {
+        if (depth_ > 0) {
+            checkMemberSet(record.tag);
+        }
+        fail(reasonValueIsMalformed(record.tag, record.value));
+        if (record.tag == kBeginCollection) {
+            ++depth_;
+            if (depth_ > IPPAnswerFilter::kDeepestCollection) {
+                fail("is nested too deep");
+            } else {
+                memberSyntax_[depth_] = kNoMember;
+            }
+        }
     }
 
     void checkMemberSet(Tag tag) {
@@ -255,19 +258,21 @@ class Run {
         result_ = answer.substr(0, kHeaderLength);
         result_ += static_cast<char>(kPrinterGroup);
         Records records(answer);
-        while (const auto record = records.next(error)) {
-            if (record->tag == kEndOfAttributes) {
-                result_ += static_cast<char>(kEndOfAttributes);
-                return std::move(result_);
-            }
+        auto record = records.next(error);
+        while (record && record->tag != kEndOfAttributes) {
             if (record->isDelimiter()) {
                 group_ = record->tag;
                 attribute_.reset();
-            } else if (!takeValue(*record, records, error)) {
-                break;
+                record = records.next(error);
+            } else {
+                record = takeValue(*record, records, error);
             }
         }
-        return {};
+        if (!record) {
+            return {};
+        }
+        result_ += static_cast<char>(kEndOfAttributes);
+        return std::move(result_);
     }
 
   private:
@@ -280,41 +285,39 @@ class Run {
         std::optional<Tag> syntax;
     };
 
-    bool takeValue(const Record& first, Records& records, std::string& error) {
+    /// Gives the record behind the value; nothing, with the reason in `error`, when there is none
+    /// or nothing more is read.
+    std::optional<Record> takeValue(const Record& first, Records& records, std::string& error) {
         if (!first.name.empty()) {
             if (++attributes_ > mostAttributes_) {
                 error =
                     "the answer has more than " + std::to_string(mostAttributes_) + " attributes";
-                return false;
+                return std::nullopt;
             }
             const bool isWanted = group_ == kPrinterGroup && wanted_.contains(first.name);
             attribute_ = Attribute{first.name, isWanted, 0, std::nullopt};
-        } else if (!attribute_) {
-            error = "the answer has a value without an attribute";
-            return false;
         }
-        ++attribute_->count;
-        Record head = first;
-        head.name = {};
         Value value;
+        value.take(first);
         std::size_t length = first.bytes.size();
-        if (!value.take(head)) {
-            error = "the answer has a member outside of a collection";
-            return false;
-        }
-        while (!value.isComplete()) {
-            const auto record = records.next(error);
-            if (!record) {
-                return false;
+        auto record = records.next(error);
+        while (record && !value.isComplete()) {
+            if (record->isDelimiter()) {
+                value.cut();
+                break;
             }
-            if (record->isDelimiter() || !value.take(*record)) {
-                error = "the answer has a collection that does not end";
-                return false;
+            if (!value.take(*record)) {
+                break;
             }
             length += record->bytes.size();
+            record = records.next(error);
         }
-        keep(first, std::string_view(first.bytes.data(), length), value);
-        return true;
+        // What stands behind a delimiter without a name belongs to nothing.
+        if (record && attribute_) {
+            ++attribute_->count;
+            keep(first, std::string_view(first.bytes.data(), length), value);
+        }
+        return record;
     }
 
     void keep(const Record& first, std::string_view bytes, const Value& value) {

@@ -17,8 +17,11 @@ namespace TkPPDUpdating {
 /// libcups refuses a whole answer for one malformed value, follows collections as deep as they go
 /// and makes objects of hundreds of bytes out of ten: a printer must neither spoil the rest of its
 /// answer nor use our stack and memory up. So attributes that nobody asked for are left out, and so
-/// is each value whose length or syntax is wrong or that is nested too deep. The pass is linear and
-/// keeps nothing but the bytes that it gives back.
+/// is each value whose length or syntax is wrong, that is nested too deep, that is a member outside
+/// of a collection or a collection that does not end. Such a collection ends where a record has a
+/// name, which members have not (RFC 8010, section 3.1.6), or a delimiter stands: every record
+/// tells its own length, so what follows is read as well as after a good value. The pass is linear
+/// and keeps nothing but the bytes that it gives back.
 class IPPAnswerFilter {
   public:
     /// The most wire-level values that are kept, members of collections included.
@@ -31,8 +34,8 @@ class IPPAnswerFilter {
         : wanted_(std::move(wanted)), mostAttributes_(mostAttributes) {}
 
     /// The bytes of an equal answer with only the wanted, well-formed values in its printer group.
-    /// Empty, with the reason in `error`, when the answer is cut short, not built as IPP, or has
-    /// too many attributes. Reasons for dropped values go to `dropped`.
+    /// Empty, with the reason in `error`, when the answer is cut short or has too many attributes.
+    /// Reasons for dropped values go to `dropped`.
     std::string filtered(std::string_view answer, DroppedValues& dropped, std::string& error) const;
 
   private:

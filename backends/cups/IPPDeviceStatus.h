@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <string>
@@ -25,6 +26,9 @@ struct IPPDeviceStatusLimits {
     std::size_t bytes = std::size_t{4} << 20U;
     /// The most attributes in an answer, those that nobody asked for included.
     std::size_t attributes = 10'000;
+    /// Set by anybody at any time to end all exchanges early, without a status. Null for none;
+    /// else it outlives the last exchange.
+    const std::atomic<bool>* isCancelled = nullptr;
 };
 
 /// Registers the backend for "ipp", "ipps" and "dnssd": the printer is asked with one

@@ -250,7 +250,7 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
                 isAnswered = exchange(connection, printer->resource, request.get(), limits_.bytes,
                                       answer, reason);
             },
-            error);
+            error, limits_.isCancelled);
         if (isWhole && !isAnswered) {
             error = reason;
         }

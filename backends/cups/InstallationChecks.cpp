@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 
-#include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
 
 namespace TkPPDUpdating {
@@ -93,9 +92,10 @@ std::optional<std::string> reasonDefaultIsLost(const PPDModelFile& before,
 
 }  // namespace
 
-std::set<std::string, std::less<>> InstallationChecks::ownedOptions(const OrbPPDFile& PPD) {
+std::set<std::string, std::less<>> InstallationChecks::ownedOptions(
+    const OrbPPDConcreteUpdatingManager& manager, const OrbPPDFile& PPD) {
     std::set<std::string, std::less<>> owned;
-    for (const auto& updater : OrbPPDConcreteUpdatingManager().applicableUpdatersForPPDFile(&PPD)) {
+    for (const auto& updater : manager.applicableUpdatersForPPDFile(&PPD)) {
         if (auto* choices = dynamic_cast<OrbPPDDefaultChoiceUpdater*>(updater.get())) {
             for (std::string& name : choices->optionNames()) {
                 owned.insert(std::move(name));

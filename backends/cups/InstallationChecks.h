@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "backends/ppdmodel/PPDModelFile.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
 
 namespace TkPPDUpdating {
 
@@ -15,9 +16,11 @@ class InstallationChecks {
   public:
     InstallationChecks() = delete;
 
-    /// The options whose defaults belong to an updater that applies to the PPD: the default-choice
-    /// updaters tell them themselves. All other defaults are the user's.
-    static std::set<std::string, std::less<>> ownedOptions(const OrbPPDFile& PPD);
+    /// The options whose defaults belong to an updater of the manager that applies to the PPD:
+    /// `OrbPPDDefaultChoiceUpdater`s, built in or not, tell them themselves. All other defaults are
+    /// the user's.
+    static std::set<std::string, std::less<>> ownedOptions(
+        const OrbPPDConcreteUpdatingManager& manager, const OrbPPDFile& PPD);
 
     /// Why `after` may not be installed, or nothing when it may: it has a line that begins with
     /// cupsFilter, cupsPreFilter, cupsPortMonitor, APPrinterPreset or FoomaticRIP, which name

@@ -13,7 +13,6 @@
 #include "backends/cups/InstallationChecks.h"
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
-#include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "ppd/UTF8.h"
 
 namespace TkPPDUpdating {
@@ -116,7 +115,8 @@ class QueueSync::Run {
         std::string reason;
         const bool isAnswered = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(
                                     queue_.deviceURI, nullptr, &reason) != nullptr;
-        return isAnswered || fail("its printer gives no status: " + reason);
+        // One that was not waited for is not to blame.
+        return isAnswered || (goesOn() && fail("its printer gives no status: " + reason));
     }
 
     bool updateText() {
@@ -124,12 +124,11 @@ class QueueSync::Run {
         if (!file.isWhole()) {
             return fail("there is no room for a temporary file");
         }
-        const auto manager = options_.makeManager
-                                 ? options_.makeManager()
-                                 : std::make_unique<OrbPPDConcreteUpdatingManager>();
+        manager_ = options_.makeManager ? options_.makeManager()
+                                        : std::make_unique<OrbPPDConcreteUpdatingManager>();
         try {
             outcome_.after =
-                manager->updatedPPDContentsForFile_deviceURI(file.path(), queue_.deviceURI);
+                manager_->updatedPPDContentsForFile_deviceURI(file.path(), queue_.deviceURI);
         } catch (const std::out_of_range&) {
             return fail("its PPD has an attribute that ends before its value does");
         }
@@ -150,7 +149,7 @@ class QueueSync::Run {
             return fail("the updated PPD cannot be parsed: " + reason);
         }
         const auto refusal = InstallationChecks::reasonNotToInstall(
-            *before_, *after, InstallationChecks::ownedOptions(*before_));
+            *before_, *after, InstallationChecks::ownedOptions(*manager_, *before_));
         if (refusal) {
             return fail("the updated PPD is refused: " + *refusal);
         }
@@ -201,6 +200,7 @@ class QueueSync::Run {
     QueueSyncOutcome outcome_;
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
+    std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
 };
 
 QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)

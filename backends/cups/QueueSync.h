@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "backends/cups/QueueScheduler.h"
-#include "manager/OrbPPDUpdatingManager.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
@@ -50,13 +50,15 @@ struct QueueSyncOutcome {
 /// the updaters; put a library there that keeps its answers.
 class QueueSync {
   public:
-    using ManagerMaker = std::function<std::unique_ptr<OrbPPDUpdatingManager>()>;
+    using ManagerMaker = std::function<std::unique_ptr<OrbPPDConcreteUpdatingManager>()>;
 
     struct Options {
         bool isDryRun = false;
         /// Set by anybody at any time to abandon what has not begun to install. May be null.
         const std::atomic<bool>* isCancelled = nullptr;
-        /// Makes the manager of one queue; null for one with the built-in updaters.
+        /// Makes the manager of one queue; null for one with the built-in updaters. Of the user's
+        /// defaults, the updated PPD may change those that one of the manager's
+        /// `OrbPPDDefaultChoiceUpdater`s names in `optionNames`.
         ManagerMaker makeManager;
     };
 

@@ -151,6 +151,8 @@ TEST(CaseFolding, TextsThatAreEqualIgnoringCaseHaveTheSameHash) {
     using namespace std::string_view_literals;
     EXPECT_NE(hashIgnoringCase("a"sv, kSeed), hashIgnoringCase("\0a"sv, kSeed));
     EXPECT_NE(hashIgnoringCase("abc"sv, kSeed), hashIgnoringCase("abc\0"sv, kSeed));
+    // U+0161 is no four ASCII characters, although its number has their bytes.
+    EXPECT_NE(hashIgnoringCase("\xC5\xA1"sv, kSeed), hashIgnoringCase("\0\0\1a"sv, kSeed));
 }
 
 TEST(CaseFolding, TheHashOfABeginningIsThatOfTheTextAlone) {

@@ -2,10 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "ppd/OrbPPDProcessor.h"
 #include "tests/ppd/ProcessorTesting.h"
 
 namespace TkPPDUpdating::Testing {
@@ -167,6 +173,125 @@ TEST(OrbPPDLines, TakesTensOfThousandsOfLookUpsOfKeywordsWithAColon) {
         ASSERT_EQ(lines.indexOfAttribute(keyword + ".Kez", std::nullopt, std::nullopt),
                   std::nullopt);
     }
+}
+
+TEST(OrbPPDLines, FindsSpecsWithColonsAndSlashesThroughEdits) {
+    auto lines = linesOfText(
+        "*Key a: 0\n*Key a:b/T: 1\n*KEY   A:B: 2\n*Key a/b:c/d: 3\n*a:b.Key x:y/T: 4\n*Key a:b\n");
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a", std::nullopt), 0U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), 1U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", "2"), 2U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a/b", std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a/b:c", std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a/b:c/d", std::nullopt), 3U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x", std::nullopt), 4U);
+        EXPECT_EQ(lines.indexOfAttribute("a:b.Key", "x:y", std::nullopt), 4U);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:", std::nullopt), std::nullopt);
+        EXPECT_EQ(lines.indexOfAttribute("Key", "a:c", std::nullopt), std::nullopt);
+    }
+    lines.insert(0, "*Key A:B: 12");
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), 0U);
+    lines.erase(0, 3);
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), 0U);
+    lines.erase(0, 1);
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a:b", std::nullopt), std::nullopt);
+    EXPECT_EQ(lines.indexOfAttribute("Key", "a/b", std::nullopt), 0U);
+}
+
+TEST(OrbPPDLines, TakesTensOfThousandsOfLookUpsOfSpecsThatBeginAlike) {
+    constexpr std::size_t kCount = 50'000;
+    for (const std::string language : {"", "a:b."}) {
+        std::string text;
+        for (std::size_t i = 0; i < kCount; ++i) {
+            text += "*" + language + "Key a:b/" + std::to_string(i) + "/T: 12\n";
+        }
+        const auto lines = linesOfText(text);
+        for (std::size_t i = 0; i < kCount; ++i) {
+            const std::string spec = "a:b/" + std::to_string(i);
+            ASSERT_EQ(lines.indexOfAttribute(language + "Key", spec, std::nullopt), i);
+            ASSERT_EQ(lines.indexOfAttribute(language + "Key", spec + "x", std::nullopt),
+                      std::nullopt);
+        }
+    }
+}
+
+/// Names and lines of a few characters, so that separators stand everywhere and many lines share
+/// their beginnings.
+class SeparatorTexts {
+  public:
+    explicit SeparatorTexts(std::uint32_t seed) : random_(seed) {}
+
+    std::size_t below(std::size_t bound) { return random_() % bound; }
+    std::string name() {
+        std::string text;
+        for (std::size_t pieces = below(5); pieces > 0; --pieces) {
+            text += oneOf({"a", "A", "b", "\xC3\xA9", "\xC3\x89", ":", ":", "/", " ", "a:b"});
+        }
+        return text;
+    }
+    std::optional<std::string> maybeName() {
+        return below(3) == 0 ? std::nullopt : std::optional(asked());
+    }
+    /// Mostly one that stands in many lines, so that look-ups find something.
+    std::string asked() {
+        return below(2) == 0 ? name() : oneOf({"a:b", "a", "a/b", "b:a", "a:", "", "a:b:a"});
+    }
+    std::string line() {
+        const std::string spaces(below(3), ' ');
+        return oneOf({"*", "*", "*", ""}) + asked() + spaces + asked() + oneOf({":", "/", ""}) +
+               oneOf({" ", ""}) + name();
+    }
+
+  private:
+    std::string oneOf(std::initializer_list<std::string> texts) {
+        return texts.begin()[below(texts.size())];
+    }
+
+    std::mt19937 random_;
+};
+
+/// Reads line by line, without any index.
+std::optional<std::size_t> indexByReading(const OrbPPDLines& lines, const std::string& keyword,
+                                          const std::optional<std::string>& spec,
+                                          const std::optional<std::string>& value) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(lines.at(i), keyword, spec,
+                                                                         value)) {
+            return i;
+        }
+    }
+    return std::nullopt;
+}
+
+TEST(OrbPPDLines, FindsByItsIndexesWhatReadingTheLinesFinds) {
+    std::size_t found = 0;
+    for (std::uint32_t seed = 0; seed < 25; ++seed) {
+        SeparatorTexts texts(seed);
+        std::string text;
+        for (int i = 0; i < 80; ++i) {
+            text += texts.line() + "\n";
+        }
+        auto lines = linesOfText(text);
+        // The first look-ups read, later ones ask one index and then the other, and edits follow.
+        for (int step = 0; step < 600; ++step) {
+            const std::string keyword = texts.asked();
+            const auto spec = texts.maybeName();
+            const auto value = texts.below(4) == 0 ? std::optional(texts.name()) : std::nullopt;
+            const auto expected = indexByReading(lines, keyword, spec, value);
+            found += expected ? 1 : 0;
+            ASSERT_EQ(lines.indexOfAttribute(keyword, spec, value), expected)
+                << "seed " << seed << ", step " << step << ": \"" << keyword << "\", \""
+                << spec.value_or("(null)") << "\", \"" << value.value_or("(null)") << "\"";
+            if (texts.below(3) == 0) {
+                lines.insert(texts.below(lines.size() + 1), texts.line());
+            } else if (texts.below(3) == 0 && lines.size() > 20) {
+                const std::size_t index = texts.below(lines.size());
+                lines.erase(index, std::min(lines.size() - index, texts.below(4)));
+            }
+        }
+    }
+    EXPECT_GT(found, 1000U) << "too few look-ups find anything to be worth the comparison";
 }
 
 TEST(OrbPPDLines, TakesTensOfThousandsOfValuesThatNeverEnd) {

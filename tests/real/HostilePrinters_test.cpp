@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -9,6 +10,7 @@
 #include <new>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "backends/cups/HTTPTalk.h"
 #include "backends/cups/IPPDeviceStatus.h"
@@ -121,6 +123,21 @@ TEST(HostilePrinters, AcceptingAndSayingNothingEndsAtTheLimit) {
     EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
     EXPECT_GE(answer.took, kLimit);
     EXPECT_LT(answer.took, kLimit + kSlack);
+}
+
+TEST(HostilePrinters, SilenceEndsAtOnceWhenTheExchangeIsCancelled) {
+    std::atomic<bool> isCancelled{false};
+    HostileIPPResponder printer([&isCancelled](const ResponderConnection& c) {
+        isCancelled = true;
+        c.waitForClose();
+    });
+    IPPDeviceStatusLimits limits;
+    limits.time = std::chrono::seconds(60);
+    limits.isCancelled = &isCancelled;
+    const Answer answer = ask(printer.URI(), limits);
+    EXPECT_EQ(answer.status, nullptr);
+    EXPECT_EQ(answer.error, "interrupted");
+    EXPECT_LT(answer.took, std::chrono::seconds(30));
 }
 
 TEST(HostilePrinters, SilenceInATLSHandshakeEndsAtTheLimit) {
@@ -409,6 +426,67 @@ TEST(HostilePrinters, AttributesThatNobodyAskedForAreIgnored) {
     }
     HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
     EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
+}
+
+struct StrayCase {
+    const char* name;
+    IPPBytes bytes;
+    /// The reason, when the attribute is one that was asked for.
+    const char* reason;
+};
+
+IPPBytes openCollection(const std::string& attribute) {
+    return IPPBytes().value(0x34, attribute, "").value(0x4A, "", "media-info");
+}
+
+/// Malformed attributes of that name, each followed by nothing of its own.
+std::vector<StrayCase> strayCases(const std::string& attribute) {
+    return {
+        {"MemberName", IPPBytes().value(0x4A, attribute, "media-info"),
+         "value 1 is a member outside of a collection"},
+        {"EndOfCollection", IPPBytes().value(0x37, attribute, ""),
+         "value 1 is a member outside of a collection"},
+        {"MemberBehindAValue",
+         IPPBytes().value(0x44, attribute, "x").value(0x4A, "", "media-info").value(0x37, "", ""),
+         "value 2 is a member outside of a collection"},
+        {"CollectionBeforeAnAttribute", openCollection(attribute),
+         "value 1 is a collection that does not end"},
+        {"CollectionBeforeADelimiter", openCollection(attribute).delimiter(0x04),
+         "value 1 is a collection that does not end"},
+        {"CollectionThatGoesOnBehindADelimiter",
+         openCollection(attribute).delimiter(0x04).value(0x44, "", "x").value(0x37, "", ""),
+         "value 1 is a collection that does not end"},
+    };
+}
+
+TEST(HostilePrinters, StrayMembersAndDelimitersInAttributesThatNobodyAskedForAreIgnored) {
+    for (StrayCase& each : strayCases("noise")) {
+        HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(each.bytes)));
+        const Answer answer = ask(printer.URI());
+        ASSERT_TRUE(hasDuplexer(answer)) << each.name << ": " << answer.error;
+        EXPECT_EQ(dropped(answer), std::vector<std::string>()) << each.name;
+    }
+}
+
+TEST(HostilePrinters, StrayMembersAndDelimitersDropTheValueAndNotTheAnswer) {
+    for (StrayCase& each : strayCases("media-col-database")) {
+        HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(each.bytes)));
+        const Answer answer = ask(printer.URI());
+        ASSERT_TRUE(hasDuplexer(answer)) << each.name << ": " << answer.error;
+        const auto& reasons = dropped(answer);
+        const std::string reason = "media-col-database: " + std::string(each.reason);
+        EXPECT_NE(std::find(reasons.begin(), reasons.end(), reason), reasons.end()) << each.name;
+    }
+}
+
+TEST(HostilePrinters, ACollectionThatDoesNotEndInAnotherGroupGivesTheStatusNothing) {
+    // Behind the delimiter of another group, nothing counts as the printer's.
+    IPPBytes bytes = openCollection("media-col-database");
+    bytes.delimiter(0x02);
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    const Answer answer = ask(printer.URI());
+    ASSERT_NE(answer.status, nullptr) << answer.error;
+    EXPECT_FALSE(hasDuplexer(answer));
 }
 
 IPPBytes nestedCollections(int depth) {

@@ -318,6 +318,33 @@ TEST_P(InterruptedSync, AbandonsEachQueueWholeAndSaysWhich) {
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("two")), before);
 }
 
+TEST_P(InterruptedSync, DoesNotWaitForASilentPrinter) {
+    if (IsSkipped()) {
+        return;
+    }
+    std::atomic<int> asked{0};
+    HostileIPPResponder silent([&asked](const ResponderConnection& c) {
+        c.readRequest();
+        ++asked;
+        c.waitForClose();
+    });
+    scheduler_->addQueue("one", silent.URI("/one"), kOfficePPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("one"));
+    const std::string output = (scheduler_->directory().path() / "sync.output").string();
+    ChildProcess tool({TKPPDUPDATING_TOOL, "sync", "--server", scheduler_->server(), "one"},
+                      output);
+    while (asked == 0 && tool.isRunning()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    tool.signal(GetParam());
+    EXPECT_EQ(tool.wait(), 1);
+    // A printer has 15 seconds to answer.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(contentsOfFile(output), "one: abandoned: interrupted\n1 queue: 1 abandoned\n");
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("one")), before);
+}
+
 INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedSync, testing::Values(SIGINT, SIGTERM),
                          [](const auto& number) {
                              return number.param == SIGINT ? "SIGINT" : "SIGTERM";

@@ -62,7 +62,9 @@ INSTANTIATE_TEST_SUITE_P(
         UsageError{"ValuesWithoutADevice", {"values", "--ppd", "PPD"}},
         UsageError{"ValuesOfAnUnknownClass",
                    {"values", "--ppd", "PPD", "--device-uri", kDevice, "--only", "Orb\nPPD"}},
-        UsageError{"UpdatersOfTwoFiles", {"updaters", "PPD", "PPD"}}),
+        UsageError{"UpdatersOfTwoFiles", {"updaters", "PPD", "PPD"}},
+        UsageError{"SyncWithAnEmptyServer", {"sync", "--all", "--server", ""}},
+        UsageError{"SyncWithAnEmptyServerBehindTheSign", {"sync", "--all", "--server="}}),
     [](const auto& test) { return test.param.testName; });
 
 TEST(UsageTest, HelpGoesToStandardOutput) {
@@ -88,6 +90,14 @@ TEST(UsageTest, AnErrorPointsToTheHelpOfItsCommand) {
     EXPECT_NE(runTool({"values"}).errors.find("\"tkppdupdate values --help\""), std::string::npos);
     EXPECT_NE(runTool({}).errors.find("\"tkppdupdate --help\""), std::string::npos);
 }
+
+#ifdef TKPPDUPDATING_WITH_CUPS
+TEST(UsageTest, AnEmptyServerIsToldAsTheError) {
+    EXPECT_NE(
+        runTool({"sync", "--all", "--server", ""}).errors.find("--server: \"\" is no scheduler"),
+        std::string::npos);
+}
+#endif
 
 TEST(UsageTest, VersionIsTheProjects) {
     const ToolRun run = runTool({"--version"});

@@ -3,7 +3,11 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -35,6 +39,25 @@ bool liesBelow(const fs::path& path, const fs::path& folder) {
     return !way.empty() && *way.begin() != "..";
 }
 
+/// The file whose contents stand at that address, as the kernel knows it (proc(5)); empty when
+/// there is none.
+std::string pathOfFileMappedAt(const void* address) {
+    const auto wanted = reinterpret_cast<std::uintptr_t>(address);
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        // 7f5c1b2d4000-7f5c1b2d6000 r-xp 00001000 fe:01 1234    /path
+        const char* const end = line.data() + line.size();
+        std::uintptr_t from = 0;
+        std::uintptr_t to = 0;
+        const char* const dash = std::from_chars(line.data(), end, from, 16).ptr;
+        if (dash != end && std::from_chars(dash + 1, end, to, 16).ec == std::errc() &&
+            from <= wanted && wanted < to) {
+            return line.substr(std::min(line.find('/'), line.size()));
+        }
+    }
+    return {};
+}
+
 /// The object file that this function's code runs from, as an absolute path; empty when unknown.
 std::string pathOfThisObject() {
     Dl_info information{};
@@ -50,8 +73,10 @@ std::string pathOfThisObject() {
         std::error_code ignored;
         return fs::read_symlink("/proc/self/exe", ignored).string();
     }
-    // A relative name was meant for the working directory at load time.
-    return name.starts_with('/') ? name : std::string();
+    // A relative name was meant for the working directory at load time, which may be another now.
+    return name.starts_with('/')
+               ? name
+               : pathOfFileMappedAt(reinterpret_cast<const void*>(&pathOfThisObject));
 }
 
 }  // namespace

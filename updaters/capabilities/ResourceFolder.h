@@ -14,7 +14,8 @@ namespace TkPPDUpdating {
 /// this order:
 /// 1. the installed data folder, by the way that leads there from an installed library (a static
 ///    one: from an installed program), so that a relocated installation finds its own;
-/// 2. the `resources` folder of the sources, when the object lies in the build tree;
+/// 2. the `resources` folder of the sources, when the object lies in the build tree (that of the
+///    whole project, where the library is a subproject);
 /// 3. for the static library, whose place tells nothing when it is linked into a program that is
 ///    installed elsewhere, the data folder of the prefix that was configured.
 class ResourceFolder {

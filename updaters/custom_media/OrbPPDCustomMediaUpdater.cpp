@@ -113,6 +113,42 @@ std::optional<std::string_view> valueOfLast(const std::vector<const Attribute*>&
     return attributes.empty() ? std::nullopt : attributes.back()->value();
 }
 
+/// The media type of a choice; `profileWithQualifier` gives its profile, or null.
+template <typename ProfileWithQualifier>
+std::shared_ptr<const OrbCustomMediaType> mediaTypeInPPD(
+    std::optional<std::string_view> codeName, const OrbPPDFile* PPDFile,
+    const ProfileWithQualifier& profileWithQualifier) {
+    const auto* const option = codeName && PPDFile ? PPDFile->optionForName(kMediaType) : nullptr;
+    const auto* const choice = option ? option->choiceForName(*codeName) : nullptr;
+    if (!choice) {
+        return nullptr;
+    }
+    const auto english = PPDFile->attributesForName_spec(kEnglishMediaType, *codeName);
+    const auto name = english.empty() ? choice->text() : english.back()->text();
+    const auto properties = writablePropertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
+        kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {*codeName}))));
+    const auto* const mediaID = nonEmptyValue(properties, kMediaIDKey);
+    const auto* const parentMediaID = nonEmptyValue(properties, kParentMediaIDKey);
+    if (!mediaID || !parentMediaID) {
+        return nullptr;
+    }
+    OrbDictionary parameters;
+    parameters.emplace(kTkPPDCustomMediaTypeCodeNameKey, std::string(*codeName));
+    // Entry stops at the first value that is missing.
+    if (name) {
+        parameters.emplace(kTkPPDCustomMediaTypeNameKey, std::string(*name));
+        parameters.emplace(kTkPPDCustomMediaTypeIDKey, *mediaID);
+        parameters.emplace(kTkPPDCustomMediaTypeParentIDKey, *parentMediaID);
+        const auto* const qualifier = nonEmptyValue(properties, kZrICCProfileId2);
+        std::shared_ptr<const OrbICCProfile> profile =
+            qualifier ? profileWithQualifier(*qualifier) : nullptr;
+        if (profile) {
+            parameters.emplace(kTkPPDCustomMediaTypeICCProfileKey, std::move(profile));
+        }
+    }
+    return OrbCustomMediaType::customMediaTypeWithPPDParameters(parameters);
+}
+
 /// Profiles by equality.
 struct ProfileHash {
     std::size_t operator()(const OrbICCProfile* profile) const { return profile->hash(); }
@@ -149,12 +185,21 @@ PPDText OrbPPDCustomMediaUpdater::updatedPPDContentsForContents_PPDFile_context(
         PPDFile ? valueOfLast(PPDFile->attributesForName_spec(kZrMediaTypeCategory, kCategory))
                 : std::nullopt;
     if (category) {
-        // Each name is looked up once, so that a hostile category gains nothing by repeating one.
+        // Each name and qualifier is looked up once: a hostile category gains nothing by repeating
+        // a name, nor do choices that share a profile by the number of its lines.
+        std::map<std::string, std::shared_ptr<const OrbICCProfile>> profileOfQualifier;
+        const auto profileWithQualifier = [&](const std::string& qualifier) {
+            const auto [entry, isNew] = profileOfQualifier.try_emplace(qualifier);
+            if (isNew) {
+                entry->second = ICCProfileWithQualifierVer2_PPDFile(qualifier, PPDFile);
+            }
+            return entry->second;
+        };
         std::map<std::string_view, std::shared_ptr<const OrbCustomMediaType>> typeOfName;
         for (const std::string_view name : piecesBetweenWhiteSpace(*category)) {
             const auto [entry, isNew] = typeOfName.try_emplace(name);
             if (isNew) {
-                entry->second = customMediaTypeWithCodeName_PPDfile(name, PPDFile);
+                entry->second = mediaTypeInPPD(name, PPDFile, profileWithQualifier);
             }
             if (entry->second) {
                 types.push_back(entry->second);
@@ -292,34 +337,9 @@ std::optional<std::string> OrbPPDCustomMediaUpdater::PPDProfileQualifierForProfi
 std::shared_ptr<const OrbCustomMediaType>
 OrbPPDCustomMediaUpdater::customMediaTypeWithCodeName_PPDfile(
     std::optional<std::string_view> codeName, const OrbPPDFile* PPDFile) {
-    const auto* const option = codeName && PPDFile ? PPDFile->optionForName(kMediaType) : nullptr;
-    const auto* const choice = option ? option->choiceForName(*codeName) : nullptr;
-    if (!choice) {
-        return nullptr;
-    }
-    const auto english = PPDFile->attributesForName_spec(kEnglishMediaType, *codeName);
-    const auto name = english.empty() ? choice->text() : english.back()->text();
-    const auto properties = writablePropertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
-        kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {*codeName}))));
-    const auto* const mediaID = nonEmptyValue(properties, kMediaIDKey);
-    const auto* const parentMediaID = nonEmptyValue(properties, kParentMediaIDKey);
-    if (!mediaID || !parentMediaID) {
-        return nullptr;
-    }
-    OrbDictionary parameters;
-    parameters.emplace(kTkPPDCustomMediaTypeCodeNameKey, std::string(*codeName));
-    // Entry stops at the first value that is missing.
-    if (name) {
-        parameters.emplace(kTkPPDCustomMediaTypeNameKey, std::string(*name));
-        parameters.emplace(kTkPPDCustomMediaTypeIDKey, *mediaID);
-        parameters.emplace(kTkPPDCustomMediaTypeParentIDKey, *parentMediaID);
-        const auto* const qualifier = nonEmptyValue(properties, kZrICCProfileId2);
-        if (auto profile =
-                qualifier ? ICCProfileWithQualifierVer2_PPDFile(*qualifier, PPDFile) : nullptr) {
-            parameters.emplace(kTkPPDCustomMediaTypeICCProfileKey, std::move(profile));
-        }
-    }
-    return OrbCustomMediaType::customMediaTypeWithPPDParameters(parameters);
+    return mediaTypeInPPD(codeName, PPDFile, [PPDFile](const std::string& qualifier) {
+        return ICCProfileWithQualifierVer2_PPDFile(qualifier, PPDFile);
+    });
 }
 
 std::shared_ptr<const OrbICCProfile> OrbPPDCustomMediaUpdater::ICCProfileWithQualifierVer2_PPDFile(

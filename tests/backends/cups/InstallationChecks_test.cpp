@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "manager/OrbClassTable.h"
 #include "tests/support/NamedText.h"
 #include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
 
@@ -34,11 +39,14 @@ std::string replaced(std::string text, const std::string& from, const std::strin
     return text.replace(text.find(from), from.size(), to);
 }
 
+std::set<std::string, std::less<>> ownedOptions(const OrbPPDFile& PPD) {
+    return InstallationChecks::ownedOptions(OrbPPDConcreteUpdatingManager(), PPD);
+}
+
 std::optional<std::string> reasonFor(const std::string& afterText) {
     const auto before = PPDModelFile::fileWithText(makePPDText(kBefore));
     const auto after = PPDModelFile::fileWithText(makePPDText(afterText));
-    return InstallationChecks::reasonNotToInstall(*before, *after,
-                                                  InstallationChecks::ownedOptions(*before));
+    return InstallationChecks::reasonNotToInstall(*before, *after, ownedOptions(*before));
 }
 
 TEST(InstallationChecks, TheSameTextMayBeInstalled) {
@@ -47,8 +55,35 @@ TEST(InstallationChecks, TheSameTextMayBeInstalled) {
 
 TEST(InstallationChecks, TheOptionsOfApplicableUpdatersAreOwned) {
     const auto PPD = PPDModelFile::fileWithText(makePPDText(kBefore));
-    EXPECT_EQ(InstallationChecks::ownedOptions(*PPD),
-              (std::set<std::string, std::less<>>{"ZrLowerTrayInstalled"}));
+    EXPECT_EQ(ownedOptions(*PPD), (std::set<std::string, std::less<>>{"ZrLowerTrayInstalled"}));
+}
+
+/// An application's own class for the option "MediaType".
+class MediaTypeUpdater : public OrbPPDDefaultChoiceUpdater {
+  public:
+    static constexpr std::string_view kClassName = "MediaTypeUpdater";
+
+    std::vector<std::string> optionNames() override { return {"MediaType"}; }
+    std::optional<OrbPPDDefaultChoices> defaultChoicesFromDeviceWithURI_context(
+        std::optional<std::string_view> /*deviceURI*/, OrbDictionary* /*context*/) override {
+        return OrbPPDDefaultChoices{{"MediaType", "Photo"}};
+    }
+};
+
+TEST(InstallationChecks, TheOptionsOfAnApplicationsOwnUpdaterAreOwned) {
+    const auto PPD = PPDModelFile::fileWithText(makePPDText(kBefore));
+    OrbPPDConcreteUpdatingManager manager;
+    manager.registerUpdaterClass(&OrbClassOf<MediaTypeUpdater>());
+    EXPECT_EQ(InstallationChecks::ownedOptions(manager, *PPD),
+              (std::set<std::string, std::less<>>{"MediaType", "ZrLowerTrayInstalled"}));
+}
+
+TEST(InstallationChecks, TheOptionOfAnUpdaterThatDoesNotRunIsTheUsers) {
+    const auto PPD = PPDModelFile::fileWithText(makePPDText(kBefore));
+    OrbPPDConcreteUpdatingManager manager;
+    manager.unregisterUpdaterClass(OrbClassFromName("OrbPPDLowerTrayInstalledUpdater"));
+    EXPECT_EQ(InstallationChecks::ownedOptions(manager, *PPD),
+              (std::set<std::string, std::less<>>()));
 }
 
 TEST(InstallationChecks, AnOwnedDefaultMayChange) {

@@ -102,6 +102,9 @@ constexpr Case kComments[] = {
     {"CommentFormedByARemovedConstraintStays", "*% *UIConstraints: *Duplex A\nDuplex <-> B\n",
      "*% Duplex <-> B\n"},
     {"TwoCommentsOnOneLine", "x*% Duplex <-> *% Duplex <-> A\ny\n", "xy\n"},
+    {"JoinedLineFormsACommentWithItsLastSpaceOnly", "*% Duplex <->*% Duplex <-> A\n B\nb\n", "b\n"},
+    {"JoinedLineFormsACommentAfterAnAsteriskFormedNoConstraint",
+     "**UIConstraints: *Duplex A\nz\n*% Dup*% Duplex <-> A\nlex <-> B\nb\n", "*z\nb\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Comments, ConstraintRemovalCase, testing::ValuesIn(kComments),

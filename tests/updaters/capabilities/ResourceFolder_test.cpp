@@ -107,6 +107,27 @@ TEST(ResourceFolder, CanBeSetAndTakenBack) {
     EXPECT_EQ(ResourceFolder::path(), kSourceResources);
 }
 
+TEST(ResourceFolder, OfAnObjectThatWasLoadedByARelativePathIsThatOfItsPrefix) {
+    const Prefix prefix;
+    prefix.addData();
+    fs::copy_file(TKPPDUPDATING_OBJECT, prefix.object(), fs::copy_options::overwrite_existing);
+    const std::string folder = fs::path(prefix.object()).parent_path().string();
+    const std::string around = "../" + fs::path(folder).filename().string() + "/object";
+    for (const std::string& path : {std::string("./object"), around}) {
+        const std::string found =
+            outputOf("cd " + folder + " && " + TKPPDUPDATING_LOADER + " " + path);
+        ASSERT_FALSE(found.empty()) << path;
+        EXPECT_TRUE(fs::equivalent(found, prefix.data())) << found;
+    }
+}
+
+TEST(ResourceFolder, OfAnObjectThatWasLoadedByARelativePathInTheBuildTreeIsThatOfTheSources) {
+    const fs::path object(TKPPDUPDATING_OBJECT);
+    EXPECT_EQ(outputOf("cd " + object.parent_path().string() + " && " + TKPPDUPDATING_LOADER +
+                       " ./" + object.filename().string()),
+              kSourceResources);
+}
+
 /// A program of its own, moved away from the build tree, run with a misleading name and working
 /// directory.
 TEST(ResourceFolder, OfARelocatedProgramDependsOnNeitherItsNameNorTheWorkingDirectory) {

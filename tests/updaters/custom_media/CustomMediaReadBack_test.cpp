@@ -115,11 +115,13 @@ class RecordingCore : public PPDModelCore {
     std::shared_ptr<const OrbICCProfile> profileWithPPDParameters(
         const OrbDictionary& parameters) const override {
         profileParameters = parameters;
+        ++profiles;
         return PPDModelCore::profileWithPPDParameters(parameters);
     }
 
     mutable OrbDictionary mediaTypeParameters;
     mutable OrbDictionary profileParameters;
+    mutable int profiles = 0;
 };
 
 std::vector<std::string> keys(const OrbDictionary& parameters) {
@@ -258,6 +260,31 @@ TEST_F(CustomMediaReadBack, ReadingTheResultGivesTheSameBlockAgain) {
                     mediaType("Heavy Card", "// 12", "a=b")});
     EXPECT_EQ(copied(text, text), text);
     EXPECT_EQ(copied(PPDWith(), text), text);
+}
+
+TEST_F(CustomMediaReadBack, ChoicesThatShareAQualifierShareItsFirstProfileWhichIsLookedUpOnce) {
+    const auto core = std::make_shared<const RecordingCore>();
+    OrbCoreInterface::setCore(core);
+    const auto properties = [](const std::string& choice, const std::string& qualifier) {
+        return "*ZrChoiceProperties MediaType." + choice +
+               ": \"MediaID=1;ParentMediaID=2;ZrICCProfileId2=" + qualifier + ";\"\n";
+    };
+    const std::string source =
+        PPDWith(choiceLines("a", "Ay") + choiceLines("b", "Bee") + choiceLines("c", "Sea") +
+                    choiceLines("d", "Dee"),
+                "",
+                "*cupsICCProfile ..q/one: \"/p/one.icc\"\n"
+                "*cupsICCProfile ..q/two: \"/p/two.icc\"\n"
+                "*cupsICCProfile ..r/three: \"/p/three.icc\"\n" +
+                    properties("a", "q") + properties("b", "q") + properties("c", "r") +
+                    properties("d", "q") + categoryLines("a b c d"));
+    const std::string result = copied(PPDWith(), source);
+    EXPECT_EQ(core->profiles, 2);
+    const auto one = profile("file:///p/one.icc", "q");
+    EXPECT_EQ(result, updatedText(PPDWith(),
+                                  {mediaType("Ay", "1", "2", one), mediaType("Bee", "1", "2", one),
+                                   mediaType("Sea", "1", "2", profile("file:///p/three.icc", "r")),
+                                   mediaType("Dee", "1", "2", one)}));
 }
 
 TEST_F(CustomMediaReadBack, TheLastCategoryLineCounts) {
