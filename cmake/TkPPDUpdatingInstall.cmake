@@ -7,6 +7,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     backends/ppdmodel/PPDModelCustomMediaType.h
     backends/ppdmodel/PPDModelICCProfile.h
     backends/schemes/DeviceStatusSchemes.h
+    backends/schemes/ReportedDeviceStatus.h
     core_interface/OrbCSDeviceStatus.h
     core_interface/OrbCSNumberOrString.h
     core_interface/OrbCSStatusValue.h
@@ -82,6 +83,9 @@ endif()
 # A Debian package: cpack --config build/release/CPackConfig.cmake
 if(PROJECT_IS_TOP_LEVEL)
     set(CPACK_GENERATOR DEB)
+    set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}")
+    # The tool without its debugging symbols, which are most of its size.
+    set(CPACK_STRIP_FILES ON)
     set(CPACK_PACKAGE_NAME tkppdupdating)
     set(CPACK_PACKAGE_CONTACT "The TkPPDUpdating developers <tkppdupdating@localhost>")
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

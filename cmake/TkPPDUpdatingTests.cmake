@@ -18,7 +18,8 @@ function(tkppdupdating_add_tests program)
     target_compile_definitions(${program} PRIVATE
         TKPPDUPDATING_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         TKPPDUPDATING_BINARY_DIR="${PROJECT_BINARY_DIR}")
-    gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST
+    # Printed values would make names that change from run to run (addresses).
+    gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
         PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
     foreach(source IN LISTS arg_SOURCES)
         get_filename_component(path "${source}" ABSOLUTE)

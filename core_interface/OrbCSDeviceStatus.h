@@ -26,8 +26,7 @@ class OrbCSDeviceStatus {
     ///
     /// `parameters` may be null; `kTkCSIsCUPSFilterModeKey` in it governs how the status is
     /// obtained. Null on failure, and also when no URI is given or no library is set; the reason is
-    /// then in
-    /// `*error` when `error` is not null.
+    /// then in `*error` when `error` is not null.
     static std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
         std::string* error);

@@ -15,4 +15,13 @@ std::shared_ptr<const OrbPPDFile> OrbPPDFile::PPDFileForQueueWithName(
     return core ? core->PPDFileForQueueWithName(queueName) : nullptr;
 }
 
+const OrbPPDAttribute* OrbPPDFile::firstAttributeForName(const OrbPPDFile* PPDFile,
+                                                         std::string_view name) {
+    if (!PPDFile) {
+        return nullptr;
+    }
+    const auto attributes = PPDFile->attributesForName(name);
+    return attributes.empty() ? nullptr : attributes.front();
+}
+
 }  // namespace TkPPDUpdating

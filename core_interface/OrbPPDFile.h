@@ -39,6 +39,10 @@ class OrbPPDFile {
     /// The attributes with that main keyword, in file order, whatever their option keyword.
     virtual std::vector<const OrbPPDAttribute*> attributesForName(std::string_view name) const = 0;
 
+    /// The first of them, or null; null also for no model.
+    static const OrbPPDAttribute* firstAttributeForName(const OrbPPDFile* PPDFile,
+                                                        std::string_view name);
+
     /// The attributes with that main keyword and that option keyword, in file order.
     virtual std::vector<const OrbPPDAttribute*> attributesForName_spec(
         std::string_view name, std::string_view spec) const = 0;

@@ -16,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string written = RecordedDeviceStatus::JSONForStatus(*status);
     const auto again = RecordedDeviceStatus::statusWithJSON(written, reason);
     require(again != nullptr, "what is written can be read");
-    require(again->droppedTexts().empty(), "what is written holds no text that is dropped");
+    require(again->droppedValues().empty(), "what is written holds no text that is dropped");
     require(RecordedDeviceStatus::JSONForStatus(*again) == written, "it reads back as the same");
     return 0;
 }

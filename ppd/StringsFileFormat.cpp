@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ppd/PPDConstants.h"
+#include "ppd/StringsFileQuotedString.h"
 
 namespace TkPPDUpdating {
 
@@ -19,148 +20,6 @@ unsigned rankInUTF16(char byte) {
     const auto value = static_cast<unsigned char>(byte);
     return value == 0xEE || value == 0xEF ? value + 0x10U : value;
 }
-
-void appendCodePoint(std::string& text, char32_t codePoint) {
-    const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
-    const auto appendContinuation = [&](unsigned shift) {
-        append(0x80U | ((codePoint >> shift) & 0x3FU));
-    };
-    if (codePoint < 0x80) {
-        append(codePoint);
-    } else if (codePoint < 0x800) {
-        append(0xC0U | (codePoint >> 6U));
-        appendContinuation(0);
-    } else if (codePoint < 0x10000) {
-        append(0xE0U | (codePoint >> 12U));
-        appendContinuation(6);
-        appendContinuation(0);
-    } else {
-        append(0xF0U | (codePoint >> 18U));
-        appendContinuation(12);
-        appendContinuation(6);
-        appendContinuation(0);
-    }
-}
-
-std::optional<unsigned> digitOfBase(char character, unsigned base) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    const char lower =
-        character >= 'A' && character <= 'F' ? static_cast<char>(character - 'A' + 'a') : character;
-    const std::size_t digit = kDigits.find(lower);
-    return digit < base ? std::optional(static_cast<unsigned>(digit)) : std::nullopt;
-}
-
-/// Reads a quoted string, from behind its opening quote.
-class QuotedStringReader {
-  public:
-    explicit QuotedStringReader(std::string_view text) : text_(text) {}
-
-    /// The string without its escapes; nothing when it is malformed or not closed.
-    std::optional<std::string> read() {
-        std::string string;
-        while (at_ < text_.size()) {
-            const std::size_t stop = std::min(text_.find_first_of("\"\\", at_), text_.size());
-            string += text_.substr(at_, stop - at_);
-            at_ = stop + 1;
-            if (stop < text_.size() && text_[stop] == '"') {
-                return string;
-            }
-            if (stop < text_.size() && !readEscape(string)) {
-                return std::nullopt;
-            }
-        }
-        return std::nullopt;
-    }
-
-    /// How many bytes were read, the closing quote included.
-    std::size_t length() const { return at_; }
-
-  private:
-    /// Reads what follows a backslash.
-    bool readEscape(std::string& string) {
-        if (at_ == text_.size()) {
-            return false;
-        }
-        constexpr std::string_view kLetters = "abfnrtv";
-        constexpr std::string_view kMeanings = "\a\b\f\n\r\t\v";
-        const char character = text_[at_];
-        if (const std::size_t letter = kLetters.find(character); letter != std::string_view::npos) {
-            string += kMeanings[letter];
-            ++at_;
-            return true;
-        }
-        if (digitOfBase(character, 8)) {
-            return readOctal(string);
-        }
-        ++at_;
-        if (character == 'U') {
-            return readUTF16(string);
-        }
-        string += character;
-        return true;
-    }
-
-    bool readOctal(std::string& string) {
-        constexpr unsigned kLargest = 0xFF;
-        constexpr int kMostDigits = 3;
-        unsigned codePoint = 0;
-        for (int digits = 0; digits < kMostDigits && at_ < text_.size(); ++digits) {
-            const auto digit = digitOfBase(text_[at_], 8);
-            if (!digit) {
-                break;
-            }
-            codePoint = codePoint * 8 + *digit;
-            ++at_;
-        }
-        appendCodePoint(string, codePoint);
-        return codePoint <= kLargest;
-    }
-
-    /// The unit written in four hexadecimal digits.
-    std::optional<char32_t> readUnit() {
-        constexpr int kDigits = 4;
-        char32_t unit = 0;
-        for (int i = 0; i < kDigits; ++i) {
-            const auto digit =
-                at_ < text_.size() ? digitOfBase(text_[at_], 16) : std::optional<unsigned>();
-            if (!digit) {
-                return std::nullopt;
-            }
-            unit = unit * 16 + *digit;
-            ++at_;
-        }
-        return unit;
-    }
-
-    /// A character from one unit, or from the two units of a surrogate pair.
-    bool readUTF16(std::string& string) {
-        const auto unit = readUnit();
-        const auto isIn = [](std::optional<char32_t> each, char32_t first, char32_t last) {
-            return each && *each >= first && *each <= last;
-        };
-        if (!unit || isIn(unit, 0xDC00, 0xDFFF)) {
-            return false;
-        }
-        if (!isIn(unit, 0xD800, 0xDBFF)) {
-            appendCodePoint(string, *unit);
-            return true;
-        }
-        constexpr std::string_view kEscape = "\\U";
-        if (!text_.substr(at_).starts_with(kEscape)) {
-            return false;
-        }
-        at_ += kEscape.size();
-        const auto low = readUnit();
-        if (!isIn(low, 0xDC00, 0xDFFF)) {
-            return false;
-        }
-        appendCodePoint(string, 0x10000U + ((*unit - 0xD800U) << 10U) + (*low - 0xDC00U));
-        return true;
-    }
-
-    std::string_view text_;
-    std::size_t at_ = 0;
-};
 
 class StringsFileReader {
   public:
@@ -223,7 +82,7 @@ class StringsFileReader {
         skipBlanksAndComments(Place::kInPair);
         Word word;
         if (isAtOneOf("\"")) {
-            QuotedStringReader reader(text_.substr(at_ + 1));
+            StringsFileQuotedString reader(text_.substr(at_ + 1));
             auto string = reader.read();
             if (!string) {
                 return std::nullopt;

@@ -75,6 +75,28 @@ std::optional<UTF8Character> UTF8CharacterAtStart(std::string_view text) {
     return character;
 }
 
+void appendUTF8(char32_t codePoint, std::string& text) {
+    const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
+    const auto appendContinuation = [&](unsigned shift) {
+        append(0x80U | ((codePoint >> shift) & 0x3FU));
+    };
+    if (codePoint < 0x80) {
+        append(codePoint);
+    } else if (codePoint < 0x800) {
+        append(0xC0U | (codePoint >> 6U));
+        appendContinuation(0);
+    } else if (codePoint < 0x10000) {
+        append(0xE0U | (codePoint >> 12U));
+        appendContinuation(6);
+        appendContinuation(0);
+    } else {
+        append(0xF0U | (codePoint >> 18U));
+        appendContinuation(12);
+        appendContinuation(6);
+        appendContinuation(0);
+    }
+}
+
 std::optional<std::size_t> firstInvalidUTF8Byte(std::string_view text) {
     std::size_t at = 0;
     while ((at += lengthOfASCIIPrefix(text.substr(at))) < text.size()) {

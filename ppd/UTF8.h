@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace TkPPDUpdating {
@@ -16,6 +17,9 @@ struct UTF8Character {
 /// 3-7): no overlong form, no surrogate, nothing above U+10FFFF; nothing when the bytes are no such
 /// character.
 std::optional<UTF8Character> UTF8CharacterAtStart(std::string_view text);
+
+/// Appends the bytes of a character, which must be one: no surrogate, at most U+10FFFF.
+void appendUTF8(char32_t codePoint, std::string& text);
 
 /// The offset of the first byte that is not part of valid UTF-8; nothing when all of it is valid.
 std::optional<std::size_t> firstInvalidUTF8Byte(std::string_view text);

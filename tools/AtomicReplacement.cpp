@@ -2,13 +2,13 @@
 
 #include <fcntl.h>
 #include <linux/magic.h>
-#include <signal.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -123,7 +123,7 @@ class TemporaryFile {
             const int error = errno;
             path_.clear();
             errno = error;
-            throwSystemError(shownPath_, "no file can be made beside it");
+            throwSystemError(shownPath_, "no new file can be made in its folder");
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;

@@ -42,17 +42,4 @@ Backends::Backends()
     OrbCoreInterface::setCommunicationServices(devices_);
 }
 
-std::vector<std::string> Backends::droppedTexts(const OrbCSDeviceStatus& status) {
-    const auto* recorded = dynamic_cast<const RecordedDeviceStatus*>(&status);
-    if (recorded) {
-        return recorded->droppedTexts();
-    }
-#ifdef TKPPDUPDATING_WITH_CUPS
-    if (const auto* printer = dynamic_cast<const IPPDeviceStatus*>(&status)) {
-        return printer->droppedValues();
-    }
-#endif
-    return {};
-}
-
 }  // namespace TkPPDUpdating

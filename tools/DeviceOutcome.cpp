@@ -1,6 +1,6 @@
 #include "tools/DeviceOutcome.h"
 
-#include "tools/Backends.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 
@@ -25,13 +25,9 @@ std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(
                                                                    nullptr);
 }
 
-std::string DeviceOutcome::shownDevice() const {
-    return "the device \"" + Diagnostics::withoutUserInfo(deviceURI_) + "\"";
-}
-
 std::string DeviceOutcome::reasonForSilence(const OneAnswerServices& devices) const {
     const auto answer = devices.answerOfDevice(deviceURI_);
-    return shownDevice() + " gave no status" +
+    return Diagnostics::nameOfDevice(deviceURI_) + " gave no status" +
            (answer && !answer->reason.empty() ? ": " + answer->reason : "");
 }
 
@@ -51,8 +47,8 @@ void DeviceOutcome::report(const std::string& place, const OneAnswerServices& de
         Diagnostics::warning(place, reasonForSilence(devices));
         return;
     }
-    for (const std::string& dropped : Backends::droppedTexts(*answer->status)) {
-        Diagnostics::warning(place, shownDevice() + ": " + dropped);
+    for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*answer->status)) {
+        Diagnostics::warning(place, Diagnostics::nameOfDevice(deviceURI_) + ": " + dropped);
     }
 }
 

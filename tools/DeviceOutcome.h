@@ -36,8 +36,6 @@ class DeviceOutcome {
     bool isRequired() const { return isRequired_; }
 
   private:
-    std::string shownDevice() const;
-
     std::string deviceURI_;
     bool isRequired_ = false;
 };

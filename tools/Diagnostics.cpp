@@ -82,4 +82,12 @@ std::string Diagnostics::withoutUserInfo(std::string_view deviceURI) {
     return shown;
 }
 
+std::string Diagnostics::nameOfPlace(const std::string& name) {
+    return name.empty() ? "\"\"" : name;
+}
+
+std::string Diagnostics::nameOfDevice(std::string_view deviceURI) {
+    return "the device \"" + withoutUserInfo(deviceURI) + "\"";
+}
+
 }  // namespace TkPPDUpdating

@@ -23,6 +23,12 @@ class Diagnostics {
 
     /// A device URI without the user name and password that may stand in it (RFC 3986: userinfo).
     static std::string withoutUserInfo(std::string_view deviceURI);
+
+    /// What a line calls a file or queue: its name, or "" for an empty one.
+    static std::string nameOfPlace(const std::string& name);
+
+    /// What a line calls a device: by its URI, without user name and password.
+    static std::string nameOfDevice(std::string_view deviceURI);
 };
 
 }  // namespace TkPPDUpdating

@@ -1,8 +1,8 @@
 #include "tools/StatusCommand.h"
 
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSDeviceStatus.h"
-#include "tools/Backends.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
@@ -19,13 +19,13 @@ StatusCommand::StatusCommand(CLI::App& application)
 
 ExitStatus StatusCommand::run() {
     std::string reason;
-    const std::string place = "the device \"" + Diagnostics::withoutUserInfo(deviceURI_) + "\"";
+    const std::string place = Diagnostics::nameOfDevice(deviceURI_);
     const auto status =
         OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, nullptr, &reason);
     if (!status) {
         throw Failure(ExitStatus::noResult, place, "gave no status: " + reason);
     }
-    for (const std::string& dropped : Backends::droppedTexts(*status)) {
+    for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*status)) {
         Diagnostics::warning(place, dropped);
     }
     StandardOutput::write(RecordedDeviceStatus::JSONForStatus(*status));

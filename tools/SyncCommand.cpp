@@ -66,6 +66,7 @@ ExitStatus SyncCommand::run() {
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
                                      .makeManager = [this] { return runOptions_.makeManager(); }});
     SyncReport report(reportOptions_, queueNames.size());
+    report.start();
     const auto summary =
         QueueSyncRun(sync, jobs_).run(queueNames, [&report](const QueueSyncOutcome& outcome) {
             report.add(outcome);

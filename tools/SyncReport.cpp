@@ -61,6 +61,10 @@ std::string joined(const std::vector<std::string>& words) {
 
 }  // namespace
 
+void SyncReport::start() const {
+    showProgress();
+}
+
 void SyncReport::add(const QueueSyncOutcome& outcome) {
     ++finishedCount_;
     std::string text = options_.isJSON ? JSONForOutcome(outcome) : lineForOutcome(outcome);
@@ -70,7 +74,7 @@ void SyncReport::add(const QueueSyncOutcome& outcome) {
     }
     Terminal::clearProgress();
     StandardOutput::write(text);
-    showProgress(outcome.queueName);
+    showProgress(", the last one " + outcome.queueName);
 }
 
 void SyncReport::finish(const QueueSyncRun::Summary& summary) const {
@@ -80,18 +84,17 @@ void SyncReport::finish(const QueueSyncRun::Summary& summary) const {
     }
 }
 
-void SyncReport::showProgress(const std::string& lastQueue) const {
+void SyncReport::showProgress(const std::string& details) const {
     if (finishedCount_ < queueCount_) {
         Terminal::showProgress(std::to_string(finishedCount_) + " of " +
-                               std::to_string(queueCount_) + " queues done, the last one " +
-                               lastQueue);
+                               std::to_string(queueCount_) + " queues done" + details);
     }
 }
 
 std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
     const std::string details =
         isChange(outcome) ? joined(changedKeywordsOf(outcome)) : outcome.reason;
-    return Diagnostics::printable(outcome.queueName + ": " +
+    return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
            "\n";

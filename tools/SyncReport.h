@@ -19,6 +19,9 @@ class SyncReport {
     SyncReport(const Options& options, std::size_t queueCount)
         : options_(options), queueCount_(queueCount) {}
 
+    /// Shows that none is done yet: the first printer may take its time.
+    void start() const;
+
     /// Writes the line of one queue, and its diff when that is wanted.
     void add(const QueueSyncOutcome& outcome);
 
@@ -35,7 +38,7 @@ class SyncReport {
     static std::string lineForSummary(const QueueSyncRun::Summary& summary);
 
   private:
-    void showProgress(const std::string& lastQueue) const;
+    void showProgress(const std::string& details = {}) const;
 
     Options options_;
     std::size_t queueCount_;

@@ -19,7 +19,6 @@ namespace TkPPDUpdating {
 namespace {
 
 constexpr const char* kNoSuchQueue = "there is no queue of that name";
-constexpr const char* kNoQueueName = "that could not be the name of a queue";
 
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -233,7 +232,7 @@ std::optional<std::vector<std::string>> CUPSScheduler::queueNames(std::string& e
 std::optional<SchedulerQueue> CUPSScheduler::queueWithName(const std::string& name,
                                                            std::string& error) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
-        error = kNoQueueName;
+        error = PPDModelCore::kNoQueueName;
         return std::nullopt;
     }
     return ask<std::optional<SchedulerQueue>>(error, [&](http_t* connection, std::string& reason) {
@@ -243,7 +242,7 @@ std::optional<SchedulerQueue> CUPSScheduler::queueWithName(const std::string& na
 
 SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, std::string& error) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
-        error = kNoQueueName;
+        error = PPDModelCore::kNoQueueName;
         return {};
     }
     return ask<SchedulerPPD>(error, [&](http_t* connection, std::string& reason) {
@@ -254,7 +253,7 @@ SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, std::string& err
 bool CUPSScheduler::installPPD(const std::string& name, const std::string& text,
                                std::string& error) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
-        error = kNoQueueName;
+        error = PPDModelCore::kNoQueueName;
         return false;
     }
     return ask<bool>(error, [&](http_t* connection, std::string& reason) {

@@ -21,18 +21,6 @@ bool isCUPSFilterMode(const OrbDictionary* parameters) {
 
 }  // namespace
 
-const OrbCSStatusValue* IPPDeviceStatus::statusValueForKey_error(std::string_view key,
-                                                                 std::string* error) const {
-    const auto value = values_.find(key);
-    if (value != values_.end()) {
-        return &value->second;
-    }
-    if (error) {
-        *error = "the printer did not report it";
-    }
-    return nullptr;
-}
-
 void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatusLimits& limits) {
     for (const char* scheme : {"ipp", "ipps", "dnssd"}) {
         schemes.registerScheme(scheme, [limits](const std::string& deviceURI,

@@ -3,35 +3,17 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
-#include <map>
 #include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 #include "backends/schemes/DeviceStatusSchemes.h"
-#include "core_interface/OrbCSDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 
 namespace TkPPDUpdating {
 
 /// A device status that a printer gave over IPP.
-class IPPDeviceStatus : public OrbCSDeviceStatus {
+class IPPDeviceStatus : public ReportedDeviceStatus {
   public:
-    using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
-
-    explicit IPPDeviceStatus(Values values, std::vector<std::string> droppedValues = {})
-        : values_(std::move(values)), droppedValues_(std::move(droppedValues)) {}
-
-    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
-                                                    std::string* error) const override;
-
-    /// Why values of the answer were dropped, one phrase each that begins with the attribute's
-    /// name. Holds none of the printer's own text.
-    const std::vector<std::string>& droppedValues() const { return droppedValues_; }
-
-  private:
-    Values values_;
-    std::vector<std::string> droppedValues_;
+    using ReportedDeviceStatus::ReportedDeviceStatus;
 };
 
 /// How much of a printer's time and talk is put up with.

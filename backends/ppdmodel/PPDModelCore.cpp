@@ -71,7 +71,7 @@ std::shared_ptr<const OrbPPDFile> PPDModelCore::queuePPDFile(const std::string& 
                                                              std::string& reason) const {
     reason.clear();
     if (!couldBeQueueName(queueName)) {
-        reason = "cannot be the name of a queue";
+        reason = kNoQueueName;
         return nullptr;
     }
     std::string fromSource;

@@ -46,6 +46,9 @@ class PPDModelCore : public TkCore {
     /// control character, not "." or "..".
     static bool couldBeQueueName(const std::string& queueName);
 
+    /// The reason that is given for a name that could not be.
+    static constexpr const char* kNoQueueName = "cannot be the name of a queue";
+
   private:
     QueuePPDSource source_;
 };

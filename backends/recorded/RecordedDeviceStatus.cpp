@@ -40,26 +40,11 @@ std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON
         error = reader.error();
         return nullptr;
     }
-    return std::make_shared<const RecordedDeviceStatus>(std::move(values), reader.droppedTexts());
+    return std::make_shared<const RecordedDeviceStatus>(std::move(values), reader.droppedValues());
 }
 
 std::string RecordedDeviceStatus::JSONForStatus(const OrbCSDeviceStatus& status) {
     return recordingOfStatus(status);
-}
-
-RecordedDeviceStatus::RecordedDeviceStatus(Values values, std::vector<std::string> droppedTexts)
-    : values_(std::move(values)), droppedTexts_(std::move(droppedTexts)) {}
-
-const OrbCSStatusValue* RecordedDeviceStatus::statusValueForKey_error(std::string_view key,
-                                                                      std::string* error) const {
-    const auto value = values_.find(key);
-    if (value != values_.end()) {
-        return &value->second;
-    }
-    if (error) {
-        *error = "is not in the recording";
-    }
-    return nullptr;
 }
 
 void registerRecordedDeviceStatus(DeviceStatusSchemes& schemes) {

@@ -1,44 +1,30 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "backends/schemes/DeviceStatusSchemes.h"
-#include "core_interface/OrbCSDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 
 namespace TkPPDUpdating {
 
 /// A device status read from a recording: a JSON object whose keys are the status key texts (the
 /// format is in docs/recorded-status.md).
-class RecordedDeviceStatus : public OrbCSDeviceStatus {
+class RecordedDeviceStatus : public ReportedDeviceStatus {
   public:
-    using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
+    using ReportedDeviceStatus::ReportedDeviceStatus;
 
     /// Reads a recording from JSON text (UTF-8). Null, and the reason with its place in `error`,
     /// when the text is not JSON or something in it has another type than the format says. A text
     /// that cannot stand in a PPD line is nothing; the rest of the status stays, and the reason is
-    /// in `droppedTexts`.
+    /// in `droppedValues`.
     static std::shared_ptr<const RecordedDeviceStatus> statusWithJSON(std::string_view JSON,
                                                                       std::string& error);
 
     /// The status as JSON in the recorded format: keys in the order of the format, two blanks of
     /// indentation, a line feed at the end. Reading it back gives an equal status.
     static std::string JSONForStatus(const OrbCSDeviceStatus& status);
-
-    explicit RecordedDeviceStatus(Values values, std::vector<std::string> droppedTexts = {});
-
-    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
-                                                    std::string* error) const override;
-
-    /// Why texts were dropped, one phrase each, with the place of the text in the recording.
-    const std::vector<std::string>& droppedTexts() const { return droppedTexts_; }
-
-  private:
-    Values values_;
-    std::vector<std::string> droppedTexts_;
 };
 
 /// Registers the backend for "file": the URI names a recording, `file:///path/printer.json` or,

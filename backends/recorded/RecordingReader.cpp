@@ -118,12 +118,12 @@ bool RecordingReader::isObject(const json& value, const Place& place) {
 
 void RecordingReader::drop(const Place& place, const std::string& reason) {
     if (++countOfDroppedTexts_ <= kMostReasons) {
-        droppedTexts_.push_back(place.text() + ": " + reason);
+        droppedValues_.push_back(place.text() + ": " + reason);
     }
 }
 
-std::vector<std::string> RecordingReader::droppedTexts() const {
-    std::vector<std::string> reasons = droppedTexts_;
+std::vector<std::string> RecordingReader::droppedValues() const {
+    std::vector<std::string> reasons = droppedValues_;
     if (countOfDroppedTexts_ > kMostReasons) {
         reasons.push_back("and " + std::to_string(countOfDroppedTexts_ - kMostReasons) +
                           " more texts");

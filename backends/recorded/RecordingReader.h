@@ -23,7 +23,7 @@ class RecordingReader {
 
     /// Why texts were left out, with their places: at most a hundred phrases, then a last one that
     /// counts the others.
-    std::vector<std::string> droppedTexts() const;
+    std::vector<std::string> droppedValues() const;
 
   private:
     /// Where a value stands: a member or an element of what `parent` names.
@@ -71,7 +71,7 @@ class RecordingReader {
     void wrongType(const nlohmann::json& value, const Place& place, std::string_view expected);
 
     std::string error_;
-    std::vector<std::string> droppedTexts_;
+    std::vector<std::string> droppedValues_;
     std::size_t countOfDroppedTexts_ = 0;
 };
 

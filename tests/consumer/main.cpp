@@ -33,8 +33,9 @@ int main(int argumentCount, char** arguments) {
     });
     OrbCoreInterface::setCommunicationServices(schemes);
     OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
-    const PPDText text = OrbPPDUpdatingManager::sharedInstance().updatedPPDContentsForFile_deviceURI(
-        arguments[1], "example:printer");
+    const PPDText text =
+        OrbPPDUpdatingManager::sharedInstance().updatedPPDContentsForFile_deviceURI(
+            arguments[1], "example:printer");
     if (!text) {
         return 1;
     }

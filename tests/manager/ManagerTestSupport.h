@@ -113,6 +113,16 @@ class NotAnUpdater {
 /// A manager without updaters, a PPD file "the PPD's text" that parses, a queue "office" that has a
 /// PPD, and a printer that answers.
 class ManagerTest : public testing::Test {
+  public:
+    ManagerTest(const ManagerTest&) = delete;
+    ManagerTest& operator=(const ManagerTest&) = delete;
+    ~ManagerTest() override {
+        for (const UpdaterScript* script : {&A::script, &B::script, &C::script}) {
+            EXPECT_EQ(script->instancesAlive, 0) << "an updater outlived its operation";
+        }
+        A::script = B::script = C::script = {};
+    }
+
   protected:
     using A = ScriptedUpdater<'A'>;
     using B = ScriptedUpdater<'B'>;
@@ -128,14 +138,6 @@ class ManagerTest : public testing::Test {
         OrbCoreInterface::setCore(core);
         OrbCoreInterface::setCommunicationServices(services);
     }
-    ~ManagerTest() override {
-        for (const UpdaterScript* script : {&A::script, &B::script, &C::script}) {
-            EXPECT_EQ(script->instancesAlive, 0) << "an updater outlived its operation";
-        }
-        A::script = B::script = C::script = {};
-    }
-    ManagerTest(const ManagerTest&) = delete;
-    ManagerTest& operator=(const ManagerTest&) = delete;
 
     template <typename... Updaters>
     void useUpdaters() {

@@ -24,6 +24,16 @@ TEST(UTF8, EveryCodePointButASurrogateIsReadFromItsBytes) {
     }
 }
 
+TEST(UTF8, EveryCharacterIsAppendedAsItsBytes) {
+    for (char32_t codePoint = 0; codePoint <= kLastCodePoint; ++codePoint) {
+        if (!isSurrogate(codePoint)) {
+            std::string text = "x";
+            appendUTF8(codePoint, text);
+            ASSERT_EQ(text, "x" + encodedUTF8(codePoint)) << std::hex << std::uint32_t{codePoint};
+        }
+    }
+}
+
 TEST(UTF8, WhatIsNoCharacterIsRefused) {
     const std::string_view cases[] = {
         "\x80",

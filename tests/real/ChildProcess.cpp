@@ -1,11 +1,11 @@
 #include "tests/real/ChildProcess.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -41,6 +41,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std:
     const std::string path = pathOfProgram(arguments.front());
     std::vector<std::string> copies = arguments;
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (std::string& argument : copies) {
         pointers.push_back(argument.data());
     }

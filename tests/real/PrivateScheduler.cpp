@@ -1,8 +1,7 @@
 #include "tests/real/PrivateScheduler.h"
 
-#include <signal.h>
-
 #include <chrono>
+#include <csignal>
 #include <stdexcept>
 #include <thread>
 

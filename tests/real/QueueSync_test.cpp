@@ -241,7 +241,7 @@ TEST_F(RealQueueSync, AQueueNameWithAPathInItIsNotAskedFor) {
     for (const char* name : {"../office", "a/b", "office.ppd/..", "..", "", "of fice", "a?b#c"}) {
         const QueueSyncOutcome outcome = sync(name);
         EXPECT_EQ(outcome.result, QueueSyncResult::failed) << name;
-        EXPECT_EQ(outcome.reason, "that could not be the name of a queue") << name;
+        EXPECT_EQ(outcome.reason, "cannot be the name of a queue") << name;
     }
 }
 

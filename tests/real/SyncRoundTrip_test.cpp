@@ -190,6 +190,26 @@ TEST_F(SyncRoundTrip, AnUnknownQueueFailsAndIsNotCreated) {
     EXPECT_EQ(sync({"--all"}).standardOutput, "0 queues\n");
 }
 
+TEST_F(SyncRoundTrip, AnEmptyQueueNameIsShownAsOne) {
+    const ProgramResult run = sync({""});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.standardOutput,
+              "\"\": failed: cannot be the name of a queue\n1 queue: 1 failed\n");
+}
+
+TEST_F(SyncRoundTrip, ProgressIsShownOnATerminalOnly) {
+    EXPECT_EQ(sync({"first", "second", "--jobs", "1"}).standardError, "");
+    ProgramSurroundings surroundings;
+    surroundings.environment = {{"LC_ALL", "C"}};
+    const std::string command = std::string(TKPPDUPDATING_TOOL) + " sync --server " +
+                                scheduler_->server() + " first second --jobs 1";
+    const ProgramResult run = runProgram({"script", "-qec", command, "/dev/null"}, surroundings);
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardOutput, HasSubstr("0 of 2 queues done\r\033[K"));
+    EXPECT_THAT(run.standardOutput,
+                HasSubstr("1 of 2 queues done, the last one first\r\033[Ksecond: failed: "));
+}
+
 TEST_F(SyncRoundTrip, TheSchedulerMayBeNamedByItsSocketOrTheEnvironment) {
     SimulatedPrinter printer(kFullPrinter);
     scheduler_->addQueue("office", printer.URI(), kOfficePPD);

@@ -58,7 +58,7 @@ class SampleRecording : public ::testing::TestWithParam<Recording> {
 
 TEST_P(SampleRecording, IsReadWithNothingDropped) {
     ASSERT_TRUE(status_);
-    EXPECT_TRUE(status_->droppedTexts().empty());
+    EXPECT_TRUE(status_->droppedValues().empty());
 }
 
 TEST_P(SampleRecording, ReportsAllAccessoriesOrNoneAsItsNameSays) {

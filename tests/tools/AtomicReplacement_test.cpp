@@ -1,12 +1,14 @@
 #include "tools/AtomicReplacement.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
@@ -26,6 +28,13 @@ mode_t modeOf(const std::string& path) {
 std::size_t filesIn(const TemporaryDirectory& directory) {
     using Iterator = std::filesystem::directory_iterator;
     return static_cast<std::size_t>(std::distance(Iterator(directory.path()), Iterator()));
+}
+
+/// Runs a shell script that gets the tool as $0 and the arguments from $1 on.
+ToolRun runScript(const std::string& script, const std::vector<std::string>& arguments) {
+    std::vector<std::string> command = {"sh", "-c", script, TKPPDUPDATING_TOOL};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return runCommand(command);
 }
 
 std::string reasonForFailure(const std::string& path) {
@@ -115,12 +124,12 @@ TEST(AtomicReplacementTest, RefusesADirectory) {
 TEST(AtomicReplacementTest, RefusesAFolderThatDoesNotExist) {
     const TemporaryDirectory directory;
     EXPECT_EQ(reasonForFailure((directory.path() / "none/a.ppd").string()),
-              "no file can be made beside it: No such file or directory");
+              "no new file can be made in its folder: No such file or directory");
 }
 
 TEST(AtomicReplacementTest, RefusesAFolderThatCannotBeWrittenTo) {
     // /proc refuses new files to root, too.
-    EXPECT_TRUE(reasonForFailure("/proc/tkppdupdate.ppd").starts_with("no file can be made"));
+    EXPECT_TRUE(reasonForFailure("/proc/tkppdupdate.ppd").starts_with("no new file can be made"));
 }
 
 TEST(AtomicReplacementTest, WritesIntoADeviceAsItIs) {
@@ -134,11 +143,10 @@ TEST(AtomicReplacementTest, WritesToTheFileBehindStandardOutputWhereItStands) {
     const TemporaryDirectory directory;
     const std::string ppd = directory.write("a.ppd", kPlainPPD);
     const std::string all = (directory.path() / "all").string();
-    const ToolRun run =
-        runCommand({"sh", "-c",
-                    "{ echo before; \"$0\" update \"$1\" --device-uri file:/nonexistent "
-                    "--output /dev/stdout; echo after; } >\"$2\"",
-                    TKPPDUPDATING_TOOL, ppd, all});
+    const ToolRun run = runScript(
+        "{ echo before; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+        "--output /dev/stdout; echo after; } >\"$2\"",
+        {ppd, all});
     EXPECT_EQ(run.exitStatus, 0) << run.errors;
     EXPECT_EQ(contentsOfFile(all), "before\n" + std::string(kPlainPPD) + "after\n");
 }
@@ -147,11 +155,10 @@ TEST(AtomicReplacementTest, MakesNoFileForStandardOutputThatHasNoNameAnyMore) {
     const TemporaryDirectory directory;
     const std::string ppd = directory.write("a.ppd", kPlainPPD);
     const std::string gone = (directory.path() / "gone").string();
-    const ToolRun run = runCommand(
-        {"sh", "-c",
-         "exec 3<>\"$2\"; rm \"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
-         "--output /dev/stdout >&3 && cat /proc/self/fd/3",
-         TKPPDUPDATING_TOOL, ppd, gone});
+    const ToolRun run = runScript(
+        "exec 3<>\"$2\"; rm \"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+        "--output /dev/stdout >&3 && cat /proc/self/fd/3",
+        {ppd, gone});
     EXPECT_EQ(run.exitStatus, 0) << run.errors;
     EXPECT_EQ(run.output, kPlainPPD);
     EXPECT_EQ(filesIn(directory), 1U);
@@ -170,11 +177,10 @@ TEST(AtomicReplacementTest, RefusesAnOpenFileOfAnotherProcess) {
     const TemporaryDirectory directory;
     const std::string ppd = directory.write("a.ppd", kPlainPPD);
     const std::string old = directory.write("old", "old");
-    const ToolRun run =
-        runCommand({"sh", "-c",
-                    "exec 3<>\"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
-                    "--output /proc/$$/fd/3; exit $?",
-                    TKPPDUPDATING_TOOL, ppd, old});
+    const ToolRun run = runScript(
+        "exec 3<>\"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+        "--output /proc/$$/fd/3; exit $?",
+        {ppd, old});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_NE(run.errors.find("cannot be replaced: it is an open file"), std::string::npos)
         << run.errors;
@@ -185,12 +191,10 @@ TEST(AtomicReplacementTest, LeavesTheOldFileAndNothingElseWhenTheDiskIsFull) {
     const TemporaryDirectory directory;
     const std::string file = directory.write("a.ppd", "old");
     // A limit on the size of files stands in for a full disk: the write fails half-way.
-    const ToolRun run = runCommand(
-        {"sh", "-c",
-         "trap '' XFSZ; ulimit -f 1;"
-         "exec \"$0\" update \"$1\" --device-uri file:/nonexistent --output \"$2\"",
-         TKPPDUPDATING_TOOL,
-         directory.write("large.ppd",
+    const ToolRun run = runScript(
+        "trap '' XFSZ; ulimit -f 1;"
+        "exec \"$0\" update \"$1\" --device-uri file:/nonexistent --output \"$2\"",
+        {directory.write("large.ppd",
                          "*PPD-Adobe: \"4.3\"\n*Long: " + std::string(100000, 'x') + "\n"),
          file});
     EXPECT_EQ(run.exitStatus, 1);

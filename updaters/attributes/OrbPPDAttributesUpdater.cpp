@@ -13,9 +13,9 @@ std::optional<OrbPPDUpdatingValues> OrbPPDAttributesUpdater::attributesFromDevic
 }
 
 bool OrbPPDAttributesUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
-    return PPDFile && std::ranges::any_of(attributeNames(), [&](std::string_view name) {
-               return !PPDFile->attributesForName(name).empty();
-           });
+    return std::ranges::any_of(attributeNames(), [&](std::string_view name) {
+        return OrbPPDFile::firstAttributeForName(PPDFile, name) != nullptr;
+    });
 }
 
 PPDText OrbPPDAttributesUpdater::updatedPPDContentsForContents_deviceURI_context(
@@ -37,13 +37,10 @@ PPDText OrbPPDAttributesUpdater::updatedPPDContentsForContents_deviceURI_context
 PPDText OrbPPDAttributesUpdater::updatedPPDContentsForContents_PPDFile_context(
     const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
     const auto processor = OrbPPDProcessor::processorWithPPDContent(contents);
-    if (PPDFile) {
-        for (const std::string_view name : attributeNames()) {
-            const auto attributes = PPDFile->attributesForName(name);
-            if (!attributes.empty()) {
-                updateAttributeName_attributeValue_withPPDProcessor(
-                    name, attributes.front()->value(), *processor);
-            }
+    for (const std::string_view name : attributeNames()) {
+        if (const auto* const attribute = OrbPPDFile::firstAttributeForName(PPDFile, name)) {
+            updateAttributeName_attributeValue_withPPDProcessor(name, attribute->value(),
+                                                                *processor);
         }
     }
     return processor->content();

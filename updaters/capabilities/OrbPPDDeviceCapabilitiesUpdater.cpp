@@ -28,8 +28,9 @@ constexpr std::string_view kNoVersion = "(null)";
 }  // namespace
 
 bool OrbPPDDeviceCapabilitiesUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
-    const auto value = firstValueOfAttribute(PPDFile, kAutoDuplexCapability);
-    return value && *value == kTkPPDUnknownValue;
+    const auto* const capability =
+        OrbPPDFile::firstAttributeForName(PPDFile, kAutoDuplexCapability);
+    return capability && capability->value() == kTkPPDUnknownValue;
 }
 
 PPDText OrbPPDDeviceCapabilitiesUpdater::updatedPPDContentsForContents_deviceURI_context(
@@ -41,11 +42,11 @@ PPDText OrbPPDDeviceCapabilitiesUpdater::updatedPPDContentsForContents_deviceURI
 
 PPDText OrbPPDDeviceCapabilitiesUpdater::updatedPPDContentsForContents_PPDFile_context(
     const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
-    const auto value = firstValueOfAttribute(PPDFile, kAutoDuplexCapability);
-    if (!value) {
-        return contents;
-    }
-    return contentsForContents_byUpdatingDuplexerInstalled(contents, *value == kTkPPDTrueValue);
+    const auto* const capability =
+        OrbPPDFile::firstAttributeForName(PPDFile, kAutoDuplexCapability);
+    return capability ? contentsForContents_byUpdatingDuplexerInstalled(
+                            contents, capability->value() == kTkPPDTrueValue)
+                      : contents;
 }
 
 std::optional<OrbPPDUpdatingValues>
@@ -146,17 +147,6 @@ PPDText OrbPPDDeviceCapabilitiesUpdater::contentsByRemovingDuplexOptionWithConst
     return contentsForContents_byRemovingConstraintsForOptionWithName(
         contentsForContents_byRemovingGroupWithName(contents, kTwoSidedGroupName),
         kDuplexOptionName);
-}
-
-std::optional<std::optional<std::string_view>>
-OrbPPDDeviceCapabilitiesUpdater::firstValueOfAttribute(const OrbPPDFile* PPDFile,
-                                                       std::string_view name) {
-    const auto attributes =
-        PPDFile ? PPDFile->attributesForName(name) : std::vector<const OrbPPDAttribute*>();
-    if (attributes.empty()) {
-        return std::nullopt;
-    }
-    return std::make_optional(attributes.front()->value());
 }
 
 bool OrbPPDDeviceCapabilitiesUpdater::replaceAttribute(OrbPPDProcessor& processor,

@@ -81,11 +81,6 @@ class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater {
         const PPDText& contents);
 
   protected:
-    /// The value of the PPD's first attribute of that name: null when the PPD has no such attribute
-    /// (or is null itself), nothing inside when that attribute has no value.
-    static std::optional<std::optional<std::string_view>> firstValueOfAttribute(
-        const OrbPPDFile* PPDFile, std::string_view name);
-
     /// Puts the attribute with the new value where its first line stands. False when it has none,
     /// or the new line would be too long; then its line is gone.
     static bool replaceAttribute(OrbPPDProcessor& processor, std::string_view keyword,

@@ -15,8 +15,8 @@ constexpr std::string_view kExpressionKey = "TkPPDDuplexSafeRegularExpression";
 }  // namespace
 
 bool OrbPPDNonInstallableDuplexUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
-    const auto value = firstValueOfAttribute(PPDFile, kNonInstallableDuplex);
-    return value && *value == kTkPPDUnknownValue;
+    const auto* const status = OrbPPDFile::firstAttributeForName(PPDFile, kNonInstallableDuplex);
+    return status && status->value() == kTkPPDUnknownValue;
 }
 
 PPDText OrbPPDNonInstallableDuplexUpdater::updatedPPDContentsForContents_deviceURI_context(
@@ -30,16 +30,10 @@ PPDText OrbPPDNonInstallableDuplexUpdater::updatedPPDContentsForContents_deviceU
 
 PPDText OrbPPDNonInstallableDuplexUpdater::updatedPPDContentsForContents_PPDFile_context(
     const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
-    const auto value = firstValueOfAttribute(PPDFile, kNonInstallableDuplex);
-    return value ? contentsForContents_byUpdatingDuplexerInstalledWithStatus(contents, *value)
-                 : contents;
-}
-
-std::optional<OrbPPDUpdatingValues>
-OrbPPDNonInstallableDuplexUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
-    const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
-    OrbDictionary* /*context*/) {
-    return OrbPPDUpdatingValues();
+    const auto* const status = OrbPPDFile::firstAttributeForName(PPDFile, kNonInstallableDuplex);
+    return status ? contentsForContents_byUpdatingDuplexerInstalledWithStatus(contents,
+                                                                              status->value())
+                  : contents;
 }
 
 PPDText

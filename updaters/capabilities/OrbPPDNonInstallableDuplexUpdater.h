@@ -12,6 +12,7 @@ namespace TkPPDUpdating {
 /// unit is built in or absent by model has it. Without one the PPD loses the two-sided printing
 /// group, the constraints of "Duplex" and the page sizes that are safe with a duplexer only. When
 /// the printer does not tell, the PPD gets an installable-options group, so that the user can.
+/// Offers no values.
 class OrbPPDNonInstallableDuplexUpdater : public OrbPPDDeviceCapabilitiesUpdater {
   public:
     static constexpr std::string_view kClassName = "OrbPPDNonInstallableDuplexUpdater";
@@ -32,11 +33,6 @@ class OrbPPDNonInstallableDuplexUpdater : public OrbPPDDeviceCapabilitiesUpdater
     PPDText updatedPPDContentsForContents_PPDFile_context(const PPDText& contents,
                                                           const OrbPPDFile* PPDFile,
                                                           OrbDictionary* context) override;
-
-    /// Always empty.
-    std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
-        const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
-        OrbDictionary* context) override;
 
     /// Records the status in "ZrNonInstallableDuplex", in its place, and reshapes the text for "Not
     /// Installed" and "Not Detected"; any other word is only recorded. Null when text or status is

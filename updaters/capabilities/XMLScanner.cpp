@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "ppd/UTF8.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -19,24 +21,6 @@ bool isCharacter(std::uint32_t codePoint) {
            (codePoint >= 0x20 && codePoint < 0xD800) ||
            (codePoint >= 0xE000 && codePoint < 0xFFFE) ||
            (codePoint >= 0x10000 && codePoint <= 0x10FFFF);
-}
-
-void appendUTF8(std::uint32_t codePoint, std::string& text) {
-    const auto continuation = [&](unsigned shift) {
-        return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
-    };
-    if (codePoint < 0x80) {
-        text += static_cast<char>(codePoint);
-    } else if (codePoint < 0x800) {
-        text += static_cast<char>(0xC0U | (codePoint >> 6U));
-        text += continuation(0);
-    } else if (codePoint < 0x10000) {
-        text += static_cast<char>(0xE0U | (codePoint >> 12U));
-        (text += continuation(6)) += continuation(0);
-    } else {
-        text += static_cast<char>(0xF0U | (codePoint >> 18U));
-        ((text += continuation(12)) += continuation(6)) += continuation(0);
-    }
 }
 
 }  // namespace

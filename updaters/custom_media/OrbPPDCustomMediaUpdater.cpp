@@ -165,11 +165,8 @@ using ProfileSet = std::unordered_set<const OrbICCProfile*, ProfileHash, Profile
 // The contract.
 
 bool OrbPPDCustomMediaUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) {
-    if (!PPDFile) {
-        return false;
-    }
-    const auto attributes = PPDFile->attributesForName(kCustomMediaSupported);
-    return !attributes.empty() && attributes.front()->value() == kTkPPDTrueValue;
+    const auto* const supported = OrbPPDFile::firstAttributeForName(PPDFile, kCustomMediaSupported);
+    return supported && supported->value() == kTkPPDTrueValue;
 }
 
 PPDText OrbPPDCustomMediaUpdater::updatedPPDContentsForContents_deviceURI_context(

@@ -51,9 +51,8 @@ PPDText OrbPPDDefaultPageSizeUpdater::updatedPPDContentsForContents_PPDFile_cont
     DefaultLineEditor editor(contents);
     for (const std::string& optionName : optionNames()) {
         const std::string defaultName = PPDFormatted(kTkPPDDefaultChoiceNameFormat, {optionName});
-        const auto attributes = PPDFile ? PPDFile->attributesForName(defaultName)
-                                        : std::vector<const OrbPPDAttribute*>();
-        const auto value = attributes.empty() ? std::nullopt : attributes.front()->value();
+        const auto* const attribute = OrbPPDFile::firstAttributeForName(PPDFile, defaultName);
+        const auto value = attribute ? attribute->value() : std::nullopt;
         if (value && !editor.setDefaultChoice(optionName, *value)) {
             return nullptr;
         }

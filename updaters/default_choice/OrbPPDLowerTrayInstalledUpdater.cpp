@@ -27,9 +27,8 @@ std::optional<std::string> OrbPPDLowerTrayInstalledUpdater::PPDChoiceTextForStat
 std::optional<OrbPPDUpdatingValues>
 OrbPPDLowerTrayInstalledUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI, OrbDictionary* context) {
-    const auto sensors = PPDFile ? PPDFile->attributesForName("ZrLowerTrayHasSensor")
-                                 : std::vector<const OrbPPDAttribute*>();
-    if (sensors.empty() || sensors.front()->value() != kTkPPDTrueValue) {
+    const auto* const sensor = OrbPPDFile::firstAttributeForName(PPDFile, "ZrLowerTrayHasSensor");
+    if (!sensor || sensor->value() != kTkPPDTrueValue) {
         return std::nullopt;
     }
     return OrbPPDStatusBasedOptionsUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "manager/OrbClassTable.h"
+#include "tests/support/NamedText.h"
 #include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
 
 namespace TkPPDUpdating::Testing {
@@ -127,20 +128,24 @@ TEST(InstallationChecks, TheDefaultOfAKeptDuplexOptionMayNotChange) {
               std::nullopt);
 }
 
-class ProgramLines : public testing::TestWithParam<const char*> {};
+class ProgramLines : public testing::TestWithParam<NamedText> {};
 
 TEST_P(ProgramLines, MayNotBeNew) {
-    EXPECT_NE(reasonFor(std::string(kBefore) + GetParam() + "\n"), std::nullopt);
+    EXPECT_NE(reasonFor(std::string(kBefore) + GetParam().text + "\n"), std::nullopt);
 }
 
-INSTANTIATE_TEST_SUITE_P(ByKeyword, ProgramLines,
-                         testing::Values("*cupsFilter: \"x 0 /bin/sh\"",
-                                         "*cupsFilter2: \"x y 0 z\"", "*CUPSFILTER: \"x 0 z\"",
-                                         "*cupsPreFilter: \"x 0 z\"",
-                                         "*cupsPortMonitor socket: \"z\"",
-                                         "*APPrinterPreset x: \"y\"",
-                                         "*FoomaticRIPCommandLine: \"z\"", "*cupsFilter: \"a 0 b\"",
-                                         "*% comment\r*cupsFilter: \"x 0 z\""));
+INSTANTIATE_TEST_SUITE_P(
+    ByKeyword, ProgramLines,
+    testing::Values(NamedText{"cupsFilter", "*cupsFilter: \"x 0 /bin/sh\""},
+                    NamedText{"cupsFilter2", "*cupsFilter2: \"x y 0 z\""},
+                    NamedText{"CUPSFILTERInCapitals", "*CUPSFILTER: \"x 0 z\""},
+                    NamedText{"cupsPreFilter", "*cupsPreFilter: \"x 0 z\""},
+                    NamedText{"cupsPortMonitor", "*cupsPortMonitor socket: \"z\""},
+                    NamedText{"APPrinterPreset", "*APPrinterPreset x: \"y\""},
+                    NamedText{"FoomaticRIP", "*FoomaticRIPCommandLine: \"z\""},
+                    NamedText{"OneThatIsThereOnceMore", "*cupsFilter: \"a 0 b\""},
+                    NamedText{"BehindACarriageReturn", "*% comment\r*cupsFilter: \"x 0 z\""}),
+    nameOfCase);
 
 TEST(InstallationChecks, AProgramLineThatWasThereMayStayOrGo) {
     EXPECT_EQ(reasonFor(replaced(kBefore, "*cupsFilter: \"a 0 b\"\n", "")), std::nullopt);

@@ -203,7 +203,7 @@ TEST(RecordedDeviceStatus, AMissingOrNullMemberIsNotReported) {
               kTkCSCustomMediaTypesKey}) {
             std::string error;
             EXPECT_FALSE(status->statusValueForKey_error(key, &error)) << key;
-            EXPECT_EQ(error, "is not in the recording");
+            EXPECT_EQ(error, "the printer did not report it");
             EXPECT_FALSE(status->statusValueForKey_error(key, nullptr)) << key;
         }
     }
@@ -214,7 +214,7 @@ TEST(RecordedDeviceStatus, IgnoresOtherMembersWhateverTheirType) {
         "LinTable": {"timestamp": 1, "other": "x\n"}, "DeviceAccessories": [{"name": 
         "Tray2", "level": {}}]})");
     EXPECT_EQ(status->statusValueForKey<OrbCSLinTable>(kTkCSLinTableKey)->timestamp, whole(1));
-    EXPECT_THAT(status->droppedTexts(), IsEmpty());
+    EXPECT_THAT(status->droppedValues(), IsEmpty());
     EXPECT_FALSE(status->statusValueForKey_error("Comment", nullptr));
 }
 
@@ -321,7 +321,7 @@ TEST(RecordedDeviceStatus, DropsATextThatCannotStandInAPPDLineAndKeepsTheReason)
         EXPECT_THAT(*accessories, ElementsAre(OrbCSDeviceAccessory{std::nullopt, true}));
         EXPECT_TRUE(status->statusValueForKey<OrbCSNumberOrString>(kTkCSMaxSupportedResolutionKey));
         EXPECT_THAT(
-            status->droppedTexts(),
+            status->droppedValues(),
             ElementsAre("DeviceAccessories[0].name: has the character " + name + " at byte 2"));
     }
 }
@@ -360,7 +360,7 @@ TEST(RecordedDeviceStatus, DropsUnsafeTextsWhereverTheyStand) {
     EXPECT_EQ(type.ICCProfile()->profileID(), 7U);
     const std::string lineFeed = ": has the character U+000A at byte 0";
     EXPECT_THAT(
-        status->droppedTexts(),
+        status->droppedValues(),
         testing::UnorderedElementsAre(
             "InstalledPensConfiguration.codeName" + lineFeed,
             "InstalledPensConfiguration.PPDAttributeValues.ZrPenDyes: has the character U+0022 at "
@@ -384,10 +384,11 @@ TEST(RecordedDeviceStatus, DropsAProfileURLWhoseDecodedPathCannotStandInAPPDLine
             *status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey)->at(0);
         EXPECT_EQ(type.name(), "n") << URL;
         EXPECT_FALSE(type.ICCProfile()) << URL;
-        ASSERT_THAT(status->droppedTexts(), SizeIs(1)) << URL;
+        ASSERT_THAT(status->droppedValues(), SizeIs(1)) << URL;
         EXPECT_EQ(
-            status->droppedTexts()[0].rfind("CustomMediaTypes[0].ICCProfile.URL: its path ", 0), 0U)
-            << status->droppedTexts()[0];
+            status->droppedValues()[0].rfind("CustomMediaTypes[0].ICCProfile.URL: its path ", 0),
+            0U)
+            << status->droppedValues()[0];
     }
 }
 
@@ -402,7 +403,7 @@ TEST(RecordedDeviceStatus, CountsReasonsBeyondAHundredInsteadOfKeepingThem) {
     for (int i = 1; i < 103; ++i) {
         JSON += R"(, {"name": "\n"})";
     }
-    const auto reasons = statusFor(JSON + "]}")->droppedTexts();
+    const auto reasons = statusFor(JSON + "]}")->droppedValues();
     ASSERT_THAT(reasons, SizeIs(101));
     EXPECT_EQ(reasons[99], "DeviceAccessories[99].name: has the character U+000A at byte 0");
     EXPECT_EQ(reasons[100], "and 3 more texts");

@@ -15,7 +15,7 @@
 #include "backends/ppdmodel/PPDModelICCProfile.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
-#include "ppd/PPDTextFile.h"
+#include "tests/support/CodeBlocks.h"
 #include "tests/support/StatusValueEquality.h"
 #include "tests/support/TestDoubles.h"
 
@@ -141,7 +141,7 @@ TEST(RecordingRoundTrip, ReadingBackWhatWasWrittenGivesAnEqualStatus) {
         const std::string JSON = RecordedDeviceStatus::JSONForStatus(FakeDeviceStatus(values));
         const auto status = readBack(JSON);
         ASSERT_TRUE(status);
-        EXPECT_TRUE(status->droppedTexts().empty()) << JSON;
+        EXPECT_TRUE(status->droppedValues().empty()) << JSON;
         for (const std::string_view key :
              {kTkCSDeviceAccessoriesKey, kTkCSInstalledPensConfigurationKey, kTkCSLinTableKey,
               kTkCSMaxSupportedResolutionKey, kTkCSRemainingPagesEstimationsKey,
@@ -255,14 +255,10 @@ TEST(RecordingRoundTrip, IgnoresAValueOfATypeThatDoesNotStandUnderItsKey) {
 }
 
 TEST(RecordingRoundTrip, TheExampleInTheManualIsARecordingOfAllMembers) {
-    const PPDText page =
-        PPDTextWithContentsOfFile(TKPPDUPDATING_SOURCE_DIR "/docs/recorded-status.md");
-    ASSERT_TRUE(page);
-    const std::string fence = "```json\n";
-    const std::size_t start = page->find(fence);
-    ASSERT_NE(start, std::string::npos);
-    const std::size_t end = page->find("```", start + fence.size());
-    const auto status = readBack(page->substr(start + fence.size(), end - start - fence.size()));
+    const auto examples =
+        Testing::codeBlocksOf(Testing::textOfSource("docs/recorded-status.md"), "json");
+    ASSERT_EQ(examples.size(), 1U);
+    const auto status = readBack(examples[0]);
     ASSERT_TRUE(status);
     for (const std::string_view key :
          {kTkCSDeviceAccessoriesKey, kTkCSInstalledPensConfigurationKey, kTkCSLinTableKey,

@@ -6,9 +6,11 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
@@ -38,38 +40,6 @@ class USBWire {
     std::map<std::string, USBReply> replies_;
 };
 
-/// The reply as a status. A text that could not stand in a PPD line is not in it.
-class USBDeviceStatus : public OrbCSDeviceStatus {
-  public:
-    explicit USBDeviceStatus(const USBReply& reply)
-        : accessories_(OrbCSDeviceAccessories{
-              {std::string(kTkCSDeviceAccessoryTray2), reply.hasLowerTray}}) {
-        if (!reasonTextCannotStandInPPDLine(reply.inkName)) {
-            OrbCSPensConfiguration pens;
-            pens.PPDAttributeValues.emplace(kTkCSPPDPenDyesKey, reply.inkName);
-            pens_ = std::move(pens);
-        }
-    }
-
-    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
-                                                    std::string* error) const override {
-        if (key == kTkCSDeviceAccessoriesKey) {
-            return &accessories_;
-        }
-        if (key == kTkCSInstalledPensConfigurationKey && pens_) {
-            return &*pens_;
-        }
-        if (error) {
-            *error = "the printer did not report it";
-        }
-        return nullptr;
-    }
-
-  private:
-    OrbCSStatusValue accessories_;
-    std::optional<OrbCSStatusValue> pens_;
-};
-
 std::shared_ptr<const OrbCSDeviceStatus> statusOverUSB(const USBWire& wire,
                                                        const std::string& deviceURI,
                                                        std::string& error) {
@@ -78,7 +48,19 @@ std::shared_ptr<const OrbCSDeviceStatus> statusOverUSB(const USBWire& wire,
         error = "nothing is plugged in there";
         return nullptr;
     }
-    return std::make_shared<const USBDeviceStatus>(*reply);
+    ReportedDeviceStatus::Values values;
+    std::vector<std::string> dropped;
+    values.emplace(
+        kTkCSDeviceAccessoriesKey,
+        OrbCSDeviceAccessories{{std::string(kTkCSDeviceAccessoryTray2), reply->hasLowerTray}});
+    if (const auto reason = reasonTextCannotStandInPPDLine(reply->inkName)) {
+        dropped.push_back("ink name: " + *reason);
+    } else {
+        OrbCSPensConfiguration pens;
+        pens.PPDAttributeValues.emplace(kTkCSPPDPenDyesKey, reply->inkName);
+        values.emplace(kTkCSInstalledPensConfigurationKey, std::move(pens));
+    }
+    return std::make_shared<const ReportedDeviceStatus>(values, dropped);
 }
 
 class OwnScheme : public testing::Test {
@@ -92,8 +74,8 @@ class OwnScheme : public testing::Test {
             "usb", [wire](const std::string& deviceURI, const OrbDictionary*, std::string& error) {
                 return statusOverUSB(*wire, deviceURI, error);
             });
-        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
         OrbCoreInterface::setCommunicationServices(schemes);
+        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
     }
 
     CoreInterfaceScope scope_;
@@ -113,6 +95,14 @@ TEST_F(OwnScheme, LeavesOutATextThatCouldNotStandInAPPDLine) {
     ASSERT_NE(text, nullptr);
     EXPECT_NE(text->find("\n*DefaultZrLowerTrayInstalled: True\n"), std::string::npos);
     EXPECT_EQ(text->find("cupsFilter: x"), std::string::npos);
+}
+
+TEST_F(OwnScheme, TellsWhichTextItLeftOut) {
+    const auto status = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(
+        "usb://Zr/Inkjet?serial=2", nullptr, nullptr);
+    ASSERT_NE(status, nullptr);
+    EXPECT_EQ(ReportedDeviceStatus::droppedValuesOf(*status),
+              std::vector<std::string>{"ink name: has the character U+0022 at byte 3"});
 }
 
 TEST_F(OwnScheme, SaysWhyThereIsNoStatus) {

@@ -8,6 +8,8 @@
 
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
+#include "ppd/PPDText.h"
+#include "tests/support/ParsedPPD.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TestDoubles.h"
 #include "updaters/capabilities/ResourceFolder.h"
@@ -42,6 +44,26 @@ inline std::string propertyListOf(std::string_view entries) {
 /// One entry for `propertyListOf`; the text is written as it is.
 inline std::string textEntry(std::string_view key, std::string_view text) {
     return "<key>" + std::string(key) + "</key><string>" + std::string(text) + "</string>";
+}
+
+inline PPDText textOf(std::string_view text) {
+    return makePPDText(std::string(text));
+}
+
+/// The text after a run of a fresh updater with what the device says.
+template <typename Updater>
+PPDText updatedFromDevice(std::string_view text) {
+    OrbDictionary context;
+    return Updater().updatedPPDContentsForContents_deviceURI_context(textOf(text),
+                                                                     "test:", &context);
+}
+
+/// The text after a run of a fresh updater with what another PPD of those lines says.
+template <typename Updater>
+PPDText updatedFromPPD(const PPDText& text, std::string_view lines) {
+    OrbDictionary context;
+    return Updater().updatedPPDContentsForContents_PPDFile_context(text, parsedPPD(lines).get(),
+                                                                   &context);
 }
 
 /// Every device has that status, or none, until the end of the scope.

@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "backends/ppdmodel/PPDModelFile.h"
 #include "manager/OrbClassTable.h"
+#include "tests/support/NamedText.h"
 #include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
 
 namespace TkPPDUpdating::Testing {
@@ -44,26 +43,6 @@ std::string textWithDuplexer() {
     return text.replace(text.find("Unknown"), 7, "True");
 }
 
-PPDText textOf(std::string_view text) {
-    return makePPDText(std::string(text));
-}
-
-std::shared_ptr<const PPDModelFile> PPDFileOf(std::string_view lines) {
-    return PPDModelFile::fileWithText(textOf("*PPD-Adobe: \"4.3\"\n" + std::string(lines)));
-}
-
-PPDText updatedFromDevice(std::string_view text) {
-    OrbDictionary context;
-    return OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_deviceURI_context(
-        textOf(text), "test:", &context);
-}
-
-PPDText updatedFromPPD(const PPDText& text, std::string_view lines) {
-    OrbDictionary context;
-    return OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_PPDFile_context(
-        text, PPDFileOf(lines).get(), &context);
-}
-
 std::optional<bool> installedWith(const DeviceScope& /*device*/) {
     OrbDictionary context;
     return OrbPPDDeviceCapabilitiesUpdater().duplexerInstalledOnDevice_context("test:", &context);
@@ -83,7 +62,7 @@ TEST(DeviceCapabilitiesUpdater, IsInTheClassTable) {
 TEST(DeviceCapabilitiesUpdater, AppliesExactlyWhenTheFirstCapabilityIsUnknown) {
     OrbPPDDeviceCapabilitiesUpdater updater;
     const auto appliesTo = [&](std::string_view lines) {
-        return updater.isApplicableForPPDFile(PPDFileOf(lines).get());
+        return updater.isApplicableForPPDFile(parsedPPD(lines).get());
     };
     EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: Unknown\n"));
     EXPECT_TRUE(appliesTo("*ZrAutoDuplexCapability: \"Unknown\"\n"));
@@ -102,7 +81,7 @@ TEST(DeviceCapabilitiesUpdater, OffersNoValues) {
     OrbDictionary context;
     const auto values =
         OrbPPDDeviceCapabilitiesUpdater().PPDUpdatingValuesForPPDFile_deviceURI_context(
-            PPDFileOf(kUndecided).get(), "test:", &context);
+            parsedPPD(kUndecided).get(), "test:", &context);
     ASSERT_TRUE(values.has_value());
     EXPECT_TRUE(values->empty());
 }
@@ -134,37 +113,44 @@ TEST(DeviceCapabilitiesUpdater, DuplexerIsTheLastAccessoryOfThatName) {
 TEST(DeviceCapabilitiesUpdater, AppendsTheBlockOfTheVersionWhenTheDeviceHasADuplexer) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided),
+              textWithDuplexer() + "\n*Block: x\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, TakesASilentDeviceForOneWithADuplexer) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
     const auto device = DeviceScope::withDuplexer(std::nullopt);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided),
+              textWithDuplexer() + "\n*Block: x\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, TakesADeviceWithoutAccessoriesForOneWithADuplexer) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "*Block: x\n")));
     const DeviceScope device(OrbCSDeviceAccessories{});
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer() + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided),
+              textWithDuplexer() + "\n*Block: x\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, RemovesGroupAndConstraintsWhenTheDeviceHasNoDuplexer) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), kWithoutDuplex);
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided), kWithoutDuplex);
 }
 
 TEST(DeviceCapabilitiesUpdater, LeavesATextWithoutGroupAndConstraintsButForTheAttributes) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x"),
               "*ZrAutoDuplexCapability: False\n*ZrDeviceCapabilities: Detected\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, GivesNothingWhenEitherAttributeIsMissing) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n"), nullptr);
-    EXPECT_EQ(updatedFromDevice("*ZrDeviceCapabilities: x\n"), nullptr);
-    EXPECT_EQ(updatedFromDevice(""), nullptr);
+    EXPECT_EQ(
+        updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>("*ZrAutoDuplexCapability: Unknown\n"),
+        nullptr);
+    EXPECT_EQ(updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>("*ZrDeviceCapabilities: x\n"),
+              nullptr);
+    EXPECT_EQ(updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(""), nullptr);
 }
 
 TEST(DeviceCapabilitiesUpdater, GivesNothingForNoText) {
@@ -181,32 +167,39 @@ TEST(DeviceCapabilitiesUpdater, GivesNothingForNoText) {
 
 TEST(DeviceCapabilitiesUpdater, ReplacesAnAttributeOfSeveralLinesWithItsTranslations) {
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice("*ZrDeviceCapabilities: \"a\nb\"\n*End\n*en.ZrDeviceCapabilities: "
-                                 "\"\"\n*ZrAutoDuplexCapability: Unknown\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*ZrDeviceCapabilities: \"a\nb\"\n*End\n*en.ZrDeviceCapabilities: "
+                  "\"\"\n*ZrAutoDuplexCapability: Unknown\n"),
               "*ZrDeviceCapabilities: Detected\n*ZrAutoDuplexCapability: False\n");
 }
 
 TEST(DeviceCapabilitiesUpdater, RaisesOutOfRangeWhenTheVersionEndsAtItsColon) {
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_THROW(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: "
-                                   "x\n*cupsVersion:\n"),
+    EXPECT_THROW(updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                     "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: "
+                     "x\n*cupsVersion:\n"),
                  std::out_of_range);
 }
 
 TEST(DeviceCapabilitiesUpdater, CopiesTheStateOfAnotherPPD) {
     const ResourceScope resources;
-    EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), "*ZrAutoDuplexCapability: True\n"),
+    EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided),
+                                                               "*ZrAutoDuplexCapability: True\n"),
               textWithDuplexer());
     for (const char* const value : {"False", "Unknown", "true", "TrueToo"}) {
         const std::string line = std::string("*ZrAutoDuplexCapability: ") + value + "\n";
-        EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), line), kWithoutDuplex) << value;
+        EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided), line),
+                  kWithoutDuplex)
+            << value;
     }
-    EXPECT_EQ(*updatedFromPPD(textOf(kUndecided), "*ZrAutoDuplexCapability:\n"), kWithoutDuplex);
+    EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided),
+                                                               "*ZrAutoDuplexCapability:\n"),
+              kWithoutDuplex);
 }
 
 TEST(DeviceCapabilitiesUpdater, GivesTheTextItselfWhenTheOtherPPDHasNoState) {
     const PPDText text = textOf(kUndecided);
-    EXPECT_EQ(updatedFromPPD(text, "*Other: True\n"), text);
+    EXPECT_EQ(updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(text, "*Other: True\n"), text);
     OrbDictionary context;
     EXPECT_EQ(OrbPPDDeviceCapabilitiesUpdater().updatedPPDContentsForContents_PPDFile_context(
                   text, nullptr, &context),
@@ -217,7 +210,8 @@ TEST(DeviceCapabilitiesUpdater, LooksUpAMissingVersionAsNull) {
     const ResourceScope resources(propertyListOf(
         textEntry("OrbPPDDeviceCapabilitiesUpdater-(null)", "*Block: no version\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x\n"),
               "*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: Detected\n\n"
               "*Block: no version\n");
 }
@@ -227,8 +221,9 @@ TEST(DeviceCapabilitiesUpdater, LooksUpAVersionOfOneCharacterAsNull) {
         propertyListOf(textEntry("OrbPPDDeviceCapabilitiesUpdater-(null)", "null\n") +
                        textEntry("OrbPPDDeviceCapabilitiesUpdater-2", "two\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice("*cupsVersion: 2\n*ZrAutoDuplexCapability: Unknown\n"
-                                 "*ZrDeviceCapabilities: x\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*cupsVersion: 2\n*ZrAutoDuplexCapability: Unknown\n"
+                  "*ZrDeviceCapabilities: x\n"),
               "*cupsVersion: 2\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
               "Detected\n\nnull\n");
 }
@@ -236,12 +231,14 @@ TEST(DeviceCapabilitiesUpdater, LooksUpAVersionOfOneCharacterAsNull) {
 TEST(DeviceCapabilitiesUpdater, TakesTheCarriageReturnOfAnUnquotedVersionIntoTheKey) {
     const ResourceScope resources(propertyListOf(textEntry(kBlockKey, "block\n")));
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice("*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: Unknown\r\n"
-                                 "*ZrDeviceCapabilities: x\r\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: Unknown\r\n"
+                  "*ZrDeviceCapabilities: x\r\n"),
               "*cupsVersion: 2.4\r\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
               "Detected\n");
-    EXPECT_EQ(*updatedFromDevice("*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: Unknown\r\n"
-                                 "*ZrDeviceCapabilities: x\r\n"),
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(
+                  "*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: Unknown\r\n"
+                  "*ZrDeviceCapabilities: x\r\n"),
               "*cupsVersion: \"2.4\"\r\n*ZrAutoDuplexCapability: True\n*ZrDeviceCapabilities: "
               "Detected\n\nblock\n");
 }
@@ -264,29 +261,36 @@ TEST(DeviceCapabilitiesUpdater, LooksUpBlocksByTheClassOfTheObject) {
     EXPECT_EQ(Subclass().insertingStringForCUPSVersion("2.4"), "of the subclass");
 }
 
-class UnusablePropertyList : public testing::TestWithParam<const char*> {};
+class UnusablePropertyList : public testing::TestWithParam<NamedText> {};
 
 TEST_P(UnusablePropertyList, StillRewritesTheAttributesAndAppendsNothing) {
     const ResourceScope resources;
-    if (GetParam()) {
-        resources.setPropertyList(GetParam());
+    if (GetParam().text) {
+        resources.setPropertyList(GetParam().text);
     }
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithDuplexer());
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided), textWithDuplexer());
 }
 
 INSTANTIATE_TEST_SUITE_P(
     DeviceCapabilitiesUpdater, UnusablePropertyList,
-    testing::Values(nullptr, "", "damaged", "<plist version=\"1.0\"><dict>",
-                    "<plist version=\"1.0\"><array/></plist>",
-                    "<plist version=\"1.0\"><string>OrbPPDDeviceCapabilitiesUpdater-2.4</string>"
-                    "</plist>",
-                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
-                    "<integer>1</integer></dict></plist>",
-                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
-                    "<array><string>x</string></array></dict></plist>",
-                    "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.3</key>"
-                    "<string>x</string></dict></plist>"));
+    testing::Values(
+        NamedText{"Missing", nullptr}, NamedText{"Empty", ""}, NamedText{"NoXML", "damaged"},
+        NamedText{"CutShort", "<plist version=\"1.0\"><dict>"},
+        NamedText{"AnArray", "<plist version=\"1.0\"><array/></plist>"},
+        NamedText{"AString",
+                  "<plist version=\"1.0\"><string>OrbPPDDeviceCapabilitiesUpdater-2.4</string>"
+                  "</plist>"},
+        NamedText{"AnIntegerUnderTheKey",
+                  "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
+                  "<integer>1</integer></dict></plist>"},
+        NamedText{"AnArrayUnderTheKey",
+                  "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.4</key>"
+                  "<array><string>x</string></array></dict></plist>"},
+        NamedText{"OnlyAnotherVersion",
+                  "<plist version=\"1.0\"><dict><key>OrbPPDDeviceCapabilitiesUpdater-2.3</key>"
+                  "<string>x</string></dict></plist>"}),
+    nameOfCase);
 
 TEST(DeviceCapabilitiesUpdater, AppendsNothingWhenThePropertyListIsAFolder) {
     TemporaryDirectory folder;
@@ -341,10 +345,10 @@ TEST(RemovingAGroup, PassesOverACloseBeforeTheOpen) {
               "a\n*CloseGroup: G\nb\n");
 }
 
-class GroupThatStays : public testing::TestWithParam<std::string_view> {};
+class GroupThatStays : public testing::TestWithParam<NamedText> {};
 
 TEST_P(GroupThatStays, GivesTheTextItself) {
-    const PPDText text = textOf(GetParam());
+    const PPDText text = textOf(GetParam().text);
     EXPECT_EQ(
         OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingGroupWithName(text, "G"),
         text);
@@ -352,15 +356,16 @@ TEST_P(GroupThatStays, GivesTheTextItself) {
 
 INSTANTIATE_TEST_SUITE_P(
     RemovingAGroup, GroupThatStays,
-    testing::Values("", "a\n",
-                    "a\n*OpenGroup: G\nx\n",                      // never closes
-                    "a\n*CloseGroup: G\n*OpenGroup: G\nx\n",      // closes before it opens
-                    "a\n*OpenGroup: G\nx\n*CloseGroup: G",        // no line feed at the end
-                    "*OpenGroup: G\nx\n*CloseGroup: G\nb\n",      // at the very start
-                    "a\n*opengroup: G\nx\n*closegroup: G\nb\n",   // case counts
-                    "a\n*OpenGroup:  G\nx\n*CloseGroup: G\nb\n",  // two spaces
-                    "a\n *OpenGroup: G\nx\n*CloseGroup: G\nb\n",  // not at the start of a line
-                    "a\n*OpenGroup: H\nx\n*CloseGroup: H\nb\n"));
+    testing::Values(NamedText{"EmptyText", ""}, NamedText{"NoGroup", "a\n"},
+                    NamedText{"NeverCloses", "a\n*OpenGroup: G\nx\n"},
+                    NamedText{"ClosesBeforeItOpens", "a\n*CloseGroup: G\n*OpenGroup: G\nx\n"},
+                    NamedText{"NoLineFeedBehindIt", "a\n*OpenGroup: G\nx\n*CloseGroup: G"},
+                    NamedText{"OpensAtTheVeryStart", "*OpenGroup: G\nx\n*CloseGroup: G\nb\n"},
+                    NamedText{"OtherCase", "a\n*opengroup: G\nx\n*closegroup: G\nb\n"},
+                    NamedText{"TwoSpaces", "a\n*OpenGroup:  G\nx\n*CloseGroup: G\nb\n"},
+                    NamedText{"NotAtTheStartOfALine", "a\n *OpenGroup: G\nx\n*CloseGroup: G\nb\n"},
+                    NamedText{"AnotherGroup", "a\n*OpenGroup: H\nx\n*CloseGroup: H\nb\n"}),
+    nameOfCase);
 
 }  // namespace
 }  // namespace TkPPDUpdating::Testing

@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "backends/ppdmodel/PPDModelFile.h"
 #include "manager/OrbClassTable.h"
 #include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
 
@@ -67,26 +65,6 @@ const std::string& dataWithBlockAndExpression() {
     return data;
 }
 
-PPDText textOf(std::string_view text) {
-    return makePPDText(std::string(text));
-}
-
-std::shared_ptr<const PPDModelFile> PPDFileOf(std::string_view lines) {
-    return PPDModelFile::fileWithText(textOf("*PPD-Adobe: \"4.3\"\n" + std::string(lines)));
-}
-
-PPDText updatedFromDevice(std::string_view text) {
-    OrbDictionary context;
-    return OrbPPDNonInstallableDuplexUpdater().updatedPPDContentsForContents_deviceURI_context(
-        textOf(text), "test:", &context);
-}
-
-PPDText updatedFromPPD(const PPDText& text, std::string_view lines) {
-    OrbDictionary context;
-    return OrbPPDNonInstallableDuplexUpdater().updatedPPDContentsForContents_PPDFile_context(
-        text, PPDFileOf(lines).get(), &context);
-}
-
 /// The text after the page-size step with that expression.
 std::string filtered(std::string_view text, std::string_view expression) {
     const ResourceScope resources(propertyListOf(textEntry(kExpressionKey, expression)));
@@ -103,7 +81,7 @@ TEST(NonInstallableDuplexUpdater, IsInTheClassTable) {
 TEST(NonInstallableDuplexUpdater, AppliesExactlyWhenTheFirstStatusIsUnknown) {
     OrbPPDNonInstallableDuplexUpdater updater;
     const auto appliesTo = [&](std::string_view lines) {
-        return updater.isApplicableForPPDFile(PPDFileOf(lines).get());
+        return updater.isApplicableForPPDFile(parsedPPD(lines).get());
     };
     EXPECT_TRUE(appliesTo("*ZrNonInstallableDuplex: Unknown\n"));
     EXPECT_TRUE(
@@ -121,7 +99,7 @@ TEST(NonInstallableDuplexUpdater, OffersNoValues) {
     OrbDictionary context;
     const auto values =
         OrbPPDNonInstallableDuplexUpdater().PPDUpdatingValuesForPPDFile_deviceURI_context(
-            PPDFileOf(kUndecided).get(), "test:", &context);
+            parsedPPD(kUndecided).get(), "test:", &context);
     ASSERT_TRUE(values.has_value());
     EXPECT_TRUE(values->empty());
 }
@@ -129,40 +107,46 @@ TEST(NonInstallableDuplexUpdater, OffersNoValues) {
 TEST(NonInstallableDuplexUpdater, OnlyRecordsAnInstalledUnit) {
     const ResourceScope resources(dataWithBlockAndExpression());
     const auto device = DeviceScope::withDuplexer(true);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithStatus("Installed"));
+    EXPECT_EQ(*updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(kUndecided),
+              textWithStatus("Installed"));
 }
 
 TEST(NonInstallableDuplexUpdater, AppendsTheBlockWhenTheDeviceIsSilent) {
     const ResourceScope resources(dataWithBlockAndExpression());
     const auto device = DeviceScope::withDuplexer(std::nullopt);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithStatus("Not Detected") + "\n*Block: x\n");
+    EXPECT_EQ(*updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(kUndecided),
+              textWithStatus("Not Detected") + "\n*Block: x\n");
 }
 
 TEST(NonInstallableDuplexUpdater, OnlyRecordsASilentDeviceWithoutABlockForTheVersion) {
     const ResourceScope resources(
         propertyListOf(textEntry("OrbPPDDeviceCapabilitiesUpdater-2.4", "of the base\n")));
     const auto device = DeviceScope::withDuplexer(std::nullopt);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithStatus("Not Detected"));
+    EXPECT_EQ(*updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(kUndecided),
+              textWithStatus("Not Detected"));
 }
 
 TEST(NonInstallableDuplexUpdater, LooksUpAMissingVersionAsNull) {
     const ResourceScope resources(
         propertyListOf(textEntry("OrbPPDNonInstallableDuplexUpdater-(null)", "no version\n")));
     const auto device = DeviceScope::withDuplexer(std::nullopt);
-    EXPECT_EQ(*updatedFromDevice("*ZrNonInstallableDuplex: Unknown\n"),
-              "*ZrNonInstallableDuplex: Not Detected\n\nno version\n");
+    EXPECT_EQ(
+        *updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>("*ZrNonInstallableDuplex: Unknown\n"),
+        "*ZrNonInstallableDuplex: Not Detected\n\nno version\n");
 }
 
 TEST(NonInstallableDuplexUpdater, RemovesAllThatNeedsTheUnitWhenTheDeviceHasNone) {
     const ResourceScope resources(dataWithBlockAndExpression());
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithoutDuplex());
+    EXPECT_EQ(*updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(kUndecided),
+              textWithoutDuplex());
 }
 
 TEST(NonInstallableDuplexUpdater, LeavesThePageSizesWhenTheExpressionDoesNotCompile) {
     const ResourceScope resources(propertyListOf(textEntry(kExpressionKey, "A4(")));
     const auto device = DeviceScope::withDuplexer(false);
-    EXPECT_EQ(*updatedFromDevice(kUndecided), textWithoutGroupAndConstraints());
+    EXPECT_EQ(*updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(kUndecided),
+              textWithoutGroupAndConstraints());
 }
 
 TEST(NonInstallableDuplexUpdater, LeavesThePageSizesWhenThereIsNoExpression) {
@@ -171,14 +155,18 @@ TEST(NonInstallableDuplexUpdater, LeavesThePageSizesWhenThereIsNoExpression) {
          {std::string("damaged"), propertyListOf(""),
           propertyListOf("<key>TkPPDDuplexSafeRegularExpression</key><true/>")}) {
         const ResourceScope resources(data);
-        EXPECT_EQ(*updatedFromDevice(kUndecided), textWithoutGroupAndConstraints()) << data;
+        EXPECT_EQ(*updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(kUndecided),
+                  textWithoutGroupAndConstraints())
+            << data;
     }
 }
 
 TEST(NonInstallableDuplexUpdater, GivesNothingWhenTheAttributeIsMissing) {
     for (const auto state : {std::optional<bool>(), std::optional(true), std::optional(false)}) {
         const auto device = DeviceScope::withDuplexer(state);
-        EXPECT_EQ(updatedFromDevice("*ZrAutoDuplexCapability: Unknown\n"), nullptr);
+        EXPECT_EQ(updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(
+                      "*ZrAutoDuplexCapability: Unknown\n"),
+                  nullptr);
     }
 }
 
@@ -207,31 +195,40 @@ TEST(NonInstallableDuplexUpdater, GivesNothingWhenTheStatusIsTooLongForALine) {
 
 TEST(NonInstallableDuplexUpdater, RaisesOutOfRangeWhenTheVersionEndsAtItsColon) {
     const auto device = DeviceScope::withDuplexer(std::nullopt);
-    EXPECT_THROW(updatedFromDevice("*ZrNonInstallableDuplex: Unknown\n*cupsVersion:\n"),
+    EXPECT_THROW(updatedFromDevice<OrbPPDNonInstallableDuplexUpdater>(
+                     "*ZrNonInstallableDuplex: Unknown\n*cupsVersion:\n"),
                  std::out_of_range);
 }
 
 TEST(NonInstallableDuplexUpdater, CopiesTheWordOfAnotherPPD) {
     const ResourceScope resources(dataWithBlockAndExpression());
     const PPDText text = textOf(kUndecided);
-    EXPECT_EQ(*updatedFromPPD(text, "*ZrNonInstallableDuplex: Unknown\n"), kUndecided);
-    EXPECT_EQ(*updatedFromPPD(text, "*ZrNonInstallableDuplex: Installed\n"),
+    EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                  text, "*ZrNonInstallableDuplex: Unknown\n"),
+              kUndecided);
+    EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                  text, "*ZrNonInstallableDuplex: Installed\n"),
               textWithStatus("Installed"));
-    EXPECT_EQ(*updatedFromPPD(text, "*ZrNonInstallableDuplex: not installed\n"),
+    EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                  text, "*ZrNonInstallableDuplex: not installed\n"),
               textWithStatus("not installed"));
-    EXPECT_EQ(*updatedFromPPD(text, "*ZrNonInstallableDuplex: Not Installed\n"),
+    EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                  text, "*ZrNonInstallableDuplex: Not Installed\n"),
               textWithoutDuplex());
-    EXPECT_EQ(*updatedFromPPD(text, "*ZrNonInstallableDuplex: Not Detected\n"),
+    EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                  text, "*ZrNonInstallableDuplex: Not Detected\n"),
               textWithStatus("Not Detected") + "\n*Block: x\n");
 }
 
 TEST(NonInstallableDuplexUpdater, GivesNothingWhenTheOtherPPDHasTheAttributeWithoutAValue) {
-    EXPECT_EQ(updatedFromPPD(textOf(kUndecided), "*ZrNonInstallableDuplex:\n"), nullptr);
+    EXPECT_EQ(updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(textOf(kUndecided),
+                                                                "*ZrNonInstallableDuplex:\n"),
+              nullptr);
 }
 
 TEST(NonInstallableDuplexUpdater, GivesTheTextItselfWhenTheOtherPPDHasNoStatus) {
     const PPDText text = textOf(kUndecided);
-    EXPECT_EQ(updatedFromPPD(text, "*Other: Installed\n"), text);
+    EXPECT_EQ(updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(text, "*Other: Installed\n"), text);
 }
 
 TEST(NonInstallableDuplexUpdater, KeepsTheExpressionOnceItIsThere) {

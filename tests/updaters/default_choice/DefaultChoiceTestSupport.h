@@ -2,16 +2,14 @@
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <utility>
 
-#include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbDictionary.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "ppd/PPDText.h"
+#include "tests/support/ParsedPPD.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -19,17 +17,6 @@ namespace TkPPDUpdating::Testing {
 /// The text behind a result, or nothing for null, in a form that test messages can print.
 inline std::optional<std::string> textOf(const PPDText& contents) {
     return contents ? std::optional(*contents) : std::nullopt;
-}
-
-/// The parsed PPD of these lines, which the first line of a PPD is put before.
-inline std::shared_ptr<const OrbPPDFile> parsedPPD(std::string_view lines) {
-    std::string reason;
-    auto file = PPDModelFile::fileWithText(
-        makePPDText("*PPD-Adobe: \"4.3\"\n" + std::string(lines)), &reason);
-    if (!file) {
-        throw std::logic_error("the test's PPD does not parse: " + reason);
-    }
-    return file;
 }
 
 /// A context that holds a device with these accessories, in this order.

@@ -6,12 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "core_interface/OrbInvalidOperationError.h"
+#include "tests/support/InvalidOperation.h"
 #include "tests/updaters/default_choice/DefaultChoiceTestSupport.h"
 
 namespace TkPPDUpdating {
 namespace {
 
+using Testing::messageOfInvalidOperation;
 using Testing::parsedPPD;
 using Testing::textOf;
 
@@ -75,16 +76,6 @@ std::string option(const std::string& name, const std::string& defaultLine) {
 std::string options(const std::string& defaultOfA, const std::string& defaultOfB) {
     return option("A", "*DefaultA: " + defaultOfA + "\n") +
            option("B", "*DefaultB: " + defaultOfB + "\n");
-}
-
-template <typename Operation>
-std::string messageOfInvalidOperation(Operation operation) {
-    try {
-        operation();
-    } catch (const OrbInvalidOperationError& error) {
-        return error.what();
-    }
-    return "nothing was raised";
 }
 
 TEST(OrbPPDDefaultChoiceUpdater, RaisesWhenASubclassDoesNotNameItsOptions) {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "core_interface/OrbInvalidOperationError.h"
+#include "tests/support/InvalidOperation.h"
 #include "tests/updaters/default_choice/DefaultChoiceTestSupport.h"
 
 namespace TkPPDUpdating {
@@ -16,6 +16,7 @@ namespace {
 using Testing::CoreInterfaceScope;
 using Testing::FakeCommunicationServices;
 using Testing::FakeDeviceStatus;
+using Testing::messageOfInvalidOperation;
 
 /// Where an option of the test's updater is read from.
 struct Source {
@@ -81,16 +82,6 @@ OrbDictionary contextWith(FakeDeviceStatus::Values values) {
 std::optional<OrbPPDDefaultChoices> choicesOf(OrbPPDStatusBasedOptionsUpdater& updater,
                                               OrbDictionary context) {
     return updater.defaultChoicesFromDeviceWithURI_context("ipp://p", &context);
-}
-
-template <typename Operation>
-std::string messageOfInvalidOperation(Operation operation) {
-    try {
-        operation();
-    } catch (const OrbInvalidOperationError& error) {
-        return error.what();
-    }
-    return "nothing was raised";
 }
 
 TEST(OrbPPDStatusBasedOptionsUpdater, RaisesForEachQuestionThatASubclassDoesNotAnswer) {
