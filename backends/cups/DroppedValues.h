@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -22,13 +23,30 @@ class DroppedValues {
     }
 
     void add(std::string_view attribute, std::size_t valueFromOne, std::string_view reason) {
-        add(attribute, "value " + std::to_string(valueFromOne) + " " + std::string(reason));
+        add(attribute, valueText(valueFromOne) + std::string(reason));
+    }
+
+    /// For a reason that also fits the gap of a value that was taken out before: not told when one
+    /// for that value is.
+    void addUnlessTold(std::string_view attribute, std::size_t valueFromOne,
+                       std::string_view reason) {
+        const std::string place = std::string(attribute) + ": " + valueText(valueFromOne);
+        const bool isTold =
+            std::any_of(reasons_.begin(), reasons_.end(),
+                        [&place](const std::string& told) { return told.starts_with(place); });
+        if (!isTold) {
+            add(attribute, valueFromOne, reason);
+        }
     }
 
     const std::vector<std::string>& reasons() const { return reasons_; }
     std::vector<std::string> takeReasons() { return std::move(reasons_); }
 
   private:
+    static std::string valueText(std::size_t valueFromOne) {
+        return "value " + std::to_string(valueFromOne) + " ";
+    }
+
     std::vector<std::string> reasons_;
 };
 

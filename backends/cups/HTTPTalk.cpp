@@ -98,7 +98,11 @@ void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& 
         const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
         if (httpGetFd(connection) >= 0 ||
             httpReconnect2(connection, remaining, &exchange->cancel) == 0) {
-            exchange->isConnected = true;
+            {
+                // Locked, so that the thread that waits sees the socket as it now is.
+                const std::lock_guard lock(exchange->mutex);
+                exchange->isConnected = true;
+            }
             try {
                 (*talk)(connection);
             } catch (...) {
@@ -129,6 +133,8 @@ bool leadsToPeer(int socket, http_t* connection) {
                                                       : httpAddrEqual(&peer, address) != 0);
 }
 
+/// While the thread still connects, libcups may make the socket at this very moment. It gives no
+/// other way to a socket that TLS is being agreed upon over, whose peer may be as slow as any.
 void shutDown(http_t* connection) {
     const int socket = connection ? dup(httpGetFd(connection)) : -1;
     if (socket >= 0) {

@@ -28,6 +28,11 @@ bool isTray(std::string_view source) {
     return !has("auto") && !has("manual") && !has("bypass") && !has("envelope");
 }
 
+/// Whether the text is a description of a tray or another input at all (PWG 5100.13).
+bool isInputDescription(std::string_view description) {
+    return !fieldOfList(description, "type").empty() || !fieldOfList(description, "name").empty();
+}
+
 bool isTrayDescription(std::string_view description) {
     // RFC 3805, prtInputType: a manual feed is no tray, whatever its name.
     return comparableKeyword(fieldOfList(description, "type")) != "sheetfeedmanual" &&
@@ -43,14 +48,13 @@ void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
     }
     bool isOneSided = false;
     bool isTwoSided = false;
-    for (std::size_t index = 0; index < sides->size(); ++index) {
-        const std::string& side = (*sides)[index].text;
-        if (side == "one-sided") {
+    for (const IPPAnswer::Text& side : *sides) {
+        if (side.text == "one-sided") {
             isOneSided = true;
-        } else if (side == "two-sided-long-edge" || side == "two-sided-short-edge") {
+        } else if (side.text == "two-sided-long-edge" || side.text == "two-sided-short-edge") {
             isTwoSided = true;
         } else {
-            answer.dropped().add("sides-supported", index + 1, "is no keyword of RFC 8011");
+            answer.dropped().add("sides-supported", side.valueFromOne, "is no keyword of RFC 8011");
         }
     }
     if (isOneSided || isTwoSided) {
@@ -70,11 +74,15 @@ void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
         }
     }
     constexpr std::size_t kLongestDescription = 1023;
+    const auto descriptions = answer.texts("printer-input-tray", kLongestDescription);
     std::size_t described = 0;
-    for (const auto& tray : answer.texts("printer-input-tray", kLongestDescription)) {
-        if (tray) {
+    for (std::size_t index = 0; index < descriptions.size(); ++index) {
+        const auto& description = descriptions[index];
+        if (description && !isInputDescription(*description)) {
+            answer.dropped().add("printer-input-tray", index + 1, "describes no tray");
+        } else if (description) {
             isReported = true;
-            described += isTrayDescription(*tray) ? 1 : 0;
+            described += isTrayDescription(*description) ? 1 : 0;
         }
     }
     if (isReported) {

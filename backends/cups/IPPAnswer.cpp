@@ -12,7 +12,10 @@ namespace {
 
 constexpr std::initializer_list<ipp_tag_t> kKeywordOrName = {IPP_TAG_KEYWORD, IPP_TAG_NAME,
                                                              IPP_TAG_NAMELANG};
-constexpr std::initializer_list<ipp_tag_t> kAnyText = {
+constexpr std::initializer_list<ipp_tag_t> kAnyText = {IPP_TAG_TEXT,    IPP_TAG_TEXTLANG,
+                                                       IPP_TAG_NAME,    IPP_TAG_NAMELANG,
+                                                       IPP_TAG_KEYWORD, IPP_TAG_STRING};
+constexpr std::initializer_list<ipp_tag_t> kAnyTextOrURI = {
     IPP_TAG_TEXT,    IPP_TAG_TEXTLANG, IPP_TAG_NAME,  IPP_TAG_NAMELANG,
     IPP_TAG_KEYWORD, IPP_TAG_URI,      IPP_TAG_STRING};
 
@@ -74,7 +77,8 @@ std::optional<std::vector<IPPAnswer::Text>> IPPAnswer::keywordsOrNames(const std
     for (int index = 0; index < ippGetCount(found); ++index) {
         auto value = text(found, index, name, kLongestText);
         if (value) {
-            values.push_back({std::move(*value), isName(ippGetValueTag(found))});
+            values.push_back({std::move(*value), isName(ippGetValueTag(found)),
+                              static_cast<std::size_t>(index) + 1});
         }
     }
     return values;
@@ -91,7 +95,7 @@ std::vector<std::optional<std::string>> IPPAnswer::texts(const std::string& name
 }
 
 std::vector<int> IPPAnswer::integers(const std::string& name) {
-    ipp_attribute_t* found = attribute(name, {IPP_TAG_INTEGER, IPP_TAG_ENUM});
+    ipp_attribute_t* found = attribute(name, {IPP_TAG_INTEGER});
     std::vector<int> values;
     for (int index = 0; found && index < ippGetCount(found); ++index) {
         values.push_back(ippGetInteger(found, index));
@@ -117,7 +121,7 @@ std::optional<IPPAnswer::Text> IPPAnswer::member(ipp_t* collection, const char* 
         return std::nullopt;
     }
     const std::string memberPlace = place + ", " + name;
-    if (!isAccepted(ippGetValueTag(found), kAnyText)) {
+    if (!isAccepted(ippGetValueTag(found), kAnyTextOrURI)) {
         dropped_.add(memberPlace, "is no text");
         return std::nullopt;
     }
@@ -131,7 +135,7 @@ std::optional<std::string> IPPAnswer::text(ipp_attribute_t* attribute, int index
     const auto valueFromOne = static_cast<std::size_t>(index) + 1;
     auto bytes = bytesOf(attribute, index);
     if (!bytes || bytes->empty()) {
-        dropped_.add(place, valueFromOne, "is empty");
+        dropped_.addUnlessTold(place, valueFromOne, "is empty");
         return std::nullopt;
     }
     if (bytes->size() > longest) {

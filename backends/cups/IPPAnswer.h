@@ -31,6 +31,8 @@ class IPPAnswer {
         std::string text;
         /// Whether it has the syntax of a name rather than of a keyword (RFC 8011, section 5.1).
         bool isName = false;
+        /// Its place in the printer's set.
+        std::size_t valueFromOne = 1;
     };
 
     /// The first attribute of that name with one of the syntaxes, or null. Others of the name are

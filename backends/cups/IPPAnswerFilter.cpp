@@ -46,14 +46,16 @@ std::size_t lengthAt(std::string_view bytes, std::size_t at) {
            static_cast<unsigned char>(bytes[at + 1]);
 }
 
-/// A language and a text, each behind its length, and nothing else.
-bool isTextWithLanguage(std::string_view value) {
+/// A language and a text, each behind its length, and nothing else: the text. Nothing for other
+/// bytes.
+std::optional<std::string_view> textBehindLanguage(std::string_view value) {
     if (value.size() < 4) {
-        return false;
+        return std::nullopt;
     }
     const std::size_t language = lengthAt(value, 0);
-    return value.size() >= 4 + language &&
-           value.size() == 4 + language + lengthAt(value, 2 + language);
+    const bool isWhole = value.size() >= 4 + language &&
+                         value.size() == 4 + language + lengthAt(value, 2 + language);
+    return isWhole ? std::optional(value.substr(4 + language)) : std::nullopt;
 }
 
 const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
@@ -85,12 +87,47 @@ const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
     if (value.size() > kLongestString) {
         return "is longer than 1023 bytes";
     }
-    if ((tag == kTextWithLanguage || tag == kNameWithLanguage) && !isTextWithLanguage(value)) {
+    const bool hasLanguage = tag == kTextWithLanguage || tag == kNameWithLanguage;
+    const auto text = hasLanguage ? textBehindLanguage(value) : std::optional(value);
+    if (!text) {
         return "is no text with its language";
     }
     // libcups would end the text there.
-    const bool hasNUL = tag >= kFirstString && value.find('\0') != std::string_view::npos;
+    const bool hasNUL = tag != kOctetString && text->find('\0') != std::string_view::npos;
     return hasNUL ? "has the character U+0000" : nullptr;
+}
+
+/// What stands in a set for a value that was taken out, so that the others keep their places:
+/// nothing that a reader of the set would take for a value. As in the message, with the lengths of
+/// name and value in front.
+std::string placeholder(Tag syntax) {
+    const auto value = [syntax](std::string_view bytes) {
+        std::string record{static_cast<char>(syntax), '\0', '\0', '\0',
+                           static_cast<char>(bytes.size())};
+        return record += bytes;
+    };
+    using namespace std::string_view_literals;
+    switch (syntax) {
+        case kInteger:
+        case kEnum:
+            return value("\x80\0\0\0"sv);  // The smallest number: no level, no state.
+        case kBoolean:
+            return value("\0"sv);
+        case kDateTime:
+            return value(std::string(11, '\0'));
+        case kResolution:
+            return value(std::string(9, '\0'));
+        case kRangeOfInteger:
+            return value(std::string(8, '\0'));
+        case kBeginCollection:
+            return value({}) +
+                   std::string{static_cast<char>(kEndCollection), '\0', '\0', '\0', '\0'};
+        case kTextWithLanguage:
+        case kNameWithLanguage:
+            return value("\0\0\0\0"sv);
+        default:
+            return value({});  // The empty text, which is no name of anything.
+    }
 }
 
 /// The values of one set must have one syntax; libcups takes different kinds of text together.
@@ -246,6 +283,21 @@ class Value {
     std::array<Tag, IPPAnswerFilter::kDeepestCollection + 1> memberSyntax_{};
 };
 
+/// The attribute that is being read.
+struct Attribute {
+    std::string_view name;
+    bool isWanted = false;
+    std::size_t count = 0;
+    /// Whether a value with the name stands in the result.
+    bool isNamed = false;
+    /// The syntax of the first value that was kept.
+    std::optional<Tag> syntax;
+    /// Values that were taken out before it.
+    std::size_t leadingGaps = 0;
+    /// The first value is an out-of-band one, which is right when it stands alone.
+    bool beginsOutOfBand = false;
+};
+
 /// One run over an answer.
 class Run {
   public:
@@ -276,15 +328,6 @@ class Run {
     }
 
   private:
-    /// The attribute that is being read.
-    struct Attribute {
-        std::string_view name;
-        bool isWanted = false;
-        std::size_t count = 0;
-        /// The syntax of the first value that was kept.
-        std::optional<Tag> syntax;
-    };
-
     /// Gives the record behind the value; nothing, with the reason in `error`, when there is none
     /// or nothing more is read.
     std::optional<Record> takeValue(const Record& first, Records& records, std::string& error) {
@@ -295,7 +338,9 @@ class Run {
                 return std::nullopt;
             }
             const bool isWanted = group_ == kPrinterGroup && wanted_.contains(first.name);
-            attribute_ = Attribute{first.name, isWanted, 0, std::nullopt};
+            attribute_.emplace();
+            attribute_->name = first.name;
+            attribute_->isWanted = isWanted;
         }
         Value value;
         value.take(first);
@@ -320,31 +365,81 @@ class Run {
         return record;
     }
 
+    /// Values of parallel attributes (marker-names, marker-levels) belong together by their places,
+    /// so that one that is taken out leaves a gap.
     void keep(const Record& first, std::string_view bytes, const Value& value) {
         if (!attribute_->isWanted) {
             return;
         }
-        const char* reason = value.reason();
-        if (!reason && attribute_->syntax && !canStandInOneSet(*attribute_->syntax, first.tag)) {
-            reason = "has another syntax than the first";
-        }
-        if (!reason && values_ + value.records() > IPPAnswerFilter::kMostValues) {
-            reason = "is one too many";
-        }
-        if (reason) {
-            dropped_.add(attribute_->name, attribute_->count, reason);
+        // RFC 8010, section 3.5.2: an out-of-band value stands for the whole attribute. It reports
+        // nothing, and so need not be handed on.
+        if (isOutOfBand(first.tag) && attribute_->count == 1 && !value.reason()) {
+            attribute_->beginsOutOfBand = true;
+            leaveGap();
             return;
         }
-        values_ += value.records();
-        // The first value that is kept carries the name.
-        const std::string_view name = attribute_->syntax ? std::string_view() : attribute_->name;
-        attribute_->syntax = first.tag;
-        result_ += static_cast<char>(first.tag);
+        if (attribute_->beginsOutOfBand) {
+            dropped_.add(attribute_->name, 1, kNoValueInSet);
+            attribute_->beginsOutOfBand = false;
+        }
+        if (const char* reason = reasonNotToKeep(first.tag, value)) {
+            dropped_.add(attribute_->name, attribute_->count, reason);
+            leaveGap();
+            return;
+        }
+        const std::size_t records = attribute_->leadingGaps + value.records();
+        if (!hasRoomFor(records)) {
+            dropped_.add(attribute_->name, attribute_->count, "is one too many");
+            return;
+        }
+        values_ += records;
+        if (!attribute_->syntax) {
+            attribute_->syntax = first.tag;
+            for (; attribute_->leadingGaps > 0; --attribute_->leadingGaps) {
+                append(placeholder(first.tag), 0);
+            }
+        }
+        append(bytes, first.name.size());
+    }
+
+    const char* reasonNotToKeep(Tag tag, const Value& value) const {
+        if (value.reason()) {
+            return value.reason();
+        }
+        if (isOutOfBand(tag)) {
+            return kNoValueInSet;
+        }
+        return attribute_->syntax && !canStandInOneSet(*attribute_->syntax, tag)
+                   ? "has another syntax than the first"
+                   : nullptr;
+    }
+
+    bool hasRoomFor(std::size_t records) const {
+        return values_ + records <= IPPAnswerFilter::kMostValues;
+    }
+
+    void leaveGap() {
+        if (!attribute_->syntax) {
+            ++attribute_->leadingGaps;
+        } else if (hasRoomFor(1)) {
+            ++values_;
+            append(placeholder(*attribute_->syntax), 0);
+        }
+    }
+
+    /// The records of one value, the first of which has a name of that length. In the result, the
+    /// first value of an attribute carries the name.
+    void append(std::string_view records, std::size_t nameLength) {
+        const std::string_view name = attribute_->isNamed ? std::string_view() : attribute_->name;
+        attribute_->isNamed = true;
+        result_ += records.front();
         result_ += static_cast<char>(name.size() >> 8U);
         result_ += static_cast<char>(name.size() & 0xFFU);
         result_ += name;
-        result_ += bytes.substr(3 + first.name.size());
+        result_ += records.substr(3 + nameLength);
     }
+
+    static constexpr const char* kNoValueInSet = "says that there is no value";
 
     const std::set<std::string, std::less<>>& wanted_;
     std::size_t mostAttributes_;

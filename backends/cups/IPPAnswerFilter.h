@@ -34,8 +34,10 @@ class IPPAnswerFilter {
         : wanted_(std::move(wanted)), mostAttributes_(mostAttributes) {}
 
     /// The bytes of an equal answer with only the wanted, well-formed values in its printer group.
-    /// Empty, with the reason in `error`, when the answer is cut short or has too many attributes.
-    /// Reasons for dropped values go to `dropped`.
+    /// In a set that has others, a value that was dropped leaves a gap in its place: an empty text
+    /// or collection, the smallest integer, a resolution of nothing. Empty, with the reason in
+    /// `error`, when the answer is cut short or has too many attributes. Reasons for dropped values
+    /// go to `dropped`.
     std::string filtered(std::string_view answer, DroppedValues& dropped, std::string& error) const;
 
   private:

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "backends/cups/IPPStandardMediaTypes.h"
 #include "backends/ppdmodel/PPDModelCustomMediaType.h"
@@ -139,11 +140,11 @@ void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
         }
     }
     const auto supported = answer.keywordsOrNames("media-type-supported");
-    for (std::size_t index = 0; supported && index < supported->size(); ++index) {
+    for (const IPPAnswer::Text& type : supported.value_or(std::vector<IPPAnswer::Text>())) {
         // libcups keeps one syntax for all values of a set, so that among keywords and names the
         // standard list alone tells which are the printer's own.
-        types.add({(*supported)[index].text, false}, std::nullopt, std::nullopt,
-                  "media-type-supported, value " + std::to_string(index + 1));
+        types.add({type.text, false}, std::nullopt, std::nullopt,
+                  "media-type-supported, value " + std::to_string(type.valueFromOne));
     }
     if (!collections.empty() || supported) {
         values.insert_or_assign(std::string(kTkCSCustomMediaTypesKey), types.take());

@@ -165,7 +165,9 @@ std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
     if (bytes.empty()) {
         return nullptr;
     }
-    if (statusOfAnswer(answer) > IPP_STATUS_OK_CONFLICTING) {
+    // RFC 8011, appendix B: every code below is a success, also one that we do not know.
+    constexpr int kFirstAfterSuccess = 0x0100;
+    if (static_cast<int>(statusOfAnswer(answer)) >= kFirstAfterSuccess) {
         error = "the printer answers " + std::string(ippErrorString(statusOfAnswer(answer)));
         return nullptr;
     }
@@ -177,11 +179,13 @@ std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
     return IPPStatusMapping::statusForAnswer(message.get(), std::move(dropped));
 }
 
-/// Whether the printer knows no IPP of the version that it was asked in.
+/// Whether the printer may know no IPP of the version that it was asked in: some old ones call the
+/// request a bad one and not its version.
 bool isVersionRefused(std::string_view answer) {
     constexpr std::size_t kHeaderLength = 8;
     return answer.size() >= kHeaderLength &&
-           statusOfAnswer(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED;
+           (statusOfAnswer(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED ||
+            statusOfAnswer(answer) == IPP_STATUS_ERROR_BAD_REQUEST);
 }
 
 bool isDNSSD(const std::string& deviceURI) {

@@ -40,7 +40,8 @@ void readResolutions(IPPAnswer& answer, const char* name, std::optional<std::int
         const auto resolution =
             cross > 0 && feed > 0 ? dotsPerInch(std::max(cross, feed), units) : std::nullopt;
         if (!resolution) {
-            answer.dropped().add(name, static_cast<std::size_t>(index) + 1, "is no resolution");
+            answer.dropped().addUnlessTold(name, static_cast<std::size_t>(index) + 1,
+                                           "is no resolution");
         }
         keepHigher(highest, resolution);
     }
@@ -49,8 +50,11 @@ void readResolutions(IPPAnswer& answer, const char* name, std::optional<std::int
 /// "RS300-600": resolutions in dots per inch, joined with hyphens (CUPS extension).
 void readURFResolutions(IPPAnswer& answer, std::optional<std::int64_t>& highest) {
     const auto capabilities = answer.keywordsOrNames("urf-supported");
-    for (std::size_t index = 0; capabilities && index < capabilities->size(); ++index) {
-        std::string_view list = (*capabilities)[index].text;
+    if (!capabilities) {
+        return;
+    }
+    for (const IPPAnswer::Text& capability : *capabilities) {
+        std::string_view list = capability.text;
         if (!list.starts_with("RS")) {
             continue;
         }
@@ -63,7 +67,8 @@ void readURFResolutions(IPPAnswer& answer, std::optional<std::int64_t>& highest)
             const bool isNumber = read.ec == std::errc() && read.ptr == part.data() + part.size();
             const auto resolution = isNumber ? dotsPerInch(number, IPP_RES_PER_INCH) : std::nullopt;
             if (!resolution) {
-                answer.dropped().add("urf-supported", index + 1, "holds what is no resolution");
+                answer.dropped().add("urf-supported", capability.valueFromOne,
+                                     "holds what is no resolution");
             }
             keepHigher(highest, resolution);
         }

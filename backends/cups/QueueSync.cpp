@@ -160,7 +160,7 @@ class QueueSync::Run {
         std::string reason;
         const auto queue = scheduler_.queueWithName(outcome_.queueName, reason);
         if (!queue) {
-            return fail("it is no longer there: " + reason);
+            return fail("it can no longer be looked up: " + reason);
         }
         const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, reason);
         if (!PPD.text) {

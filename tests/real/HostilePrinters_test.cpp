@@ -334,17 +334,32 @@ TEST(HostilePrinters, AnIPPErrorIsNoStatus) {
     EXPECT_EQ(ask(printer.URI()).error, "the printer answers client-error-not-found");
 }
 
+TEST(HostilePrinters, EveryCodeOfSuccessGivesTheStatus) {
+    // RFC 8011, appendix B: 0x0000 to 0x00FF.
+    for (const std::uint16_t code : std::array<std::uint16_t, 6>{0, 1, 2, 3, 7, 0x00FF}) {
+        IPPBytes bytes(code);
+        HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+        EXPECT_TRUE(hasDuplexer(ask(printer.URI()))) << code;
+    }
+    IPPBytes bytes(0x0100);
+    HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(bytes)));
+    EXPECT_EQ(ask(printer.URI()).status, nullptr);
+}
+
 TEST(HostilePrinters, APrinterOfIPP11IsAskedInItsVersion) {
-    std::atomic<int> requests{0};
-    HostileIPPResponder printer([&](const ResponderConnection& c) {
-        while (c.readRequest()) {
-            // 0x0503: server-error-version-not-supported.
-            c.send(HostileIPPResponder::HTTPAnswer(requests++ == 0 ? IPPBytes(0x0503).end()
-                                                                   : decentAnswer()));
-        }
-    });
-    EXPECT_TRUE(hasDuplexer(ask(printer.URI())));
-    EXPECT_EQ(requests, 2);
+    // server-error-version-not-supported, and what some old printers say instead:
+    // client-error-bad-request.
+    for (const std::uint16_t code : std::array<std::uint16_t, 2>{0x0503, 0x0400}) {
+        std::atomic<int> requests{0};
+        HostileIPPResponder printer([&](const ResponderConnection& c) {
+            while (c.readRequest()) {
+                c.send(HostileIPPResponder::HTTPAnswer(requests++ == 0 ? IPPBytes(code).end()
+                                                                       : decentAnswer()));
+            }
+        });
+        EXPECT_TRUE(hasDuplexer(ask(printer.URI()))) << code;
+        EXPECT_EQ(requests, 2) << code;
+    }
 }
 
 TEST(HostilePrinters, APrinterOfIPP11ThatClosesAfterEachAnswerIsAskedAgain) {
@@ -528,6 +543,142 @@ TEST(HostilePrinters, AWrongLengthDropsTheValueAndNotTheAnswer) {
     EXPECT_EQ(dropped(answer),
               std::vector<std::string>{
                   "printer-resolution-supported: value 1 has the wrong length for its syntax"});
+}
+
+/// A value that is taken out of a set of texts.
+struct BadValueCase {
+    const char* name;
+    unsigned char tag;
+    std::string value;
+    const char* reason;
+};
+
+class BadValuesInSets : public testing::TestWithParam<BadValueCase> {
+  protected:
+    static std::string pensValue(const Answer& answer, const char* key) {
+        const auto* pens = answer.status ? answer.status->statusValueForKey<OrbCSPensConfiguration>(
+                                               kTkCSInstalledPensConfigurationKey)
+                                         : nullptr;
+        const auto found = pens ? pens->PPDAttributeValues.find(key)
+                                : OrbCSPensConfiguration().PPDAttributeValues.end();
+        return pens && found != pens->PPDAttributeValues.end() ? found->second : "not reported";
+    }
+
+    static Answer askForPens(IPPBytes& lists) {
+        HostileIPPResponder printer(HostileIPPResponder::answering(duplexerAnd(lists)));
+        return ask(printer.URI());
+    }
+};
+
+IPPBytes threePens() {
+    IPPBytes bytes;
+    return bytes.keyword("marker-types", "toner").keyword("", "ink").keyword("", "toner");
+}
+
+TEST_P(BadValuesInSets, LeaveTheOthersInTheirPlaces) {
+    IPPBytes bytes = threePens();
+    bytes.value(0x42, "marker-names", "A")
+        .value(GetParam().tag, "", GetParam().value)
+        .value(0x42, "", "C")
+        .integer("marker-levels", 50)
+        .integer("", 50)
+        .integer("", 0);
+    const Answer answer = askForPens(bytes);
+    EXPECT_EQ(pensValue(answer, "ZrPenDyes"), "A,C");
+    EXPECT_EQ(pensValue(answer, "ZrPenInkSufficient"), "1,0");
+    EXPECT_EQ(dropped(answer),
+              (std::vector<std::string>{std::string("marker-names: value 2 ") + GetParam().reason,
+                                        "marker-types: value 2 has no usable name"}));
+}
+
+TEST_P(BadValuesInSets, LeaveTheOthersInTheirPlacesAtTheBeginningToo) {
+    IPPBytes bytes = threePens();
+    bytes.value(0x42, "marker-names", "A").value(0x42, "", "B").value(0x42, "", "C");
+    bytes.value(GetParam().tag, "marker-colors", GetParam().value)
+        .value(0x42, "", "magenta")
+        .value(0x42, "", "#FFFF00");
+    const Answer answer = askForPens(bytes);
+    EXPECT_EQ(pensValue(answer, "ZrPenDyes"), "A,M,Y");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByValue, BadValuesInSets,
+    testing::Values(
+        BadValueCase{"NUL", 0x42, std::string("B\0B", 3), "has the character U+0000"},
+        BadValueCase{"NULBehindALanguage", 0x36, std::string("\0\2en\0\3B\0B", 9),
+                     "has the character U+0000"},
+        BadValueCase{"TooLongForIPP", 0x42, std::string(1100, 'x'), "is longer than 1023 bytes"},
+        BadValueCase{"TooLongForAName", 0x42, std::string(256, 'x'), "is longer than 255 bytes"},
+        BadValueCase{"NoUTF8", 0x42, "B\xFF", "is not valid UTF-8 at byte 1"},
+        BadValueCase{"Empty", 0x42, "", "is empty"},
+        BadValueCase{"NoLanguage", 0x36, "B", "is no text with its language"},
+        BadValueCase{"OutOfBand", 0x13, "", "says that there is no value"},
+        BadValueCase{"UnknownSyntax", 0x7E, "B", "has a syntax that IPP does not know"},
+        BadValueCase{"WrongLength", 0x22, "BBBB", "has the wrong length for its syntax"}),
+    [](const auto& value) { return value.param.name; });
+
+using ValuesInSets = BadValuesInSets;
+
+TEST_F(ValuesInSets, OfAnotherSyntaxLeaveTheOthersInTheirPlaces) {
+    IPPBytes bytes = threePens();
+    bytes.value(0x42, "marker-names", "A").integer("", 7).value(0x42, "", "C");
+    EXPECT_EQ(pensValue(askForPens(bytes), "ZrPenDyes"), "A,C");
+}
+
+TEST_F(ValuesInSets, ThatAreNoNumbersLeaveTheOtherNumbersInTheirPlaces) {
+    IPPBytes bytes = threePens();
+    bytes.value(0x42, "marker-names", "A").value(0x42, "", "B").value(0x42, "", "C");
+    bytes.integer("marker-levels", 50).integer("", 50).integer("", 50);
+    bytes.integer("marker-low-levels", 10).value(0x21, "", "abc").integer("", 60);
+    // Of the second the low level is not known, so that it is enough; the third is low.
+    EXPECT_EQ(pensValue(askForPens(bytes), "ZrPenInkSufficient"), "1,1,0");
+}
+
+TEST_F(ValuesInSets, ThatAreNoLevelsMakeTheirLevelUnknown) {
+    IPPBytes bytes = threePens();
+    bytes.value(0x42, "marker-names", "A").value(0x42, "", "B").value(0x42, "", "C");
+    bytes.value(0x21, "marker-levels", "abc").integer("", 50).integer("", 50);
+    EXPECT_EQ(pensValue(askForPens(bytes), "ZrPenInkSufficient"), "not reported");
+}
+
+TEST_F(ValuesInSets, ThatAreNoSuppliesLeaveTheOthersTheirDescriptions) {
+    IPPBytes bytes;
+    bytes.value(0x30, "printer-supply", "type=toner;level=50;")
+        .value(0x30, "", "type=toner;level=" + std::string(1100, '1') + ";")
+        .value(0x30, "", "type=toner;level=0;");
+    bytes.value(0x41, "printer-supply-description", "A").value(0x41, "", "B").value(0x41, "", "C");
+    const Answer answer = askForPens(bytes);
+    EXPECT_EQ(pensValue(answer, "ZrPenDyes"), "A,C");
+    EXPECT_EQ(pensValue(answer, "ZrPenInkSufficient"), "1,0");
+}
+
+TEST_F(ValuesInSets, ThatAreAllBadAreNoAttribute) {
+    IPPBytes bytes = threePens();
+    bytes.value(0x13, "marker-names", "").value(0x12, "", "");
+    EXPECT_EQ(pensValue(askForPens(bytes), "ZrPenDyes"), "not reported");
+}
+
+TEST_F(ValuesInSets, AreToldByTheirPlaces) {
+    IPPBytes bytes;
+    bytes.value(0x44, "urf-supported", std::string("RS\0", 3))
+        .value(0x44, "", "RSx")
+        .value(0x44, "", "RS600");
+    EXPECT_EQ(dropped(askForPens(bytes)),
+              (std::vector<std::string>{"urf-supported: value 1 has the character U+0000",
+                                        "urf-supported: value 2 holds what is no resolution"}));
+}
+
+TEST_F(ValuesInSets, OfAURIAreNoTypesOfSuppliesAndThoseOfAnEnumNoLevels) {
+    IPPBytes bytes;
+    bytes.value(0x45, "marker-types", "ink")
+        .value(0x44, "marker-types", "toner")
+        .value(0x42, "marker-names", "A")
+        .value(0x23, "marker-levels", std::string("\0\0\0\0", 4))
+        .integer("marker-levels", 50);
+    const Answer answer = askForPens(bytes);
+    EXPECT_EQ(pensValue(answer, "ZrPenInkSufficient"), "1");
+    EXPECT_EQ(dropped(answer), (std::vector<std::string>{"marker-types: has the syntax uri",
+                                                         "marker-levels: has the syntax enum"}));
 }
 
 struct NameCase {

@@ -205,7 +205,7 @@ TEST_F(RealQueueSync, AQueueThatWasDeletedMeanwhileIsNotCreatedAgain) {
     };
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
-    EXPECT_EQ(outcome.reason, "it is no longer there: there is no queue of that name");
+    EXPECT_EQ(outcome.reason, "it can no longer be looked up: there is no queue of that name");
     std::string error;
     EXPECT_EQ(client_->queueNames(error), std::vector<std::string>());
 }

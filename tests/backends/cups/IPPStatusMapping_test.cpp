@@ -150,6 +150,16 @@ TEST(IPPStatusMapping, AManualInputTrayIsNoSecondTray) {
     EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", false}}));
 }
 
+TEST(IPPStatusMapping, WhatDescribesNoInputTrayReportsNothing) {
+    const auto status =
+        IPPTestMessage().octets("printer-input-tray", {"garbage", "level=3;"}).status();
+    EXPECT_EQ(status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey),
+              nullptr);
+    EXPECT_THAT(status->droppedValues(),
+                ElementsAre("printer-input-tray: value 1 describes no tray",
+                            "printer-input-tray: value 2 describes no tray"));
+}
+
 TEST(IPPStatusMapping, ASecondTrayInEitherAttributeCounts) {
     IPPTestMessage answer;
     answer.keywords("media-source-supported", {"main", "alternate"})
