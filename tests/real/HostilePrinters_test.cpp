@@ -559,9 +559,11 @@ class BadValuesInSets : public testing::TestWithParam<BadValueCase> {
         const auto* pens = answer.status ? answer.status->statusValueForKey<OrbCSPensConfiguration>(
                                                kTkCSInstalledPensConfigurationKey)
                                          : nullptr;
-        const auto found = pens ? pens->PPDAttributeValues.find(key)
-                                : OrbCSPensConfiguration().PPDAttributeValues.end();
-        return pens && found != pens->PPDAttributeValues.end() ? found->second : "not reported";
+        if (!pens) {
+            return "not reported";
+        }
+        const auto found = pens->PPDAttributeValues.find(key);
+        return found == pens->PPDAttributeValues.end() ? "not reported" : found->second;
     }
 
     static Answer askForPens(IPPBytes& lists) {
