@@ -3,6 +3,7 @@
 #include <cups/cups.h>
 #include <cups/http.h>
 #include <cups/ipp.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <array>
@@ -142,6 +143,22 @@ std::optional<SchedulerQueue> askForQueue(http_t* connection, const std::string&
                           integerOf(answer.get(), "printer-config-change-time", IPP_TAG_INTEGER)};
 }
 
+/// Connects again where the scheduler, or what stands before it, has said that it closes the
+/// connection (RFC 9112, section 9.6). libcups does so itself only for requests that it makes
+/// whole.
+bool isReadyForAnotherRequest(http_t* connection, std::string& error) {
+    constexpr int kMostMilliseconds = 30000;
+    if (strcasecmp(httpGetField(connection, HTTP_FIELD_CONNECTION), "close") != 0) {
+        return true;
+    }
+    httpClearFields(connection);
+    const bool isConnected = httpReconnect2(connection, kMostMilliseconds, nullptr) == 0;
+    if (!isConnected) {
+        error = "the scheduler closed the connection";
+    }
+    return isConnected;
+}
+
 SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t mostBytes,
                        std::string& error) {
     std::array<char, HTTP_MAX_URI> resource{};
@@ -247,6 +264,21 @@ SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, std::string& err
     }
     return ask<SchedulerPPD>(error, [&](http_t* connection, std::string& reason) {
         return askForPPD(connection, name, limits_.bytes, reason);
+    });
+}
+
+SchedulerQueueAndPPD CUPSScheduler::queueAndPPDWithName(const std::string& name,
+                                                        std::string& error) const {
+    if (!PPDModelCore::couldBeQueueName(name)) {
+        error = PPDModelCore::kNoQueueName;
+        return {};
+    }
+    return ask<SchedulerQueueAndPPD>(error, [&](http_t* connection, std::string& reason) {
+        SchedulerQueueAndPPD both{askForQueue(connection, name, reason), {}};
+        if (both.queue && isReadyForAnotherRequest(connection, reason)) {
+            both.PPD = askForPPD(connection, name, limits_.bytes, reason);
+        }
+        return both;
     });
 }
 

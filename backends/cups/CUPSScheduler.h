@@ -31,6 +31,8 @@ class CUPSScheduler : public QueueScheduler {
     std::optional<SchedulerQueue> queueWithName(const std::string& name,
                                                 std::string& error) const override;
     SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const override;
+    SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
+                                             std::string& error) const override;
     bool installPPD(const std::string& name, const std::string& text,
                     std::string& error) const override;
 

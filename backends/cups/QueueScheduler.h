@@ -28,6 +28,13 @@ struct SchedulerPPD {
     bool isRaw = false;
 };
 
+/// A queue and its PPD, asked for together.
+struct SchedulerQueueAndPPD {
+    std::optional<SchedulerQueue> queue;
+    /// Empty without a queue.
+    SchedulerPPD PPD;
+};
+
 /// The print queues of a machine and their PPDs.
 ///
 /// Callers: names are those of queues; a name that could be none is refused without being passed
@@ -48,6 +55,17 @@ class QueueScheduler {
 
     /// The queue's PPD.
     virtual SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const = 0;
+
+    /// Both; the reason in `error` is that of the first which is missing. A scheduler that can be
+    /// asked for them over one connection overrides this.
+    virtual SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
+                                                     std::string& error) const {
+        SchedulerQueueAndPPD both{queueWithName(name, error), {}};
+        if (both.queue) {
+            both.PPD = PPDOfQueue(name, error);
+        }
+        return both;
+    }
 
     /// Makes the text the PPD of the queue, which must exist: a queue is never created. False when
     /// the scheduler did not take it.

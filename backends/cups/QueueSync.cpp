@@ -91,12 +91,11 @@ class QueueSync::Run {
 
     bool readQueue() {
         std::string reason;
-        const auto queue = scheduler_.queueWithName(outcome_.queueName, reason);
+        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, reason);
         if (!queue) {
             return fail(reason);
         }
         queue_ = *queue;
-        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, reason);
         if (PPD.isRaw) {
             return end(QueueSyncResult::skipped, "it is a raw queue, which has no PPD");
         }
@@ -158,11 +157,10 @@ class QueueSync::Run {
 
     bool isUnchangedMeanwhile() {
         std::string reason;
-        const auto queue = scheduler_.queueWithName(outcome_.queueName, reason);
+        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, reason);
         if (!queue) {
             return fail("it can no longer be looked up: " + reason);
         }
-        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, reason);
         if (!PPD.text) {
             return fail("its PPD can no longer be read: " + reason);
         }

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cups/ipp.h>
+
+#include <atomic>
 #include <functional>
 #include <string>
 
@@ -32,11 +35,15 @@ class MeddledScheduler : public QueueScheduler {
     }
     std::optional<SchedulerQueue> queueWithName(const std::string& name,
                                                 std::string& error) const override {
+        return scheduler_.queueWithName(name, error);
+    }
+    SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
+                                             std::string& error) const override {
         ++looks;
         if (looks == 2 && beforeSecondLook) {
             beforeSecondLook();
         }
-        return scheduler_.queueWithName(name, error);
+        return scheduler_.queueAndPPDWithName(name, error);
     }
     SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const override {
         return scheduler_.PPDOfQueue(name, error);
@@ -298,6 +305,31 @@ TEST(BrokenSchedulers, APPDThatIsCutAnywhereIsNone) {
         EXPECT_NE(error, "") << bytes;
     }
     EXPECT_NE(PPDOfBrokenScheduler(whole, whole.size(), error).text, nullptr) << error;
+}
+
+TEST(BrokenSchedulers, OneThatClosesTheConnectionAfterEachAnswerIsAskedAgain) {
+    const std::string queue = IPPBytes()
+                                  .delimiter(IPP_TAG_PRINTER)
+                                  .value(IPP_TAG_URI, "device-uri", "ipp://printer/ipp/print")
+                                  .end();
+    const std::string PPD = "*PPD-Adobe: \"4.3\"\n";
+    std::atomic<int> connections{0};
+    HostileIPPResponder closing([&](const ResponderConnection& c) {
+        const std::string& body = connections++ == 0 ? queue : PPD;
+        c.readRequest();
+        c.send(
+            "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Type: application/ipp\r\n"
+            "Content-Length: " +
+            std::to_string(body.size()) + "\r\n\r\n" + body);
+    });
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(closing.port()));
+    std::string error;
+    const SchedulerQueueAndPPD both = scheduler.queueAndPPDWithName("office", error);
+    ASSERT_TRUE(both.queue) << error;
+    EXPECT_EQ(both.queue->deviceURI, "ipp://printer/ipp/print");
+    ASSERT_TRUE(both.PPD.text) << error;
+    EXPECT_EQ(*both.PPD.text, PPD);
+    EXPECT_EQ(connections, 2);
 }
 
 TEST(BrokenSchedulers, APPDInChunksThatIsCutAnywhereIsNone) {
