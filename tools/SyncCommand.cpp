@@ -30,6 +30,12 @@ std::string complaintAboutServer(const std::string& server) {
     return server.empty() ? "\"\" is no scheduler" : "";
 }
 
+/// While printers are waited for, as many queues again are read and installed. One job is one
+/// queue after the other.
+std::size_t queuesAtOnce(std::size_t jobs) {
+    return jobs == 1 ? 1 : 2 * jobs;
+}
+
 bool isDone(const QueueSyncRun::Summary& summary) {
     return !summary.contains(QueueSyncResult::failed) &&
            !summary.contains(QueueSyncResult::abandoned);
@@ -51,7 +57,7 @@ SyncCommand::SyncCommand(CLI::App& application)
     subcommand().add_flag("--dry-run", isDryRun_, "Install nothing");
     subcommand().add_flag("--diff", reportOptions_.isDiff, "Show a unified diff of each change");
     subcommand()
-        .add_option("--jobs", jobs_, "How many queues at once (default 4)")
+        .add_option("--jobs", jobs_, "How many printers to ask at once (default 4)")
         ->check(CLI::Range(std::size_t{1}, kMostJobs))
         ->type_name("N");
     subcommand().add_flag("--json", reportOptions_.isJSON, "Write one JSON object for each queue");
@@ -64,13 +70,13 @@ ExitStatus SyncCommand::run() {
     const auto queueNames = queuesToSync(scheduler);
     const QueueSync sync(scheduler, {.isDryRun = isDryRun_,
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
-                                     .makeManager = [this] { return runOptions_.makeManager(); }});
+                                     .makeManager = [this] { return runOptions_.makeManager(); },
+                                     .mostPrinters = jobs_});
     SyncReport report(reportOptions_, queueNames.size());
     report.start();
     const auto summary =
-        QueueSyncRun(sync, jobs_).run(queueNames, [&report](const QueueSyncOutcome& outcome) {
-            report.add(outcome);
-        });
+        QueueSyncRun(sync, queuesAtOnce(jobs_))
+            .run(queueNames, [&report](const QueueSyncOutcome& outcome) { report.add(outcome); });
     report.finish(summary);
     return isDone(summary) ? ExitStatus::done : ExitStatus::noResult;
 }

@@ -1,5 +1,6 @@
 #include "backends/cups/QueueSync.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -62,8 +63,8 @@ class TextFile {
 /// The synchronisation of one queue, step by step. A step gives false when it has ended it.
 class QueueSync::Run {
   public:
-    Run(const QueueScheduler& scheduler, const Options& options, const std::string& queueName)
-        : scheduler_(scheduler), options_(options) {
+    Run(const QueueSync& sync, const std::string& queueName)
+        : scheduler_(sync.scheduler_), options_(sync.options_), printers_(sync.printers_) {
         outcome_.queueName = queueName;
     }
 
@@ -111,6 +112,10 @@ class QueueSync::Run {
     }
 
     bool askPrinter() {
+        const PrinterTurn turn(printers_, options_.isCancelled);
+        if (!turn.isTaken()) {
+            return goesOn();
+        }
         std::string reason;
         const bool isAnswered = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(
                                     queue_.deviceURI, nullptr, &reason) != nullptr;
@@ -195,6 +200,7 @@ class QueueSync::Run {
 
     const QueueScheduler& scheduler_;
     const Options& options_;
+    PrinterTurns& printers_;
     QueueSyncOutcome outcome_;
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
@@ -202,10 +208,12 @@ class QueueSync::Run {
 };
 
 QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)
-    : scheduler_(scheduler), options_(std::move(options)) {}
+    : scheduler_(scheduler),
+      options_(std::move(options)),
+      printers_(std::max<std::size_t>(options_.mostPrinters, 1)) {}
 
 QueueSyncOutcome QueueSync::sync(const std::string& queueName) const {
-    return Run(scheduler_, options_, queueName).outcome();
+    return Run(*this, queueName).outcome();
 }
 
 }  // namespace TkPPDUpdating

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "backends/cups/PrinterTurns.h"
 #include "backends/cups/QueueScheduler.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "ppd/PPDText.h"
@@ -60,6 +62,9 @@ class QueueSync {
         /// defaults, the updated PPD may change those that one of the manager's
         /// `OrbPPDDefaultChoiceUpdater`s names in `optionNames`.
         ManagerMaker makeManager;
+        /// How many printers are asked at once, at least 1. While they are waited for, the threads
+        /// that have no turn talk to the scheduler.
+        std::size_t mostPrinters = 256;
     };
 
     /// `scheduler` is not owned and must outlive the object.
@@ -74,6 +79,7 @@ class QueueSync {
 
     const QueueScheduler& scheduler_;
     Options options_;
+    mutable PrinterTurns printers_;
 };
 
 }  // namespace TkPPDUpdating
