@@ -246,17 +246,6 @@ std::optional<std::vector<std::string>> CUPSScheduler::queueNames(std::string& e
     return ask<std::optional<std::vector<std::string>>>(error, askForQueueNames);
 }
 
-std::optional<SchedulerQueue> CUPSScheduler::queueWithName(const std::string& name,
-                                                           std::string& error) const {
-    if (!PPDModelCore::couldBeQueueName(name)) {
-        error = PPDModelCore::kNoQueueName;
-        return std::nullopt;
-    }
-    return ask<std::optional<SchedulerQueue>>(error, [&](http_t* connection, std::string& reason) {
-        return askForQueue(connection, name, reason);
-    });
-}
-
 SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, std::string& error) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
         error = PPDModelCore::kNoQueueName;

@@ -28,8 +28,6 @@ class CUPSScheduler : public QueueScheduler {
     CUPSScheduler(std::string server, const Limits& limits);
 
     std::optional<std::vector<std::string>> queueNames(std::string& error) const override;
-    std::optional<SchedulerQueue> queueWithName(const std::string& name,
-                                                std::string& error) const override;
     SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const override;
     SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
                                              std::string& error) const override;

@@ -49,23 +49,13 @@ class QueueScheduler {
     /// has only found in the network.
     virtual std::optional<std::vector<std::string>> queueNames(std::string& error) const = 0;
 
-    /// The queue of that name; nothing when there is none.
-    virtual std::optional<SchedulerQueue> queueWithName(const std::string& name,
-                                                        std::string& error) const = 0;
-
     /// The queue's PPD.
     virtual SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const = 0;
 
-    /// Both; the reason in `error` is that of the first which is missing. A scheduler that can be
-    /// asked for them over one connection overrides this.
+    /// The queue of that name, nothing when there is none, and its PPD; the reason in `error` is
+    /// that of the first which is missing.
     virtual SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
-                                                     std::string& error) const {
-        SchedulerQueueAndPPD both{queueWithName(name, error), {}};
-        if (both.queue) {
-            both.PPD = PPDOfQueue(name, error);
-        }
-        return both;
-    }
+                                                     std::string& error) const = 0;
 
     /// Makes the text the PPD of the queue, which must exist: a queue is never created. False when
     /// the scheduler did not take it.

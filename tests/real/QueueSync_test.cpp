@@ -33,10 +33,6 @@ class MeddledScheduler : public QueueScheduler {
     std::optional<std::vector<std::string>> queueNames(std::string& error) const override {
         return scheduler_.queueNames(error);
     }
-    std::optional<SchedulerQueue> queueWithName(const std::string& name,
-                                                std::string& error) const override {
-        return scheduler_.queueWithName(name, error);
-    }
     SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
                                              std::string& error) const override {
         ++looks;
