@@ -2,6 +2,8 @@
 
 #include <git2.h>
 
+#include <cstdint>
+
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/Terminal.h"

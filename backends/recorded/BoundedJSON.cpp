@@ -136,7 +136,8 @@ std::optional<json> JSONWithText(std::string_view text, std::string& error) {
         error = std::move(builder.error);
         return std::nullopt;
     }
-    return std::move(builder.root);
+    // A newer library's JSON converts to anything, an optional included: say which is meant.
+    return std::optional<json>(std::in_place, std::move(builder.root));
 }
 
 }  // namespace TkPPDUpdating
