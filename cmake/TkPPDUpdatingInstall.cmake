@@ -10,6 +10,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     backends/schemes/ReportedDeviceStatus.h
     core_interface/OrbCSDeviceStatus.h
     core_interface/OrbCSNumberOrString.h
+    core_interface/OrbCSPartialStatus.h
     core_interface/OrbCSStatusValue.h
     core_interface/OrbCUPSICCProfileSpecifier.h
     core_interface/OrbCoreInterface.h
@@ -26,10 +27,12 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     core_interface/TkCSKeys.h
     core_interface/TkCommunicationServices.h
     core_interface/TkCore.h
+    manager/ITkPPDStatusReading.h
     manager/ITkPPDUpdater.h
     manager/OrbClass.h
     manager/OrbClassTable.h
     manager/OrbPPDConcreteUpdatingManager.h
+    manager/OrbPPDToldRule.h
     manager/OrbPPDUpdatingContext.h
     manager/OrbPPDUpdatingManager.h
     ppd/PPDConstants.h

@@ -14,6 +14,11 @@ inline constexpr std::string_view kTkCSMaxSupportedResolutionKey = "MaxSupported
 inline constexpr std::string_view kTkCSRemainingPagesEstimationsKey = "RemainingPagesEstimations";
 inline constexpr std::string_view kTkCSCustomMediaTypesKey = "CustomMediaTypes";
 
+/// The part of the pens' configuration that is no value of a PPD keyword, in entries of what was
+/// told
+/// (`core_interface/OrbCSPartialStatus.h`).
+inline constexpr std::string_view kTkCSPensCodeNamePart = "codeName";
+
 /// Names of accessories in the list under `kTkCSDeviceAccessoriesKey`.
 inline constexpr std::string_view kTkCSDeviceAccessoryDuplexer = "Duplexer";
 inline constexpr std::string_view kTkCSDeviceAccessoryTray2 = "Tray2";

@@ -112,11 +112,15 @@ PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_deviceURI(
     const std::string& path, std::optional<std::string_view> deviceURI) {
     PPDText contents = PPDContentsForFileAtPath(path);
     const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContentsOfFile(path) : nullptr;
-    if (!PPDFile) {
-        return nullptr;
-    }
-    OrbDictionary context;
-    return chainedText(std::move(contents), applicableUpdatersForPPDFile(PPDFile.get()),
+    return PPDFile ? updatedPPDContentsForContents_PPDFile_deviceURI_context(
+                         std::move(contents), *PPDFile, deviceURI, {})
+                   : nullptr;
+}
+
+PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForContents_PPDFile_deviceURI_context(
+    PPDText contents, const OrbPPDFile& PPDFile, std::optional<std::string_view> deviceURI,
+    OrbDictionary context) const {
+    return chainedText(std::move(contents), applicableUpdatersForPPDFile(&PPDFile),
                        [&](ITkPPDUpdater& updater, const PPDText& text) {
                            return updater.updatedPPDContentsForContents_deviceURI_context(
                                text, deviceURI, &context);

@@ -43,6 +43,13 @@ class OrbPPDConcreteUpdatingManager : public OrbPPDUpdatingManager {
     bool registerUpdaterClass(const OrbClass* updaterClass) override;
     void unregisterUpdaterClass(const OrbClass* updaterClass) override;
 
+    /// What `updatedPPDContentsForFile_deviceURI`, which calls it, does with a text that is already
+    /// read (not null) and its parsed PPD. `context` may hold a status
+    /// (`OrbPPDUpdatingContext::contextWithDeviceStatus_parameters`); no device is asked then.
+    PPDText updatedPPDContentsForContents_PPDFile_deviceURI_context(
+        PPDText contents, const OrbPPDFile& PPDFile, std::optional<std::string_view> deviceURI,
+        OrbDictionary context) const;
+
     /// The classes that later operations use.
     const Classes& registeredClasses() const { return registeredClasses_; }
 

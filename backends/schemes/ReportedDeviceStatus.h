@@ -1,30 +1,38 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/OrbCSStatusValue.h"
 
 namespace TkPPDUpdating {
 
 /// A device status that was read as a whole: what the printer reported, by status key
-/// (`core_interface/TkCSKeys.h`), and why other values of its answer are not in it. What backends
-/// hand over.
-class ReportedDeviceStatus : public OrbCSDeviceStatus {
+/// (`core_interface/TkCSKeys.h`), what its answer told at all, and why other values of it are not
+/// in it. What backends hand over.
+class ReportedDeviceStatus : public OrbCSDeviceStatus, public OrbCSPartialStatus {
   public:
     using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
 
     /// `droppedValues` are one phrase each, which begins with the value's place in the answer and
-    /// holds none of the printer's own text.
-    explicit ReportedDeviceStatus(Values values, std::vector<std::string> droppedValues = {})
-        : values_(std::move(values)), droppedValues_(std::move(droppedValues)) {}
+    /// holds none of the printer's own text. `told` are the entries that the answer told, those
+    /// without a value included (then the printer has none); nothing when it told everything.
+    explicit ReportedDeviceStatus(Values values, std::vector<std::string> droppedValues = {},
+                                  std::optional<OrbCSToldEntries> told = std::nullopt)
+        : values_(std::move(values)),
+          droppedValues_(std::move(droppedValues)),
+          told_(std::move(told)) {}
 
     const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
                                                     std::string* error) const override;
+
+    const std::optional<OrbCSToldEntries>& toldEntries() const override { return told_; }
 
     /// Why values of the answer were dropped.
     const std::vector<std::string>& droppedValues() const { return droppedValues_; }
@@ -35,6 +43,7 @@ class ReportedDeviceStatus : public OrbCSDeviceStatus {
   private:
     Values values_;
     std::vector<std::string> droppedValues_;
+    std::optional<OrbCSToldEntries> told_;
 };
 
 }  // namespace TkPPDUpdating

@@ -425,5 +425,23 @@ TEST_F(UpdatingFromAQueue, PassesOnTheOutOfRangeErrorAndStaysUsable) {
               "the PPD's text");
 }
 
+TEST_F(UpdatingFromADevice, ATextInMemoryIsUpdatedLikeAFileAndWithTheStatusOfItsContext) {
+    useUpdaters<A>();
+    std::shared_ptr<const OrbCSDeviceStatus> seen;
+    A::script.updateFromDevice = [&](const PPDText& contents, auto deviceURI, auto* context) {
+        seen = OrbPPDUpdatingContext::deviceStatusForURI_inContext(deviceURI, context);
+        EXPECT_EQ(deviceURI, "ipp://printer");
+        return makePPDText(*contents + "!");
+    };
+    const auto given = std::make_shared<const Testing::FakeDeviceStatus>();
+    EXPECT_EQ(textOf(manager.updatedPPDContentsForContents_PPDFile_deviceURI_context(
+                  makePPDText("a text"), *file, "ipp://printer",
+                  OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(given, nullptr))),
+              "a text!");
+    EXPECT_EQ(seen, given);
+    EXPECT_TRUE(services->requests.empty());
+    EXPECT_TRUE(core->askedPaths.empty());
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating

@@ -138,4 +138,8 @@ OrbPPDEstimatedPagesUpdater::attributesFromDeviceWithURI_context(
     return values;
 }
 
+std::vector<std::string> OrbPPDEstimatedPagesUpdater::statusEntriesRead() const {
+    return {std::string(kTkCSRemainingPagesEstimationsKey)};
+}
+
 }  // namespace TkPPDUpdating

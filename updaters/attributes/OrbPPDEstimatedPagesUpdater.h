@@ -2,8 +2,11 @@
 
 #include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "core_interface/OrbCSStatusValue.h"
+#include "manager/ITkPPDStatusReading.h"
 #include "updaters/attributes/OrbPPDAttributesUpdater.h"
 
 namespace TkPPDUpdating {
@@ -13,7 +16,7 @@ namespace TkPPDUpdating {
 ///
 /// "ZrEPRInfoSupported" belongs to the family but never comes from the device: it makes a PPD
 /// applicable and is copied from one PPD to another.
-class OrbPPDEstimatedPagesUpdater : public OrbPPDAttributesUpdater {
+class OrbPPDEstimatedPagesUpdater : public OrbPPDAttributesUpdater, public ITkPPDStatusReading {
   public:
     static constexpr std::string_view kClassName = "OrbPPDEstimatedPagesUpdater";
 
@@ -39,6 +42,8 @@ class OrbPPDEstimatedPagesUpdater : public OrbPPDAttributesUpdater {
     /// (half to even). Without any, the result is empty, and never nothing.
     std::optional<OrbPPDUpdatingValues> attributesFromDeviceWithURI_context(
         std::optional<std::string_view> deviceURI, OrbDictionary* context) override;
+
+    std::vector<std::string> statusEntriesRead() const override;
 };
 
 }  // namespace TkPPDUpdating

@@ -31,4 +31,8 @@ std::optional<OrbPPDUpdatingValues> OrbPPDLinTablesUpdater::attributesFromDevice
                                  std::string(isCalibrated ? kTkPPDFalseValue : kTkPPDTrueValue)}};
 }
 
+std::vector<std::string> OrbPPDLinTablesUpdater::statusEntriesRead() const {
+    return {std::string(kTkCSLinTableKey)};
+}
+
 }  // namespace TkPPDUpdating

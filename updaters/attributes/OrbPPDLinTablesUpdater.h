@@ -1,12 +1,16 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "manager/ITkPPDStatusReading.h"
 #include "updaters/attributes/OrbPPDAttributesUpdater.h"
 
 namespace TkPPDUpdating {
 
 /// Tells the print system whether the printer's colour calibration is due: "BPECalibrationDue" is
 /// "True" when the printer was never calibrated, "False" otherwise.
-class OrbPPDLinTablesUpdater : public OrbPPDAttributesUpdater {
+class OrbPPDLinTablesUpdater : public OrbPPDAttributesUpdater, public ITkPPDStatusReading {
   public:
     static constexpr std::string_view kClassName = "OrbPPDLinTablesUpdater";
 
@@ -17,6 +21,8 @@ class OrbPPDLinTablesUpdater : public OrbPPDAttributesUpdater {
     /// many does no harm.
     std::optional<OrbPPDUpdatingValues> attributesFromDeviceWithURI_context(
         std::optional<std::string_view> deviceURI, OrbDictionary* context) override;
+
+    std::vector<std::string> statusEntriesRead() const override;
 };
 
 }  // namespace TkPPDUpdating

@@ -29,4 +29,8 @@ std::optional<OrbPPDUpdatingValues> OrbPPDMaxResolutionUpdater::attributesFromDe
     return OrbPPDUpdatingValues{{std::string(kAttributeNames.front()), resolution->stringValue()}};
 }
 
+std::vector<std::string> OrbPPDMaxResolutionUpdater::statusEntriesRead() const {
+    return {std::string(kTkCSMaxSupportedResolutionKey)};
+}
+
 }  // namespace TkPPDUpdating

@@ -1,5 +1,6 @@
 #include "updaters/attributes/OrbPPDPensConfigUpdater.h"
 
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDUpdatingContext.h"
 
@@ -30,6 +31,15 @@ std::optional<OrbPPDUpdatingValues> OrbPPDPensConfigUpdater::attributesFromDevic
         values.emplace(name, valueForName(configuration, name));
     }
     return values;
+}
+
+std::vector<std::string> OrbPPDPensConfigUpdater::statusEntriesRead() const {
+    std::vector<std::string> entries;
+    for (const std::string_view name : attributeNames()) {
+        entries.push_back(
+            OrbCSPartialStatus::entryForPart(kTkCSInstalledPensConfigurationKey, name));
+    }
+    return entries;
 }
 
 }  // namespace TkPPDUpdating

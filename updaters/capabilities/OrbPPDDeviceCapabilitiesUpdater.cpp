@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "updaters/capabilities/PPDConstraintRemoval.h"
@@ -167,6 +168,11 @@ std::optional<PropertyList> OrbPPDDeviceCapabilitiesUpdater::updatingData() {
     return folder ? PropertyListReader::propertyListWithContentsOfFile(
                         std::string(*folder).append("/").append(kPropertyListFileName))
                   : std::nullopt;
+}
+
+std::vector<std::string> OrbPPDDeviceCapabilitiesUpdater::statusEntriesRead() const {
+    return {
+        OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer)};
 }
 
 }  // namespace TkPPDUpdating

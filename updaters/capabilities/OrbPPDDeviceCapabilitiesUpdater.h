@@ -3,7 +3,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "manager/ITkPPDStatusReading.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
 #include "updaters/capabilities/PropertyList.h"
@@ -16,7 +18,7 @@ namespace TkPPDUpdating {
 /// having one.
 ///
 /// Texts that its operations are given may be null; the result is null then.
-class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater {
+class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater, public ITkPPDStatusReading {
   public:
     static constexpr std::string_view kClassName = "OrbPPDDeviceCapabilitiesUpdater";
 
@@ -88,6 +90,8 @@ class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater {
 
     /// The library's property list "TkPPDUpdatingData", or nothing when it cannot be read.
     static std::optional<PropertyList> updatingData();
+
+    std::vector<std::string> statusEntriesRead() const override;
 };
 
 }  // namespace TkPPDUpdating

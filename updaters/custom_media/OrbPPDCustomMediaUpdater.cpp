@@ -455,4 +455,8 @@ std::optional<std::string> OrbPPDCustomMediaUpdater::value(std::string_view keyw
                          : std::nullopt;
 }
 
+std::vector<std::string> OrbPPDCustomMediaUpdater::statusEntriesRead() const {
+    return {std::string(kTkCSCustomMediaTypesKey)};
+}
+
 }  // namespace TkPPDUpdating

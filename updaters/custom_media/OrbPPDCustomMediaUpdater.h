@@ -10,6 +10,7 @@
 #include "core_interface/OrbCSStatusValue.h"
 #include "core_interface/OrbCustomMediaType.h"
 #include "core_interface/OrbICCProfile.h"
+#include "manager/ITkPPDStatusReading.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
 
@@ -26,7 +27,7 @@ namespace TkPPDUpdating {
 /// One object serves one run at a time, on one thread. The operations between the main run and the
 /// contract are its steps; they work on the properties and are public so that each can be run by
 /// itself. They raise what `OrbPPDProcessor` raises.
-class OrbPPDCustomMediaUpdater : public ITkPPDUpdater {
+class OrbPPDCustomMediaUpdater : public ITkPPDUpdater, public ITkPPDStatusReading {
   public:
     static constexpr std::string_view kClassName = "OrbPPDCustomMediaUpdater";
 
@@ -135,6 +136,8 @@ class OrbPPDCustomMediaUpdater : public ITkPPDUpdater {
     void setPPDProcessor(std::shared_ptr<OrbPPDProcessor> processor) {
         PPDProcessor_ = std::move(processor);
     }
+
+    std::vector<std::string> statusEntriesRead() const override;
 
   private:
     bool appendAll();

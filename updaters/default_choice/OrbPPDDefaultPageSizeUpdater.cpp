@@ -67,4 +67,8 @@ OrbPPDDefaultPageSizeUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     return OrbPPDUpdatingValues();
 }
 
+std::vector<std::string> OrbPPDDefaultPageSizeUpdater::statusEntriesRead() const {
+    return {};
+}
+
 }  // namespace TkPPDUpdating

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "manager/ITkPPDStatusReading.h"
 #include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
 
 namespace TkPPDUpdating {
@@ -12,7 +13,7 @@ namespace TkPPDUpdating {
 /// Makes the paper of the user's country the default: "Letter" for United States English, "A4"
 /// otherwise. Asks no device. The defaults of PageSize, PageRegion, ImageableArea and
 /// PaperDimension change together or not at all (PPD specification 4.3: media handling).
-class OrbPPDDefaultPageSizeUpdater : public OrbPPDDefaultChoiceUpdater {
+class OrbPPDDefaultPageSizeUpdater : public OrbPPDDefaultChoiceUpdater, public ITkPPDStatusReading {
   public:
     static constexpr std::string_view kClassName = "OrbPPDDefaultPageSizeUpdater";
 
@@ -47,6 +48,8 @@ class OrbPPDDefaultPageSizeUpdater : public OrbPPDDefaultChoiceUpdater {
     std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
+
+    std::vector<std::string> statusEntriesRead() const override;
 
   private:
     std::optional<std::string_view> defaultPageSizeName_;

@@ -1,5 +1,6 @@
 #include "updaters/default_choice/OrbPPDDuplexerInstalledUpdater.h"
 
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 
 namespace TkPPDUpdating {
@@ -21,6 +22,11 @@ std::optional<std::string_view> OrbPPDDuplexerInstalledUpdater::accessoryNameFor
 std::optional<std::string> OrbPPDDuplexerInstalledUpdater::PPDChoiceTextForStatusValue(
     const StatusValue& value) {
     return choiceTextForInstalledAccessory(value);
+}
+
+std::vector<std::string> OrbPPDDuplexerInstalledUpdater::statusEntriesRead() const {
+    return {
+        OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer)};
 }
 
 }  // namespace TkPPDUpdating

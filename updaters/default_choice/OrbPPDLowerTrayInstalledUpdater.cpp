@@ -1,5 +1,6 @@
 #include "updaters/default_choice/OrbPPDLowerTrayInstalledUpdater.h"
 
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "ppd/PPDConstants.h"
 
@@ -33,6 +34,10 @@ OrbPPDLowerTrayInstalledUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     }
     return OrbPPDStatusBasedOptionsUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
         PPDFile, deviceURI, context);
+}
+
+std::vector<std::string> OrbPPDLowerTrayInstalledUpdater::statusEntriesRead() const {
+    return {OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2)};
 }
 
 }  // namespace TkPPDUpdating

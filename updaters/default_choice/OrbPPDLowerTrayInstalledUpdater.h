@@ -5,13 +5,15 @@
 #include <string_view>
 #include <vector>
 
+#include "manager/ITkPPDStatusReading.h"
 #include "updaters/default_choice/OrbPPDStatusBasedOptionsUpdater.h"
 
 namespace TkPPDUpdating {
 
 /// Sets the default of the installable option "ZrLowerTrayInstalled" to whether the printer has its
 /// lower (second) tray installed.
-class OrbPPDLowerTrayInstalledUpdater : public OrbPPDStatusBasedOptionsUpdater {
+class OrbPPDLowerTrayInstalledUpdater : public OrbPPDStatusBasedOptionsUpdater,
+                                        public ITkPPDStatusReading {
   public:
     static constexpr std::string_view kClassName = "OrbPPDLowerTrayInstalledUpdater";
 
@@ -29,6 +31,8 @@ class OrbPPDLowerTrayInstalledUpdater : public OrbPPDStatusBasedOptionsUpdater {
     std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
+
+    std::vector<std::string> statusEntriesRead() const override;
 };
 
 }  // namespace TkPPDUpdating

@@ -1,5 +1,6 @@
 #include "updaters/default_choice/OrbPPDPenConfigUpdater.h"
 
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 
 namespace TkPPDUpdating {
@@ -23,6 +24,11 @@ std::optional<std::string> OrbPPDPenConfigUpdater::PPDChoiceTextForStatusValue(
     const auto* const* status = std::get_if<const OrbCSStatusValue*>(&value);
     const auto* pens = status ? std::get_if<OrbCSPensConfiguration>(*status) : nullptr;
     return pens ? pens->codeName : std::nullopt;
+}
+
+std::vector<std::string> OrbPPDPenConfigUpdater::statusEntriesRead() const {
+    return {OrbCSPartialStatus::entryForPart(kTkCSInstalledPensConfigurationKey,
+                                             kTkCSPensCodeNamePart)};
 }
 
 }  // namespace TkPPDUpdating

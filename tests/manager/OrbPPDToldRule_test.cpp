@@ -1,0 +1,205 @@
+#include "manager/OrbPPDToldRule.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core_interface/TkCSKeys.h"
+#include "manager/ITkPPDStatusReading.h"
+#include "manager/OrbClassTable.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using Kind = OrbPPDToldDecision::Kind;
+using Entries = std::vector<std::string>;
+
+/// An updater without behaviour.
+class QuietUpdater : public ITkPPDUpdater {
+  public:
+    bool isApplicableForPPDFile(const OrbPPDFile* /*PPDFile*/) override { return true; }
+    PPDText updatedPPDContentsForContents_deviceURI_context(
+        const PPDText& /*contents*/, std::optional<std::string_view> /*deviceURI*/,
+        OrbDictionary* /*context*/) override {
+        return nullptr;
+    }
+    PPDText updatedPPDContentsForContents_PPDFile_context(const PPDText& /*contents*/,
+                                                          const OrbPPDFile* /*PPDFile*/,
+                                                          OrbDictionary* /*context*/) override {
+        return nullptr;
+    }
+    std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
+        const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
+        OrbDictionary* /*context*/) override {
+        return std::nullopt;
+    }
+};
+
+class ReadingUpdater : public QuietUpdater, public ITkPPDStatusReading {
+  public:
+    explicit ReadingUpdater(Entries entries) : entries_(std::move(entries)) {}
+    std::vector<std::string> statusEntriesRead() const override { return entries_; }
+
+  private:
+    Entries entries_;
+};
+
+const ReadingUpdater kTwoPenValues({"InstalledPensConfiguration.ZrPenDyes",
+                                    "InstalledPensConfiguration.ZrPenDropVolumes"});
+const OrbCSToldEntries kDyesAlone = {"InstalledPensConfiguration.ZrPenDyes"};
+
+TEST(OrbPPDToldRuleTest, WhatEachBuiltInUpdaterReads) {
+    const std::string pens = "InstalledPensConfiguration.";
+    const std::map<std::string_view, Entries> expected = {
+        {"OrbPPDDefaultPageSizeUpdater", {}},
+        {"OrbPPDDuplexerInstalledUpdater", {"DeviceAccessories.Duplexer"}},
+        {"OrbPPDLowerTrayInstalledUpdater", {"DeviceAccessories.Tray2"}},
+        {"OrbPPDPenConfigUpdater", {pens + "codeName"}},
+        {"OrbPPDEstimatedPagesUpdater", {"RemainingPagesEstimations"}},
+        {"OrbPPDLinTablesUpdater", {"LinTable"}},
+        {"OrbPPDMaxResolutionUpdater", {"MaxSupportedResolution"}},
+        {"OrbPPDPensConfigAdditionalInfoUpdater",
+         {pens + "ZrPenActualDropVolumes", pens + "ZrPenNominalDropVolumes",
+          pens + "ZrPenBriskDropVolumes", pens + "ZrPenInkSufficient",
+          pens + "ZrPenHasPrintheadDefect"}},
+        {"OrbPPDPensConfigCSLInfoUpdater",
+         {pens + "ZrPenDyes", pens + "ZrPenDropVolumes", pens + "ZrPenEverydayStatus"}},
+        {"OrbPPDPensConfigFamilyIDUpdater", {pens + "ZrPenFamilyIDs"}},
+        {"OrbPPDPensConfigNameUpdater", {pens + "ZrPensConfigName"}},
+        {"OrbPPDDeviceCapabilitiesUpdater", {"DeviceAccessories.Duplexer"}},
+        {"OrbPPDNonInstallableDuplexUpdater", {"DeviceAccessories.Duplexer"}},
+        {"OrbPPDCustomMediaUpdater", {"CustomMediaTypes"}},
+    };
+    std::map<std::string_view, Entries> read;
+    for (const OrbClass* updaterClass : OrbClassTable()) {
+        const auto updater = updaterClass->newInstance();
+        const auto* const reading = dynamic_cast<const ITkPPDStatusReading*>(updater.get());
+        ASSERT_NE(reading, nullptr) << updaterClass->name();
+        read.emplace(updaterClass->name(), reading->statusEntriesRead());
+    }
+    EXPECT_EQ(read, expected);
+}
+
+TEST(OrbPPDToldRuleTest, ReadsAStatusUnlessItSaysThatItReadsNothing) {
+    EXPECT_TRUE(OrbPPDToldRule::readsStatus(QuietUpdater()));
+    EXPECT_TRUE(OrbPPDToldRule::readsStatus(ReadingUpdater({"LinTable"})));
+    EXPECT_FALSE(OrbPPDToldRule::readsStatus(ReadingUpdater({})));
+}
+
+TEST(OrbPPDToldRuleTest, RunsWhenEverythingWasTold) {
+    EXPECT_EQ(OrbPPDToldRule::decision(kTwoPenValues, std::nullopt, "").kind, Kind::run);
+    EXPECT_EQ(
+        OrbPPDToldRule::decision(kTwoPenValues, OrbCSToldEntries{"InstalledPensConfiguration"}, "")
+            .kind,
+        Kind::run);
+    EXPECT_EQ(
+        OrbPPDToldRule::decision(ReadingUpdater({"LinTable"}), OrbCSToldEntries{"LinTable"}, "")
+            .kind,
+        Kind::run);
+}
+
+TEST(OrbPPDToldRuleTest, RunsOnAnyAnswerWhatDoesNotSayWhatItReadsOrReadsNothing) {
+    EXPECT_EQ(OrbPPDToldRule::decision(QuietUpdater(), OrbCSToldEntries(), "").kind, Kind::run);
+    EXPECT_EQ(OrbPPDToldRule::decision(ReadingUpdater({}), OrbCSToldEntries(), "").kind, Kind::run);
+}
+
+TEST(OrbPPDToldRuleTest, KeepsWhatWasNotToldAndNamesIt) {
+    const ReadingUpdater updater({"MaxSupportedResolution", "LinTable", "CustomMediaTypes"});
+    const auto decision =
+        OrbPPDToldRule::decision(updater, OrbCSToldEntries{"LinTable"}, "*LinTable: 1\n");
+    EXPECT_EQ(decision.kind, Kind::keep);
+    EXPECT_EQ(decision.notTold, (Entries{"MaxSupportedResolution", "CustomMediaTypes"}));
+    EXPECT_TRUE(decision.completedPenValues.empty());
+}
+
+TEST(OrbPPDToldRuleTest, CompletesThePensValuesFromThePPD) {
+    const auto decision = OrbPPDToldRule::decision(
+        kTwoPenValues, kDyesAlone, "*PPD-Adobe: \"4.3\"\n*ZrPenDropVolumes: 5,5,5\n*End\n");
+    EXPECT_EQ(decision.kind, Kind::runCompleted);
+    EXPECT_EQ(decision.notTold, Entries{"InstalledPensConfiguration.ZrPenDropVolumes"});
+    EXPECT_EQ(decision.completedPenValues, (OrbPPDUpdatingValues{{"ZrPenDropVolumes", "5,5,5"}}));
+}
+
+/// A PPD's text, and the value that is completed from it; nothing when the updater may not run.
+struct Completion {
+    std::string contents;
+    std::optional<std::string> value;
+};
+
+TEST(OrbPPDToldRuleTest, CompletesOnlyFromExactlyOneUnquotedLine) {
+    const std::vector<Completion> completions = {
+        {"*ZrPenDropVolumes: 5", "5"},
+        {"*ZrPenDropVolumes:5,6 7  \r\n", "5,6 7"},
+        {"*ZrPenDropVolumes: \n", ""},
+        {"*ZrPenDropVolumes:\n", ""},
+        {"*%ZrPenDropVolumes: 1\n*ZrPenDropVolumes: 5\n*ZrPenDropVolumesX: 6\n", "5"},
+        {"*zrPENdropVolumes: 5\n", "5"},
+        {"*ZrPenDropVolumes: " + std::string(236, '5') + "\n", std::string(236, '5')},
+        {"*ZrPenDropVolumes: " + std::string(237, '5') + "\n", std::nullopt},
+        {"", std::nullopt},
+        {"*ZrPenDropVolumes: \"5\"\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\"6\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumes: 6\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\n*zrpendropvolumes: 5\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumes a: 6\n", std::nullopt},
+        {"*ZrPenDropVolumes a: 5\n", std::nullopt},
+        {"*ZrPenDropVolumes/Text: 5\n", std::nullopt},
+        {"ZrPenDropVolumes: 5\n", std::nullopt},
+    };
+    for (const Completion& completion : completions) {
+        SCOPED_TRACE(completion.contents);
+        const auto decision =
+            OrbPPDToldRule::decision(kTwoPenValues, kDyesAlone, completion.contents);
+        EXPECT_EQ(decision.kind, completion.value ? Kind::runCompleted : Kind::keep);
+        if (completion.value) {
+            EXPECT_EQ(decision.completedPenValues,
+                      (OrbPPDUpdatingValues{{"ZrPenDropVolumes", *completion.value}}));
+        }
+    }
+}
+
+TEST(OrbPPDToldRuleTest, KeepsThePensValuesWhenNoneOfThemWasTold) {
+    const auto decision = OrbPPDToldRule::decision(kTwoPenValues, OrbCSToldEntries{"LinTable"},
+                                                   "*ZrPenDyes: C\n*ZrPenDropVolumes: 5\n");
+    EXPECT_EQ(decision.kind, Kind::keep);
+    EXPECT_EQ(decision.notTold.size(), 2U);
+}
+
+TEST(OrbPPDToldRuleTest, CompletesNothingButThePensValues) {
+    const std::string contents = "*codeName: Four\n*Duplexer: True\n*ZrPenDyes: C\n";
+    const ReadingUpdater withCodeName(
+        {"InstalledPensConfiguration.ZrPenDyes", "InstalledPensConfiguration.codeName"});
+    EXPECT_EQ(OrbPPDToldRule::decision(withCodeName, kDyesAlone, contents).kind, Kind::keep);
+    const ReadingUpdater withAccessory(
+        {"InstalledPensConfiguration.ZrPenDyes", "DeviceAccessories.Duplexer"});
+    EXPECT_EQ(OrbPPDToldRule::decision(withAccessory, kDyesAlone, contents).kind, Kind::keep);
+    const ReadingUpdater withTheWhole(
+        {"InstalledPensConfiguration.ZrPenDyes", "InstalledPensConfiguration"});
+    EXPECT_EQ(OrbPPDToldRule::decision(withTheWhole, kDyesAlone, contents).kind, Kind::keep);
+}
+
+TEST(OrbPPDToldRuleTest, TheCompletedStatusHasTheAddedValuesAndAllOthers) {
+    OrbCSPensConfiguration pens;
+    pens.codeName = "Four";
+    pens.PPDAttributeValues = {{"ZrPenDyes", "C,M"}};
+    const auto status = std::make_shared<const FakeDeviceStatus>(FakeDeviceStatus::Values{
+        {std::string(kTkCSInstalledPensConfigurationKey), pens},
+        {std::string(kTkCSMaxSupportedResolutionKey), OrbCSNumberOrString(std::int64_t{600})}});
+    EXPECT_EQ(OrbPPDToldRule::completedStatus(status, {}), status);
+    const auto completed = OrbPPDToldRule::completedStatus(status, {{"ZrPenDropVolumes", "5"}});
+    pens.PPDAttributeValues.emplace("ZrPenDropVolumes", "5");
+    EXPECT_EQ(
+        *completed->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey),
+        pens);
+    EXPECT_EQ(completed->statusValueForKey<OrbCSNumberOrString>(kTkCSMaxSupportedResolutionKey)
+                  ->stringValue(),
+              "600");
+    EXPECT_EQ(completed->statusValueForKey_error(kTkCSLinTableKey, nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
