@@ -143,6 +143,10 @@ const PPDText& PPDModelFile::text() const {
     return contents_->text;
 }
 
+std::span<const PPDModelAttribute> PPDModelFile::attributes() const {
+    return contents_->attributes;
+}
+
 std::vector<std::string_view> PPDModelFile::optionNames() const {
     return contents_->optionNames;
 }

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "backends/ppdmodel/PPDModelAttribute.h"
 #include "core_interface/OrbPPDFile.h"
 #include "ppd/PPDText.h"
 
@@ -37,6 +39,9 @@ class PPDModelFile : public OrbPPDFile {
 
     /// The text that was parsed.
     const PPDText& text() const;
+
+    /// All attributes, in file order, translation lines included. Valid as long as the model.
+    std::span<const PPDModelAttribute> attributes() const;
 
     /// The keywords of all options (UI keywords), in file order, each once.
     std::vector<std::string_view> optionNames() const;

@@ -443,5 +443,14 @@ TEST(PPDModelFile, CountsTheLineOfAnOpenQuoteAfterCarriageReturnsAndLongValues) 
               "has a quoted value that never closes, opened on line 1");
 }
 
+TEST(PPDModelFile, ItsAttributesAreInFileOrderWithTheirTranslations) {
+    const auto PPD = fileWithLines("*B b: \"2\"\n*de.B b/zwei: \"\"\n*A: 1\n*B a: \"3\"\n");
+    std::string names;
+    for (const PPDModelAttribute& attribute : PPD->attributes()) {
+        names += std::string(attribute.keyword()) + "/" + std::string(attribute.spec()) + " ";
+    }
+    EXPECT_EQ(names, "PPD-Adobe/ B/b de.B/b A/ B/a ");
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating
