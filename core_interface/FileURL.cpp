@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
+#include <utility>
 
 namespace TkPPDUpdating {
 
@@ -103,6 +106,31 @@ std::string fileURLFromPath(std::string_view absolutePath) {
         URL += kHexadecimalDigits[byte % 16U];
     }
     return URL;
+}
+
+std::string absolutePath(std::string path) {
+    if (path.starts_with('/')) {
+        return path;
+    }
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
+std::optional<std::string> absolutePathFromFileURL(std::string_view URL) {
+    auto path = pathFromFileURL(URL);
+    return path ? std::optional(absolutePath(std::move(*path))) : std::nullopt;
+}
+
+std::string_view fileNameWithoutExtension(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.remove_suffix(1);
+    }
+    const std::size_t slash = path.rfind('/');
+    const std::string_view name = path.size() > 1 ? path.substr(slash + 1) : path;
+    const std::size_t stop = name.rfind('.');
+    const bool hasExtension = stop != std::string_view::npos && stop > 0;
+    return hasExtension ? name.substr(0, stop) : name;
 }
 
 }  // namespace TkPPDUpdating

@@ -14,6 +14,18 @@ namespace TkPPDUpdating {
 /// fragment, a "%" without two hexadecimal digits, or a NUL byte, encoded or not.
 std::optional<std::string> pathFromFileURL(std::string_view URL);
 
+/// The path itself when it is absolute; else that path from the working directory on, in its
+/// shortest form ("a/../b" is "b").
+std::string absolutePath(std::string path);
+
+/// The same path of a file URL, made absolute.
+std::optional<std::string> absolutePathFromFileURL(std::string_view URL);
+
+/// The last component of a path without its extension: what follows the last full stop, unless the
+/// name begins with that one. Slashes at the end do not count; the root is its own name. A view
+/// into `path`.
+std::string_view fileNameWithoutExtension(std::string_view path);
+
 /// The file URL, `file:///...`, of an absolute path. Everything but "/" and what may stand in a
 /// path segment (RFC 3986, section 3.3) is percent-encoded, byte for byte; `pathFromFileURL` gives
 /// the path back.

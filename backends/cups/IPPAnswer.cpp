@@ -4,8 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "ppd/PPDTextSafety.h"
-
 namespace TkPPDUpdating {
 
 namespace {
@@ -15,9 +13,6 @@ constexpr std::initializer_list<ipp_tag_t> kKeywordOrName = {IPP_TAG_KEYWORD, IP
 constexpr std::initializer_list<ipp_tag_t> kAnyText = {IPP_TAG_TEXT,    IPP_TAG_TEXTLANG,
                                                        IPP_TAG_NAME,    IPP_TAG_NAMELANG,
                                                        IPP_TAG_KEYWORD, IPP_TAG_STRING};
-constexpr std::initializer_list<ipp_tag_t> kAnyTextOrURI = {
-    IPP_TAG_TEXT,    IPP_TAG_TEXTLANG, IPP_TAG_NAME,  IPP_TAG_NAMELANG,
-    IPP_TAG_KEYWORD, IPP_TAG_URI,      IPP_TAG_STRING};
 
 bool isAccepted(ipp_tag_t tag, std::initializer_list<ipp_tag_t> accepted) {
     return std::find(accepted.begin(), accepted.end(), tag) != accepted.end();
@@ -114,24 +109,25 @@ std::vector<ipp_t*> IPPAnswer::collections(const std::string& name) {
     return values;
 }
 
-std::optional<IPPAnswer::Text> IPPAnswer::member(ipp_t* collection, const char* name,
-                                                 const std::string& place) {
+IPPAnswer::Member IPPAnswer::member(ipp_t* collection, const char* name, PrinterText kind,
+                                    const std::string& place) {
     ipp_attribute_t* found = ippFindAttribute(collection, name, IPP_TAG_ZERO);
     if (!found || isOutOfBand(ippGetValueTag(found))) {
-        return std::nullopt;
+        return {};
     }
     const std::string memberPlace = place + ", " + name;
-    if (!isAccepted(ippGetValueTag(found), kAnyTextOrURI)) {
+    if (!isAccepted(ippGetValueTag(found), kAnyText)) {
         dropped_.add(memberPlace, "is no text");
-        return std::nullopt;
+        return {std::nullopt, false, true};
     }
-    auto value = text(found, 0, memberPlace, kLongestText);
-    return value ? std::optional(Text{std::move(*value), isName(ippGetValueTag(found))})
-                 : std::nullopt;
+    auto value = text(found, 0, memberPlace, kLongestText, kind);
+    const bool isRefused = !value;
+    return {std::move(value), isName(ippGetValueTag(found)), isRefused};
 }
 
 std::optional<std::string> IPPAnswer::text(ipp_attribute_t* attribute, int index,
-                                           const std::string& place, std::size_t longest) {
+                                           const std::string& place, std::size_t longest,
+                                           PrinterText kind) {
     const auto valueFromOne = static_cast<std::size_t>(index) + 1;
     auto bytes = bytesOf(attribute, index);
     if (!bytes || bytes->empty()) {
@@ -142,7 +138,7 @@ std::optional<std::string> IPPAnswer::text(ipp_attribute_t* attribute, int index
         dropped_.add(place, valueFromOne, "is longer than " + std::to_string(longest) + " bytes");
         return std::nullopt;
     }
-    if (const auto reason = reasonTextCannotStandInPPDLine(*bytes)) {
+    if (const auto reason = reasonPrinterTextIsRefused(kind, *bytes)) {
         dropped_.add(place, valueFromOne, *reason);
         return std::nullopt;
     }

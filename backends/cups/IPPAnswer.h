@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "backends/cups/DroppedValues.h"
+#include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {
 
@@ -54,15 +55,24 @@ class IPPAnswer {
     /// The collections, in the printer's order, owned by the message.
     std::vector<ipp_t*> collections(const std::string& name);
 
-    /// One member of a collection (RFC 8010, section 3.1.6), its first value; nothing when it is
-    /// missing or dropped. `place` names the collection in the reason.
-    std::optional<Text> member(ipp_t* collection, const char* name, const std::string& place);
+    /// A member of a collection.
+    struct Member {
+        /// Nothing when it is missing or dropped.
+        std::optional<std::string> text;
+        bool isName = false;
+        /// Whether it is there and was dropped.
+        bool isRefused = false;
+    };
+
+    /// One member of a collection (RFC 8010, section 3.1.6), its first value, which is to be a text
+    /// of that kind. `place` names the collection in the reason.
+    Member member(ipp_t* collection, const char* name, PrinterText kind, const std::string& place);
 
     DroppedValues& dropped() { return dropped_; }
 
   private:
     std::optional<std::string> text(ipp_attribute_t* attribute, int index, const std::string& place,
-                                    std::size_t longest);
+                                    std::size_t longest, PrinterText kind = PrinterText::plain);
 
     ipp_t* answer_;
     DroppedValues dropped_;

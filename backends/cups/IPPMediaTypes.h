@@ -8,11 +8,11 @@ namespace TkPPDUpdating {
 /// Adds the custom media types: of the media types in "media-col-database" and then of
 /// "media-type-supported" those that are names, or keywords that no standard lists, each once.
 ///
-/// The display name is "media-info", else the type's own name; the media ID is "media-key", else
-/// the type. No standard attribute gives a parent ID. The colour profile is that of
-/// "printer-icc-profiles" whose member "media-type" names the type: its qualifier is
-/// "profile-name", which counts only when it can be a PPD option keyword, its URL "profile-url", or
-/// "profile-uri" as some printers have it; a profile without either is none.
+/// The display name is "media-info", else the type's own name; the media ID is "media-key". Without
+/// one it is the type itself when that can be an ID (`PrinterText::mediaID`) of at most 100 bytes,
+/// else "t-" and 16 hexadecimal digits that belong to the type for good (FNV-1a of 64 bits). A type
+/// with a text that is refused is left out whole. No standard attribute gives a parent ID, and no
+/// colour profile is read: a network printer names no file of this machine.
 void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values);
 
 }  // namespace TkPPDUpdating

@@ -30,8 +30,7 @@ constexpr std::array kResolutionAttributes = {
     Attribute{"pwg-raster-document-resolution-supported", "PWG 5102.4"},
     Attribute{"urf-supported", "CUPS extension"}};
 constexpr std::array kMediaTypeAttributes = {Attribute{"media-col-database", "PWG 5100.7"},
-                                             Attribute{"media-type-supported", "PWG 5100.7"},
-                                             Attribute{"printer-icc-profiles", "PWG 5100.13"}};
+                                             Attribute{"media-type-supported", "PWG 5100.7"}};
 
 constexpr std::array kRows = {
     IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kDuplexerAttributes, readDuplexer},

@@ -12,6 +12,7 @@
 
 #include "backends/cups/KeywordText.h"
 #include "core_interface/TkCSKeys.h"
+#include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {
 
@@ -155,6 +156,8 @@ void setList(std::string_view key, std::string list, OrbCSPensConfiguration& con
              IPPAnswer& answer) {
     if (list.size() > kLongestList) {
         answer.dropped().add(key, "is longer than " + std::to_string(kLongestList) + " bytes");
+    } else if (const auto reason = reasonPrinterTextIsRefused(PrinterText::unquotedValue, list)) {
+        answer.dropped().add(key, *reason);
     } else {
         configuration.PPDAttributeValues.emplace(key, std::move(list));
     }

@@ -17,8 +17,8 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
 
     /// Reads a recording from JSON text (UTF-8). Null, and the reason with its place in `error`,
     /// when the text is not JSON or something in it has another type than the format says. A text
-    /// that cannot stand in a PPD line is nothing; the rest of the status stays, and the reason is
-    /// in `droppedValues`.
+    /// that would do harm in a PPD (`ppd/PPDTextSafety.h`) is nothing, or is left out with what
+    /// cannot do without it; the rest of the status stays, and the reason is in `droppedValues`.
     static std::shared_ptr<const RecordedDeviceStatus> statusWithJSON(std::string_view JSON,
                                                                       std::string& error);
 

@@ -11,7 +11,6 @@
 #include "backends/ppdmodel/PPDModelICCProfile.h"
 #include "core_interface/FileURL.h"
 #include "core_interface/TkCSKeys.h"
-#include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {
 
@@ -131,8 +130,8 @@ std::vector<std::string> RecordingReader::droppedValues() const {
     return reasons;
 }
 
-bool RecordingReader::canBeWritten(std::string_view text, const Place& place) {
-    const auto reason = reasonTextCannotStandInPPDLine(text);
+bool RecordingReader::isAccepted(PrinterText kind, std::string_view text, const Place& place) {
+    const auto reason = reasonPrinterTextIsRefused(kind, text);
     if (reason) {
         drop(place, *reason);
     }
@@ -140,7 +139,7 @@ bool RecordingReader::canBeWritten(std::string_view text, const Place& place) {
 }
 
 std::optional<std::string> RecordingReader::textMember(const json& object, std::string_view key,
-                                                       const Place& parent) {
+                                                       const Place& parent, PrinterText kind) {
     const json* value = member(object, key);
     if (!value) {
         return std::nullopt;
@@ -151,15 +150,17 @@ std::optional<std::string> RecordingReader::textMember(const json& object, std::
         return std::nullopt;
     }
     const auto& text = value->get_ref<const std::string&>();
-    return canBeWritten(text, place) ? std::optional(text) : std::nullopt;
+    return isAccepted(kind, text, place) ? std::optional(text) : std::nullopt;
 }
 
 std::optional<std::string> RecordingReader::URLMember(const json& object, std::string_view key,
                                                       const Place& parent) {
-    auto URL = textMember(object, key, parent);
+    auto URL = textMember(object, key, parent, PrinterText::plain);
     // The path is what is written into the PPD; its escapes can stand for any byte.
-    const auto path = URL ? pathFromFileURL(*URL) : std::nullopt;
-    if (const auto reason = path ? reasonTextCannotStandInPPDLine(*path) : std::nullopt) {
+    const auto path = URL ? absolutePathFromFileURL(*URL) : std::nullopt;
+    const auto reason =
+        path ? reasonPrinterTextIsRefused(PrinterText::profilePath, *path) : std::nullopt;
+    if (reason) {
         drop(Place{&parent, key, {}}, "its path " + *reason);
         return std::nullopt;
     }
@@ -220,7 +221,8 @@ std::vector<Element> RecordingReader::elements(const json& value, const Place& p
 }
 
 OrbCSDeviceAccessory RecordingReader::accessory(const json& value, const Place& place) {
-    return {textMember(value, "name", place), booleanMember(value, "isInstalled", place)};
+    return {textMember(value, "name", place, PrinterText::plain),
+            booleanMember(value, "isInstalled", place)};
 }
 
 RecordingReader::OptionalValue RecordingReader::accessories(const json& value, const Place& place) {
@@ -233,15 +235,15 @@ RecordingReader::OptionalValue RecordingReader::pensConfiguration(const json& va
     if (!isObject(value, place)) {
         return configuration;
     }
-    configuration.codeName = textMember(value, "codeName", place);
+    configuration.codeName = textMember(value, "codeName", place, PrinterText::pensCodeName);
     const json* attributes = member(value, "PPDAttributeValues");
     const Place attributesPlace{&place, "PPDAttributeValues", {}};
     if (!attributes || !isObject(*attributes, attributesPlace)) {
         return configuration;
     }
     for (const auto& [keyword, unused] : attributes->items()) {
-        auto text = textMember(*attributes, keyword, attributesPlace);
-        if (text && canBeWritten(keyword, Place{&attributesPlace, keyword, {}})) {
+        auto text = textMember(*attributes, keyword, attributesPlace, PrinterText::unquotedValue);
+        if (text && isAccepted(PrinterText::plain, keyword, Place{&attributesPlace, keyword, {}})) {
             configuration.PPDAttributeValues.emplace(keyword, std::move(*text));
         }
     }
@@ -265,16 +267,21 @@ RecordingReader::OptionalValue RecordingReader::resolution(const json& value, co
         return std::nullopt;
     }
     const auto& text = value.get_ref<const std::string&>();
-    return canBeWritten(text, place) ? OptionalValue(OrbCSNumberOrString(text)) : std::nullopt;
+    return isAccepted(PrinterText::unquotedValue, text, place)
+               ? OptionalValue(OrbCSNumberOrString(text))
+               : std::nullopt;
 }
 
 OrbCSRemainingPagesEstimation RecordingReader::estimation(const json& value, const Place& place) {
-    return {textMember(value, "pageTypeName", place), numberMember(value, "minPageCount", place),
-            numberMember(value, "maxPageCount", place), numberMember(value, "state", place)};
+    return {textMember(value, "pageTypeName", place, PrinterText::pageTypeName),
+            numberMember(value, "minPageCount", place), numberMember(value, "maxPageCount", place),
+            numberMember(value, "state", place)};
 }
 
 RecordingReader::OptionalValue RecordingReader::estimations(const json& value, const Place& place) {
-    return elements(value, place, &RecordingReader::estimation);
+    const std::size_t droppedBefore = countOfDroppedTexts_;
+    OptionalValue list = elements(value, place, &RecordingReader::estimation);
+    return countOfDroppedTexts_ == droppedBefore ? std::move(list) : std::nullopt;
 }
 
 std::shared_ptr<const OrbICCProfile> RecordingReader::profile(const json& object,
@@ -284,11 +291,15 @@ std::shared_ptr<const OrbICCProfile> RecordingReader::profile(const json& object
     if (!value || !isObject(*value, place)) {
         return nullptr;
     }
+    const std::size_t droppedBefore = countOfDroppedTexts_;
     auto URL = URLMember(*value, "URL", place);
-    auto qualifier = textMember(*value, "qualifierVer2", place);
+    auto qualifier = textMember(*value, "qualifierVer2", place, PrinterText::profileQualifier);
     const auto ID = profileIDMember(*value, "profileID", place);
+    if (qualifier && qualifier->empty()) {
+        qualifier.reset();
+    }
     // Without a URL there is no file to name, and without a qualifier or an ID no name for it.
-    if (!URL || (!qualifier && !ID)) {
+    if (countOfDroppedTexts_ != droppedBefore || !URL || (!qualifier && !ID)) {
         return nullptr;
     }
     return std::make_shared<const PPDModelICCProfile>(std::move(URL), std::move(qualifier), ID);
@@ -296,15 +307,22 @@ std::shared_ptr<const OrbICCProfile> RecordingReader::profile(const json& object
 
 std::shared_ptr<const OrbCustomMediaType> RecordingReader::mediaType(const json& value,
                                                                      const Place& place) {
-    auto name = textMember(value, "name", place);
-    auto mediaID = textMember(value, "mediaID", place);
-    auto parentMediaID = textMember(value, "parentMediaID", place);
-    return std::make_shared<const PPDModelCustomMediaType>(
-        std::move(name), std::move(mediaID), std::move(parentMediaID), profile(value, place));
+    const std::size_t droppedBefore = countOfDroppedTexts_;
+    auto name = textMember(value, "name", place, PrinterText::mediaTypeName);
+    auto mediaID = textMember(value, "mediaID", place, PrinterText::mediaID);
+    auto parentMediaID = textMember(value, "parentMediaID", place, PrinterText::mediaID);
+    const bool isRefused = countOfDroppedTexts_ != droppedBefore;
+    auto itsProfile = profile(value, place);
+    return isRefused ? nullptr
+                     : std::make_shared<const PPDModelCustomMediaType>(
+                           std::move(name), std::move(mediaID), std::move(parentMediaID),
+                           std::move(itsProfile));
 }
 
 RecordingReader::OptionalValue RecordingReader::mediaTypes(const json& value, const Place& place) {
-    return elements(value, place, &RecordingReader::mediaType);
+    auto types = elements(value, place, &RecordingReader::mediaType);
+    std::erase(types, nullptr);
+    return types;
 }
 
 RecordedDeviceStatus::Values RecordingReader::values(const json& recording) {

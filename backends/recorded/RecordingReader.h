@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {
 
@@ -51,7 +52,7 @@ class RecordingReader {
     std::shared_ptr<const OrbICCProfile> profile(const nlohmann::json& object, const Place& parent);
 
     std::optional<std::string> textMember(const nlohmann::json& object, std::string_view key,
-                                          const Place& parent);
+                                          const Place& parent, PrinterText kind);
     std::optional<std::string> URLMember(const nlohmann::json& object, std::string_view key,
                                          const Place& parent);
     std::optional<OrbCSNumberOrString> numberMember(const nlohmann::json& object,
@@ -66,7 +67,7 @@ class RecordingReader {
                                                                    const Place&));
 
     bool isObject(const nlohmann::json& value, const Place& place);
-    bool canBeWritten(std::string_view text, const Place& place);
+    bool isAccepted(PrinterText kind, std::string_view text, const Place& place);
     void drop(const Place& place, const std::string& reason);
     void wrongType(const nlohmann::json& value, const Place& place, std::string_view expected);
 

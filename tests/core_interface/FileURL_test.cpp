@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -108,6 +109,33 @@ TEST(FileURL, GivesBackThePathThatItWasMadeOf) {
     }
     EXPECT_EQ(pathFromFileURL(fileURLFromPath("//host/p")), "//host/p");
     EXPECT_EQ(pathFromFileURL(fileURLFromPath("/%41")), "/%41");
+}
+
+TEST(FileURL, MakesAPathAbsolute) {
+    EXPECT_EQ(absolutePath("/a/../b"), "/a/../b") << "is absolute already";
+    const std::string here = std::filesystem::current_path().string();
+    EXPECT_EQ(absolutePath("a/../b"), here + "/b");
+    EXPECT_EQ(absolutePathFromFileURL("file:b%20c"), here + "/b c");
+    EXPECT_EQ(absolutePathFromFileURL("file:///b"), "/b");
+    EXPECT_EQ(absolutePathFromFileURL("http://host/b"), std::nullopt);
+}
+
+TEST(FileURL, GivesTheFileNameWithoutExtension) {
+    const std::vector<std::pair<std::string_view, std::string_view>> cases{
+        {"/p/gloss.icc", "gloss"},
+        {"/p/a.b.icc", "a.b"},
+        {"/p/.icc", ".icc"},
+        {"/p/gloss", "gloss"},
+        {"/p/gloss/", "gloss"},
+        {"/p/a.b/", "a"},
+        {"a.icc", "a"},
+        {"/", "/"},
+        {"//", "/"},
+        {"", ""},
+        {"/p/a.", "a"}};
+    for (const auto& [path, name] : cases) {
+        EXPECT_EQ(fileNameWithoutExtension(path), name) << path;
+    }
 }
 
 }  // namespace

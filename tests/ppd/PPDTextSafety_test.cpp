@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "ppd/UnicodeWhiteSpace.h"
 #include "tests/ppd/UTF8Encoding.h"
 
 namespace TkPPDUpdating::Testing {
@@ -51,6 +54,115 @@ TEST(PPDTextSafety, TheReasonTellsTheOffsetAndHoldsNothingOfTheText) {
         EXPECT_EQ(reason->find("secret"), std::string::npos) << *reason;
         EXPECT_EQ(reasonTextCannotStandInPPDLine(*reason), std::nullopt) << *reason;
     }
+}
+
+bool canStandInAnyText(char32_t codePoint) {
+    return codePoint >= 0x20 && (codePoint < 0x7F || codePoint > 0x9F) && codePoint != U'"' &&
+           codePoint != 0x2028 && codePoint != 0x2029 && !isSurrogate(codePoint);
+}
+
+/// What the kind refuses besides, told in another way than the table tells it.
+struct KindOfText {
+    const char* name;
+    PrinterText kind;
+    std::function<bool(char32_t)> isAllowed;
+};
+
+bool isOfKeyword(char32_t codePoint) {
+    return std::u32string_view(
+               U"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-+")
+               .find(codePoint) != std::u32string_view::npos;
+}
+
+std::function<bool(char32_t)> allBut(std::u32string_view characters) {
+    return [characters](char32_t codePoint) {
+        return characters.find(codePoint) == std::u32string_view::npos;
+    };
+}
+
+class EveryKind : public testing::TestWithParam<KindOfText> {};
+
+TEST_P(EveryKind, RefusesExactlyItsCharacters) {
+    for (char32_t codePoint = 0; codePoint <= kLastCodePoint; ++codePoint) {
+        const bool isAccepted = canStandInAnyText(codePoint) && GetParam().isAllowed(codePoint);
+        // In the middle, where no rule of a first, last or file name's character applies.
+        const std::string text = "a" + encodedUTF8(codePoint) + "/b";
+        const std::string word = "a" + encodedUTF8(codePoint) + "b";
+        const bool takesSlashes = GetParam().kind == PrinterText::profilePath;
+        ASSERT_NE(
+            reasonPrinterTextIsRefused(GetParam().kind, takesSlashes ? text : word).has_value(),
+            isAccepted)
+            << std::hex << std::uint32_t{codePoint};
+    }
+}
+
+TEST_P(EveryKind, AcceptsTheEmptyText) {
+    EXPECT_EQ(reasonPrinterTextIsRefused(GetParam().kind, ""), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PPDTextSafety, EveryKind,
+    testing::Values(KindOfText{"Plain", PrinterText::plain, allBut(U"")},
+                    KindOfText{"UnquotedValue", PrinterText::unquotedValue, allBut(U"*<>")},
+                    KindOfText{"PageTypeName", PrinterText::pageTypeName, allBut(U"*<>,")},
+                    KindOfText{"MediaTypeName", PrinterText::mediaTypeName, allBut(U":<>")},
+                    KindOfText{"MediaID", PrinterText::mediaID,
+                               [](char32_t codePoint) {
+                                   return isOfKeyword(codePoint) || codePoint == U' ' ||
+                                          (codePoint > 0x9F && !isUnicodeWhiteSpace(codePoint));
+                               }},
+                    KindOfText{"ProfileQualifier", PrinterText::profileQualifier, isOfKeyword},
+                    KindOfText{"ProfilePath", PrinterText::profilePath, allBut(U"*<>")},
+                    KindOfText{"PensCodeName", PrinterText::pensCodeName,
+                               [](char32_t codePoint) {
+                                   return codePoint > 0x20 && codePoint < 0x7F &&
+                                          codePoint != U'/' && codePoint != U':';
+                               }}),
+    [](const auto& kind) { return kind.param.name; });
+
+void expectReason(PrinterText kind, const std::string& text, const std::string& reason) {
+    EXPECT_EQ(reasonPrinterTextIsRefused(kind, text).value_or("accepted"), reason) << text;
+}
+
+TEST(PPDTextSafety, AMediaIDHasSpacesInTheMiddleOnly) {
+    expectReason(PrinterText::mediaID, "a b  c", "accepted");
+    expectReason(PrinterText::mediaID, " a", "begins with a space, so its media type is left out");
+    expectReason(PrinterText::mediaID, "a ", "ends with a space, so its media type is left out");
+    expectReason(PrinterText::mediaID, " ", "begins with a space, so its media type is left out");
+}
+
+TEST(PPDTextSafety, AQualifierFitsBehindTwoFullStopsInAnOptionKeyword) {
+    expectReason(PrinterText::profileQualifier, std::string(38, 'q'), "accepted");
+    expectReason(PrinterText::profileQualifier, std::string(39, 'q'),
+                 "is longer than 38 characters, so the profile is left out");
+}
+
+TEST(PPDTextSafety, ACodeNameFitsInAnOptionKeyword) {
+    expectReason(PrinterText::pensCodeName, std::string(40, '~'), "accepted");
+    expectReason(PrinterText::pensCodeName, std::string(41, '~'), "is longer than 40 characters");
+}
+
+TEST(PPDTextSafety, AColonMayStandInAPathButNotInTheNameThatIsShown) {
+    for (const char* path : {"/a:b/c.icc", "/a/b.i:c", "/a:b/", "/c:"}) {
+        const bool isInName = std::string_view(path) == "/a:b/" || std::string_view(path) == "/c:";
+        EXPECT_EQ(reasonPrinterTextIsRefused(PrinterText::profilePath, path).has_value(), isInName)
+            << path;
+    }
+    expectReason(PrinterText::profilePath, "/a:b/c:d.icc",
+                 "has the character U+003A at byte 6, so the profile is left out");
+    expectReason(PrinterText::profilePath, "/.a:b",
+                 "has the character U+003A at byte 3, so the profile is left out");
+}
+
+TEST(PPDTextSafety, TheReasonSaysWhatGoesWithTheText) {
+    expectReason(PrinterText::plain, "\n", "has the character U+000A at byte 0");
+    expectReason(PrinterText::unquotedValue, "6*", "has the character U+002A at byte 1");
+    expectReason(PrinterText::pageTypeName, "A,B",
+                 "has the character U+002C at byte 1, so the whole list is left out");
+    expectReason(PrinterText::mediaTypeName, "a\"",
+                 "has the character U+0022 at byte 1, so its media type is left out");
+    expectReason(PrinterText::profileQualifier, "\xFF",
+                 "is not valid UTF-8 at byte 0, so the profile is left out");
 }
 
 }  // namespace

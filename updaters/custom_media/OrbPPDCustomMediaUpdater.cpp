@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
 #include <map>
-#include <system_error>
 #include <unordered_set>
 
 #include "core_interface/FileURL.h"
@@ -78,34 +76,10 @@ const std::string* nonEmptyValue(const StringsDictionary& properties, std::strin
     return entry == properties.end() || entry->second.empty() ? nullptr : &entry->second;
 }
 
-/// A relative path counts from the working directory.
-std::string madeAbsolute(std::string path) {
-    if (path.starts_with('/')) {
-        return path;
-    }
-    std::error_code error;
-    const auto absolute = std::filesystem::absolute(path, error);
-    return error ? path : absolute.lexically_normal().string();
-}
-
 /// The absolute path of the profile's file; nothing when the profile has no file URL.
 std::optional<std::string> filePath(const OrbICCProfile& profile) {
     const auto URL = profile.URL();
-    const auto path = URL ? pathFromFileURL(*URL) : std::nullopt;
-    return path ? std::optional(madeAbsolute(*path)) : std::nullopt;
-}
-
-/// The last component of a path without its extension: what follows the last full stop, unless the
-/// name begins with that one. The root is its own name.
-std::string_view fileNameWithoutExtension(std::string_view path) {
-    while (path.size() > 1 && path.ends_with('/')) {
-        path.remove_suffix(1);
-    }
-    const std::size_t slash = path.rfind('/');
-    const std::string_view name = path.size() > 1 ? path.substr(slash + 1) : path;
-    const std::size_t stop = name.rfind('.');
-    const bool hasExtension = stop != std::string_view::npos && stop > 0;
-    return hasExtension ? name.substr(0, stop) : name;
+    return URL ? absolutePathFromFileURL(*URL) : std::nullopt;
 }
 
 template <typename Attribute>
@@ -355,7 +329,7 @@ std::shared_ptr<const OrbICCProfile> OrbPPDCustomMediaUpdater::ICCProfileWithQua
     }
     OrbDictionary parameters;
     parameters.emplace(kTkPPDProfileNameKey, std::string(*qualifier));
-    parameters.emplace(kTkPPDProfileURLKey, fileURLFromPath(madeAbsolute(std::string(*path))));
+    parameters.emplace(kTkPPDProfileURLKey, fileURLFromPath(absolutePath(std::string(*path))));
     parameters.emplace(kTkPPDProfileQualifierVer2Key, std::string(*qualifier));
     return OrbICCProfile::profileWithPPDParameters(parameters);
 }

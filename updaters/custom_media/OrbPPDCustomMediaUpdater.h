@@ -22,7 +22,7 @@ namespace TkPPDUpdating {
 ///
 /// Each run first removes what an earlier run wrote, and nothing else: it is found through the
 /// category line. Texts are written as they are; whoever reports media types sees to it that they
-/// can stand in one PPD line (`ppd/PPDTextSafety.h`).
+/// are harmless in a PPD (`ppd/PPDTextSafety.h`).
 ///
 /// One object serves one run at a time, on one thread. The operations between the main run and the
 /// contract are its steps; they work on the properties and are public so that each can be run by

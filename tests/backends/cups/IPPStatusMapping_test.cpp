@@ -328,16 +328,52 @@ TEST(IPPStatusMapping, OnlyStandardMediaTypesAreAnEmptyList) {
     EXPECT_TRUE(mediaTypes(answer).empty());
 }
 
-TEST(IPPStatusMapping, ABadMediaInfoFallsBackToTheType) {
+TEST(IPPStatusMapping, ARefusedTextLeavesItsMediaTypeOut) {
     IPPTestMessage answer;
-    answer.collections("media-col-database",
-                       {{{"media-type", IPP_TAG_NAME, "My Gloss"},
-                         {"media-info", IPP_TAG_TEXT, "Gloss\"\n*cupsFilter: x"}}});
-    ASSERT_EQ(mediaTypes(answer).size(), 1U);
-    EXPECT_EQ(mediaTypes(answer)[0]->name(), "My Gloss");
-    EXPECT_THAT(answer.status()->droppedValues(),
-                ElementsAre("media-col-database, value 1, media-info: value 1 has the character "
-                            "U+0022 at byte 5"));
+    answer
+        .collections(
+            "media-col-database",
+            {{{"media-type", IPP_TAG_NAME, "My Gloss"},
+              {"media-info", IPP_TAG_TEXT, "Gloss\"\n*cupsFilter: x"}},
+             {{"media-type", IPP_TAG_NAME, "My Matte"},
+              {"media-info", IPP_TAG_TEXT, "Matte: (x) run"}},
+             {{"media-type", IPP_TAG_NAME, "My Canvas"},
+              {"media-key", IPP_TAG_NAME, "a;ZrICCProfileId2=Auto"}},
+             {{"media-type", IPP_TAG_NAME, "My Silk"}, {"media-key", IPP_TAG_URI, "urn:silk"}},
+             {{"media-type", IPP_TAG_NAME, "My Felt"}}})
+        .texts("media-type-supported", IPP_TAG_NAME,
+               {"My Gloss", "My Matte", "Foo<0A>*cupsFilter: x"});
+    const auto types = mediaTypes(answer);
+    ASSERT_EQ(types.size(), 1U);
+    EXPECT_EQ(types[0]->name(), "My Felt");
+    EXPECT_THAT(
+        answer.status()->droppedValues(),
+        ElementsAre("media-col-database, value 1, media-info: value 1 has the character U+0022 at "
+                    "byte 5, so its media type is left out",
+                    "media-col-database, value 2, media-info: value 1 has the character U+003A at "
+                    "byte 5, so its media type is left out",
+                    "media-col-database, value 3, media-key: value 1 has the character U+003B at "
+                    "byte 1, so its media type is left out",
+                    "media-col-database, value 4, media-key: is no text",
+                    "media-type-supported, value 3: the type has the character U+003C at byte 3, "
+                    "so its media type is left out"));
+}
+
+TEST(IPPStatusMapping, ATypeThatCannotBeAnIDGetsOneThatBelongsToIt) {
+    const std::string longType(101, 't');
+    IPPTestMessage answer;
+    answer.texts("media-type-supported", IPP_TAG_NAME,
+                 {"My Gloss", "100% cotton", "Matte/fine", "a", longType.c_str()});
+    const auto types = mediaTypes(answer);
+    ASSERT_EQ(types.size(), 5U);
+    EXPECT_EQ(types[0]->mediaID(), "My Gloss");
+    EXPECT_EQ(types[3]->mediaID(), "a");
+    // FNV-1a of 64 bits, computed by another program.
+    EXPECT_EQ(types[1]->name(), "100% cotton");
+    EXPECT_EQ(types[1]->mediaID(), "t-819907a163ad4cb6");
+    EXPECT_EQ(types[2]->mediaID(), "t-0860a55f71853dd7");
+    EXPECT_THAT(std::string(types[4]->mediaID().value_or("")),
+                testing::MatchesRegex("t-[0-9a-f]{16}"));
 }
 
 TEST(IPPStatusMapping, AMediaIDThatWouldNotFitInALineDropsTheType) {
@@ -364,61 +400,27 @@ TEST(IPPStatusMapping, MoreThan256CustomMediaTypesAreCutOff) {
     EXPECT_EQ(mediaTypes(answer).size(), 256U);
 }
 
-IPPTestMessage answerWithProfile(const IPPTestMessage::Collection& members) {
+TEST(IPPStatusMapping, NoProfileIsReadSinceANetworkPrinterNamesNoFileOfThisMachine) {
     IPPTestMessage answer;
-    answer.texts("media-type-supported", IPP_TAG_NAME, {"My Gloss", "My Felt"})
-        .collections("printer-icc-profiles", {members});
-    return answer;
-}
-
-TEST(IPPStatusMapping, AProfileBelongsToTheMediaTypeThatItNames) {
-    for (const char* member : {"profile-url", "profile-uri"}) {
-        const auto types =
-            mediaTypes(answerWithProfile({{"profile-name", IPP_TAG_NAME, "q1"},
-                                          {member, IPP_TAG_URI, "http://printer/gloss.icc"},
-                                          {"media-type", IPP_TAG_NAME, "My Gloss"}}));
-        ASSERT_EQ(types.size(), 2U);
-        ASSERT_NE(types[0]->ICCProfile(), nullptr) << member;
-        EXPECT_EQ(types[0]->ICCProfile()->URL(), "http://printer/gloss.icc");
-        EXPECT_EQ(types[0]->ICCProfile()->qualifierVer2(), "q1");
-        EXPECT_EQ(types[0]->ICCProfile()->profileID(), std::nullopt);
-        EXPECT_EQ(types[1]->ICCProfile(), nullptr);
-    }
-}
-
-struct ProfileCase {
-    const char* name;
-    IPPTestMessage::Collection members;
-};
-
-class UnusableProfiles : public testing::TestWithParam<ProfileCase> {};
-
-TEST_P(UnusableProfiles, LeaveTheMediaTypeWithoutOne) {
-    const auto types = mediaTypes(answerWithProfile(GetParam().members));
-    ASSERT_EQ(types.size(), 2U);
+    answer.texts("media-type-supported", IPP_TAG_NAME, {"My Gloss"})
+        .collections("printer-icc-profiles", {{{"profile-name", IPP_TAG_NAME, "q1"},
+                                               {"profile-url", IPP_TAG_URI, "file:///etc/shadow"},
+                                               {"media-type", IPP_TAG_NAME, "My Gloss"}}});
+    const auto types = mediaTypes(answer);
+    ASSERT_EQ(types.size(), 1U);
     EXPECT_EQ(types[0]->ICCProfile(), nullptr);
+    EXPECT_THAT(IPPStatusMapping::requestedAttributes(),
+                testing::Not(testing::Contains(testing::StrEq("printer-icc-profiles"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ByProfile, UnusableProfiles,
-    testing::Values(ProfileCase{"NoMediaType",
-                                {{"profile-name", IPP_TAG_NAME, "q1"},
-                                 {"profile-url", IPP_TAG_URI, "http://p/g.icc"}}},
-                    ProfileCase{"NoURL",
-                                {{"profile-name", IPP_TAG_NAME, "q1"},
-                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}},
-                    ProfileCase{"NoName",
-                                {{"profile-url", IPP_TAG_URI, "http://p/g.icc"},
-                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}},
-                    ProfileCase{"NameThatIsNoOptionKeyword",
-                                {{"profile-name", IPP_TAG_NAME, "x: y/z"},
-                                 {"profile-url", IPP_TAG_URI, "http://p/g.icc"},
-                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}},
-                    ProfileCase{"FilePathWithALineFeed",
-                                {{"profile-name", IPP_TAG_NAME, "q1"},
-                                 {"profile-url", IPP_TAG_URI, "file:///a%0A*cupsFilter:%20x"},
-                                 {"media-type", IPP_TAG_NAME, "My Gloss"}}}),
-    [](const auto& profile) { return profile.param.name; });
+TEST(IPPStatusMapping, AListOfDyesThatCouldBeginAKeywordIsDropped) {
+    IPPTestMessage answer;
+    answer.keywords("marker-types", {"ink", "ink"})
+        .texts("marker-names", IPP_TAG_NAME, {"Cyan", "*UIConstraints"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "not reported");
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("ZrPenDyes: has the character U+002A at byte 5"));
+}
 
 TEST(IPPStatusMapping, OutOfBandValuesAreNotReportedAndNoFault) {
     IPPTestMessage answer;

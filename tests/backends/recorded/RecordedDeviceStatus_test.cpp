@@ -328,9 +328,9 @@ TEST(RecordedDeviceStatus, DropsATextThatCannotStandInAPPDLineAndKeepsTheReason)
 
 TEST(RecordedDeviceStatus, KeepsTextsJustOutsideTheForbiddenCharacters) {
     const auto type =
-        mediaTypeWith(R"("name": " ~\u00a0\u2027\u202f'*:/%", "mediaID": "\ud83d\ude00")");
+        mediaTypeWith(R"("name": " ~\u00a0\u2027\u202f'*/%", "mediaID": "\ud83d\ude00")");
     ASSERT_TRUE(type);
-    EXPECT_EQ(type->name(), " ~\xC2\xA0\xE2\x80\xA7\xE2\x80\xAF'*:/%");
+    EXPECT_EQ(type->name(), " ~\xC2\xA0\xE2\x80\xA7\xE2\x80\xAF'*/%");
     EXPECT_EQ(type->mediaID(), "\xF0\x9F\x98\x80");
 }
 
@@ -346,19 +346,11 @@ TEST(RecordedDeviceStatus, DropsUnsafeTextsWhereverTheyStand) {
         *status->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey),
         (OrbCSPensConfiguration{std::nullopt, {{"ZrPenKept", "y"}}}));
     EXPECT_FALSE(status->statusValueForKey_error(kTkCSMaxSupportedResolutionKey, nullptr));
-    EXPECT_THAT(*status->statusValueForKey<OrbCSRemainingPagesEstimations>(
-                    kTkCSRemainingPagesEstimationsKey),
-                ElementsAre(OrbCSRemainingPagesEstimation{std::nullopt, std::nullopt, std::nullopt,
-                                                          whole(1)}));
-    const auto& type =
-        *status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey)->at(0);
-    EXPECT_EQ(type.name(), std::nullopt);
-    EXPECT_EQ(type.mediaID(), std::nullopt);
-    EXPECT_EQ(type.parentMediaID(), std::nullopt);
-    ASSERT_TRUE(type.ICCProfile());
-    EXPECT_EQ(type.ICCProfile()->qualifierVer2(), std::nullopt);
-    EXPECT_EQ(type.ICCProfile()->profileID(), 7U);
+    EXPECT_FALSE(status->statusValueForKey_error(kTkCSRemainingPagesEstimationsKey, nullptr));
+    EXPECT_THAT(*status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey),
+                IsEmpty());
     const std::string lineFeed = ": has the character U+000A at byte 0";
+    const std::string noType = lineFeed + ", so its media type is left out";
     EXPECT_THAT(
         status->droppedValues(),
         testing::UnorderedElementsAre(
@@ -368,28 +360,110 @@ TEST(RecordedDeviceStatus, DropsUnsafeTextsWhereverTheyStand) {
             "InstalledPensConfiguration.PPDAttributeValues.(an unprintable name): has the "
             "character U+000A at byte 2",
             "MaxSupportedResolution" + lineFeed,
-            "RemainingPagesEstimations[0].pageTypeName" + lineFeed,
-            "CustomMediaTypes[0].name" + lineFeed, "CustomMediaTypes[0].mediaID" + lineFeed,
-            "CustomMediaTypes[0].parentMediaID" + lineFeed,
-            "CustomMediaTypes[0].ICCProfile.qualifierVer2" + lineFeed));
+            "RemainingPagesEstimations[0].pageTypeName" + lineFeed +
+                ", so the whole list is left out",
+            "CustomMediaTypes[0].name" + noType, "CustomMediaTypes[0].mediaID" + noType,
+            "CustomMediaTypes[0].parentMediaID" + noType,
+            "CustomMediaTypes[0].ICCProfile.qualifierVer2" + lineFeed +
+                ", so the profile is left out"));
 }
 
-TEST(RecordedDeviceStatus, DropsAProfileURLWhoseDecodedPathCannotStandInAPPDLine) {
-    for (const char* URL : {"file:///a%0A*x", "file:///a%22", "file:///a%FF", "file:a%0d",
-                            "FILE://localhost/%E2%80%A8"}) {
+TEST(RecordedDeviceStatus, LeavesAMediaTypeOutWithARefusedText) {
+    for (const char* members :
+         {R"("name": "Glossy:  (/etc/passwd)(r)file", "mediaID": "1")",
+          R"("name": "Foo<0A>*cupsFilter: x", "mediaID": "1")",
+          R"("name": "a", "mediaID": "a;ZrICCProfileId2=Auto")",
+          R"("name": "a", "mediaID": "a=b;c")", R"("name": "a", "mediaID": " a")",
+          R"("name": "a", "mediaID": "1", "parentMediaID": "3;")"}) {
         const auto status = statusFor(
-            std::string(R"({"CustomMediaTypes": [{"name": "n", "ICCProfile": {"URL": ")") + URL +
-            R"(", "profileID": 7}}]})");
-        const auto& type =
-            *status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey)->at(0);
-        EXPECT_EQ(type.name(), "n") << URL;
-        EXPECT_FALSE(type.ICCProfile()) << URL;
-        ASSERT_THAT(status->droppedValues(), SizeIs(1)) << URL;
-        EXPECT_EQ(
-            status->droppedValues()[0].rfind("CustomMediaTypes[0].ICCProfile.URL: its path ", 0),
-            0U)
-            << status->droppedValues()[0];
+            std::string(R"({"CustomMediaTypes": [{"name": "before"}, {)") + members +
+            R"(, "ICCProfile": {"URL": "file:///p", "profileID": 7}}, {"name": "behind"}]})");
+        const auto& types =
+            *status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
+        ASSERT_THAT(types, SizeIs(2)) << members;
+        EXPECT_EQ(types[0]->name(), "before");
+        EXPECT_EQ(types[1]->name(), "behind");
+        ASSERT_THAT(status->droppedValues(), SizeIs(1)) << members;
+        EXPECT_THAT(status->droppedValues()[0],
+                    testing::AllOf(testing::StartsWith("CustomMediaTypes[1]."),
+                                   testing::EndsWith(", so its media type is left out")));
     }
+}
+
+TEST(RecordedDeviceStatus, LeavesAProfileOutWithARefusedTextAndKeepsItsMediaType) {
+    for (const char* members :
+         {R"("URL": "file:///p", "qualifierVer2": "a b", "profileID": 7)",
+          R"("URL": "file:///p", "qualifierVer2": "q/x")",
+          R"("URL": "file:///p", "qualifierVer2": "123456789012345678901234567890123456789")",
+          R"("URL": "file:///a%0A*x", "profileID": 7)", R"("URL": "file:///a%22", "profileID": 7)",
+          R"("URL": "file:///a%FF", "profileID": 7)", R"("URL": "file:a%0d", "profileID": 7)",
+          R"("URL": "FILE://localhost/%E2%80%A8", "profileID": 7)",
+          R"("URL": "file:///p/a:%20(x)%20run.icc", "profileID": 7)",
+          R"("URL": "file:a:b/.", "profileID": 7)",
+          R"("URL": "file:///p/%3C0A%3E.icc", "profileID": 7)",
+          R"("URL": "file:///p/*.icc", "profileID": 7)"}) {
+        const auto status =
+            statusFor(std::string(R"({"CustomMediaTypes": [{"name": "n", "ICCProfile": {)") +
+                      members + "}}]}");
+        const auto& types =
+            *status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
+        ASSERT_THAT(types, SizeIs(1)) << members;
+        EXPECT_EQ(types[0]->name(), "n");
+        EXPECT_FALSE(types[0]->ICCProfile()) << members;
+        ASSERT_THAT(status->droppedValues(), SizeIs(1)) << members;
+        EXPECT_THAT(status->droppedValues()[0],
+                    testing::AllOf(testing::StartsWith("CustomMediaTypes[0].ICCProfile."),
+                                   testing::EndsWith(", so the profile is left out")));
+    }
+}
+
+TEST(RecordedDeviceStatus, SaysThatItIsThePathOfAURLThatIsRefused) {
+    const auto status = statusFor(
+        R"({"CustomMediaTypes": [{"ICCProfile": {"URL": "file:///a%0Ab", "profileID": 7}}]})");
+    EXPECT_THAT(status->droppedValues(),
+                ElementsAre("CustomMediaTypes[0].ICCProfile.URL: its path has the character "
+                            "U+000A at byte 2, so the profile is left out"));
+}
+
+TEST(RecordedDeviceStatus, AnEmptyQualifierCountsAsNone) {
+    EXPECT_FALSE(profileWith(R"("URL": "file:///p", "qualifierVer2": "")"));
+    const auto profile = profileWith(R"("URL": "file:///p", "qualifierVer2": "", "profileID": 7)");
+    ASSERT_TRUE(profile);
+    EXPECT_EQ(profile->qualifierVer2(), std::nullopt);
+    EXPECT_EQ(profile->profileID(), 7U);
+}
+
+TEST(RecordedDeviceStatus, AnEmptyTextIsNoRefusedText) {
+    const auto type = mediaTypeWith(R"("name": "", "mediaID": "", "parentMediaID": "")");
+    ASSERT_TRUE(type);
+    EXPECT_EQ(type->name(), "");
+    EXPECT_EQ(type->mediaID(), "");
+    EXPECT_EQ(type->parentMediaID(), "");
+}
+
+TEST(RecordedDeviceStatus, RefusesInAnUnquotedValueWhatBeginsAKeywordOrAHexadecimalPart) {
+    const auto status = statusFor(R"({
+        "InstalledPensConfiguration": {"codeName": "Four Pens",
+            "PPDAttributeValues": {"ZrPenDyes": "C*", "ZrPenFamilyIDs": "<0A>", "ZrPenKept": ":"}},
+        "MaxSupportedResolution": "600*UIConstraints: *Duplex x",
+        "RemainingPagesEstimations": [{"pageTypeName": "A", "state": 1},
+                                      {"pageTypeName": "B,C", "state": 1}]})");
+    EXPECT_EQ(
+        *status->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey),
+        (OrbCSPensConfiguration{std::nullopt, {{"ZrPenKept", ":"}}}));
+    EXPECT_FALSE(status->statusValueForKey_error(kTkCSMaxSupportedResolutionKey, nullptr));
+    EXPECT_FALSE(status->statusValueForKey_error(kTkCSRemainingPagesEstimationsKey, nullptr));
+    EXPECT_THAT(
+        status->droppedValues(),
+        testing::UnorderedElementsAre(
+            "InstalledPensConfiguration.codeName: has the character U+0020 at byte 4",
+            "InstalledPensConfiguration.PPDAttributeValues.ZrPenDyes: has the character U+002A at "
+            "byte 1",
+            "InstalledPensConfiguration.PPDAttributeValues.ZrPenFamilyIDs: has the character "
+            "U+003C at byte 0",
+            "MaxSupportedResolution: has the character U+002A at byte 3",
+            "RemainingPagesEstimations[1].pageTypeName: has the character U+002C at byte 1, so "
+            "the whole list is left out"));
 }
 
 TEST(RecordedDeviceStatus, KeepsAProfileURLThatNamesNoFileAsItIs) {

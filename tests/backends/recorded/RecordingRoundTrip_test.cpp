@@ -15,6 +15,7 @@
 #include "backends/ppdmodel/PPDModelICCProfile.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
+#include "ppd/PPDTextSafety.h"
 #include "tests/support/CodeBlocks.h"
 #include "tests/support/StatusValueEquality.h"
 #include "tests/support/TestDoubles.h"
@@ -34,16 +35,19 @@ class RandomStatus {
     Values values() {
         Values values;
         add(values, kTkCSDeviceAccessoriesKey, [this] {
-            return listOf([this] { return OrbCSDeviceAccessory{maybeText(), chance()}; });
+            return listOf([this] {
+                return OrbCSDeviceAccessory{maybeText(PrinterText::plain), chance()};
+            });
         });
         add(values, kTkCSInstalledPensConfigurationKey, [this] { return pens(); });
         add(values, kTkCSLinTableKey, [this] { return OrbCSLinTable{maybeNumber()}; });
-        add(values, kTkCSMaxSupportedResolutionKey,
-            [this] { return chance() ? OrbCSNumberOrString(text()) : number(); });
+        add(values, kTkCSMaxSupportedResolutionKey, [this] {
+            return chance() ? OrbCSNumberOrString(text(PrinterText::unquotedValue)) : number();
+        });
         add(values, kTkCSRemainingPagesEstimationsKey, [this] {
             return listOf([this] {
-                return OrbCSRemainingPagesEstimation{maybeText(), maybeNumber(), maybeNumber(),
-                                                     maybeNumber()};
+                return OrbCSRemainingPagesEstimation{maybeText(PrinterText::pageTypeName),
+                                                     maybeNumber(), maybeNumber(), maybeNumber()};
             });
         });
         add(values, kTkCSCustomMediaTypesKey,
@@ -64,18 +68,23 @@ class RandomStatus {
     unsigned below(unsigned bound) { return static_cast<unsigned>(generator_() % bound); }
     bool chance() { return below(2) == 0; }
 
-    std::string text() {
-        static constexpr std::array<const char*, 10> kPieces{
-            "a", "Z9", " ", "/", "\\", "*:%", "<C3A9>", "\xC3\xA9", "\xF0\x9F\x98\x80", "{[,]}"};
+    /// A text of a status; one that would be refused is no part of any.
+    std::string text(PrinterText kind) {
+        static constexpr std::array<const char*, 12> kPieces{
+            "a",     "Z9", " ",   "/", "\\", "*:%", "<C3A9>", "\xC3\xA9", "\xF0\x9F\x98\x80",
+            "{[,]}", ":",  "_+-."};
         std::string text;
-        for (unsigned i = below(6); i > 0; --i) {
-            text += kPieces[below(kPieces.size())];
-        }
+        do {
+            text.clear();
+            for (unsigned i = below(6); i > 0; --i) {
+                text += kPieces[below(kPieces.size())];
+            }
+        } while (reasonPrinterTextIsRefused(kind, text));
         return text;
     }
 
-    std::optional<std::string> maybeText() {
-        return chance() ? std::optional(text()) : std::nullopt;
+    std::optional<std::string> maybeText(PrinterText kind) {
+        return chance() ? std::optional(text(kind)) : std::nullopt;
     }
 
     /// In the form that reading gives: a whole number is an integer where one can hold it.
@@ -98,9 +107,9 @@ class RandomStatus {
     }
 
     OrbCSPensConfiguration pens() {
-        OrbCSPensConfiguration pens{maybeText(), {}};
+        OrbCSPensConfiguration pens{maybeText(PrinterText::pensCodeName), {}};
         for (unsigned i = below(4); i > 0; --i) {
-            pens.PPDAttributeValues[text()] = text();
+            pens.PPDAttributeValues[text(PrinterText::plain)] = text(PrinterText::unquotedValue);
         }
         return pens;
     }
@@ -111,11 +120,13 @@ class RandomStatus {
             const bool hasID = chance();
             profile = std::make_shared<const PPDModelICCProfile>(
                 "file:///" + std::to_string(below(9)) + "%20.icc",
-                hasID ? maybeText() : std::optional(text()),
+                hasID && chance() ? std::nullopt
+                                  : std::optional("q" + text(PrinterText::profileQualifier)),
                 hasID ? std::optional<std::uint64_t>(UINT64_MAX - below(2)) : std::nullopt);
         }
-        return std::make_shared<const PPDModelCustomMediaType>(maybeText(), maybeText(),
-                                                               maybeText(), profile);
+        return std::make_shared<const PPDModelCustomMediaType>(
+            maybeText(PrinterText::mediaTypeName), maybeText(PrinterText::mediaID),
+            maybeText(PrinterText::mediaID), profile);
     }
 
     template <typename Make>

@@ -53,7 +53,8 @@ std::shared_ptr<const OrbCSDeviceStatus> statusOverUSB(const USBWire& wire,
     values.emplace(
         kTkCSDeviceAccessoriesKey,
         OrbCSDeviceAccessories{{std::string(kTkCSDeviceAccessoryTray2), reply->hasLowerTray}});
-    if (const auto reason = reasonTextCannotStandInPPDLine(reply->inkName)) {
+    if (const auto reason =
+            reasonPrinterTextIsRefused(PrinterText::unquotedValue, reply->inkName)) {
         dropped.push_back("ink name: " + *reason);
     } else {
         OrbCSPensConfiguration pens;
