@@ -24,7 +24,10 @@ constexpr Tag kBeginCollection = 0x34;
 constexpr Tag kTextWithLanguage = 0x35;
 constexpr Tag kNameWithLanguage = 0x36;
 constexpr Tag kEndCollection = 0x37;
-constexpr Tag kFirstString = 0x41;
+constexpr Tag kText = 0x41;
+constexpr Tag kName = 0x42;
+constexpr Tag kFirstString = kText;
+constexpr Tag kReservedString = 0x43;
 constexpr Tag kLastString = 0x49;
 constexpr Tag kMemberName = 0x4A;
 
@@ -33,8 +36,8 @@ constexpr std::size_t kHeaderLength = 8;
 constexpr std::size_t kLongestString = 1023;
 
 bool isString(Tag tag) {
-    return (tag >= kFirstString && tag <= kLastString) || tag == kTextWithLanguage ||
-           tag == kNameWithLanguage;
+    return (tag >= kFirstString && tag <= kLastString && tag != kReservedString) ||
+           tag == kTextWithLanguage || tag == kNameWithLanguage;
 }
 
 bool isOutOfBand(Tag tag) {
@@ -58,6 +61,21 @@ std::optional<std::string_view> textBehindLanguage(std::string_view value) {
     return isWhole ? std::optional(value.substr(4 + language)) : std::nullopt;
 }
 
+/// RFC 8011, section 5.1.16: dots per inch or per centimetre. libcups hands any other on as a value
+/// of an enumeration that has none for it.
+bool isResolutionUnit(char unit) {
+    return unit == '\x03' || unit == '\x04';
+}
+
+bool hasLanguage(Tag tag) {
+    return tag == kTextWithLanguage || tag == kNameWithLanguage;
+}
+
+/// The same syntax for a value whose language was left out.
+Tag withoutLanguage(Tag tag) {
+    return tag == kTextWithLanguage ? kText : tag == kNameWithLanguage ? kName : tag;
+}
+
 const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
     const auto hasLength = [value](std::size_t length) {
         return value.size() == length ? nullptr : "has the wrong length for its syntax";
@@ -71,9 +89,13 @@ const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
         case kDateTime:
             return hasLength(11);
         case kResolution:
+            return value.size() == 9 && !isResolutionUnit(value.back())
+                       ? "has a unit that IPP does not know"
+                       : hasLength(9);
         case kRangeOfInteger:
-            return hasLength(tag == kResolution ? 9 : 8);
+            return hasLength(8);
         case kBeginCollection:
+        case kEndCollection:
             return hasLength(0);
         default:
             break;
@@ -87,8 +109,7 @@ const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
     if (value.size() > kLongestString) {
         return "is longer than 1023 bytes";
     }
-    const bool hasLanguage = tag == kTextWithLanguage || tag == kNameWithLanguage;
-    const auto text = hasLanguage ? textBehindLanguage(value) : std::optional(value);
+    const auto text = hasLanguage(tag) ? textBehindLanguage(value) : std::optional(value);
     if (!text) {
         return "is no text with its language";
     }
@@ -122,9 +143,6 @@ std::string placeholder(Tag syntax) {
         case kBeginCollection:
             return value({}) +
                    std::string{static_cast<char>(kEndCollection), '\0', '\0', '\0', '\0'};
-        case kTextWithLanguage:
-        case kNameWithLanguage:
-            return value("\0\0\0\0"sv);
         default:
             return value({});  // The empty text, which is no name of anything.
     }
@@ -140,8 +158,6 @@ struct Record {
     Tag tag = 0;
     std::string_view name;
     std::string_view value;
-    /// All of its bytes.
-    std::string_view bytes;
 
     bool isDelimiter() const { return tag < kFirstValue; }
 };
@@ -170,7 +186,6 @@ class Records {
             record.name = *name;
             record.value = *value;
         }
-        record.bytes = bytes_.substr(start, at_ - start);
         return record;
     }
 
@@ -206,11 +221,15 @@ class Value {
         if (depth_ == 0 && (record.tag == kEndCollection || record.tag == kMemberName)) {
             fail("is a member outside of a collection");
         } else if (record.tag == kEndCollection) {
+            fail(reasonValueIsMalformed(record.tag, record.value));
             --depth_;
         } else if (record.tag == kMemberName) {
             takeMemberName(record.value);
         } else {
             takeValue(record);
+        }
+        if (!reason_) {
+            append(record);
         }
         return true;
     }
@@ -222,11 +241,26 @@ class Value {
     /// Null for a good value.
     const char* reason() const { return reason_; }
     std::size_t records() const { return records_; }
+    /// The records of a good value as they are handed on, the first without its name.
+    const std::string& bytes() const { return bytes_; }
 
   private:
     static constexpr Tag kNoMember = 0;
     static constexpr Tag kNamedMember = 1;
 
+    /// The language of a text is left out: it is of no use here, and libcups says of a set that has
+    /// texts with and without one that all are of one kind.
+    void append(const Record& record) {
+        const std::string_view value =
+            hasLanguage(record.tag) ? *textBehindLanguage(record.value) : record.value;
+        bytes_ += static_cast<char>(withoutLanguage(record.tag));
+        bytes_.append(2, '\0');
+        bytes_ += static_cast<char>(value.size() >> 8U);
+        bytes_ += static_cast<char>(value.size() & 0xFFU);
+        bytes_ += value;
+    }
+
+    /// Null is no reason.
     void fail(const char* reason) {
         if (!reason_) {
             reason_ = reason;
@@ -279,6 +313,7 @@ class Value {
     std::size_t depth_ = 0;
     std::size_t records_ = 0;
     const char* reason_ = nullptr;
+    std::string bytes_;
     /// By depth: the syntax of the member that is being read.
     std::array<Tag, IPPAnswerFilter::kDeepestCollection + 1> memberSyntax_{};
 };
@@ -308,7 +343,6 @@ class Run {
     /// Empty and the reason in `error` when the answer is no whole message.
     std::string filter(std::string_view answer, std::string& error) {
         result_ = answer.substr(0, kHeaderLength);
-        result_ += static_cast<char>(kPrinterGroup);
         Records records(answer);
         auto record = records.next(error);
         while (record && record->tag != kEndOfAttributes) {
@@ -344,7 +378,6 @@ class Run {
         }
         Value value;
         value.take(first);
-        std::size_t length = first.bytes.size();
         auto record = records.next(error);
         while (record && !value.isComplete()) {
             if (record->isDelimiter()) {
@@ -354,26 +387,25 @@ class Run {
             if (!value.take(*record)) {
                 break;
             }
-            length += record->bytes.size();
             record = records.next(error);
         }
         // What stands behind a delimiter without a name belongs to nothing.
         if (record && attribute_) {
             ++attribute_->count;
-            keep(first, std::string_view(first.bytes.data(), length), value);
+            keep(first.tag, value);
         }
         return record;
     }
 
     /// Values of parallel attributes (marker-names, marker-levels) belong together by their places,
     /// so that one that is taken out leaves a gap.
-    void keep(const Record& first, std::string_view bytes, const Value& value) {
+    void keep(Tag tag, const Value& value) {
         if (!attribute_->isWanted) {
             return;
         }
         // RFC 8010, section 3.5.2: an out-of-band value stands for the whole attribute. It reports
         // nothing, and so need not be handed on.
-        if (isOutOfBand(first.tag) && attribute_->count == 1 && !value.reason()) {
+        if (isOutOfBand(tag) && attribute_->count == 1 && !value.reason()) {
             attribute_->beginsOutOfBand = true;
             leaveGap();
             return;
@@ -382,7 +414,7 @@ class Run {
             dropped_.add(attribute_->name, 1, kNoValueInSet);
             attribute_->beginsOutOfBand = false;
         }
-        if (const char* reason = reasonNotToKeep(first.tag, value)) {
+        if (const char* reason = reasonNotToKeep(tag, value)) {
             dropped_.add(attribute_->name, attribute_->count, reason);
             leaveGap();
             return;
@@ -394,12 +426,12 @@ class Run {
         }
         values_ += records;
         if (!attribute_->syntax) {
-            attribute_->syntax = first.tag;
+            attribute_->syntax = withoutLanguage(tag);
             for (; attribute_->leadingGaps > 0; --attribute_->leadingGaps) {
-                append(placeholder(first.tag), 0);
+                append(placeholder(*attribute_->syntax));
             }
         }
-        append(bytes, first.name.size());
+        append(value.bytes());
     }
 
     const char* reasonNotToKeep(Tag tag, const Value& value) const {
@@ -423,20 +455,22 @@ class Run {
             ++attribute_->leadingGaps;
         } else if (hasRoomFor(1)) {
             ++values_;
-            append(placeholder(*attribute_->syntax), 0);
+            append(placeholder(*attribute_->syntax));
         }
     }
 
-    /// The records of one value, the first of which has a name of that length. In the result, the
-    /// first value of an attribute carries the name.
-    void append(std::string_view records, std::size_t nameLength) {
+    /// The records of one value, which have no name: the first value of an attribute gets it.
+    void append(std::string_view records) {
         const std::string_view name = attribute_->isNamed ? std::string_view() : attribute_->name;
         attribute_->isNamed = true;
+        if (result_.size() == kHeaderLength) {
+            result_ += static_cast<char>(kPrinterGroup);
+        }
         result_ += records.front();
         result_ += static_cast<char>(name.size() >> 8U);
         result_ += static_cast<char>(name.size() & 0xFFU);
         result_ += name;
-        result_ += records.substr(3 + nameLength);
+        result_ += records.substr(3);
     }
 
     static constexpr const char* kNoValueInSet = "says that there is no value";

@@ -3,6 +3,7 @@
 #include <cups/ipp.h>
 
 #include <memory>
+#include <string_view>
 
 namespace TkPPDUpdating {
 
@@ -12,5 +13,11 @@ struct IPPMessageDeleter {
 
 /// An IPP message of libcups that is owned.
 using IPPMessage = std::unique_ptr<ipp_t, IPPMessageDeleter>;
+
+/// The message that libcups reads from the bytes that `IPPAnswerFilter` gives. Null when it refuses
+/// them, or when it holds less than it was given: for lack of memory, it leaves single texts and
+/// attributes out without a word, and what is missing in an answer must not be taken for what the
+/// printer does not have.
+IPPMessage IPPMessageWithBytes(std::string_view bytes);
 
 }  // namespace TkPPDUpdating

@@ -4,9 +4,10 @@
 #include <cups/http.h>
 #include <cups/ipp.h>
 
+#include <strings.h>
+
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -80,27 +81,6 @@ IPPMessage requestForPrinter(const std::string& URI, int majorVersion, int minor
     return request;
 }
 
-/// A text that libcups reads a message from.
-struct Source {
-    std::string_view remaining;
-};
-
-ssize_t readFromSource(void* context, ipp_uchar_t* buffer, std::size_t size) {
-    auto* source = static_cast<Source*>(context);
-    const std::size_t count = std::min(size, source->remaining.size());
-    std::memcpy(buffer, source->remaining.data(), count);
-    source->remaining.remove_prefix(count);
-    return static_cast<ssize_t>(count);
-}
-
-IPPMessage messageWithBytes(std::string_view bytes) {
-    IPPMessage message(ippNew());
-    Source source{bytes};
-    const bool isRead =
-        ippReadIO(&source, readFromSource, 1, nullptr, message.get()) == IPP_STATE_DATA;
-    return isRead ? std::move(message) : nullptr;
-}
-
 std::string reasonForHTTPStatus(http_status_t status) {
     switch (status) {
         case HTTP_STATUS_ERROR:
@@ -171,9 +151,9 @@ std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
         error = "the printer answers " + std::string(ippErrorString(statusOfAnswer(answer)));
         return nullptr;
     }
-    const IPPMessage message = messageWithBytes(bytes);
+    const IPPMessage message = IPPMessageWithBytes(bytes);
     if (!message) {
-        error = "the answer cannot be read as IPP";
+        error = "the answer cannot be read as IPP, or there is not enough memory for it";
         return nullptr;
     }
     return IPPStatusMapping::statusForAnswer(message.get(), std::move(dropped));
