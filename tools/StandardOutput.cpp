@@ -1,6 +1,7 @@
 #include "tools/StandardOutput.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,6 +22,21 @@ void StandardOutput::write(std::string_view bytes) {
         }
         bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
     }
+}
+
+void StandardOutput::writeIfOpen(std::string_view bytes) {
+    // Only a stream that was closed is open for reading: see below.
+    const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);  // NOLINT(cppcoreguidelines-pro-type-vararg)
+    if (flags != -1 && (flags & O_ACCMODE) != O_RDONLY) {
+        write(bytes);
+    }
+}
+
+bool StandardOutput::isFile(const std::string& path) {
+    struct stat file {};
+    struct stat output {};
+    return ::stat(path.c_str(), &file) == 0 && ::fstat(STDOUT_FILENO, &output) == 0 &&
+           file.st_dev == output.st_dev && file.st_ino == output.st_ino;
 }
 
 void StandardOutput::reserveClosedStreams() {

@@ -3,6 +3,7 @@
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "ppd/PPDTextFile.h"
 #include "tools/AtomicReplacement.h"
+#include "tools/ChangeReport.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
 #include "tools/UnifiedDiff.h"
@@ -30,7 +31,7 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
 ExitStatus UpdateCommand::run() {
     // The text before is needed only to be compared.
     PPDText before;
-    if (isDiff_ || isInPlace_) {
+    if (isDiff_ || isInPlace_ || output_) {
         std::string reason;
         before = PPDTextWithContentsOfFile(file_, &reason);
         if (!before) {
@@ -42,7 +43,7 @@ ExitStatus UpdateCommand::run() {
         failWithReason();
     }
     device_.report(file_, backends_.devices(), {});
-    writeResult(before ? *before : "", *after);
+    writeResult(before, after);
     return ExitStatus::done;
 }
 
@@ -66,18 +67,24 @@ void UpdateCommand::failWithReason() const {
     throw Failure(ExitStatus::noResult, file_, "it could not be read; it can be now");
 }
 
-void UpdateCommand::writeResult(const std::string& before, const std::string& after) const {
+void UpdateCommand::tellChanges(const PPDText& before, const PPDText& after) const {
     if (isDiff_) {
-        StandardOutput::write(unifiedDiff(file_, before, after, diffStyleForStandardOutput()));
+        StandardOutput::write(unifiedDiff(file_, *before, *after, diffStyleForStandardOutput()));
+    } else if (isInPlace_ || (output_ && !StandardOutput::isFile(*output_))) {
+        StandardOutput::writeIfOpen(ChangeReport(before, after).lines());
     }
+}
+
+void UpdateCommand::writeResult(const PPDText& before, const PPDText& after) const {
+    tellChanges(before, after);
     if (isInPlace_) {
-        if (after != before) {
-            replaceFileAtomically(file_, after);
+        if (*after != *before) {
+            replaceFileAtomically(file_, *after);
         }
     } else if (output_) {
-        replaceFileAtomically(*output_, after);
+        replaceFileAtomically(*output_, *after);
     } else if (!isDiff_) {
-        StandardOutput::write(after);
+        StandardOutput::write(*after);
     }
 }
 

@@ -23,7 +23,8 @@ class UpdateCommand : public Command {
   private:
     PPDText updatedText() const;
     [[noreturn]] void failWithReason() const;
-    void writeResult(const std::string& before, const std::string& after) const;
+    void tellChanges(const PPDText& before, const PPDText& after) const;
+    void writeResult(const PPDText& before, const PPDText& after) const;
 
     const Backends& backends_;
     RunOptions runOptions_;

@@ -62,19 +62,21 @@ TEST_F(UpdateCommandTest, TakesTheValuesFromTheInstalledPPDOfAQueue) {
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(UpdateCommandTest, WritesIntoTheOutputFileAndNothingToStandardOutput) {
+TEST_F(UpdateCommandTest, WritesIntoTheOutputFileAndSaysWhatChanged) {
     const std::string output = (directory_.path() / "new.ppd").string();
     const ToolRun run = update({"--output", output});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.output, "Duplexer: Not Installed -> Installed\n");
+    EXPECT_EQ(run.errors, "");
     EXPECT_EQ(contentsOfFile(output), kSmallPPDWithDuplexer);
     EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
 }
 
-TEST_F(UpdateCommandTest, WritesIntoThePPDItselfInPlace) {
+TEST_F(UpdateCommandTest, WritesIntoThePPDItselfInPlaceAndSaysWhatChanged) {
     const ToolRun run = update({"--in-place"});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.output, "Duplexer: Not Installed -> Installed\n");
+    EXPECT_EQ(run.errors, "");
     EXPECT_EQ(contentsOfFile(ppd_), kSmallPPDWithDuplexer);
     EXPECT_EQ(filesInDirectory(), 2U);
 }
@@ -88,6 +90,52 @@ TEST_F(UpdateCommandTest, LeavesAFileThatDoesNotChangeInPlaceAlone) {
     ASSERT_EQ(::stat(ppd_.c_str(), &after), 0);
     EXPECT_EQ(before.st_ino, after.st_ino);
     EXPECT_EQ(contentsOfFile(ppd_), kSmallPPDWithDuplexer);
+}
+
+TEST_F(UpdateCommandTest, SaysNothingOfAFileThatDoesNotChange) {
+    directory_.write("printer.json", kDuplexerOut);
+    EXPECT_EQ(update({"--in-place"}).output, "");
+    EXPECT_EQ(update({"--output", (directory_.path() / "new.ppd").string()}).output, "");
+}
+
+TEST_F(UpdateCommandTest, SaysWhatChangedInTheUsersLanguage) {
+    std::string text(kSmallPPD);
+    text +=
+        "*de.Translation ZrAutoDuplexerInstalled/Duplexeinheit: \"\"\n"
+        "*de.ZrAutoDuplexerInstalled True/Installiert <C3BC>: \"\"\n";
+    for (const auto& [variable, line] : std::map<std::string, std::string>{
+             {"LC_ALL", "Duplexeinheit: Not Installed -> Installiert \xC3\xBC\n"},
+             {"LC_MESSAGES", "Duplexeinheit: Not Installed -> Installiert \xC3\xBC\n"},
+             {"LANG", "Duplexeinheit: Not Installed -> Installiert \xC3\xBC\n"},
+             {"LC_PAPER", "Duplexer: Not Installed -> Installed\n"}}) {
+        directory_.write("printer.ppd", text);
+        EXPECT_EQ(update({"--in-place"}, {.environment = {{variable, "de_DE.UTF-8"}}}).output, line)
+            << variable;
+    }
+}
+
+TEST_F(UpdateCommandTest, ShowsControlCharactersOfTheTextsThatItSays) {
+    std::string text(kSmallPPD);
+    text.replace(text.find("Duplexer:"), 8, "Duplexer<1B>]0;<07><0A>\x1B[2J<E280AE>");
+    directory_.write("printer.ppd", text);
+    EXPECT_EQ(update({"--in-place"}).output,
+              R"(Duplexer\x1B]0;\x07\x0A\x1B[2J\xE2\x80\xAE: Not Installed -> Installed)"
+              "\n");
+}
+
+TEST_F(UpdateCommandTest, SaysInOneLineEachWhatASamplePrinterWithoutADuplexerChanges) {
+    const std::string samples = TKPPDUPDATING_SOURCE_DIR "/samples";
+    const ToolRun run = runTool({"update", samples + "/ppd/zr-compact.ppd", "--device-uri",
+                                 "file:" + samples + "/status/zr-compact-none.json", "--output",
+                                 (directory_.path() / "new.ppd").string()});
+    EXPECT_EQ(run.output,
+              "ZrNonInstallableDuplex: Unknown -> Not Installed\n"
+              "BPECalibrationDue: False -> True\n"
+              "Two-Sided: removed, with 24 constraints and 2 page sizes\n");
+}
+
+TEST_F(UpdateCommandTest, WritesTheTextAloneWhereTheOutputFileIsStandardOutput) {
+    EXPECT_EQ(update({"--output", "/dev/stdout"}).output, kSmallPPDWithDuplexer);
 }
 
 TEST_F(UpdateCommandTest, ShowsADiffInsteadOfTheText) {
@@ -248,6 +296,13 @@ TEST_F(UpdateCommandTest, FailsWhenStandardOutputTakesNothing) {
         EXPECT_EQ(closed.errors, "tkppdupdate: standard output: Bad file descriptor\n");
         EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
     }
+}
+
+TEST_F(UpdateCommandTest, LeavesTheFileAloneWhenStandardOutputDoesNotTakeWhatChanged) {
+    const ToolRun full = update({"--in-place"}, {.redirection = ">/dev/full"});
+    EXPECT_EQ(full.exitStatus, 1);
+    EXPECT_EQ(full.errors, "tkppdupdate: standard output: No space left on device\n");
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
 }
 
 TEST_F(UpdateCommandTest, NeverWritesTheResultIntoAnotherFileWhenStandardOutputIsClosed) {
