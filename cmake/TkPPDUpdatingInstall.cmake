@@ -11,6 +11,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     core_interface/OrbCSDeviceStatus.h
     core_interface/OrbCSNumberOrString.h
     core_interface/OrbCSPartialStatus.h
+    core_interface/OrbCSStatusSources.h
     core_interface/OrbCSStatusValue.h
     core_interface/OrbCUPSICCProfileSpecifier.h
     core_interface/OrbCoreInterface.h
