@@ -131,11 +131,15 @@ PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_queueName(
     const std::string& path, const std::optional<std::string>& queueName) {
     PPDText contents = queueName ? PPDContentsForFileAtPath(path) : nullptr;
     const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContentsOfFile(path) : nullptr;
-    if (!PPDFile) {
-        return nullptr;
-    }
-    auto updaters = applicableUpdatersForPPDFile(PPDFile.get());
-    const auto queuePPDFile = OrbPPDFile::PPDFileForQueueWithName(*queueName);
+    return PPDFile ? updatedPPDContentsForContents_PPDFile_queueName(std::move(contents), *PPDFile,
+                                                                     *queueName)
+                   : nullptr;
+}
+
+PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForContents_PPDFile_queueName(
+    PPDText contents, const OrbPPDFile& PPDFile, const std::string& queueName) const {
+    auto updaters = applicableUpdatersForPPDFile(&PPDFile);
+    const auto queuePPDFile = OrbPPDFile::PPDFileForQueueWithName(queueName);
     if (!queuePPDFile) {
         return nullptr;
     }

@@ -50,6 +50,11 @@ class OrbPPDConcreteUpdatingManager : public OrbPPDUpdatingManager {
         PPDText contents, const OrbPPDFile& PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary context) const;
 
+    /// The same for `updatedPPDContentsForFile_queueName`: null when the queue has no PPD.
+    PPDText updatedPPDContentsForContents_PPDFile_queueName(PPDText contents,
+                                                            const OrbPPDFile& PPDFile,
+                                                            const std::string& queueName) const;
+
     /// The classes that later operations use.
     const Classes& registeredClasses() const { return registeredClasses_; }
 

@@ -10,28 +10,12 @@
 #include <system_error>
 #include <utility>
 
+#include "ppd/FileDescriptor.h"
 #include "ppd/UTF8.h"
 
 namespace TkPPDUpdating {
 
 namespace {
-
-/// Closes the descriptor at the end of the scope.
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
-        }
-    }
-    int get() const { return descriptor_; }
-
-  private:
-    int descriptor_;
-};
 
 std::string systemError() {
     return std::generic_category().message(errno);
@@ -61,12 +45,10 @@ std::optional<std::string> bytesOf(int descriptor, std::size_t expectedSize,
     return std::nullopt;
 }
 
-std::optional<std::string> bytesOfRegularFile(const std::string& path, std::size_t largestSize,
+std::optional<std::string> bytesOfRegularFile(int descriptor, std::size_t largestSize,
                                               std::string& reason) {
-    // O_NONBLOCK: opening a named pipe must not wait for a writer.
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
-    if (file.get() < 0 || ::fstat(file.get(), &status) != 0) {
+    if (::fstat(descriptor, &status) != 0) {
         reason = systemError();
         return std::nullopt;
     }
@@ -75,16 +57,16 @@ std::optional<std::string> bytesOfRegularFile(const std::string& path, std::size
         return std::nullopt;
     }
     const auto expectedSize = static_cast<std::size_t>(status.st_size);
-    return bytesOf(file.get(), std::min(expectedSize, largestSize), largestSize, reason);
+    return bytesOf(descriptor, std::min(expectedSize, largestSize), largestSize, reason);
 }
 
 }  // namespace
 
-PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason,
-                                  std::size_t largestSize) {
+PPDText PPDTextWithContentsOfDescriptor(int descriptor, std::string* reason,
+                                        std::size_t largestSize) {
     std::string ignored;
     std::string& cause = reason ? *reason : ignored;
-    auto bytes = bytesOfRegularFile(path, largestSize, cause);
+    auto bytes = bytesOfRegularFile(descriptor, largestSize, cause);
     if (!bytes) {
         return nullptr;
     }
@@ -93,6 +75,19 @@ PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason,
         return nullptr;
     }
     return makePPDText(std::move(*bytes));
+}
+
+PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason,
+                                  std::size_t largestSize) {
+    // O_NONBLOCK: opening a named pipe must not wait for a writer.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file.isOpen()) {
+        if (reason) {
+            *reason = systemError();
+        }
+        return nullptr;
+    }
+    return PPDTextWithContentsOfDescriptor(file.get(), reason, largestSize);
 }
 
 }  // namespace TkPPDUpdating

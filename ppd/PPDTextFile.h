@@ -17,4 +17,8 @@ inline constexpr std::size_t kLargestPPDTextFile = std::size_t{64} * 1024 * 1024
 PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason = nullptr,
                                   std::size_t largestSize = kLargestPPDTextFile);
 
+/// The same of a file that is already open, read on from where it stands; it stays open.
+PPDText PPDTextWithContentsOfDescriptor(int descriptor, std::string* reason = nullptr,
+                                        std::size_t largestSize = kLargestPPDTextFile);
+
 }  // namespace TkPPDUpdating

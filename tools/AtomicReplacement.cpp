@@ -1,32 +1,27 @@
 #include "tools/AtomicReplacement.h"
 
 #include <fcntl.h>
-#include <linux/magic.h>
-#include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <optional>
+#include <random>
 #include <system_error>
+#include <utility>
 
+#include "ppd/PPDTextFile.h"
 #include "tools/Failure.h"
+#include "tools/FileAttributes.h"
+#include "tools/SpecialFile.h"
+#include "tools/WriteAll.h"
 
 namespace TkPPDUpdating {
 
 namespace {
 
-constexpr int kMostSymbolicLinks = 40;
-constexpr mode_t kModeBits = 07777;
+constexpr int kRead = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 constexpr mode_t kModeOfNewFile = 0666;
-
-/// Raises the system's last error as a failure about the file.
-[[noreturn]] void throwSystemError(const std::string& path, const std::string& what) {
-    throw Failure(ExitStatus::noResult, path, what + ": " + std::generic_category().message(errno));
-}
+constexpr mode_t kModeUntilAttributesAreKept = 0600;
 
 /// Holds back the signals by which a user ends a program, so that it ends before or after the
 /// replacement and leaves no temporary file behind.
@@ -48,182 +43,178 @@ class SignalsHeldBack {
     sigset_t before_{};
 };
 
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() { (void)close(); }
-    int get() const { return descriptor_; }
+[[noreturn]] void throwChangedMeanwhile(const std::string& path) {
+    throw Failure(ExitStatus::noResult, path, "was changed meanwhile");
+}
 
-    /// False when the system reports an error only now.
-    bool close() {
-        const int descriptor = descriptor_;
-        descriptor_ = -1;
-        return descriptor < 0 || ::close(descriptor) == 0;
-    }
-
-  private:
-    int descriptor_;
+/// The file that is replaced: open, and as fstat(2) found it then.
+struct ReplacedFile {
+    int descriptor;
+    const struct stat& status;
 };
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR) {
-            return false;
-        }
-        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
-    }
-    return true;
+bool isInPlace(const ReplacedFile& file, const FilePlace& place) {
+    struct stat now {};
+    const struct stat& then = file.status;
+    return ::fstatat(place.folder.get(), place.name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 &&
+           now.st_dev == then.st_dev && now.st_ino == then.st_ino && now.st_size == then.st_size &&
+           now.st_ctim.tv_sec == then.st_ctim.tv_sec && now.st_ctim.tv_nsec == then.st_ctim.tv_nsec;
 }
 
-/// Whether the link is one of the kernel's, as "/dev/stdout" is in the end: it leads to an open
-/// file, and the path that it shows need not be that file's any more.
-bool leadsToOpenFile(const std::filesystem::path& link) {
-    struct statfs fileSystem {};
-    return ::statfs(link.parent_path().c_str(), &fileSystem) == 0 &&
-           fileSystem.f_type == PROC_SUPER_MAGIC;
-}
-
-/// The file that symbolic links at `path` lead to, whether it is there or not; the last link when
-/// that leads to an open file.
-std::filesystem::path pathBehindLinks(const std::string& path) {
-    std::filesystem::path target = path;
-    std::error_code error;
-    for (int links = 0; std::filesystem::is_symlink(target, error) && !leadsToOpenFile(target);
-         ++links) {
-        if (links == kMostSymbolicLinks) {
-            errno = ELOOP;
-            throwSystemError(path, "cannot be written");
-        }
-        // An absolute link replaces the whole path.
-        target = target.parent_path() / std::filesystem::read_symlink(target, error);
-    }
-    return target;
-}
-
-mode_t currentUmask() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return mask;
+std::string randomName() {
+    std::random_device random;
+    return ".tkppdupdate-" + std::to_string(random()) + "-" + std::to_string(random());
 }
 
 /// A new file beside the target, removed at the end of the scope unless it has taken its place.
 class TemporaryFile {
   public:
-    TemporaryFile(const std::string& shownPath, const std::filesystem::path& target)
-        : shownPath_(shownPath), target_(target) {
-        std::filesystem::path directory = target.parent_path();
-        directory = directory.empty() ? "." : directory;
-        directory_ = directory.string();
-        path_ = (directory / ".tkppdupdate-XXXXXX").string();
-        file_.emplace(::mkostemp(path_.data(), O_CLOEXEC));
-        if (file_->get() < 0) {
-            const int error = errno;
-            path_.clear();
-            errno = error;
-            throwSystemError(shownPath_, "no new file can be made in its folder");
+    TemporaryFile(const std::string& shownPath, const FilePlace& place, mode_t mode)
+        : shownPath_(shownPath), place_(place) {
+        do {
+            name_ = randomName();
+            file_ = FileDescriptor(::openat(place_.folder.get(), name_.c_str(),
+                                            O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        } while (!file_.isOpen() && errno == EEXIST);
+        if (!file_.isOpen()) {
+            throw Failure::ofSystem(shownPath_, "no new file can be made in its folder");
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() {
-        if (!path_.empty()) {
-            ::unlink(path_.c_str());
+        if (!name_.empty()) {
+            ::unlinkat(place_.folder.get(), name_.c_str(), 0);
         }
     }
 
-    void keepOwnerAndMode(const struct stat& replaced) {
-        struct stat own {};
-        const bool keepsOwner = ::fstat(file_->get(), &own) == 0 &&
-                                ((own.st_uid == replaced.st_uid && own.st_gid == replaced.st_gid) ||
-                                 ::fchown(file_->get(), replaced.st_uid, replaced.st_gid) == 0);
-        if (!keepsOwner) {
-            throwSystemError(shownPath_, "its owner cannot be kept");
-        }
-        setMode(replaced.st_mode & kModeBits);
-    }
-
-    void setMode(mode_t mode) {
-        if (::fchmod(file_->get(), mode) != 0) {
-            throwSystemError(shownPath_, "its mode cannot be kept");
-        }
+    void keepAttributes(const ReplacedFile& replaced) {
+        keepFileAttributes(shownPath_, replaced.descriptor, replaced.status, file_.get());
     }
 
     void write(std::string_view bytes) {
-        if (!writeAll(file_->get(), bytes) || ::fsync(file_->get()) != 0 || !file_->close()) {
-            throwSystemError(shownPath_, "cannot be written");
+        if (!writeAll(file_.get(), bytes) || ::fsync(file_.get()) != 0 || !file_.close()) {
+            throw Failure::ofSystem(shownPath_, "cannot be written");
         }
     }
 
     void takePlaceOfTarget() {
-        if (::rename(path_.c_str(), target_.c_str()) != 0) {
-            throwSystemError(shownPath_, "cannot be replaced");
+        const int folder = place_.folder.get();
+        if (::renameat(folder, name_.c_str(), folder, place_.name.c_str()) != 0) {
+            throw Failure::ofSystem(shownPath_, "cannot be replaced");
         }
-        path_.clear();
+        name_.clear();
         // So that the new name outlives a power cut too; some file systems cannot, which is no
         // failure of the run.
-        const FileDescriptor folder(::open(directory_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        (void)::fsync(folder.get());
+        const FileDescriptor readable(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        (void)::fsync(readable.get());
     }
 
   private:
     const std::string& shownPath_;
-    const std::filesystem::path& target_;
-    std::string directory_;
-    std::string path_;
-    std::optional<FileDescriptor> file_;
+    const FilePlace& place_;
+    std::string name_;
+    FileDescriptor file_;
 };
 
-/// Writes to an open file of this process where it stands: others write to it before and after.
-void writeToOpenFile(const std::string& path, const std::filesystem::path& link,
-                     std::string_view bytes) {
-    std::error_code error;
-    const bool isOfThisProcess =
-        std::filesystem::equivalent(link.parent_path(), "/proc/self/fd", error);
-    if (!isOfThisProcess) {
-        throw Failure(ExitStatus::noResult, path, "cannot be replaced: it is an open file");
+/// `replaced` is null for a file that is not there.
+void replaceAtPlace(const std::string& path, const FilePlace& place, const ReplacedFile* replaced,
+                    std::string_view bytes) {
+    const SignalsHeldBack heldBack;
+    TemporaryFile file(path, place, replaced ? kModeUntilAttributesAreKept : kModeOfNewFile);
+    if (replaced) {
+        file.keepAttributes(*replaced);
     }
-    if (!writeAll(std::stoi(link.filename()), bytes)) {
-        throwSystemError(path, "cannot be written");
+    file.write(bytes);
+    // As late as can be. What happens between this look and the next call cannot be seen.
+    if (replaced && !isInPlace(*replaced, place)) {
+        throwChangedMeanwhile(path);
+    }
+    file.takePlaceOfTarget();
+}
+
+FilePlace placeForWriting(const std::string& path) {
+    try {
+        return placeOfFile(path);
+    } catch (const std::system_error& error) {
+        const bool isFolder = error.code() != std::errc::too_many_symbolic_link_levels;
+        throw Failure(
+            ExitStatus::noResult, path,
+            (isFolder ? "no new file can be made in its folder: " : "cannot be written: ") +
+                error.code().message());
     }
 }
 
-void writeToSpecialFile(const std::string& path, std::string_view bytes) {
-    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
-    if (file.get() < 0 || !writeAll(file.get(), bytes) || !file.close()) {
-        throwSystemError(path, "cannot be written");
+FilePlace placeForReading(const std::string& path) {
+    try {
+        return placeOfFile(path);
+    } catch (const std::system_error& error) {
+        throw Failure(ExitStatus::noResult, path, error.code().message());
     }
+}
+
+/// Its attributes are read through the descriptor; a file that may be written but not read has them
+/// as well.
+FileDescriptor openedForItsAttributes(const std::string& path, const FilePlace& place) {
+    const auto opened = [&place](int flags) {
+        return FileDescriptor(::openat(place.folder.get(), place.name.c_str(), flags));
+    };
+    FileDescriptor file = opened(kRead);
+    if (!file.isOpen() && errno == EACCES) {
+        file = opened(kRead | O_WRONLY);
+    }
+    if (!file.isOpen()) {
+        throw Failure::ofSystem(path, "cannot be written");
+    }
+    return file;
 }
 
 }  // namespace
 
 void replaceFileAtomically(const std::string& path, std::string_view bytes) {
-    const std::filesystem::path target = pathBehindLinks(path);
-    std::error_code error;
-    if (std::filesystem::is_symlink(target, error)) {
-        writeToOpenFile(path, target, bytes);
-        return;
-    }
-    struct stat replaced {};
-    const bool exists = ::stat(path.c_str(), &replaced) == 0;
+    const FilePlace place = placeForWriting(path);
+    struct stat status {};
+    const bool exists =
+        ::fstatat(place.folder.get(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
     if (!exists && errno != ENOENT) {
-        throwSystemError(path, "cannot be written");
+        throw Failure::ofSystem(path, "cannot be written");
     }
-    if (exists && !S_ISREG(replaced.st_mode)) {
-        writeToSpecialFile(path, bytes);  // a directory refuses
+    if (!exists) {
+        replaceAtPlace(path, place, nullptr, bytes);
         return;
     }
-    const SignalsHeldBack heldBack;
-    TemporaryFile file(path, target);
-    if (exists) {
-        file.keepOwnerAndMode(replaced);
-    } else {
-        file.setMode(kModeOfNewFile & ~currentUmask());
+    if (!S_ISREG(status.st_mode)) {
+        writeToSpecialFile(path, place, bytes);  // a directory refuses
+        return;
     }
-    file.write(bytes);
-    file.takePlaceOfTarget();
+    const FileDescriptor file = openedForItsAttributes(path, place);
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        throwChangedMeanwhile(path);
+    }
+    const ReplacedFile replaced{file.get(), status};
+    replaceAtPlace(path, place, &replaced, bytes);
+}
+
+FileInPlace::FileInPlace(std::string path)
+    : path_(std::move(path)), place_(placeForReading(path_)) {
+    if (place_.isOpenFile) {
+        throw Failure(ExitStatus::noResult, path_, "cannot be replaced: it is an open file");
+    }
+    file_ = FileDescriptor(::openat(place_.folder.get(), place_.name.c_str(), kRead));
+    // Before it is read: a change while it is read is a change meanwhile, too.
+    if (!file_.isOpen() || ::fstat(file_.get(), &status_) != 0) {
+        throw Failure::ofSystem(path_);
+    }
+    std::string reason;
+    text_ = PPDTextWithContentsOfDescriptor(file_.get(), &reason);
+    if (!text_) {
+        throw Failure(ExitStatus::noResult, path_, reason);
+    }
+}
+
+void FileInPlace::replace(std::string_view bytes) const {
+    const ReplacedFile replaced{file_.get(), status_};
+    replaceAtPlace(path_, place_, &replaced, bytes);
 }
 
 }  // namespace TkPPDUpdating

@@ -15,6 +15,9 @@ class Failure : public std::runtime_error {
     /// one phrase.
     Failure(ExitStatus status, const std::optional<std::string>& place, const std::string& reason);
 
+    /// No result, because of the system's last error (errno): "WHAT: MESSAGE", or just the message.
+    static Failure ofSystem(const std::string& place, const std::string& what = {});
+
     ExitStatus status() const { return status_; }
     /// Empty when there is none; an empty name is shown as "".
     const std::string& place() const { return place_; }

@@ -5,22 +5,17 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
 #include "tools/Failure.h"
 #include "tools/Terminal.h"
+#include "tools/WriteAll.h"
 
 namespace TkPPDUpdating {
 
 void StandardOutput::write(std::string_view bytes) {
     Terminal::clearProgress();
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR) {
-            throw Failure(ExitStatus::noResult, "standard output",
-                          std::generic_category().message(errno));
-        }
-        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+    if (!writeAll(STDOUT_FILENO, bytes)) {
+        throw Failure::ofSystem("standard output");
     }
 }
 

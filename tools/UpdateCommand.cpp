@@ -29,42 +29,50 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
 }
 
 ExitStatus UpdateCommand::run() {
-    // The text before is needed only to be compared.
-    PPDText before;
-    if (isDiff_ || isInPlace_ || output_) {
-        std::string reason;
-        before = PPDTextWithContentsOfFile(file_, &reason);
-        if (!before) {
-            throw Failure(ExitStatus::noResult, file_, reason);
-        }
-    }
-    const PPDText after = updatedText();
-    if (!after) {
-        failWithReason();
-    }
+    std::optional<FileInPlace> inPlace;
+    const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfFile();
+    const PPDText after = updatedText(before);
     device_.report(file_, backends_.devices(), {});
-    writeResult(before, after);
+    tellChanges(before, after);
+    if (inPlace) {
+        if (*after != *before) {
+            inPlace->replace(*after);
+        }
+    } else if (output_) {
+        replaceFileAtomically(*output_, *after);
+    } else if (!isDiff_) {
+        StandardOutput::write(*after);
+    }
     return ExitStatus::done;
 }
 
-PPDText UpdateCommand::updatedText() const {
-    return resultOf(file_, [&] {
-        const auto manager = runOptions_.makeManager();
-        return queueName_
-                   ? manager->updatedPPDContentsForFile_queueName(file_, queueName_)
-                   : manager->updatedPPDContentsForFile_deviceURI(file_, device_.deviceURI());
-    });
-}
-
-void UpdateCommand::failWithReason() const {
+PPDText UpdateCommand::textOfFile() const {
     std::string reason;
-    if (!PPDModelFile::fileWithContentsOfFile(file_, &reason)) {
+    PPDText text = PPDTextWithContentsOfFile(file_, &reason);
+    if (!text) {
         throw Failure(ExitStatus::noResult, file_, reason);
     }
-    if (queueName_ && !backends_.core().queuePPDFile(*queueName_, reason)) {
-        throw Failure(ExitStatus::noResult, *queueName_, reason);
+    return text;
+}
+
+PPDText UpdateCommand::updatedText(const PPDText& before) const {
+    std::string reason;
+    const auto PPDFile = PPDModelFile::fileWithText(before, &reason);
+    if (!PPDFile) {
+        throw Failure(ExitStatus::noResult, file_, reason);
     }
-    throw Failure(ExitStatus::noResult, file_, "it could not be read; it can be now");
+    const PPDText after = resultOf(file_, [&] {
+        const auto manager = runOptions_.makeManager();
+        return queueName_ ? manager->updatedPPDContentsForContents_PPDFile_queueName(
+                                before, *PPDFile, *queueName_)
+                          : manager->updatedPPDContentsForContents_PPDFile_deviceURI_context(
+                                before, *PPDFile, device_.deviceURI(), {});
+    });
+    if (!after) {
+        (void)backends_.core().queuePPDFile(queueName_.value_or(""), reason);
+        throw Failure(ExitStatus::noResult, queueName_, reason);
+    }
+    return after;
 }
 
 void UpdateCommand::tellChanges(const PPDText& before, const PPDText& after) const {
@@ -72,19 +80,6 @@ void UpdateCommand::tellChanges(const PPDText& before, const PPDText& after) con
         StandardOutput::write(unifiedDiff(file_, *before, *after, diffStyleForStandardOutput()));
     } else if (isInPlace_ || (output_ && !StandardOutput::isFile(*output_))) {
         StandardOutput::writeIfOpen(ChangeReport(before, after).lines());
-    }
-}
-
-void UpdateCommand::writeResult(const PPDText& before, const PPDText& after) const {
-    tellChanges(before, after);
-    if (isInPlace_) {
-        if (*after != *before) {
-            replaceFileAtomically(file_, *after);
-        }
-    } else if (output_) {
-        replaceFileAtomically(*output_, *after);
-    } else if (!isDiff_) {
-        StandardOutput::write(*after);
     }
 }
 

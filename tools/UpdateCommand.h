@@ -21,10 +21,9 @@ class UpdateCommand : public Command {
     ExitStatus run() override;
 
   private:
-    PPDText updatedText() const;
-    [[noreturn]] void failWithReason() const;
+    PPDText textOfFile() const;
+    PPDText updatedText(const PPDText& before) const;
     void tellChanges(const PPDText& before, const PPDText& after) const;
-    void writeResult(const PPDText& before, const PPDText& after) const;
 
     const Backends& backends_;
     RunOptions runOptions_;

@@ -443,5 +443,20 @@ TEST_F(UpdatingFromADevice, ATextInMemoryIsUpdatedLikeAFileAndWithTheStatusOfIts
     EXPECT_TRUE(core->askedPaths.empty());
 }
 
+TEST_F(UpdatingFromAQueue, ATextInMemoryIsUpdatedLikeAFile) {
+    useUpdaters<A>();
+    A::script.updateFromPPD = [&](const PPDText& contents, const OrbPPDFile* PPDFile, auto*) {
+        EXPECT_EQ(PPDFile, queueFile.get());
+        return makePPDText(*contents + "!");
+    };
+    EXPECT_EQ(textOf(manager.updatedPPDContentsForContents_PPDFile_queueName(makePPDText("a text"),
+                                                                             *file, "office")),
+              "a text!");
+    EXPECT_EQ(manager.updatedPPDContentsForContents_PPDFile_queueName(makePPDText("a text"), *file,
+                                                                      "no such queue"),
+              nullptr);
+    EXPECT_TRUE(core->askedPaths.empty());
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating

@@ -1,5 +1,6 @@
 #include "tools/AtomicReplacement.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -8,8 +9,10 @@
 #include <csignal>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "ppd/FileDescriptor.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"
@@ -76,6 +79,15 @@ TEST(AtomicReplacementTest, KeepsTheOwnerOfTheReplacedFileOrFails) {
     EXPECT_EQ(status.st_gid, 7U);
 }
 
+TEST(AtomicReplacementTest, KeepsAFileThatMayOnlyBeWritten) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("a.ppd", "old");
+    ASSERT_EQ(::chmod(file.c_str(), 0200), 0);
+    replaceFileAtomically(file, "new");
+    EXPECT_EQ(modeOf(file), 0200U);
+    EXPECT_EQ(std::filesystem::file_size(file), 3U);
+}
+
 TEST(AtomicReplacementTest, GivesANewFileTheModeThatTheUmaskLeaves) {
     const TemporaryDirectory directory;
     const std::string file = (directory.path() / "a.ppd").string();
@@ -123,6 +135,8 @@ TEST(AtomicReplacementTest, RefusesADirectory) {
 
 TEST(AtomicReplacementTest, RefusesAFolderThatDoesNotExist) {
     const TemporaryDirectory directory;
+    EXPECT_EQ(reasonForFailure((directory.write("file", "old") + "/a.ppd")),
+              "no new file can be made in its folder: Not a directory");
     EXPECT_EQ(reasonForFailure((directory.path() / "none/a.ppd").string()),
               "no new file can be made in its folder: No such file or directory");
 }
@@ -137,6 +151,39 @@ TEST(AtomicReplacementTest, WritesIntoADeviceAsItIs) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
     replaceFileAtomically("/dev/zero", "new");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/zero"));
+}
+
+TEST(AtomicReplacementTest, DoesNotWaitForTheReaderOfANamedPipe) {
+    const TemporaryDirectory directory;
+    const std::string pipe = (directory.path() / "pipe").string();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(reasonForFailure(pipe), "cannot be written: nobody reads from this named pipe");
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    EXPECT_EQ(filesIn(directory), 1U);
+}
+
+TEST(AtomicReplacementTest, WritesMoreIntoANamedPipeThanItHolds) {
+    const TemporaryDirectory directory;
+    const std::string pipe = (directory.path() / "pipe").string();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const FileDescriptor reader(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    ASSERT_TRUE(reader.isOpen());
+    ASSERT_EQ(::fcntl(reader.get(), F_SETFL, 0), 0);
+    // As long as this one is open, the reader waits for more.
+    FileDescriptor writer(::open(pipe.c_str(), O_WRONLY | O_CLOEXEC));
+    const std::string bytes(1U << 20U, 'n');
+    std::string read;
+    std::thread reading([&] {
+        std::string buffer(4096, '\0');
+        ssize_t count = 0;
+        while ((count = ::read(reader.get(), buffer.data(), buffer.size())) > 0) {
+            read.append(buffer, 0, static_cast<std::size_t>(count));
+        }
+    });
+    EXPECT_NO_THROW(replaceFileAtomically(pipe, bytes));
+    EXPECT_TRUE(writer.close());
+    reading.join();
+    EXPECT_TRUE(read == bytes) << read.size();
 }
 
 TEST(AtomicReplacementTest, WritesToTheFileBehindStandardOutputWhereItStands) {
