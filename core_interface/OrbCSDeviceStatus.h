@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "core_interface/OrbCSError.h"
 #include "core_interface/OrbCSStatusValue.h"
 #include "core_interface/OrbDictionary.h"
 
@@ -25,11 +26,11 @@ class OrbCSDeviceStatus {
     /// library that the application has set (`OrbCoreInterface::setCommunicationServices`).
     ///
     /// `parameters` may be null; `kTkCSIsCUPSFilterModeKey` in it governs how the status is
-    /// obtained. Null on failure, and also when no URI is given or no library is set; the reason is
-    /// then in `*error` when `error` is not null.
+    /// obtained. Null on failure, and also when no URI is given or no library is set; the cause and
+    /// reason are then in `*error` when `error` is not null.
     static std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        std::string* error);
+        OrbCSError* error);
 
     /// The value under `key`, owned by the status and valid as long as it is, or null; the reason
     /// for null is in `*error` when there is one to tell and `error` is not null.

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbCSError.h"
 #include "core_interface/OrbDictionary.h"
 
 namespace TkPPDUpdating {
@@ -14,16 +15,15 @@ namespace TkPPDUpdating {
 /// `OrbCSDeviceStatus::deviceStatusWithURI_parameters_error`.
 ///
 /// Implementers: `deviceURI` and `parameters` may be absent. Answer null on failure, with the
-/// reason in
-/// `*error` when `error` is not null, and raise nothing. The operation may be called from several
-/// threads when the application runs several managers.
+/// cause and reason in `*error` when `error` is not null, and raise nothing. The operation may be
+/// called from several threads when the application runs several managers.
 class TkCommunicationServices {
   public:
     virtual ~TkCommunicationServices() = default;
 
     virtual std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        std::string* error) const = 0;
+        OrbCSError* error) const = 0;
 };
 
 }  // namespace TkPPDUpdating

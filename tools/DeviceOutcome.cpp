@@ -28,7 +28,7 @@ std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(
 std::string DeviceOutcome::reasonForSilence(const OneAnswerServices& devices) const {
     const auto answer = devices.answerOfDevice(deviceURI_);
     return Diagnostics::nameOfDevice(deviceURI_) + " gave no status" +
-           (answer && !answer->reason.empty() ? ": " + answer->reason : "");
+           (answer && !answer->error.reason.empty() ? ": " + answer->error.reason : "");
 }
 
 void DeviceOutcome::report(const std::string& place, const OneAnswerServices& devices,

@@ -10,6 +10,10 @@ enum class ExitStatus {
     usage = 2,
     /// The device gave no status although the caller requires one.
     deviceSilent = 3,
+    /// Some queue is not in step with its printer: busy, unreachable or unsupported.
+    notInStep = 4,
+    /// A dry run that is asked to tell so: something would change.
+    wouldChange = 10,
 };
 
 }  // namespace TkPPDUpdating

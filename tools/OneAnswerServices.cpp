@@ -9,7 +9,7 @@ OneAnswerServices::OneAnswerServices(std::shared_ptr<const TkCommunicationServic
 
 std::shared_ptr<const OrbCSDeviceStatus> OneAnswerServices::deviceStatusWithURI_parameters_error(
     std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-    std::string* error) const {
+    OrbCSError* error) const {
     if (!deviceURI) {
         return services_->deviceStatusWithURI_parameters_error(deviceURI, parameters, error);
     }
@@ -26,10 +26,10 @@ std::shared_ptr<const OrbCSDeviceStatus> OneAnswerServices::deviceStatusWithURI_
     std::call_once(request->once, [&] {
         Answer& answer = request->answer;
         answer.status =
-            services_->deviceStatusWithURI_parameters_error(deviceURI, parameters, &answer.reason);
+            services_->deviceStatusWithURI_parameters_error(deviceURI, parameters, &answer.error);
     });
     if (error && !request->answer.status) {
-        *error = request->answer.reason;
+        *error = request->answer.error;
     }
     return request->answer.status;
 }

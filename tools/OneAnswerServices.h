@@ -21,15 +21,15 @@ class OneAnswerServices : public TkCommunicationServices {
     /// What a device answered.
     struct Answer {
         std::shared_ptr<const OrbCSDeviceStatus> status;
-        /// One phrase without the URI, when there is no status.
-        std::string reason;
+        /// Why there is no status.
+        OrbCSError error;
     };
 
     explicit OneAnswerServices(std::shared_ptr<const TkCommunicationServices> services);
 
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        std::string* error) const override;
+        OrbCSError* error) const override;
 
     /// The answer of the device if it has been asked, else nothing.
     std::optional<Answer> answerOfDevice(std::string_view deviceURI) const;

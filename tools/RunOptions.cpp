@@ -1,5 +1,7 @@
 #include "tools/RunOptions.h"
 
+#include <algorithm>
+
 #include "manager/OrbClassTable.h"
 
 namespace TkPPDUpdating {
@@ -28,6 +30,10 @@ void RunOptions::addTo(CLI::App& subcommand) {
     };
     addClassOption("--only", only_, "Run just this updater class (may be repeated)");
     addClassOption("--skip", skip_, "Run all but this updater class (may be repeated)");
+}
+
+bool RunOptions::areOnly(std::string_view className) const {
+    return std::ranges::find(only_, className) != only_.end();
 }
 
 std::unique_ptr<OrbPPDConcreteUpdatingManager> RunOptions::makeManager() const {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "manager/OrbPPDConcreteUpdatingManager.h"
@@ -16,6 +17,9 @@ class RunOptions {
 
     /// A manager with the classes that the user wants.
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
+
+    /// Whether the user asked for this class with --only.
+    bool areOnly(std::string_view className) const;
 
   private:
     std::vector<std::string> only_;

@@ -18,12 +18,12 @@ StatusCommand::StatusCommand(CLI::App& application)
 }
 
 ExitStatus StatusCommand::run() {
-    std::string reason;
+    OrbCSError error;
     const std::string place = Diagnostics::nameOfDevice(deviceURI_);
     const auto status =
-        OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, nullptr, &reason);
+        OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, nullptr, &error);
     if (!status) {
-        throw Failure(ExitStatus::noResult, place, "gave no status: " + reason);
+        throw Failure(ExitStatus::noResult, place, "gave no status: " + error.reason);
     }
     for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*status)) {
         Diagnostics::warning(place, dropped);

@@ -1,10 +1,16 @@
 #include "tools/SyncCommand.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <set>
+#include <string_view>
 
 #include "backends/cups/CUPSScheduler.h"
 #include "backends/cups/QueueSync.h"
 #include "backends/cups/QueueSyncRun.h"
+#include "manager/OrbClassTable.h"
+#include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
 
@@ -36,9 +42,13 @@ std::size_t queuesAtOnce(std::size_t jobs) {
     return jobs == 1 ? 1 : 2 * jobs;
 }
 
-bool isDone(const QueueSyncRun::Summary& summary) {
-    return !summary.contains(QueueSyncResult::failed) &&
-           !summary.contains(QueueSyncResult::abandoned);
+/// The results that a caller may put up with.
+constexpr auto kAcceptableResults =
+    std::to_array<std::string_view>({"busy", "unreachable", "unsupported"});
+
+std::string complaintAboutAcceptedResult(const std::string& result) {
+    const bool isOne = std::ranges::find(kAcceptableResults, result) != kAcceptableResults.end();
+    return isOne ? "" : "\"" + result + "\" is none of busy, unreachable and unsupported";
 }
 
 }  // namespace
@@ -46,14 +56,7 @@ bool isDone(const QueueSyncRun::Summary& summary) {
 SyncCommand::SyncCommand(CLI::App& application)
     : Command(application, "sync", "Bring the PPDs of print queues in step with their printers") {
     constexpr std::size_t kMostJobs = 256;
-    auto* queues = subcommand().add_option_group("Queues", "Which queues");
-    queues->add_option("QUEUE", queueNames_, "The print queues")->type_name("");
-    queues->add_flag("--all", areAllWanted_, "All queues of the scheduler");
-    queues->require_option(1);
-    subcommand()
-        .add_option("--server", server_, "The scheduler, instead of the one of this machine")
-        ->check(CLI::Validator(complaintAboutServer, ""))
-        ->type_name("HOST:PORT");
+    addQueueOptions();
     subcommand().add_flag("--dry-run", isDryRun_, "Install nothing");
     subcommand().add_flag("--diff", reportOptions_.isDiff, "Show a unified diff of each change");
     subcommand()
@@ -61,35 +64,112 @@ SyncCommand::SyncCommand(CLI::App& application)
         ->check(CLI::Range(std::size_t{1}, kMostJobs))
         ->type_name("N");
     subcommand().add_flag("--json", reportOptions_.isJSON, "Write one JSON object for each queue");
+    subcommand().add_flag("--page-size", isPageSizeWanted_,
+                          "Set the default page size, too, to the paper of the user's country");
+    addResultOptions();
     runOptions_.addTo(subcommand());
 }
 
+void SyncCommand::addQueueOptions() {
+    // Of the subcommand itself: behind "--", the parser does not look into groups of options.
+    auto* queues = subcommand().add_option("QUEUE", queueNames_, "The print queues");
+    queues->type_name("");
+    auto* all = subcommand().add_flag("--all", areAllWanted_, "All queues of the scheduler");
+    all->excludes(queues);
+    subcommand()
+        .add_option("--exclude", excluded_, "With --all, but not this one (may be repeated)")
+        ->type_name("QUEUE")
+        ->allow_extra_args(false)
+        ->needs(all);
+    subcommand()
+        .add_option("--server", server_, "The scheduler, instead of the one of this machine")
+        ->check(CLI::Validator(complaintAboutServer, ""))
+        ->type_name("HOST:PORT");
+}
+
+void SyncCommand::addResultOptions() {
+    subcommand()
+        .add_option("--accept", accepted_,
+                    "Do not count queues that end as busy, unreachable or unsupported (may be "
+                    "repeated)")
+        ->type_name("RESULT")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(complaintAboutAcceptedResult, ""));
+    subcommand()
+        .add_flag("--exit-code", isChangeAnExitStatus_,
+                  "End with exit status 10 when something would change")
+        ->needs("--dry-run");
+    subcommand().add_flag("--quiet", reportOptions_.isQuiet,
+                          "Say nothing of queues that are unchanged or skipped");
+}
+
 ExitStatus SyncCommand::run() {
+    if (!areAllWanted_ && queueNames_.empty()) {
+        throw Failure(ExitStatus::usage, std::nullopt,
+                      "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
+    }
     const InterruptionWatch watch;
     const CUPSScheduler scheduler(server_);
     const auto queueNames = queuesToSync(scheduler);
     const QueueSync sync(scheduler, {.isDryRun = isDryRun_,
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
-                                     .makeManager = [this] { return runOptions_.makeManager(); },
+                                     .makeManager = [this] { return makeManager(); },
                                      .mostPrinters = jobs_});
-    SyncReport report(reportOptions_, queueNames.size());
-    report.start();
+    const SyncReport report(reportOptions_, queueNames.size());
+    report.showProgress(0);
     const auto summary =
         QueueSyncRun(sync, queuesAtOnce(jobs_))
-            .run(queueNames, [&report](const QueueSyncOutcome& outcome) { report.add(outcome); });
+            .run(queueNames,
+                 {.finished = [&report](const QueueSyncOutcome& outcome) { report.add(outcome); },
+                  .progress =
+                      [&report](std::size_t doneCount, const std::string& queueName) {
+                          report.showProgress(doneCount, queueName);
+                      }});
     report.finish(summary);
-    return isDone(summary) ? ExitStatus::done : ExitStatus::noResult;
+    return statusFor(summary);
+}
+
+std::unique_ptr<OrbPPDConcreteUpdatingManager> SyncCommand::makeManager() const {
+    auto manager = runOptions_.makeManager();
+    // It is for a new queue: afterwards the paper is what the queue's users have chosen.
+    constexpr std::string_view kPageSizeUpdater = "OrbPPDDefaultPageSizeUpdater";
+    if (!isPageSizeWanted_ && !runOptions_.areOnly(kPageSizeUpdater)) {
+        manager->unregisterUpdaterClass(OrbClassFromName(kPageSizeUpdater));
+    }
+    return manager;
+}
+
+ExitStatus SyncCommand::statusFor(const QueueSyncRun::Summary& summary) const {
+    if (summary.contains(QueueSyncResult::failed) || summary.contains(QueueSyncResult::abandoned)) {
+        return ExitStatus::noResult;
+    }
+    for (const std::string_view name : kAcceptableResults) {
+        const bool isAccepted = std::ranges::find(accepted_, name) != accepted_.end();
+        if (!isAccepted && summary.contains(*SyncReport::resultNamed(name))) {
+            return ExitStatus::notInStep;
+        }
+    }
+    return isChangeAnExitStatus_ && summary.contains(QueueSyncResult::wouldUpdate)
+               ? ExitStatus::wouldChange
+               : ExitStatus::done;
 }
 
 std::vector<std::string> SyncCommand::queuesToSync(const QueueScheduler& scheduler) const {
-    if (!areAllWanted_) {
-        return withoutRepetitions(queueNames_);
-    }
-    std::string reason;
-    const auto names = scheduler.queueNames(reason);
+    return areAllWanted_ ? allQueues(scheduler) : withoutRepetitions(queueNames_);
+}
+
+std::vector<std::string> SyncCommand::allQueues(const QueueScheduler& scheduler) const {
+    QueueFailure failure;
+    auto names = scheduler.queueNames(failure);
     if (!names) {
         const auto place = server_.empty() ? std::nullopt : std::optional(server_);
-        throw Failure(ExitStatus::noResult, place, reason);
+        throw Failure(ExitStatus::noResult, place, failure.reason);
+    }
+    for (const std::string& name : withoutRepetitions(excluded_)) {
+        if (std::erase(*names, name) == 0) {
+            // It may be mistyped, and then the queue that was meant is not left out.
+            Diagnostics::warning("", "--exclude: there is no queue \"" + name + "\"");
+        }
     }
     return *names;
 }

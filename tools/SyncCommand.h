@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,12 +21,21 @@ class SyncCommand : public Command {
     ExitStatus run() override;
 
   private:
+    void addQueueOptions();
+    void addResultOptions();
     std::vector<std::string> queuesToSync(const QueueScheduler& scheduler) const;
+    std::vector<std::string> allQueues(const QueueScheduler& scheduler) const;
+    std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
+    ExitStatus statusFor(const QueueSyncRun::Summary& summary) const;
 
     std::vector<std::string> queueNames_;
     bool areAllWanted_ = false;
     std::string server_;
+    std::vector<std::string> excluded_;
     bool isDryRun_ = false;
+    bool isChangeAnExitStatus_ = false;
+    bool isPageSizeWanted_ = false;
+    std::vector<std::string> accepted_;
     std::size_t jobs_ = 4;
     SyncReport::Options reportOptions_;
     RunOptions runOptions_;

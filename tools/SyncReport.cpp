@@ -1,10 +1,11 @@
 #include "tools/SyncReport.h"
 
+#include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
-#include <string_view>
 #include <vector>
 
+#include "sync/QueueSyncCauses.h"
 #include "tools/ChangedKeywords.h"
 #include "tools/Diagnostics.h"
 #include "tools/StandardOutput.h"
@@ -28,6 +29,9 @@ constexpr auto kResults =
                                 {QueueSyncResult::wouldUpdate, "would be updated", "would-update"},
                                 {QueueSyncResult::unchanged, "unchanged", "unchanged"},
                                 {QueueSyncResult::skipped, "skipped", "skipped"},
+                                {QueueSyncResult::busy, "busy", "busy"},
+                                {QueueSyncResult::unreachable, "unreachable", "unreachable"},
+                                {QueueSyncResult::unsupported, "unsupported", "unsupported"},
                                 {QueueSyncResult::failed, "failed", "failed"},
                                 {QueueSyncResult::abandoned, "abandoned", "abandoned"}});
 
@@ -46,6 +50,12 @@ bool isChange(const QueueSyncOutcome& outcome) {
            outcome.before && outcome.after;
 }
 
+/// Whether somebody who reads only what matters wants to know of it.
+bool needsAttention(const QueueSyncOutcome& outcome) {
+    return !outcome.notes.empty() || (outcome.result != QueueSyncResult::unchanged &&
+                                      outcome.result != QueueSyncResult::skipped);
+}
+
 std::vector<std::string> changedKeywordsOf(const QueueSyncOutcome& outcome) {
     return isChange(outcome) ? changedKeywords(*outcome.before, *outcome.after)
                              : std::vector<std::string>();
@@ -61,12 +71,10 @@ std::string joined(const std::vector<std::string>& words) {
 
 }  // namespace
 
-void SyncReport::start() const {
-    showProgress();
-}
-
-void SyncReport::add(const QueueSyncOutcome& outcome) {
-    ++finishedCount_;
+void SyncReport::add(const QueueSyncOutcome& outcome) const {
+    if (options_.isQuiet && !needsAttention(outcome)) {
+        return;
+    }
     std::string text = options_.isJSON ? JSONForOutcome(outcome) : lineForOutcome(outcome);
     if (options_.isDiff && !options_.isJSON && isChange(outcome)) {
         text += unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,
@@ -74,26 +82,33 @@ void SyncReport::add(const QueueSyncOutcome& outcome) {
     }
     Terminal::clearProgress();
     StandardOutput::write(text);
-    showProgress(", the last one " + outcome.queueName);
 }
 
 void SyncReport::finish(const QueueSyncRun::Summary& summary) const {
     Terminal::clearProgress();
-    if (!options_.isJSON) {
+    if (!options_.isJSON && !options_.isQuiet) {
         StandardOutput::write(lineForSummary(summary));
     }
 }
 
-void SyncReport::showProgress(const std::string& details) const {
-    if (finishedCount_ < queueCount_) {
-        Terminal::showProgress(std::to_string(finishedCount_) + " of " +
-                               std::to_string(queueCount_) + " queues done" + details);
+void SyncReport::showProgress(std::size_t doneCount, const std::string& lastQueueName) const {
+    if (doneCount < queueCount_) {
+        Terminal::showProgress(std::to_string(doneCount) + " of " + std::to_string(queueCount_) +
+                               " queues done" +
+                               (lastQueueName.empty() ? "" : ", the last one " + lastQueueName));
     }
 }
 
+std::optional<QueueSyncResult> SyncReport::resultNamed(std::string_view name) {
+    const auto found = std::ranges::find(kResults, name, &ResultWords::name);
+    return found == kResults.end() ? std::nullopt : std::optional(found->result);
+}
+
 std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
-    const std::string details =
-        isChange(outcome) ? joined(changedKeywordsOf(outcome)) : outcome.reason;
+    std::string details = isChange(outcome) ? joined(changedKeywordsOf(outcome)) : outcome.reason;
+    for (const std::string& note : outcome.notes) {
+        details += (details.empty() ? "" : "; ") + note;
+    }
     return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
@@ -104,8 +119,14 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
     nlohmann::ordered_json object = {{"queue", outcome.queueName},
                                      {"result", wordsOf(outcome.result).name},
                                      {"changed", changedKeywordsOf(outcome)}};
+    if (outcome.cause) {
+        object["cause"] = outcome.cause->name;
+    }
     if (!outcome.reason.empty()) {
         object["reason"] = outcome.reason;
+    }
+    if (!outcome.notes.empty()) {
+        object["notes"] = outcome.notes;
     }
     if (options_.isDiff && isChange(outcome)) {
         object["diff"] = unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,

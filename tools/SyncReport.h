@@ -1,29 +1,34 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "backends/cups/QueueSyncRun.h"
 
 namespace TkPPDUpdating {
 
-/// What the user reads of a synchronisation: a line for each queue as it is done, progress on a
+/// What the user reads of a synchronisation: a line for each queue in their order, progress on a
 /// terminal, and a summary.
 class SyncReport {
   public:
     struct Options {
         bool isJSON = false;
         bool isDiff = false;
+        /// Nothing of queues that need nobody's attention, and no summary.
+        bool isQuiet = false;
     };
 
     SyncReport(const Options& options, std::size_t queueCount)
         : options_(options), queueCount_(queueCount) {}
 
-    /// Shows that none is done yet: the first printer may take its time.
-    void start() const;
+    /// Shows how many are done; before the first is, without the name of the last: its printer may
+    /// take its time.
+    void showProgress(std::size_t doneCount, const std::string& lastQueueName = {}) const;
 
     /// Writes the line of one queue, and its diff when that is wanted.
-    void add(const QueueSyncOutcome& outcome);
+    void add(const QueueSyncOutcome& outcome) const;
 
     /// Writes the summary; nothing as JSON, where every line is a queue.
     void finish(const QueueSyncRun::Summary& summary) const;
@@ -31,18 +36,18 @@ class SyncReport {
     /// "QUEUE: updated: KEYWORD, KEYWORD" and the like, with its line feed.
     static std::string lineForOutcome(const QueueSyncOutcome& outcome);
 
-    /// One JSON object on one line: "queue", "result", "changed" (main keywords), "reason" when
-    /// there is one, and "diff" when that is wanted.
+    /// One JSON object on one line: "queue", "result", "changed" (main keywords), "cause" and
+    /// "reason" when there is one, "notes" when there are any, and "diff" when that is wanted.
     std::string JSONForOutcome(const QueueSyncOutcome& outcome) const;
 
     static std::string lineForSummary(const QueueSyncRun::Summary& summary);
 
-  private:
-    void showProgress(const std::string& details = {}) const;
+    /// The result of that name, as JSON has it; nothing when there is none.
+    static std::optional<QueueSyncResult> resultNamed(std::string_view name);
 
+  private:
     Options options_;
     std::size_t queueCount_;
-    std::size_t finishedCount_ = 0;
 };
 
 }  // namespace TkPPDUpdating

@@ -1,7 +1,11 @@
 // tkppdupdate: the command line of the library.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <new>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/Backends.h"
 #include "tools/Command.h"
@@ -34,6 +38,19 @@ constexpr const char* kVersion = "tkppdupdate " TKPPDUPDATING_VERSION;
                   cause + " (\"tkppdupdate " + command + "--help\" tells the usage)");
 }
 
+/// The arguments without the program's name. A "--" goes where it says nothing: of the arguments
+/// behind it, the parser takes only as many as the command requires.
+std::vector<std::string> operandsInPlace(int argumentCount, char** arguments) {
+    std::vector<std::string> all(arguments + std::min(argumentCount, 1), arguments + argumentCount);
+    const auto mark = std::ranges::find(all, "--");
+    if (mark != all.end() && std::none_of(mark + 1, all.end(), [](const std::string& operand) {
+            return operand.starts_with('-');
+        })) {
+        all.erase(mark);
+    }
+    return all;
+}
+
 ExitStatus parseAndRun(int argumentCount, char** arguments) {
     CLI::App application("Keeps the PPD of a CUPS print queue in step with its printer",
                          "tkppdupdate");
@@ -58,7 +75,9 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
         "the rest.");
 
     try {
-        application.parse(argumentCount, arguments);
+        auto operands = operandsInPlace(argumentCount, arguments);
+        std::ranges::reverse(operands);  // As the parser wants them.
+        application.parse(std::move(operands));
     } catch (const CLI::CallForHelp&) {
         StandardOutput::write(application.help());
         return ExitStatus::done;

@@ -19,8 +19,6 @@ namespace TkPPDUpdating {
 
 namespace {
 
-constexpr const char* kNoSuchQueue = "there is no queue of that name";
-
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -28,7 +26,7 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 
 /// Connects to the scheduler. The settings that it makes and reads belong to the talking thread.
 HTTPOpening schedulerOpening(const std::string& server) {
-    return [server](std::string& error) {
+    return [server](OrbCSError& error) {
         if (!server.empty()) {
             cupsSetServer(server.c_str());
         }
@@ -37,18 +35,21 @@ HTTPOpening schedulerOpening(const std::string& server) {
 }
 
 /// What libcups last met on this thread.
-std::string reasonOfLastError() {
+QueueFailure failureOfLastRequest() {
     const ipp_status_t status = cupsLastError();
     if (status == IPP_STATUS_ERROR_NOT_FOUND) {
-        return kNoSuchQueue;
+        return {&queueSyncCause("no-queue"), "there is no queue of that name"};
     }
     const bool isRefused = status == IPP_STATUS_ERROR_FORBIDDEN ||
                            status == IPP_STATUS_ERROR_NOT_AUTHENTICATED ||
                            status == IPP_STATUS_ERROR_NOT_AUTHORIZED ||
                            status == IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED;
     const char* text = cupsLastErrorString();
-    return (isRefused ? "the scheduler refuses it: " : "the scheduler answers: ") +
-           std::string(text && *text ? text : ippErrorString(status));
+    const std::string answer = text && *text ? text : ippErrorString(status);
+    return isRefused ? QueueFailure{&queueSyncCause("scheduler-refuses"),
+                                    "the scheduler refuses it: " + answer}
+                     : QueueFailure{&queueSyncCause("scheduler-error"),
+                                    "the scheduler answers: " + answer};
 }
 
 IPPMessage requestForQueue(ipp_op_t operation, const std::string& name) {
@@ -79,14 +80,15 @@ int integerOf(ipp_t* answer, const char* name, ipp_tag_t tag) {
     return attribute ? ippGetInteger(attribute, 0) : 0;
 }
 
-/// Whether the queue is one of this machine, with a PPD of its own.
-bool isOwnQueue(int printerType) {
-    constexpr unsigned kOthers =
-        static_cast<unsigned>(CUPS_PRINTER_CLASS) | static_cast<unsigned>(CUPS_PRINTER_REMOTE);
-    return (static_cast<unsigned>(printerType) & kOthers) == 0;
+SchedulerQueue::Kind kindOfQueue(int printerType) {
+    const auto bits = static_cast<unsigned>(printerType);
+    return bits & static_cast<unsigned>(CUPS_PRINTER_REMOTE)  ? SchedulerQueue::Kind::remote
+           : bits & static_cast<unsigned>(CUPS_PRINTER_CLASS) ? SchedulerQueue::Kind::printerClass
+                                                              : SchedulerQueue::Kind::own;
 }
 
-std::optional<std::vector<std::string>> askForQueueNames(http_t* connection, std::string& error) {
+std::optional<std::vector<std::string>> askForQueueNames(http_t* connection,
+                                                         QueueFailure& failure) {
     IPPMessage request(ippNewRequest(IPP_OP_CUPS_GET_PRINTERS));
     requestAttributes(request, {"printer-name", "printer-type"});
     const IPPMessage answer = answerTo(connection, std::move(request), "/");
@@ -94,14 +96,14 @@ std::optional<std::vector<std::string>> askForQueueNames(http_t* connection, std
         return std::vector<std::string>();  // It has no queues.
     }
     if (!answer) {
-        error = reasonOfLastError();
+        failure = failureOfLastRequest();
         return std::nullopt;
     }
     std::vector<std::string> names;
     std::string name;
     int type = 0;
     const auto endOfQueue = [&] {
-        if (!name.empty() && isOwnQueue(type)) {
+        if (!name.empty() && kindOfQueue(type) != SchedulerQueue::Kind::remote) {
             names.push_back(name);
         }
         name.clear();
@@ -125,28 +127,25 @@ std::optional<std::vector<std::string>> askForQueueNames(http_t* connection, std
 }
 
 std::optional<SchedulerQueue> askForQueue(http_t* connection, const std::string& name,
-                                          std::string& error) {
+                                          QueueFailure& failure) {
     IPPMessage request = requestForQueue(IPP_OP_GET_PRINTER_ATTRIBUTES, name);
     requestAttributes(request, {"device-uri", "printer-config-change-time", "printer-type"});
     const IPPMessage answer = answerTo(connection, std::move(request), "/");
     if (!answer) {
-        error = reasonOfLastError();
-        return std::nullopt;
-    }
-    if (!isOwnQueue(integerOf(answer.get(), "printer-type", IPP_TAG_ENUM))) {
-        error = "it is a class or a queue of another machine";
+        failure = failureOfLastRequest();
         return std::nullopt;
     }
     ipp_attribute_t* device = ippFindAttribute(answer.get(), "device-uri", IPP_TAG_URI);
     const char* deviceURI = device ? ippGetString(device, 0, nullptr) : nullptr;
-    return SchedulerQueue{name, deviceURI ? deviceURI : "",
+    return SchedulerQueue{name, kindOfQueue(integerOf(answer.get(), "printer-type", IPP_TAG_ENUM)),
+                          deviceURI ? deviceURI : "",
                           integerOf(answer.get(), "printer-config-change-time", IPP_TAG_INTEGER)};
 }
 
 /// Connects again where the scheduler, or what stands before it, has said that it closes the
 /// connection (RFC 9112, section 9.6). libcups does so itself only for requests that it makes
 /// whole.
-bool isReadyForAnotherRequest(http_t* connection, std::string& error) {
+bool isReadyForAnotherRequest(http_t* connection, QueueFailure& failure) {
     constexpr int kMostMilliseconds = 30000;
     if (strcasecmp(httpGetField(connection, HTTP_FIELD_CONNECTION), "close") != 0) {
         return true;
@@ -154,13 +153,23 @@ bool isReadyForAnotherRequest(http_t* connection, std::string& error) {
     httpClearFields(connection);
     const bool isConnected = httpReconnect2(connection, kMostMilliseconds, nullptr) == 0;
     if (!isConnected) {
-        error = "the scheduler closed the connection";
+        failure = {&queueSyncCause("no-scheduler"), "the scheduler closed the connection"};
     }
     return isConnected;
 }
 
+QueueFailure failureForHTTPStatus(http_status_t status) {
+    if (status == HTTP_STATUS_ERROR) {
+        return {&queueSyncCause("no-scheduler"), "the scheduler closed the connection"};
+    }
+    const bool isRefused = status == HTTP_STATUS_UNAUTHORIZED || status == HTTP_STATUS_FORBIDDEN;
+    return {
+        isRefused ? &queueSyncCause("scheduler-refuses") : &queueSyncCause("scheduler-error"),
+        "the scheduler answers with the HTTP status " + std::to_string(static_cast<int>(status))};
+}
+
 SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t mostBytes,
-                       std::string& error) {
+                       QueueFailure& failure) {
     std::array<char, HTTP_MAX_URI> resource{};
     httpAssembleURIf(HTTP_URI_CODING_RESOURCE, resource.data(), static_cast<int>(resource.size()),
                      "http", nullptr, "localhost", 0, "/printers/%s.ppd", name.c_str());
@@ -169,24 +178,25 @@ SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t 
     path.erase(0, path.find('/', std::string_view("http://").size()));
     httpClearFields(connection);
     if (httpGet(connection, path.c_str()) != 0) {
-        error = "the request could not be sent";
+        failure = {&queueSyncCause("no-scheduler"), "the request could not be sent"};
         return {};
     }
     const http_status_t status = readHTTPHead(connection);
     if (status == HTTP_STATUS_NOT_FOUND) {
-        error = "the scheduler has no PPD for it";
+        failure = {&queueSyncCause("no-queue"), "the scheduler has no PPD for it"};
         return {nullptr, true};
     }
     if (status != HTTP_STATUS_OK) {
-        error = status == HTTP_STATUS_ERROR
-                    ? "the scheduler closed the connection"
-                    : "the scheduler answers: " + std::string(httpStatus(status));
+        failure = failureForHTTPStatus(status);
         return {};
     }
     std::string text;
-    return readHTTPBody(connection, mostBytes, text, error)
-               ? SchedulerPPD{makePPDText(std::move(text)), false}
-               : SchedulerPPD{};
+    OrbCSError cause;
+    if (!readHTTPBody(connection, mostBytes, text, cause)) {
+        failure = {&queueSyncCause("no-scheduler"), cause.reason};
+        return {};
+    }
+    return {makePPDText(std::move(text)), false};
 }
 
 File temporaryFile(const std::string& text) {
@@ -198,14 +208,14 @@ File temporaryFile(const std::string& text) {
 }
 
 bool sendPPD(http_t* connection, const std::string& name, const std::string& text,
-             std::string& error) {
+             QueueFailure& failure) {
     // CUPS-Add-Modify-Printer creates a queue that does not exist.
-    if (!askForQueue(connection, name, error)) {
+    if (!askForQueue(connection, name, failure)) {
         return false;
     }
     const File file = temporaryFile(text);
     if (!file) {
-        error = "there is no room for a temporary file";
+        failure = {&queueSyncCause("no-result"), "there is no room for a temporary file"};
         return false;
     }
     std::rewind(file.get());
@@ -213,7 +223,7 @@ bool sendPPD(http_t* connection, const std::string& name, const std::string& tex
     const IPPMessage answer(
         cupsDoIORequest(connection, request.release(), "/admin/", fileno(file.get()), -1));
     if (cupsLastError() > IPP_STATUS_OK_CONFLICTING) {
-        error = reasonOfLastError();
+        failure = failureOfLastRequest();
         return false;
     }
     return true;
@@ -227,65 +237,70 @@ CUPSScheduler::CUPSScheduler(std::string server, const Limits& limits)
     : server_(std::move(server)), limits_(limits) {}
 
 template <typename Result, typename Talk>
-Result CUPSScheduler::ask(std::string& error, const Talk& talk) const {
+Result CUPSScheduler::ask(QueueFailure& failure, const Talk& talk) const {
     Result result{};
-    std::string reason;
+    QueueFailure met;
+    OrbCSError error;
     // A talk that ran out of time may have had its answer all the same, but it was not whole.
     const bool isWhole = talkOverHTTP(
         schedulerOpening(server_), limits_.time,
-        [&](http_t* connection) { result = talk(connection, reason); }, error);
+        [&](http_t* connection) { result = talk(connection, met); }, error);
     if (!isWhole) {
-        error = "the scheduler cannot be reached: " + error;
+        failure = {&queueSyncCause("no-scheduler"),
+                   "the scheduler cannot be reached: " + error.reason};
         return Result{};
     }
-    error = reason;
+    failure = met;
     return result;
 }
 
-std::optional<std::vector<std::string>> CUPSScheduler::queueNames(std::string& error) const {
-    return ask<std::optional<std::vector<std::string>>>(error, askForQueueNames);
+std::optional<std::vector<std::string>> CUPSScheduler::queueNames(QueueFailure& failure) const {
+    return ask<std::optional<std::vector<std::string>>>(failure, askForQueueNames);
 }
 
-SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, std::string& error) const {
+SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, QueueFailure& failure) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
-        error = PPDModelCore::kNoQueueName;
+        failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
         return {};
     }
-    return ask<SchedulerPPD>(error, [&](http_t* connection, std::string& reason) {
-        return askForPPD(connection, name, limits_.bytes, reason);
+    return ask<SchedulerPPD>(failure, [&](http_t* connection, QueueFailure& met) {
+        return askForPPD(connection, name, limits_.bytes, met);
     });
 }
 
 SchedulerQueueAndPPD CUPSScheduler::queueAndPPDWithName(const std::string& name,
-                                                        std::string& error) const {
+                                                        QueueFailure& failure) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
-        error = PPDModelCore::kNoQueueName;
+        failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
         return {};
     }
-    return ask<SchedulerQueueAndPPD>(error, [&](http_t* connection, std::string& reason) {
-        SchedulerQueueAndPPD both{askForQueue(connection, name, reason), {}};
-        if (both.queue && isReadyForAnotherRequest(connection, reason)) {
-            both.PPD = askForPPD(connection, name, limits_.bytes, reason);
+    return ask<SchedulerQueueAndPPD>(failure, [&](http_t* connection, QueueFailure& met) {
+        SchedulerQueueAndPPD both{askForQueue(connection, name, met), {}};
+        if (both.queue && both.queue->kind == SchedulerQueue::Kind::own &&
+            isReadyForAnotherRequest(connection, met)) {
+            both.PPD = askForPPD(connection, name, limits_.bytes, met);
         }
         return both;
     });
 }
 
 bool CUPSScheduler::installPPD(const std::string& name, const std::string& text,
-                               std::string& error) const {
+                               QueueFailure& failure) const {
     if (!PPDModelCore::couldBeQueueName(name)) {
-        error = PPDModelCore::kNoQueueName;
+        failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
         return false;
     }
-    return ask<bool>(error, [&](http_t* connection, std::string& reason) {
-        return sendPPD(connection, name, text, reason);
+    return ask<bool>(failure, [&](http_t* connection, QueueFailure& met) {
+        return sendPPD(connection, name, text, met);
     });
 }
 
 PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler) {
     return [scheduler = std::move(scheduler)](const std::string& queueName,
                                               std::string& reason) -> std::optional<PPDText> {
-        SchedulerPPD PPD = scheduler->PPDOfQueue(queueName, reason);
+        QueueFailure failure;
+        SchedulerPPD PPD = scheduler->PPDOfQueue(queueName, failure);
+        reason = failure.reason;
         return PPD.text || PPD.isRaw ? std::optional(std::move(PPD.text)) : std::nullopt;
     };
 }

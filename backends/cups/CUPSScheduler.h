@@ -27,16 +27,16 @@ class CUPSScheduler : public QueueScheduler {
     explicit CUPSScheduler(std::string server = {});
     CUPSScheduler(std::string server, const Limits& limits);
 
-    std::optional<std::vector<std::string>> queueNames(std::string& error) const override;
-    SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const override;
+    std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override;
+    SchedulerPPD PPDOfQueue(const std::string& name, QueueFailure& failure) const override;
     SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
-                                             std::string& error) const override;
+                                             QueueFailure& failure) const override;
     bool installPPD(const std::string& name, const std::string& text,
-                    std::string& error) const override;
+                    QueueFailure& failure) const override;
 
   private:
     template <typename Result, typename Talk>
-    Result ask(std::string& error, const Talk& talk) const;
+    Result ask(QueueFailure& failure, const Talk& talk) const;
 
     std::string server_;
     Limits limits_;

@@ -44,7 +44,7 @@ struct Exchange {
     std::exception_ptr failure;
     /// Read by libcups while it connects.
     int cancel = 0;
-    std::string error;
+    OrbCSError error;
 };
 
 std::chrono::milliseconds timeUntil(Clock::time_point deadline) {
@@ -79,10 +79,19 @@ WaitEnd waitUntilFinished(Exchange& exchange, std::unique_lock<std::mutex>& lock
     }
 }
 
+OrbCSError errorOfEnd(WaitEnd end, bool isOpen, std::chrono::milliseconds limit) {
+    if (end == WaitEnd::cancelled) {
+        return {OrbCSError::Cause::cancelled, "interrupted"};
+    }
+    const std::string within = " within " + std::to_string(limit.count()) + " ms";
+    return {OrbCSError::Cause::timeout,
+            (isOpen ? "there was no whole answer" : "its name was not found") + within};
+}
+
 void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
                   Clock::time_point deadline, const HTTPTalk* talk) {
     cupsSetPasswordCB2(refusePassword, nullptr);
-    std::string error;
+    OrbCSError error;
     http_t* connection = opening(error);
     {
         const std::lock_guard lock(exchange->mutex);
@@ -109,7 +118,8 @@ void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& 
                 exchange->failure = std::current_exception();
             }
         } else {
-            error = reasonOfFailedConnection(httpError(connection));
+            error = {OrbCSError::Cause::noConnection,
+                     reasonOfFailedConnection(httpError(connection))};
         }
     }
     const std::lock_guard lock(exchange->mutex);
@@ -148,24 +158,21 @@ void shutDown(http_t* connection) {
 }  // namespace
 
 bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
-                  std::string& error, const std::atomic<bool>* isCancelled) {
+                  OrbCSError& error, const std::atomic<bool>* isCancelled) {
     const auto deadline = Clock::now() + limit;
     const auto exchange = std::make_shared<Exchange>();
     std::thread thread;
     try {
         thread = std::thread(talkOnThread, exchange, std::move(opening), deadline, &talk);
     } catch (const std::system_error&) {
-        error = "there is no thread left for it";
+        error = {OrbCSError::Cause::unknown, "there is no thread left for it"};
         return false;
     }
     std::unique_lock lock(exchange->mutex);
     const auto isFinished = [&exchange] { return exchange->isFinished; };
     const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, isCancelled);
     if (end != WaitEnd::finished) {
-        const std::string within = " within " + std::to_string(limit.count()) + " ms";
-        error = end == WaitEnd::cancelled ? "interrupted"
-                : exchange->isOpen        ? "there was no whole answer" + within
-                                          : "its name was not found" + within;
+        error = errorOfEnd(end, exchange->isOpen, limit);
         if (!exchange->isOpen) {
             exchange->isAbandoned = true;
             thread.detach();
@@ -193,7 +200,7 @@ bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HT
 }
 
 http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
-                         std::string& error) {
+                         OrbCSError& error) {
     http_addrlist_t* addresses =
         httpAddrGetList(host.c_str(), AF_UNSPEC, std::to_string(port).c_str());
     http_t* connection = addresses ? httpConnect2(host.c_str(), port, addresses, AF_UNSPEC,
@@ -201,7 +208,7 @@ http_t* openedConnection(const std::string& host, int port, http_encryption_t en
                                    : nullptr;
     httpAddrFreeList(addresses);  // The connection has a copy.
     if (!connection) {
-        error = "its name is not known";
+        error = {OrbCSError::Cause::unknownHost, "its name is not known"};
     }
     return connection;
 }
@@ -215,19 +222,20 @@ http_status_t readHTTPHead(http_t* connection) {
     return status == HTTP_STATUS_OK && httpError(connection) != 0 ? HTTP_STATUS_ERROR : status;
 }
 
-bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, std::string& error) {
+bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, OrbCSError& error) {
     std::array<char, 16384> buffer{};
     for (;;) {
         const ssize_t count = httpRead2(connection, buffer.data(), buffer.size());
         if (count < 0) {
-            error = "the answer is cut short";
+            error = {OrbCSError::Cause::brokenAnswer, "the answer is cut short"};
             return false;
         }
         if (count == 0) {
             break;
         }
         if (body.size() + static_cast<std::size_t>(count) > limit) {
-            error = "the answer is longer than " + std::to_string(limit) + " bytes";
+            error = {OrbCSError::Cause::brokenAnswer,
+                     "the answer is longer than " + std::to_string(limit) + " bytes"};
             return false;
         }
         body.append(buffer.data(), static_cast<std::size_t>(count));
@@ -238,7 +246,7 @@ bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, std:
     // A connection that ends where a chunk should begin leaves nothing but an error.
     const bool isAtEnd = httpGetRemaining(connection) == 0 && httpError(connection) == 0;
     if (isEndTold && !isAtEnd) {
-        error = "the answer is cut short";
+        error = {OrbCSError::Cause::brokenAnswer, "the answer is cut short"};
         return false;
     }
     return true;

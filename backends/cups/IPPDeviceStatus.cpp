@@ -25,7 +25,7 @@ void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatu
     for (const char* scheme : {"ipp", "ipps", "dnssd"}) {
         schemes.registerScheme(scheme, [limits](const std::string& deviceURI,
                                                 const OrbDictionary* parameters,
-                                                std::string& error) {
+                                                OrbCSError& error) {
             const auto time = isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
             return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
         });

@@ -81,46 +81,47 @@ IPPMessage requestForPrinter(const std::string& URI, int majorVersion, int minor
     return request;
 }
 
-std::string reasonForHTTPStatus(http_status_t status) {
+OrbCSError errorForHTTPStatus(http_status_t status) {
+    using Cause = OrbCSError::Cause;
     switch (status) {
         case HTTP_STATUS_ERROR:
-            return "the connection was closed before an answer";
+            return {Cause::brokenAnswer, "the connection was closed before an answer"};
         case HTTP_STATUS_UNAUTHORIZED:
-            return "the printer asks for a password";
+            return {Cause::accessDenied, "the printer asks for a password"};
         case HTTP_STATUS_UPGRADE_REQUIRED:
-            return "the printer wants an encrypted connection (ipps:)";
+            return {Cause::accessDenied, "the printer wants an encrypted connection (ipps:)"};
         case HTTP_STATUS_MULTIPLE_CHOICES:
         case HTTP_STATUS_MOVED_PERMANENTLY:
         case HTTP_STATUS_FOUND:
         case HTTP_STATUS_SEE_OTHER:
         case HTTP_STATUS_TEMPORARY_REDIRECT:
-            return "the printer sends us elsewhere, which is not followed";
+            return {Cause::notIPP, "the printer sends us elsewhere, which is not followed"};
         default:
-            return "the printer answers with the HTTP status " +
-                   std::to_string(static_cast<int>(status));
+            return {Cause::deviceError, "the printer answers with the HTTP status " +
+                                            std::to_string(static_cast<int>(status))};
     }
 }
 
-/// Sends the request and reads the answer's bytes; false and the reason when there is none.
+/// Sends the request and reads the answer's bytes; false and the cause when there is none.
 bool exchange(http_t* connection, const std::string& resource, ipp_t* request,
-              std::size_t mostBytes, std::string& answer, std::string& error) {
+              std::size_t mostBytes, std::string& answer, OrbCSError& error) {
     httpClearFields(connection);
     httpSetField(connection, HTTP_FIELD_CONTENT_TYPE, "application/ipp");
     httpSetLength(connection, ippLength(request));
     ippSetState(request, IPP_STATE_IDLE);
     if (httpPost(connection, resource.c_str()) != 0 ||
         ippWrite(connection, request) != IPP_STATE_DATA) {
-        error = "the request could not be sent";
+        error = {OrbCSError::Cause::brokenAnswer, "the request could not be sent"};
         return false;
     }
     const http_status_t status = readHTTPHead(connection);
     if (status != HTTP_STATUS_OK) {
-        error = reasonForHTTPStatus(status);
+        error = errorForHTTPStatus(status);
         return false;
     }
     const std::string_view type = httpGetField(connection, HTTP_FIELD_CONTENT_TYPE);
     if (!type.empty() && !type.starts_with("application/ipp")) {
-        error = "the answer is not IPP";
+        error = {OrbCSError::Cause::notIPP, "the answer is not IPP"};
         return false;
     }
     return readHTTPBody(connection, mostBytes, answer, error);
@@ -134,26 +135,30 @@ ipp_status_t statusOfAnswer(std::string_view answer) {
 
 std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
                                                       std::size_t mostAttributes,
-                                                      std::string& error) {
+                                                      OrbCSError& error) {
     std::set<std::string, std::less<>> wanted;
     for (const char* name : IPPStatusMapping::requestedAttributes()) {
         wanted.emplace(name);
     }
     DroppedValues dropped;
+    std::string reason;
     const std::string bytes =
-        IPPAnswerFilter(std::move(wanted), mostAttributes).filtered(answer, dropped, error);
+        IPPAnswerFilter(std::move(wanted), mostAttributes).filtered(answer, dropped, reason);
     if (bytes.empty()) {
+        error = {OrbCSError::Cause::notIPP, reason};
         return nullptr;
     }
     // RFC 8011, appendix B: every code below is a success, also one that we do not know.
     constexpr int kFirstAfterSuccess = 0x0100;
     if (static_cast<int>(statusOfAnswer(answer)) >= kFirstAfterSuccess) {
-        error = "the printer answers " + std::string(ippErrorString(statusOfAnswer(answer)));
+        error = {OrbCSError::Cause::deviceError,
+                 "the printer answers " + std::string(ippErrorString(statusOfAnswer(answer)))};
         return nullptr;
     }
     const IPPMessage message = IPPMessageWithBytes(bytes);
     if (!message) {
-        error = "the answer cannot be read as IPP, or there is not enough memory for it";
+        error = {OrbCSError::Cause::notIPP,
+                 "the answer cannot be read as IPP, or there is not enough memory for it"};
         return nullptr;
     }
     return IPPStatusMapping::statusForAnswer(message.get(), std::move(dropped));
@@ -174,7 +179,7 @@ bool isDNSSD(const std::string& deviceURI) {
 
 /// Resolves a name of DNS-SD and connects to the printer; fills in where that is.
 http_t* resolvedConnection(const std::string& deviceURI, std::chrono::milliseconds time,
-                           Printer& printer, std::string& error) {
+                           Printer& printer, OrbCSError& error) {
     std::array<char, HTTP_MAX_URI> resource{};
     cups_dest_t* destination = cupsGetDestWithURI("printer", deviceURI.c_str());
     http_t* connection =
@@ -184,7 +189,8 @@ http_t* resolvedConnection(const std::string& deviceURI, std::chrono::millisecon
             : nullptr;
     cupsFreeDests(destination ? 1 : 0, destination);
     if (!connection) {
-        error = "its DNS-SD name could not be resolved and connected";
+        error = {OrbCSError::Cause::noConnection,
+                 "its DNS-SD name could not be resolved and connected"};
         return nullptr;
     }
     std::array<char, HTTP_MAX_HOST> host{};
@@ -201,30 +207,30 @@ http_t* resolvedConnection(const std::string& deviceURI, std::chrono::millisecon
 }  // namespace
 
 std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
-    const std::string& deviceURI, std::string& error) const {
+    const std::string& deviceURI, OrbCSError& error) const {
     // Shared with the thread, which may outlive this call while it resolves a name.
     const auto printer = std::make_shared<Printer>();
     if (!isDNSSD(deviceURI)) {
         auto separated = printerWithURI(deviceURI);
         if (!separated) {
-            error = "the URI names no IPP printer";
+            error = {OrbCSError::Cause::malformedURI, "the URI names no IPP printer"};
             return nullptr;
         }
         *printer = std::move(*separated);
     }
-    const HTTPOpening opening = [printer, deviceURI, time = time_](std::string& reason) {
+    const HTTPOpening opening = [printer, deviceURI, time = time_](OrbCSError& cause) {
         return isDNSSD(deviceURI)
-                   ? resolvedConnection(deviceURI, time, *printer, reason)
+                   ? resolvedConnection(deviceURI, time, *printer, cause)
                    : openedConnection(printer->host, printer->port,
                                       printer->isEncrypted ? HTTP_ENCRYPTION_ALWAYS
                                                            : HTTP_ENCRYPTION_IF_REQUESTED,
-                                      reason);
+                                      cause);
     };
     const auto deadline = std::chrono::steady_clock::now() + time_;
     std::string answer;
     const auto ask = [&](int majorVersion, int minorVersion, std::chrono::milliseconds time) {
         answer.clear();
-        std::string reason;
+        OrbCSError cause;
         bool isAnswered = false;
         const bool isWhole = talkOverHTTP(
             opening, time,
@@ -232,11 +238,11 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
                 const IPPMessage request =
                     requestForPrinter(printer->URI, majorVersion, minorVersion);
                 isAnswered = exchange(connection, printer->resource, request.get(), limits_.bytes,
-                                      answer, reason);
+                                      answer, cause);
             },
             error, limits_.isCancelled);
         if (isWhole && !isAnswered) {
-            error = reason;
+            error = cause;
         }
         return isWhole && isAnswered;
     };

@@ -15,9 +15,9 @@ class IPPPrinterRequest {
     IPPPrinterRequest(const IPPDeviceStatusLimits& limits, std::chrono::milliseconds time)
         : limits_(limits), time_(time) {}
 
-    /// Null, with the reason (one phrase) in `error`, when there is no status.
+    /// Null, with the cause and reason in `error`, when there is no status.
     std::shared_ptr<const IPPDeviceStatus> statusOfPrinter(const std::string& deviceURI,
-                                                           std::string& error) const;
+                                                           OrbCSError& error) const;
 
   private:
     IPPDeviceStatusLimits limits_;

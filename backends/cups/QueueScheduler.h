@@ -6,12 +6,21 @@
 #include <vector>
 
 #include "ppd/PPDText.h"
+#include "sync/QueueSyncCauses.h"
 
 namespace TkPPDUpdating {
 
 /// A print queue as its scheduler describes it.
 struct SchedulerQueue {
     std::string name;
+    enum class Kind {
+        own,
+        /// A class: a name for several queues, without a PPD of its own.
+        printerClass,
+        /// A queue of another machine, which the scheduler has only found in the network.
+        remote,
+    };
+    Kind kind = Kind::own;
     std::string deviceURI;
     /// When the queue's configuration was last changed, in the scheduler's seconds
     /// (printer-config-change-time, RFC 3995); 0 when the scheduler does not tell.
@@ -38,29 +47,29 @@ struct SchedulerQueueAndPPD {
 /// The print queues of a machine and their PPDs.
 ///
 /// Callers: names are those of queues; a name that could be none is refused without being passed
-/// on. Nothing or null goes with the reason, one phrase without the queue's name, in `error`.
+/// on. Nothing or null goes with the cause and reason in `failure`.
 ///
 /// Implementers: raise nothing. The operations may be called from several threads.
 class QueueScheduler {
   public:
     virtual ~QueueScheduler() = default;
 
-    /// The names of the queues of this machine, sorted; no classes, nor queues that the scheduler
+    /// The names of the queues and classes of this machine, sorted; no queues that the scheduler
     /// has only found in the network.
-    virtual std::optional<std::vector<std::string>> queueNames(std::string& error) const = 0;
+    virtual std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const = 0;
 
     /// The queue's PPD.
-    virtual SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const = 0;
+    virtual SchedulerPPD PPDOfQueue(const std::string& name, QueueFailure& failure) const = 0;
 
-    /// The queue of that name, nothing when there is none, and its PPD; the reason in `error` is
-    /// that of the first which is missing.
+    /// The queue of that name, nothing when there is none, and its PPD; `failure` is
+    /// about the first which is missing. A class and a queue of another machine have no PPD.
     virtual SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
-                                                     std::string& error) const = 0;
+                                                     QueueFailure& failure) const = 0;
 
     /// Makes the text the PPD of the queue, which must exist: a queue is never created. False when
     /// the scheduler did not take it.
     virtual bool installPPD(const std::string& name, const std::string& text,
-                            std::string& error) const = 0;
+                            QueueFailure& failure) const = 0;
 };
 
 }  // namespace TkPPDUpdating

@@ -1,62 +1,36 @@
 #include "backends/cups/QueueSync.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
+#include <string_view>
 #include <utility>
-
-#include <unistd.h>
 
 #include "backends/cups/InstallationChecks.h"
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "manager/OrbPPDToldRule.h"
+#include "manager/OrbPPDUpdatingContext.h"
 #include "ppd/UTF8.h"
+#include "sync/QueueSyncCauses.h"
 
 namespace TkPPDUpdating {
 
 namespace {
 
-/// A file with a text, gone at the end of the scope: the text operation reads files.
-class TextFile {
-  public:
-    explicit TextFile(const std::string& text) {
-        std::error_code error;
-        const auto folder = std::filesystem::temp_directory_path(error);
-        path_ = ((error ? "/tmp" : folder) / "tkppdupdate-XXXXXX").string();
-        const int file = mkstemp(path_.data());
-        if (file < 0) {
-            path_.clear();
-            return;
-        }
-        std::size_t written = 0;
-        while (written < text.size()) {
-            const ssize_t count = write(file, text.data() + written, text.size() - written);
-            if (count < 0 && errno != EINTR) {
-                break;
-            }
-            written += count < 0 ? 0 : static_cast<std::size_t>(count);
-        }
-        isWhole_ = close(file) == 0 && written == text.size();
+/// The text with a question mark for every byte that is not UTF-8, so that it can be parsed all the
+/// same: keywords are ASCII in every encoding of a PPD.
+PPDText readableText(const std::string& text) {
+    std::string readable;
+    readable.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();) {
+        const auto character = UTF8CharacterAtStart(rest);
+        const std::size_t length = character ? character->length : 1;
+        readable += character ? rest.substr(0, length) : std::string_view("?");
+        rest.remove_prefix(length);
     }
-    TextFile(const TextFile&) = delete;
-    TextFile& operator=(const TextFile&) = delete;
-    ~TextFile() {
-        if (!path_.empty()) {
-            unlink(path_.c_str());
-        }
-    }
-
-    bool isWhole() const { return isWhole_; }
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string path_;
-    bool isWhole_ = false;
-};
+    return makePPDText(std::move(readable));
+}
 
 }  // namespace
 
@@ -77,67 +51,100 @@ class QueueSync::Run {
     }
 
   private:
-    bool end(QueueSyncResult result, std::string reason = {}) {
+    bool end(QueueSyncResult result) {
         outcome_.result = result;
-        outcome_.reason = std::move(reason);
         return false;
     }
 
-    bool fail(std::string reason) { return end(QueueSyncResult::failed, std::move(reason)); }
+    bool end(const QueueSyncCause& cause, std::string reason) {
+        outcome_.cause = &cause;
+        outcome_.reason = std::move(reason);
+        return end(cause.result);
+    }
+
+    bool end(const std::string& what, const QueueFailure& failure) {
+        return end(*failure.cause, what + failure.reason);
+    }
+
+    bool skip(std::string reason) {
+        outcome_.reason = std::move(reason);
+        return end(QueueSyncResult::skipped);
+    }
 
     bool goesOn() {
         const bool isCancelled = options_.isCancelled && options_.isCancelled->load();
-        return !isCancelled || end(QueueSyncResult::abandoned, "interrupted");
+        return !isCancelled || end(queueSyncCause("interrupted"), "interrupted");
     }
 
     bool readQueue() {
-        std::string reason;
-        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, reason);
+        QueueFailure failure;
+        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, failure);
         if (!queue) {
-            return fail(reason);
+            return end("", failure);
         }
         queue_ = *queue;
+        if (queue_.kind != SchedulerQueue::Kind::own) {
+            return skip(queue_.kind == SchedulerQueue::Kind::printerClass
+                            ? "it is a class, which has no PPD"
+                            : "it is a queue of another machine");
+        }
         if (PPD.isRaw) {
-            return end(QueueSyncResult::skipped, "it is a raw queue, which has no PPD");
+            return skip("it is a raw queue, which has no PPD");
         }
         if (!PPD.text) {
-            return fail("its PPD cannot be read: " + reason);
+            return end("its PPD cannot be read: ", failure);
         }
         outcome_.before = PPD.text;
-        if (const auto offset = firstInvalidUTF8Byte(*PPD.text)) {
-            return fail("its PPD is not valid UTF-8 at byte " + std::to_string(*offset));
+        return readPPD();
+    }
+
+    /// A PPD that does not follow its printer is none of our business, whatever else is to be said
+    /// of it.
+    bool readPPD() {
+        std::string reason;
+        const auto invalid = firstInvalidUTF8Byte(*outcome_.before);
+        before_ = PPDModelFile::fileWithText(
+            invalid ? readableText(*outcome_.before) : outcome_.before, &reason);
+        if (!before_) {
+            return end(queueSyncCause("bad-ppd"), "its PPD cannot be parsed: " + reason);
         }
-        before_ = PPDModelFile::fileWithText(PPD.text, &reason);
-        return before_ || fail("its PPD cannot be parsed: " + reason);
+        manager_ = options_.makeManager ? options_.makeManager()
+                                        : std::make_unique<OrbPPDConcreteUpdatingManager>();
+        const auto updaters = manager_->applicableUpdatersForPPDFile(before_.get());
+        if (updaters.empty()) {
+            return skip("nothing in its PPD follows the printer");
+        }
+        isStatusNeeded_ = std::ranges::any_of(
+            updaters, [](const auto& updater) { return OrbPPDToldRule::readsStatus(*updater); });
+        return !invalid || end(queueSyncCause("not-utf8"),
+                               "its PPD is not valid UTF-8 at byte " + std::to_string(*invalid));
     }
 
     bool askPrinter() {
+        if (!isStatusNeeded_) {
+            return true;
+        }
         const PrinterTurn turn(printers_, options_.isCancelled);
         if (!turn.isTaken()) {
             return goesOn();
         }
-        std::string reason;
-        const bool isAnswered = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(
-                                    queue_.deviceURI, nullptr, &reason) != nullptr;
+        OrbCSError error;
+        status_ = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(queue_.deviceURI, nullptr,
+                                                                          &error);
         // One that was not waited for is not to blame.
-        return isAnswered || (goesOn() && fail("its printer gives no status: " + reason));
+        return status_ || (goesOn() && end(queueSyncCauseForError(error.cause),
+                                           "its printer gives no status: " + error.reason));
     }
 
     bool updateText() {
-        const TextFile file(*outcome_.before);
-        if (!file.isWhole()) {
-            return fail("there is no room for a temporary file");
-        }
-        manager_ = options_.makeManager ? options_.makeManager()
-                                        : std::make_unique<OrbPPDConcreteUpdatingManager>();
+        OrbDictionary context =
+            OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status_, nullptr);
         try {
-            outcome_.after =
-                manager_->updatedPPDContentsForFile_deviceURI(file.path(), queue_.deviceURI);
+            outcome_.after = manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
+                outcome_.before, *before_, queue_.deviceURI, std::move(context));
         } catch (const std::out_of_range&) {
-            return fail("its PPD has an attribute that ends before its value does");
-        }
-        if (!outcome_.after) {
-            return fail("its PPD could not be updated");
+            return end(queueSyncCause("no-result"),
+                       "its PPD has an attribute that ends before its value does");
         }
         if (*outcome_.after == *outcome_.before) {
             outcome_.after = nullptr;
@@ -150,49 +157,51 @@ class QueueSync::Run {
         std::string reason;
         const auto after = PPDModelFile::fileWithText(outcome_.after, &reason);
         if (!after) {
-            return fail("the updated PPD cannot be parsed: " + reason);
+            return end(queueSyncCause("refused-result"),
+                       "the updated PPD cannot be parsed: " + reason);
         }
         const auto refusal = InstallationChecks::reasonNotToInstall(
             *before_, *after, InstallationChecks::ownedOptions(*manager_, *before_));
         if (refusal) {
-            return fail("the updated PPD is refused: " + *refusal);
+            return end(queueSyncCause("refused-result"), "the updated PPD is refused: " + *refusal);
         }
         return !options_.isDryRun || end(QueueSyncResult::wouldUpdate);
     }
 
     bool isUnchangedMeanwhile() {
-        std::string reason;
-        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, reason);
+        QueueFailure failure;
+        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, failure);
         if (!queue) {
-            return fail("it can no longer be looked up: " + reason);
+            return end("it can no longer be looked up: ", failure);
         }
-        if (!PPD.text) {
-            return fail("its PPD can no longer be read: " + reason);
+        const bool isSame = *queue == queue_ && PPD.text && *PPD.text == *outcome_.before;
+        if (isSame || PPD.text || PPD.isRaw) {
+            return isSame || end(queueSyncCause("changed-meanwhile"),
+                                 "it was changed meanwhile; nothing was installed");
         }
-        const bool isSame = *queue == queue_ && *PPD.text == *outcome_.before;
-        return isSame || fail("it was changed meanwhile; nothing was installed");
+        return end("its PPD can no longer be read: ", failure);
     }
 
     bool install() {
-        std::string reason;
-        return scheduler_.installPPD(outcome_.queueName, *outcome_.after, reason) ||
-               isInstalledAllTheSame() || fail("the updated PPD was not installed: " + reason);
+        QueueFailure failure;
+        return scheduler_.installPPD(outcome_.queueName, *outcome_.after, failure) ||
+               isInstalledAllTheSame() || end("the updated PPD was not installed: ", failure);
     }
 
     /// The scheduler may have done it although its answer was lost.
     bool isInstalledAllTheSame() const {
-        std::string ignored;
+        QueueFailure ignored;
         const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, ignored);
         return PPD.text && *PPD.text == *outcome_.after;
     }
 
     void readBack() {
-        std::string reason;
-        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, reason);
+        QueueFailure failure;
+        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, failure);
         if (!PPD.text) {
-            fail("the installed PPD cannot be read back: " + reason);
+            end("the installed PPD cannot be read back: ", failure);
         } else if (*PPD.text != *outcome_.after) {
-            fail("the installed PPD reads back as another");
+            end(queueSyncCause("changed-meanwhile"), "the installed PPD reads back as another");
         } else {
             end(QueueSyncResult::updated);
         }
@@ -205,6 +214,8 @@ class QueueSync::Run {
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
     std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
+    bool isStatusNeeded_ = true;
+    std::shared_ptr<const OrbCSDeviceStatus> status_;
 };
 
 QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)

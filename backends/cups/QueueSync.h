@@ -11,45 +11,18 @@
 #include "backends/cups/PrinterTurns.h"
 #include "backends/cups/QueueScheduler.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
-#include "ppd/PPDText.h"
+#include "sync/QueueSyncOutcome.h"
 
 namespace TkPPDUpdating {
-
-/// How the synchronisation of one queue ended.
-enum class QueueSyncResult {
-    /// The PPD already says what the printer says; nothing was installed.
-    unchanged,
-    /// The updated PPD was installed and read back.
-    updated,
-    /// A dry run: it would have been installed.
-    wouldUpdate,
-    /// A raw queue has no PPD that could be updated.
-    skipped,
-    failed,
-    /// The run was cancelled before anything was installed on the queue.
-    abandoned,
-};
-
-struct QueueSyncOutcome {
-    std::string queueName;
-    QueueSyncResult result = QueueSyncResult::failed;
-    /// Why it was skipped, failed or was abandoned: one phrase without the queue's name.
-    std::string reason;
-    /// The queue's PPD as it was, when it could be read, and as it is or would be, when it differs.
-    PPDText before;
-    PPDText after;
-};
 
 /// Brings the PPD of one queue in step with the printer behind it: asks the printer, runs the text
 /// operation, checks the result, makes sure that nobody has changed the queue meanwhile, installs
 /// and reads back. The scheduler has no compare-and-swap: between the last look and the
 /// installation a change by somebody else can still be lost, but for no longer than that.
 ///
-/// A printer that gives no status leaves its queue as it is, and the outcome is `failed`: what the
-/// updaters assume of a silent printer is for a new queue, not for one that is in use.
-///
-/// The printer is asked through `OrbCoreInterface`, once for the reason of its silence and once by
-/// the updaters; put a library there that keeps its answers.
+/// A printer that gives no status leaves its queue as it is: what the updaters assume of a silent
+/// printer is for a new queue, not for one that is in use. It is asked through `OrbCoreInterface`,
+/// once, and not at all for a PPD none of whose updaters reads a status.
 class QueueSync {
   public:
     using ManagerMaker = std::function<std::unique_ptr<OrbPPDConcreteUpdatingManager>()>;
@@ -61,7 +34,7 @@ class QueueSync {
         /// Makes the manager of one queue; null for one with the built-in updaters. Of the user's
         /// defaults, the updated PPD may change those that one of the manager's
         /// `OrbPPDDefaultChoiceUpdater`s names in `optionNames`.
-        ManagerMaker makeManager;
+        ManagerMaker makeManager = nullptr;
         /// How many printers are asked at once, at least 1. While they are waited for, the threads
         /// that have no turn talk to the scheduler.
         std::size_t mostPrinters = 256;

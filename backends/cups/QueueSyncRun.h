@@ -13,8 +13,14 @@ namespace TkPPDUpdating {
 /// Synchronises many queues, several side by side.
 class QueueSyncRun {
   public:
-    /// Told of each queue as soon as it is done, one call at a time, on any thread.
-    using Finished = std::function<void(const QueueSyncOutcome& outcome)>;
+    /// What the caller is told, one call at a time, on any thread. What they raise ends the run and
+    /// is raised. Each may be null.
+    struct Observer {
+        /// Told of each queue in the order of the queues, as soon as all before it are done.
+        std::function<void(const QueueSyncOutcome& outcome)> finished;
+        /// Told as soon as a queue is done, with the number of those that are done.
+        std::function<void(std::size_t doneCount, const std::string& queueName)> progress;
+    };
     /// How many queues ended how.
     using Summary = std::map<QueueSyncResult, std::size_t>;
 
@@ -23,9 +29,8 @@ class QueueSyncRun {
     QueueSyncRun(const QueueSync& sync, std::size_t jobs) : sync_(sync), jobs_(jobs) {}
 
     /// Synchronises the queues and returns when all are done. When the run is cancelled, those that
-    /// have not begun to install are abandoned, and `finished` is told of them, too. What
-    /// `finished` raises ends the run and is raised.
-    Summary run(const std::vector<std::string>& queueNames, const Finished& finished) const;
+    /// have not begun to install are abandoned, and the observer is told of them, too.
+    Summary run(const std::vector<std::string>& queueNames, const Observer& observer) const;
 
   private:
     const QueueSync& sync_;

@@ -17,11 +17,12 @@ namespace {
 constexpr std::size_t kLargestRecording = std::size_t{4} * 1024 * 1024;
 
 std::shared_ptr<const OrbCSDeviceStatus> statusWithContentsOfFile(const std::string& path,
-                                                                  std::string& error) {
-    const PPDText recording = PPDTextWithContentsOfFile(path, &error, kLargestRecording);
-    auto status = recording ? RecordedDeviceStatus::statusWithJSON(*recording, error) : nullptr;
+                                                                  OrbCSError& error) {
+    std::string reason;
+    const PPDText recording = PPDTextWithContentsOfFile(path, &reason, kLargestRecording);
+    auto status = recording ? RecordedDeviceStatus::statusWithJSON(*recording, reason) : nullptr;
     if (!status) {
-        error = path + ": " + error;
+        error = {OrbCSError::Cause::unreadableRecording, path + ": " + reason};
     }
     return status;
 }
@@ -50,11 +51,12 @@ std::string RecordedDeviceStatus::JSONForStatus(const OrbCSDeviceStatus& status)
 void registerRecordedDeviceStatus(DeviceStatusSchemes& schemes) {
     schemes.registerScheme("file",
                            [](const std::string& deviceURI, const OrbDictionary* /*parameters*/,
-                              std::string& error) -> std::shared_ptr<const OrbCSDeviceStatus> {
+                              OrbCSError& error) -> std::shared_ptr<const OrbCSDeviceStatus> {
                                if (const auto path = pathFromFileURL(deviceURI)) {
                                    return statusWithContentsOfFile(*path, error);
                                }
-                               error = "the device URI names no file of this machine";
+                               error = {OrbCSError::Cause::malformedURI,
+                                        "the device URI names no file of this machine"};
                                return nullptr;
                            });
 }

@@ -69,24 +69,24 @@ std::vector<std::string> DeviceStatusSchemes::schemes() const {
 
 std::shared_ptr<const OrbCSDeviceStatus> DeviceStatusSchemes::deviceStatusWithURI_parameters_error(
     std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-    std::string* error) const {
-    std::string ignored;
-    std::string& reason = error ? *error : ignored;
+    OrbCSError* error) const {
+    OrbCSError ignored;
+    OrbCSError& cause = error ? *error : ignored;
     if (!deviceURI) {
-        reason = "no device URI is given";
+        cause = {OrbCSError::Cause::malformedURI, "no device URI is given"};
         return nullptr;
     }
     const auto scheme = schemeOf(*deviceURI);
     if (!scheme) {
-        reason = "the device URI has no scheme";
+        cause = {OrbCSError::Cause::malformedURI, "the device URI has no scheme"};
         return nullptr;
     }
     const auto backend = backends_.find(*scheme);
     if (backend == backends_.end()) {
-        reason = reasonForNoBackend(*scheme);
+        cause = {OrbCSError::Cause::noBackend, reasonForNoBackend(*scheme)};
         return nullptr;
     }
-    return backend->second(std::string(*deviceURI), parameters, reason);
+    return backend->second(std::string(*deviceURI), parameters, cause);
 }
 
 }  // namespace TkPPDUpdating

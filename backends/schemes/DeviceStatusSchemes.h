@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core_interface/OrbCSError.h"
 #include "core_interface/TkCommunicationServices.h"
 
 namespace TkPPDUpdating {
@@ -16,11 +17,11 @@ namespace TkPPDUpdating {
 /// registered for its scheme. An application adds a scheme of its own with one call.
 class DeviceStatusSchemes : public TkCommunicationServices {
   public:
-    /// Obtains the status of the printer behind a URI of the scheme; null, and the reason (one
-    /// phrase without the URI) in `error`, when there is none. `parameters` may be null. May be
+    /// Obtains the status of the printer behind a URI of the scheme; null, and the cause and
+    /// reason in `error`, when there is none. `parameters` may be null. May be
     /// called from several threads at once.
     using Backend = std::function<std::shared_ptr<const OrbCSDeviceStatus>(
-        const std::string& deviceURI, const OrbDictionary* parameters, std::string& error)>;
+        const std::string& deviceURI, const OrbDictionary* parameters, OrbCSError& error)>;
 
     /// Registers a backend for a scheme (RFC 3986, without the colon; case does not count),
     /// replacing an earlier one; null takes the scheme away. Not while a status is being obtained.
@@ -33,7 +34,7 @@ class DeviceStatusSchemes : public TkCommunicationServices {
     /// for the scheme \"usb\""), or when the backend gives none.
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        std::string* error) const override;
+        OrbCSError* error) const override;
 
   private:
     std::map<std::string, Backend, std::less<>> backends_;

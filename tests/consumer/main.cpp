@@ -28,7 +28,7 @@ int main(int argumentCount, char** arguments) {
         return 2;
     }
     auto schemes = std::make_shared<DeviceStatusSchemes>();
-    schemes->registerScheme("example", [](const std::string&, const OrbDictionary*, std::string&) {
+    schemes->registerScheme("example", [](const std::string&, const OrbDictionary*, OrbCSError&) {
         return std::make_shared<const PrinterWithDuplexer>();
     });
     OrbCoreInterface::setCommunicationServices(schemes);

@@ -101,10 +101,11 @@ TEST_F(CoreInterface, GivesNothingWithoutACoreLibrary) {
 
 TEST_F(CoreInterface, GivesNoStatusAndTheReasonWithoutACommunicationServicesLibrary) {
     OrbCoreInterface::setCommunicationServices(nullptr);
-    std::string error;
+    OrbCSError error;
     EXPECT_EQ(OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("ipp://p", nullptr, &error),
               nullptr);
-    EXPECT_FALSE(error.empty());
+    EXPECT_EQ(error.cause, OrbCSError::Cause::noBackend);
+    EXPECT_FALSE(error.reason.empty());
     EXPECT_EQ(OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("ipp://p", nullptr, nullptr),
               nullptr);
 }
@@ -147,7 +148,7 @@ TEST_F(CoreInterface, AsksTheCommunicationServicesLibraryForAStatusWithWhatItIsG
     const auto services = std::make_shared<FakeCommunicationServices>(status);
     OrbCoreInterface::setCommunicationServices(services);
     const OrbDictionary parameters{{std::string(kTkCSIsCUPSFilterModeKey), true}};
-    std::string error;
+    OrbCSError error;
     EXPECT_EQ(
         OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("ipp://p", &parameters, &error),
         status);

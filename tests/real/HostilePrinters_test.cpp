@@ -32,6 +32,7 @@ constexpr auto kSlack = milliseconds(1500);
 struct Answer {
     std::shared_ptr<const OrbCSDeviceStatus> status;
     std::string error;
+    OrbCSError::Cause cause = OrbCSError::Cause::unknown;
     milliseconds took{0};
 };
 
@@ -40,9 +41,12 @@ Answer ask(const std::string& URI, const IPPDeviceStatusLimits& limits,
     DeviceStatusSchemes schemes;
     registerCUPSDeviceStatus(schemes, limits);
     Answer answer;
+    OrbCSError error;
     const auto begin = Clock::now();
-    answer.status = schemes.deviceStatusWithURI_parameters_error(URI, parameters, &answer.error);
+    answer.status = schemes.deviceStatusWithURI_parameters_error(URI, parameters, &error);
     answer.took = std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
+    answer.error = error.reason;
+    answer.cause = error.cause;
     return answer;
 }
 
@@ -95,6 +99,7 @@ TEST(HostilePrinters, ARefusedConnectionIsNoStatus) {
     const Answer answer = ask("ipp://127.0.0.1:" + std::to_string(freeLoopbackPort()) + "/ipp");
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, "it does not take a connection");
+    EXPECT_EQ(answer.cause, OrbCSError::Cause::noConnection);
 }
 
 TEST(HostilePrinters, AnAddressWithoutARouteIsNoStatusWithinTheLimit) {
@@ -121,6 +126,7 @@ TEST(HostilePrinters, AcceptingAndSayingNothingEndsAtTheLimit) {
     const Answer answer = askShortly(printer.URI());
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
+    EXPECT_EQ(answer.cause, OrbCSError::Cause::timeout);
     EXPECT_GE(answer.took, kLimit);
     EXPECT_LT(answer.took, kLimit + kSlack);
 }
@@ -137,6 +143,7 @@ TEST(HostilePrinters, SilenceEndsAtOnceWhenTheExchangeIsCancelled) {
     const Answer answer = ask(printer.URI(), limits);
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, "interrupted");
+    EXPECT_EQ(answer.cause, OrbCSError::Cause::cancelled);
     EXPECT_LT(answer.took, std::chrono::seconds(30));
 }
 
@@ -145,6 +152,7 @@ TEST(HostilePrinters, SilenceInATLSHandshakeEndsAtTheLimit) {
     const Answer answer = askShortly("ipps" + printer.URI().substr(3));
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
+    EXPECT_EQ(answer.cause, OrbCSError::Cause::timeout);
     EXPECT_LT(answer.took, kLimit + kSlack);
 }
 
@@ -190,6 +198,7 @@ TEST_P(DrippingPrinters, EndsAtTheLimit) {
     const Answer answer = askShortly(printer.URI());
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, "there was no whole answer within 400 ms");
+    EXPECT_EQ(answer.cause, OrbCSError::Cause::timeout);
     EXPECT_LT(answer.took, kLimit + kSlack);
 }
 
@@ -227,6 +236,7 @@ TEST(HostilePrinters, ClosingBeforeTheAnswerIsNoStatus) {
     const Answer answer = ask(printer.URI());
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, "the connection was closed before an answer");
+    EXPECT_EQ(answer.cause, OrbCSError::Cause::brokenAnswer);
 }
 
 TEST(HostilePrinters, ClosingAfterAnyByteIsNoStatus) {
@@ -284,6 +294,7 @@ struct HTTPCase {
     const char* name;
     const char* head;
     const char* error;
+    OrbCSError::Cause cause;
 };
 
 class HTTPFaults : public testing::TestWithParam<HTTPCase> {};
@@ -296,22 +307,24 @@ TEST_P(HTTPFaults, AreNoStatus) {
     const Answer answer = ask(printer.URI());
     EXPECT_EQ(answer.status, nullptr);
     EXPECT_EQ(answer.error, GetParam().error);
+    EXPECT_EQ(answer.cause, GetParam().cause);
     EXPECT_EQ(printer.connections(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     ByStatus, HTTPFaults,
-    testing::Values(HTTPCase{"NotFound", "HTTP/1.1 404 Not Found\r\n",
-                             "the printer answers with the HTTP status 404"},
-                    HTTPCase{"ServerError", "HTTP/1.1 500 Oh\r\n",
-                             "the printer answers with the HTTP status 500"},
-                    HTTPCase{"Password",
-                             "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"P\"\r\n",
-                             "the printer asks for a password"},
-                    HTTPCase{"Upgrade", "HTTP/1.1 426 Upgrade\r\n",
-                             "the printer wants an encrypted connection (ipps:)"},
-                    HTTPCase{"HTMLPage", "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n",
-                             "the answer is not IPP"}),
+    testing::Values(
+        HTTPCase{"NotFound", "HTTP/1.1 404 Not Found\r\n",
+                 "the printer answers with the HTTP status 404", OrbCSError::Cause::deviceError},
+        HTTPCase{"ServerError", "HTTP/1.1 500 Oh\r\n",
+                 "the printer answers with the HTTP status 500", OrbCSError::Cause::deviceError},
+        HTTPCase{"Password", "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"P\"\r\n",
+                 "the printer asks for a password", OrbCSError::Cause::accessDenied},
+        HTTPCase{"Upgrade", "HTTP/1.1 426 Upgrade\r\n",
+                 "the printer wants an encrypted connection (ipps:)",
+                 OrbCSError::Cause::accessDenied},
+        HTTPCase{"HTMLPage", "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n",
+                 "the answer is not IPP", OrbCSError::Cause::notIPP}),
     [](const auto& fault) { return fault.param.name; });
 
 TEST(HostilePrinters, ARedirectIsNotFollowed) {
@@ -776,10 +789,10 @@ TEST(HostilePrinters, AnEncryptedSchemeIsEncryptedInCapitalsToo) {
 
 TEST(HTTPTalk, WhatTheTalkRaisesIsRaisedToItsCaller) {
     HostileIPPResponder peer([](const ResponderConnection& c) { c.waitForClose(); });
-    const HTTPOpening opening = [port = peer.port()](std::string& reason) {
-        return openedConnection("127.0.0.1", port, HTTP_ENCRYPTION_IF_REQUESTED, reason);
+    const HTTPOpening opening = [port = peer.port()](OrbCSError& cause) {
+        return openedConnection("127.0.0.1", port, HTTP_ENCRYPTION_IF_REQUESTED, cause);
     };
-    std::string error;
+    OrbCSError error;
     EXPECT_THROW(talkOverHTTP(
                      opening, std::chrono::seconds(20),
                      [](http_t* /*connection*/) { throw std::bad_alloc(); }, error),

@@ -12,6 +12,7 @@
 #include "backends/cups/QueueSync.h"
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "core_interface/TkCSKeys.h"
+#include "sync/QueueSyncCauses.h"
 #include "tests/real/ChildProcess.h"
 #include "tests/real/HostileIPPResponder.h"
 #include "tests/real/PrivateScheduler.h"
@@ -30,30 +31,30 @@ class MeddledScheduler : public QueueScheduler {
   public:
     explicit MeddledScheduler(const QueueScheduler& scheduler) : scheduler_(scheduler) {}
 
-    std::optional<std::vector<std::string>> queueNames(std::string& error) const override {
-        return scheduler_.queueNames(error);
+    std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override {
+        return scheduler_.queueNames(failure);
     }
     SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
-                                             std::string& error) const override {
+                                             QueueFailure& failure) const override {
         ++looks;
         if (looks == 2 && beforeSecondLook) {
             beforeSecondLook();
         }
-        return scheduler_.queueAndPPDWithName(name, error);
+        return scheduler_.queueAndPPDWithName(name, failure);
     }
-    SchedulerPPD PPDOfQueue(const std::string& name, std::string& error) const override {
-        return scheduler_.PPDOfQueue(name, error);
+    SchedulerPPD PPDOfQueue(const std::string& name, QueueFailure& failure) const override {
+        return scheduler_.PPDOfQueue(name, failure);
     }
     bool installPPD(const std::string& name, const std::string& text,
-                    std::string& error) const override {
+                    QueueFailure& failure) const override {
         ++installations;
         if (beforeInstallation) {
             beforeInstallation();
         }
-        if (!scheduler_.installPPD(name, text, error)) {
+        if (!scheduler_.installPPD(name, text, failure)) {
             return false;
         }
-        error = answerLost ? "the answer was lost" : "";
+        failure = {&queueSyncCause("no-scheduler"), "the answer was lost"};
         return !answerLost;
     }
 
@@ -122,7 +123,8 @@ TEST_F(RealQueueSync, ASilentPrinterLeavesItsQueueAlone) {
     setPrinter(nullptr);
     const std::string before = installedPPD();
     const QueueSyncOutcome outcome = sync();
-    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.result, QueueSyncResult::unreachable);
+    EXPECT_EQ(outcome.cause, &queueSyncCause("no-status"));
     EXPECT_THAT(outcome.reason, StartsWith("its printer gives no status"));
     EXPECT_EQ(installedPPD(), before);
 }
@@ -164,9 +166,10 @@ TEST_F(RealQueueSync, ASchedulerThatForbidsIsAFailure) {
         c.waitForClose();
     });
     const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(forbidding.port()));
-    std::string error;
-    EXPECT_FALSE(scheduler.installPPD("office", before, error));
-    EXPECT_EQ(error, "the scheduler refuses it: Forbidden");
+    QueueFailure failure;
+    EXPECT_FALSE(scheduler.installPPD("office", before, failure));
+    EXPECT_EQ(failure.cause, &queueSyncCause("scheduler-refuses"));
+    EXPECT_EQ(failure.reason, "the scheduler refuses it: Forbidden");
 }
 
 TEST_F(RealQueueSync, AnInstallationWhoseAnswerWasLostIsToldAsTheUpdateThatItIs) {
@@ -187,6 +190,7 @@ TEST_F(RealQueueSync, AQueueThatWasChangedMeanwhileIsNotTouched) {
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
     EXPECT_EQ(outcome.reason, "it was changed meanwhile; nothing was installed");
+    EXPECT_EQ(outcome.cause, &queueSyncCause("changed-meanwhile"));
     EXPECT_EQ(scheduler_->installations, 0);
 }
 
@@ -209,8 +213,8 @@ TEST_F(RealQueueSync, AQueueThatWasDeletedMeanwhileIsNotCreatedAgain) {
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
     EXPECT_EQ(outcome.reason, "it can no longer be looked up: there is no queue of that name");
-    std::string error;
-    EXPECT_EQ(client_->queueNames(error), std::vector<std::string>());
+    QueueFailure failure;
+    EXPECT_EQ(client_->queueNames(failure), std::vector<std::string>());
 }
 
 TEST_F(RealQueueSync, AQueueThatWasDeletedJustBeforeTheInstallationIsNotCreatedAgain) {
@@ -219,8 +223,8 @@ TEST_F(RealQueueSync, AQueueThatWasDeletedJustBeforeTheInstallationIsNotCreatedA
         ASSERT_EQ(real_->runClient({"lpadmin", "-x", "office"}).exitStatus, 0);
     };
     EXPECT_EQ(sync().reason, "the updated PPD was not installed: there is no queue of that name");
-    std::string error;
-    EXPECT_EQ(client_->queueNames(error), std::vector<std::string>());
+    QueueFailure failure;
+    EXPECT_EQ(client_->queueNames(failure), std::vector<std::string>());
 }
 
 TEST_F(RealQueueSync, ARawQueueIsSkipped) {
@@ -231,12 +235,53 @@ TEST_F(RealQueueSync, ARawQueueIsSkipped) {
     EXPECT_EQ(outcome.reason, "it is a raw queue, which has no PPD");
 }
 
-TEST_F(RealQueueSync, AClassIsAFailure) {
+TEST_F(RealQueueSync, AClassIsListedAndSkipped) {
     startWithQueue();
     ASSERT_EQ(real_->runClient({"lpadmin", "-p", "office", "-c", "class"}).exitStatus, 0);
-    EXPECT_EQ(sync("class").result, QueueSyncResult::failed);
-    std::string error;
-    EXPECT_EQ(client_->queueNames(error), std::vector<std::string>{"office"});
+    const QueueSyncOutcome outcome = sync("class");
+    EXPECT_EQ(outcome.result, QueueSyncResult::skipped);
+    EXPECT_EQ(outcome.reason, "it is a class, which has no PPD");
+    QueueFailure failure;
+    EXPECT_EQ(client_->queueNames(failure), (std::vector<std::string>{"class", "office"}));
+}
+
+TEST_F(RealQueueSync, APPDInWhichNothingFollowsThePrinterIsSkippedAndThePrinterNotAsked) {
+    startScheduler();
+    const auto printer = std::make_shared<const FakeCommunicationServices>(nullptr);
+    OrbCoreInterface::setCommunicationServices(printer);
+    for (const std::string comment : {"caf\xC3\xA9", "caf\xE9"}) {
+        real_->addQueue(
+            "office", "ipp://127.0.0.1:9/Office",
+            real_->directory().write(
+                "foreign.ppd", "*PPD-Adobe: \"4.3\"\n*% " + comment + "\n*ModelName: \"X\"\n"));
+        const QueueSyncOutcome outcome = sync();
+        EXPECT_EQ(outcome.result, QueueSyncResult::skipped) << outcome.reason;
+        EXPECT_EQ(outcome.reason, "nothing in its PPD follows the printer");
+        EXPECT_EQ(outcome.cause, nullptr);
+    }
+    EXPECT_TRUE(printer->requests.empty());
+}
+
+TEST_F(RealQueueSync, APrinterWhoseStatusNobodyReadsIsNotAsked) {
+    startWithQueue();
+    const auto printer = std::make_shared<const FakeCommunicationServices>(nullptr);
+    OrbCoreInterface::setCommunicationServices(printer);
+    const auto onlyPageSize = [] {
+        auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
+        const auto all = manager->registeredClasses();
+        for (const OrbClass* each : all) {
+            if (each->name() != "OrbPPDDefaultPageSizeUpdater") {
+                manager->unregisterUpdaterClass(each);
+            }
+        }
+        return manager;
+    };
+    OrbCoreInterface::setEnvironment(std::make_shared<const FakeEnvironment>(
+        std::map<std::string, std::string>{{"ZrCurrentLocaleIdentifier", "de_DE"}}));
+    const QueueSyncOutcome outcome =
+        QueueSync(*scheduler_, {.makeManager = onlyPageSize}).sync("office");
+    EXPECT_EQ(outcome.cause, nullptr) << outcome.reason;
+    EXPECT_TRUE(printer->requests.empty());
 }
 
 TEST_F(RealQueueSync, AQueueNameWithAPathInItIsNotAskedFor) {
@@ -248,7 +293,7 @@ TEST_F(RealQueueSync, AQueueNameWithAPathInItIsNotAskedFor) {
     }
 }
 
-TEST_F(RealQueueSync, APPDThatIsNotUTF8IsAFailureAndStays) {
+TEST_F(RealQueueSync, APPDOfTheDriverThatIsNotUTF8IsUnsupportedAndStays) {
     startScheduler();
     std::string latin = contentsOfFile(kOfficePPD);
     latin.insert(latin.find("*OpenUI"), "*% caf\xE9\n");
@@ -256,7 +301,8 @@ TEST_F(RealQueueSync, APPDThatIsNotUTF8IsAFailureAndStays) {
     real_->addQueue("office", "ipp://127.0.0.1:9/Office",
                     real_->directory().write("latin.ppd", latin));
     const QueueSyncOutcome outcome = sync();
-    EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.result, QueueSyncResult::unsupported);
+    EXPECT_EQ(outcome.cause, &queueSyncCause("not-utf8"));
     EXPECT_EQ(outcome.reason, "its PPD is not valid UTF-8 at byte " + std::to_string(offset));
     EXPECT_EQ(installedPPD(), latin);
 }
@@ -283,24 +329,27 @@ TEST_F(RealQueueSync, APPDLongerThanTheLimitIsAFailure) {
 }
 
 /// A scheduler that breaks off its answer, which would be `whole`, after so many bytes.
-SchedulerPPD PPDOfBrokenScheduler(const std::string& whole, std::size_t bytes, std::string& error) {
+SchedulerPPD PPDOfBrokenScheduler(const std::string& whole, std::size_t bytes,
+                                  QueueFailure& failure) {
     HostileIPPResponder broken([&](const ResponderConnection& c) {
         c.readRequest();
         c.send(std::string_view(whole).substr(0, bytes));
     });
-    return CUPSScheduler("127.0.0.1:" + std::to_string(broken.port())).PPDOfQueue("office", error);
+    return CUPSScheduler("127.0.0.1:" + std::to_string(broken.port()))
+        .PPDOfQueue("office", failure);
 }
 
 TEST(BrokenSchedulers, APPDThatIsCutAnywhereIsNone) {
     const std::string whole =
         "HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n*PPD-Adobe: \"4.3\"\n*%";
-    std::string error;
+    QueueFailure failure;
     for (std::size_t bytes = 0; bytes < whole.size(); ++bytes) {
-        error.clear();
-        EXPECT_EQ(PPDOfBrokenScheduler(whole, bytes, error).text, nullptr) << bytes;
-        EXPECT_NE(error, "") << bytes;
+        failure = {};
+        EXPECT_EQ(PPDOfBrokenScheduler(whole, bytes, failure).text, nullptr) << bytes;
+        EXPECT_NE(failure.reason, "") << bytes;
+        EXPECT_EQ(failure.cause, &queueSyncCause("no-scheduler")) << bytes;
     }
-    EXPECT_NE(PPDOfBrokenScheduler(whole, whole.size(), error).text, nullptr) << error;
+    EXPECT_NE(PPDOfBrokenScheduler(whole, whole.size(), failure).text, nullptr) << failure.reason;
 }
 
 TEST(BrokenSchedulers, OneThatClosesTheConnectionAfterEachAnswerIsAskedAgain) {
@@ -319,11 +368,11 @@ TEST(BrokenSchedulers, OneThatClosesTheConnectionAfterEachAnswerIsAskedAgain) {
             std::to_string(body.size()) + "\r\n\r\n" + body);
     });
     const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(closing.port()));
-    std::string error;
-    const SchedulerQueueAndPPD both = scheduler.queueAndPPDWithName("office", error);
-    ASSERT_TRUE(both.queue) << error;
+    QueueFailure failure;
+    const SchedulerQueueAndPPD both = scheduler.queueAndPPDWithName("office", failure);
+    ASSERT_TRUE(both.queue) << failure.reason;
     EXPECT_EQ(both.queue->deviceURI, "ipp://printer/ipp/print");
-    ASSERT_TRUE(both.PPD.text) << error;
+    ASSERT_TRUE(both.PPD.text) << failure.reason;
     EXPECT_EQ(*both.PPD.text, PPD);
     EXPECT_EQ(connections, 2);
 }
@@ -332,16 +381,17 @@ TEST(BrokenSchedulers, APPDInChunksThatIsCutAnywhereIsNone) {
     const std::string whole =
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
         "a\r\n*PPD-Adobe\r\n8\r\n: \"4.3\"\n\r\n0\r\n\r\n";
-    std::string error;
+    QueueFailure failure;
     // Without the last line feeds it is as good as whole.
     const std::size_t end = whole.find("\r\n0\r\n");
     for (std::size_t bytes = 0; bytes <= end; ++bytes) {
-        error.clear();
-        EXPECT_EQ(PPDOfBrokenScheduler(whole, bytes, error).text, nullptr) << bytes;
-        EXPECT_NE(error, "") << bytes;
+        failure = {};
+        EXPECT_EQ(PPDOfBrokenScheduler(whole, bytes, failure).text, nullptr) << bytes;
+        EXPECT_NE(failure.reason, "") << bytes;
+        EXPECT_EQ(failure.cause, &queueSyncCause("no-scheduler")) << bytes;
     }
-    const SchedulerPPD PPD = PPDOfBrokenScheduler(whole, whole.size(), error);
-    ASSERT_NE(PPD.text, nullptr) << error;
+    const SchedulerPPD PPD = PPDOfBrokenScheduler(whole, whole.size(), failure);
+    ASSERT_NE(PPD.text, nullptr) << failure.reason;
     EXPECT_EQ(*PPD.text, "*PPD-Adobe: \"4.3\"\n");
 }
 
@@ -357,7 +407,7 @@ TEST_F(RealQueueSync, CancelledBeforeItBeginsItAbandonsTheQueue) {
     startWithQueue();
     const std::atomic<bool> isCancelled{true};
     const QueueSyncOutcome outcome =
-        QueueSync(*scheduler_, {false, &isCancelled, nullptr}).sync("office");
+        QueueSync(*scheduler_, {.isCancelled = &isCancelled}).sync("office");
     EXPECT_EQ(outcome.result, QueueSyncResult::abandoned);
     EXPECT_EQ(scheduler_->looks, 0);
 }
@@ -367,7 +417,7 @@ TEST_F(RealQueueSync, OnceInstallingHasBegunItFinishes) {
     std::atomic<bool> isCancelled{false};
     scheduler_->beforeInstallation = [&isCancelled] { isCancelled = true; };
     const QueueSyncOutcome outcome =
-        QueueSync(*scheduler_, {false, &isCancelled, nullptr}).sync("office");
+        QueueSync(*scheduler_, {.isCancelled = &isCancelled}).sync("office");
     EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
     EXPECT_EQ(installedPPD(), *outcome.after);
 }
@@ -380,8 +430,8 @@ TEST_F(RealQueueSync, APPDWithCarriageReturnsComesThroughByteForByte) {
     }
     real_->addQueue("office", "ipp://127.0.0.1:9/Office",
                     real_->directory().write("crlf.ppd", text));
-    std::string error;
-    EXPECT_EQ(*client_->PPDOfQueue("office", error).text, text);
+    QueueFailure failure;
+    EXPECT_EQ(*client_->PPDOfQueue("office", failure).text, text);
 }
 
 }  // namespace

@@ -2,13 +2,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <csignal>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "tests/real/ChildProcess.h"
 #include "tests/real/HostileIPPResponder.h"
+#include "tests/real/LoopbackPort.h"
 #include "tests/real/PrivateScheduler.h"
 #include "tests/real/SimulatedPrinter.h"
 #include "tests/support/RunProgram.h"
@@ -166,18 +169,20 @@ TEST_F(SyncRoundTrip, ADryRunShowsTheDiffAndInstallsNothing) {
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
 }
 
-TEST_F(SyncRoundTrip, AllQueuesGetALineAndAFailureIsExitStatus1) {
+TEST_F(SyncRoundTrip, AllQueuesGetALineAndOneThatIsNotInStepIsExitStatus4) {
     SimulatedPrinter printer(kFullPrinter);
     scheduler_->addQueue("a-office", printer.URI(), kOfficePPD);
     scheduler_->addQueue("b-raw", printer.URI(), "");
     scheduler_->addQueue("c-web", "https://127.0.0.1:9/", kOfficePPD);
     const ProgramResult run = sync({"--all", "--jobs", "1", "--json"});
-    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.exitStatus, 4);
     EXPECT_THAT(run.standardOutput, HasSubstr(R"({"queue":"a-office","result":"updated",)"));
     EXPECT_THAT(run.standardOutput,
                 HasSubstr(R"({"queue":"b-raw","result":"skipped","changed":[],)"
                           R"("reason":"it is a raw queue, which has no PPD"})"));
-    EXPECT_THAT(run.standardOutput, HasSubstr(R"({"queue":"c-web","result":"failed",)"));
+    EXPECT_THAT(
+        run.standardOutput,
+        HasSubstr(R"({"queue":"c-web","result":"unsupported","changed":[],"cause":"no-backend",)"));
     EXPECT_THAT(run.standardOutput, HasSubstr(R"(no backend for the scheme \"https\")"));
 }
 
@@ -228,6 +233,115 @@ TEST_F(SyncRoundTrip, AnUnreachableSchedulerIsAnError) {
     const ProgramResult run = sync({"--all"});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(run.standardError, HasSubstr("the scheduler cannot be reached"));
+}
+
+/// The first word behind each queue's name, in the order of the lines; without the summary.
+std::vector<std::string> resultsIn(const std::string& output) {
+    std::vector<std::string> results;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t colon = line.find(": ");
+        if (colon != std::string::npos && !std::isdigit(static_cast<unsigned char>(line[0]))) {
+            results.push_back(line.substr(0, line.find_first_of(":", colon + 2)));
+        }
+    }
+    return results;
+}
+
+TEST_F(SyncRoundTrip, AMixedServerTellsTheResultOfEachQueueInTheirOrder) {
+    SimulatedPrinter printer(kFullPrinter);
+    const std::string foreign = scheduler_->directory().write(
+        "foreign.ppd", "*PPD-Adobe: \"4.3\"\n*% caf\xE9\n*ModelName: \"X\"\n");
+    scheduler_->addQueue("a-ipp", printer.URI(), kOfficePPD);
+    scheduler_->addQueue("b-off", "ipp://127.0.0.1:" + std::to_string(freeLoopbackPort()) + "/",
+                         kOfficePPD);
+    scheduler_->addQueue("c-socket", "socket://127.0.0.1:9", kOfficePPD);
+    scheduler_->addQueue("d-lpd", "lpd://127.0.0.1/q", foreign);
+    scheduler_->addQueue("e-raw", "socket://127.0.0.1:9", "");
+    scheduler_->addQueue("f-foreign", printer.URI(), foreign);
+    ASSERT_EQ(scheduler_->runClient({"lpadmin", "-p", "a-ipp", "-c", "g-class"}).exitStatus, 0);
+
+    const ProgramResult first = sync({"--all", "--jobs", "8"});
+    EXPECT_EQ(first.exitStatus, 4) << first.standardOutput << first.standardError;
+    EXPECT_EQ(resultsIn(first.standardOutput),
+              (std::vector<std::string>{"a-ipp: updated", "b-off: unreachable",
+                                        "c-socket: unsupported", "d-lpd: skipped", "e-raw: skipped",
+                                        "f-foreign: skipped", "g-class: skipped"}));
+    EXPECT_THAT(first.standardOutput,
+                HasSubstr("\n7 queues: 1 updated, 4 skipped, 1 unreachable, 1 unsupported\n"));
+    EXPECT_EQ(sync({"--all", "--accept", "unreachable"}).exitStatus, 4);
+    EXPECT_EQ(sync({"--all", "--accept", "unreachable", "--accept", "unsupported"}).exitStatus, 0);
+    EXPECT_EQ(sync({"--all", "--exclude", "b-off", "--exclude", "c-socket"}).exitStatus, 0);
+    EXPECT_THAT(
+        sync({"--all", "--quiet", "--accept", "unreachable"}).standardOutput,
+        testing::MatchesRegex("b-off: unreachable: [^\n]*\nc-socket: unsupported: [^\n]*\n"));
+}
+
+TEST_F(SyncRoundTrip, ADryRunTellsByItsExitStatusWhetherSomethingWouldChange) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("office", printer.URI(), kOfficePPD);
+    EXPECT_EQ(sync({"office", "--dry-run"}).exitStatus, 0);
+    EXPECT_EQ(sync({"office", "--dry-run", "--exit-code"}).exitStatus, 10);
+    EXPECT_EQ(sync({"office"}).exitStatus, 0);
+    EXPECT_EQ(sync({"office", "--dry-run", "--exit-code"}).exitStatus, 0);
+    EXPECT_EQ(sync({"office", "nobody", "--dry-run", "--exit-code"}).exitStatus, 1);
+}
+
+TEST_F(SyncRoundTrip, AnExcludedQueueThatIsNotThereIsTold) {
+    scheduler_->addQueue("raw", "ipp://127.0.0.1:9/", "");
+    const ProgramResult run = sync({"--all", "--exclude", "rwa"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(run.standardError, "tkppdupdate: warning: --exclude: there is no queue \"rwa\"\n");
+}
+
+/// A PPD without any keyword of ours, whose default page size is Letter.
+std::string paperPPD() {
+    std::string text = "*PPD-Adobe: \"4.3\"\n";
+    for (const std::string option : {"PageSize", "PageRegion", "ImageableArea", "PaperDimension"}) {
+        const bool isUI = option.starts_with("Page");
+        text +=
+            (isUI ? "*OpenUI *" + option + ": PickOne\n" : "") + "*Default" + option + ": Letter\n";
+        for (const std::string size : {"A4", "Letter", "Legal"}) {
+            text += "*" + option + " " + size + "/" + size + ": " +
+                    (isUI ? "\"\"\n" : "\"0 0 500 800\"\n");
+        }
+        text += isUI ? "*CloseUI: *" + option + "\n" : "";
+    }
+    return text;
+}
+
+TEST_F(SyncRoundTrip, ThePageSizeStaysUnlessItIsAskedFor) {
+    scheduler_->addQueue("paper", "ipp://127.0.0.1:9/",
+                         scheduler_->directory().write("paper.ppd", paperPPD()));
+    const auto syncWith = [this](const std::string& language, const std::string& option) {
+        return runProgram({"env", "-i", language, TKPPDUPDATING_TOOL, "sync", "--server",
+                           scheduler_->server(), "paper", option});
+    };
+    for (const std::string size : {"Legal", "A4"}) {
+        ASSERT_EQ(
+            scheduler_->runClient({"lpadmin", "-p", "paper", "-o", "PageSize=" + size}).exitStatus,
+            0);
+        const std::string before = contentsOfFile(scheduler_->PPDPath("paper"));
+        ASSERT_THAT(before, HasSubstr("*DefaultPageSize: " + size + "\n"));
+        for (const char* language : {"LANG=C", "LANG=de_DE.UTF-8", "NOTHING="}) {
+            const ProgramResult run = syncWith(language, "--quiet");
+            EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+            EXPECT_EQ(run.standardOutput, "") << language;
+            EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("paper")), before) << language;
+        }
+    }
+    const ProgramResult asked = syncWith("LANG=en_US.UTF-8", "--page-size");
+    EXPECT_EQ(asked.exitStatus, 0) << asked.standardOutput;
+    EXPECT_THAT(contentsOfFile(scheduler_->PPDPath("paper")),
+                HasSubstr("*DefaultPageSize: Letter\n"));
+}
+
+TEST_F(SyncRoundTrip, TwoDashesEndTheOptions) {
+    scheduler_->addQueue("raw", "ipp://127.0.0.1:9/", "");
+    EXPECT_EQ(sync({"--", "raw"}).exitStatus, 0);
+    EXPECT_EQ(sync({"raw", "--", "raw"}).exitStatus, 0);
+    EXPECT_THAT(sync({"--", "-raw", "-x"}).standardOutput,
+                HasSubstr("-raw: failed: there is no queue"));
 }
 
 TEST_F(SyncRoundTrip, NeitherQueuesNorAllIsAUsageError) {

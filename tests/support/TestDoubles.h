@@ -47,7 +47,7 @@ class FakeCommunicationServices : public TkCommunicationServices {
 
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        std::string* error) const override {
+        OrbCSError* error) const override {
         requests.push_back({deviceURI ? std::optional<std::string>(*deviceURI) : std::nullopt,
                             parameters ? std::optional(*parameters) : std::nullopt,
                             error != nullptr});

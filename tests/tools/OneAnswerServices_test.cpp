@@ -14,10 +14,10 @@ class SilentServices : public TkCommunicationServices {
   public:
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> /*deviceURI*/, const OrbDictionary* /*parameters*/,
-        std::string* error) const override {
+        OrbCSError* error) const override {
         ++requests;
         if (error) {
-            *error = "switched off";
+            *error = {OrbCSError::Cause::noConnection, "switched off"};
         }
         return nullptr;
     }
@@ -38,13 +38,14 @@ TEST(OneAnswerServicesTest, AsksADeviceOnceAndGivesTheSameStatusAgain) {
 TEST(OneAnswerServicesTest, AsksASilentDeviceOnceAndKeepsTheReason) {
     const auto device = std::make_shared<const SilentServices>();
     const OneAnswerServices services(device);
-    std::string reason;
+    OrbCSError error;
     EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), nullptr);
-    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, &reason), nullptr);
-    EXPECT_EQ(reason, "switched off");
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, &error), nullptr);
+    EXPECT_EQ(error.reason, "switched off");
+    EXPECT_EQ(error.cause, OrbCSError::Cause::noConnection);
     EXPECT_EQ(device->requests, 1);
     ASSERT_TRUE(services.answerOfDevice("x:1"));
-    EXPECT_EQ(services.answerOfDevice("x:1")->reason, "switched off");
+    EXPECT_EQ(services.answerOfDevice("x:1")->error.reason, "switched off");
 }
 
 TEST(OneAnswerServicesTest, TellsThatADeviceHasNotBeenAsked) {

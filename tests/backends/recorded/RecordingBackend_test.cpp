@@ -31,14 +31,14 @@ class RecordingBackend : public testing::Test {
 
     std::string errorFor(const std::string& URI) {
         EXPECT_FALSE(schemes.deviceStatusWithURI_parameters_error(URI, nullptr, &error)) << URI;
-        return error;
+        return error.reason;
     }
 
     std::string errorForPath(const std::string& path) { return errorFor(fileURLFromPath(path)); }
 
     DeviceStatusSchemes schemes;
     Testing::TemporaryDirectory directory;
-    std::string error;
+    OrbCSError error;
 };
 
 TEST_F(RecordingBackend, StandsBehindTheSchemeFile) {
@@ -47,23 +47,23 @@ TEST_F(RecordingBackend, StandsBehindTheSchemeFile) {
 
 TEST_F(RecordingBackend, ReadsTheRecordingThatTheURINames) {
     const std::string path = directory.write("printer.json", kRecording);
-    EXPECT_TRUE(givesTheRecording("file://" + path)) << error;
-    EXPECT_TRUE(givesTheRecording("FILE://localhost" + path)) << error;
-    EXPECT_TRUE(givesTheRecording("file:" + path)) << error;
+    EXPECT_TRUE(givesTheRecording("file://" + path)) << error.reason;
+    EXPECT_TRUE(givesTheRecording("FILE://localhost" + path)) << error.reason;
+    EXPECT_TRUE(givesTheRecording("file:" + path)) << error.reason;
 }
 
 TEST_F(RecordingBackend, DecodesThePath) {
     const std::string path = directory.write("a b%\xC3\xA9.json", kRecording);
-    EXPECT_TRUE(givesTheRecording(fileURLFromPath(path))) << error;
+    EXPECT_TRUE(givesTheRecording(fileURLFromPath(path))) << error.reason;
     EXPECT_TRUE(givesTheRecording("file://" + directory.path().string() + "/a%20b%25%C3%A9.json"))
-        << error;
+        << error.reason;
 }
 
 TEST_F(RecordingBackend, TakesARelativePathFromTheWorkingDirectory) {
     const std::string path = directory.write("printer.json", kRecording);
     // The working directory is the process's own, and other tests may run in it: it stays.
     const auto relative = std::filesystem::relative(path);
-    EXPECT_TRUE(givesTheRecording("file:" + relative.string())) << error;
+    EXPECT_TRUE(givesTheRecording("file:" + relative.string())) << error.reason;
 }
 
 TEST_F(RecordingBackend, SaysWhichURINamesNoFileHere) {
@@ -101,7 +101,7 @@ TEST_F(RecordingBackend, ReadsFourMebibytesAndNoMore) {
     constexpr std::uintmax_t kLargest = 4 * 1024 * 1024;
     const std::string path = directory.write(
         "large.json", std::string(kLargest - kRecording.size(), ' ') + std::string(kRecording));
-    EXPECT_TRUE(givesTheRecording(fileURLFromPath(path))) << error;
+    EXPECT_TRUE(givesTheRecording(fileURLFromPath(path))) << error.reason;
     // Sparse, so that the disk does not have to hold it.
     std::filesystem::resize_file(path, kLargest + 1);
     EXPECT_EQ(errorForPath(path), path + ": is larger than 4194304 bytes");

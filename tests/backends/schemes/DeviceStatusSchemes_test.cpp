@@ -23,16 +23,16 @@ using testing::IsEmpty;
 DeviceStatusSchemes::Backend remembering(std::vector<std::string>& URIs,
                                          const std::shared_ptr<const OrbCSDeviceStatus>& status) {
     return [&URIs, status](const std::string& URI, const OrbDictionary* /*parameters*/,
-                           std::string& /*error*/) {
+                           OrbCSError& /*error*/) {
         URIs.push_back(URI);
         return status;
     };
 }
 
 std::string reasonForURI(const DeviceStatusSchemes& schemes, std::string_view URI) {
-    std::string error;
+    OrbCSError error;
     EXPECT_FALSE(schemes.deviceStatusWithURI_parameters_error(URI, nullptr, &error)) << URI;
-    return error;
+    return error.reason;
 }
 
 TEST(DeviceStatusSchemes, HandsTheURIUnchangedToTheBackendOfItsScheme) {
@@ -63,7 +63,7 @@ TEST(DeviceStatusSchemes, HandsTheParametersToTheBackend) {
     const OrbDictionary* given = nullptr;
     schemes.registerScheme("test",
                            [&given](const std::string&, const OrbDictionary* parameters,
-                                    std::string&) -> std::shared_ptr<const OrbCSDeviceStatus> {
+                                    OrbCSError&) -> std::shared_ptr<const OrbCSDeviceStatus> {
                                given = parameters;
                                return nullptr;
                            });
@@ -78,8 +78,8 @@ TEST(DeviceStatusSchemes, GivesTheBackendsReasonAndNeedsNoSlotForIt) {
     DeviceStatusSchemes schemes;
     schemes.registerScheme("test",
                            [](const std::string&, const OrbDictionary*,
-                              std::string& error) -> std::shared_ptr<const OrbCSDeviceStatus> {
-                               error = "the printer is off";
+                              OrbCSError& error) -> std::shared_ptr<const OrbCSDeviceStatus> {
+                               error = {OrbCSError::Cause::noConnection, "the printer is off"};
                                return nullptr;
                            });
     EXPECT_EQ(reasonForURI(schemes, "test:printer"), "the printer is off");
@@ -118,10 +118,11 @@ TEST(DeviceStatusSchemes, ANullBackendTakesTheSchemeAway) {
 }
 
 TEST(DeviceStatusSchemes, GivesNoStatusWithoutAURI) {
-    std::string error;
+    OrbCSError error;
     EXPECT_FALSE(
         DeviceStatusSchemes().deviceStatusWithURI_parameters_error(std::nullopt, nullptr, &error));
-    EXPECT_EQ(error, "no device URI is given");
+    EXPECT_EQ(error.reason, "no device URI is given");
+    EXPECT_EQ(error.cause, OrbCSError::Cause::malformedURI);
     EXPECT_FALSE(
         DeviceStatusSchemes().deviceStatusWithURI_parameters_error(std::nullopt, nullptr, nullptr));
 }

@@ -42,10 +42,10 @@ class USBWire {
 
 std::shared_ptr<const OrbCSDeviceStatus> statusOverUSB(const USBWire& wire,
                                                        const std::string& deviceURI,
-                                                       std::string& error) {
+                                                       OrbCSError& error) {
     const auto reply = wire.ask(deviceURI);
     if (!reply) {
-        error = "nothing is plugged in there";
+        error = {OrbCSError::Cause::noConnection, "nothing is plugged in there"};
         return nullptr;
     }
     ReportedDeviceStatus::Values values;
@@ -72,7 +72,7 @@ class OwnScheme : public testing::Test {
             {"usb://Zr/Inkjet?serial=2", {true, "ink\"\n*cupsFilter: x"}}});
         auto schemes = std::make_shared<DeviceStatusSchemes>();
         schemes->registerScheme(
-            "usb", [wire](const std::string& deviceURI, const OrbDictionary*, std::string& error) {
+            "usb", [wire](const std::string& deviceURI, const OrbDictionary*, OrbCSError& error) {
                 return statusOverUSB(*wire, deviceURI, error);
             });
         OrbCoreInterface::setCommunicationServices(schemes);
@@ -107,15 +107,15 @@ TEST_F(OwnScheme, TellsWhichTextItLeftOut) {
 }
 
 TEST_F(OwnScheme, SaysWhyThereIsNoStatus) {
-    std::string error;
+    OrbCSError error;
     EXPECT_EQ(
         OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("usb://Zr/Other", nullptr, &error),
         nullptr);
-    EXPECT_EQ(error, "nothing is plugged in there");
+    EXPECT_EQ(error.reason, "nothing is plugged in there");
     EXPECT_EQ(OrbCSDeviceStatus::deviceStatusWithURI_parameters_error("socket://printer", nullptr,
                                                                       &error),
               nullptr);
-    EXPECT_EQ(error, "no backend for the scheme \"socket\"");
+    EXPECT_EQ(error.reason, "no backend for the scheme \"socket\"");
 }
 
 }  // namespace
