@@ -29,6 +29,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     core_interface/TkCSKeys.h
     core_interface/TkCommunicationServices.h
     core_interface/TkCore.h
+    manager/ITkPPDLineOwnership.h
     manager/ITkPPDStatusReading.h
     manager/ITkPPDUpdater.h
     manager/OrbClass.h
@@ -38,6 +39,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     manager/OrbPPDUpdatingContext.h
     manager/OrbPPDUpdatingManager.h
     ppd/PPDConstants.h
+    ppd/PPDStatements.h
     ppd/PPDText.h
     ppd/PPDTextSafety.h
     updaters/capabilities/ResourceFolder.h)

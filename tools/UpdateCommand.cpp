@@ -2,6 +2,7 @@
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "ppd/PPDTextFile.h"
+#include "sync/UpdateGuard.h"
 #include "tools/AtomicReplacement.h"
 #include "tools/ChangeReport.h"
 #include "tools/Failure.h"
@@ -33,6 +34,9 @@ ExitStatus UpdateCommand::run() {
     const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfFile();
     const PPDText after = updatedText(before);
     device_.report(file_, backends_.devices(), {});
+    if (isInPlace_ || output_) {
+        refuseHarm(before, *after);
+    }
     tellChanges(before, after);
     if (inPlace) {
         if (*after != *before) {
@@ -73,6 +77,14 @@ PPDText UpdateCommand::updatedText(const PPDText& before) const {
         throw Failure(ExitStatus::noResult, queueName_, reason);
     }
     return after;
+}
+
+void UpdateCommand::refuseHarm(const PPDText& before, const std::string& after) const {
+    const auto file = PPDModelFile::fileWithText(before);
+    const auto updaters = runOptions_.makeManager()->applicableUpdatersForPPDFile(file.get());
+    if (const auto reason = UpdateGuard::reasonNotToWrite(*before, after, updaters)) {
+        throw Failure(ExitStatus::noResult, file_, "the updated PPD is refused: " + *reason);
+    }
 }
 
 void UpdateCommand::tellChanges(const PPDText& before, const PPDText& after) const {

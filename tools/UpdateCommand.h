@@ -23,6 +23,7 @@ class UpdateCommand : public Command {
   private:
     PPDText textOfFile() const;
     PPDText updatedText(const PPDText& before) const;
+    void refuseHarm(const PPDText& before, const std::string& after) const;
     void tellChanges(const PPDText& before, const PPDText& after) const;
 
     const Backends& backends_;

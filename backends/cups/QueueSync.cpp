@@ -6,13 +6,13 @@
 #include <string_view>
 #include <utility>
 
-#include "backends/cups/InstallationChecks.h"
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "manager/OrbPPDToldRule.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "ppd/UTF8.h"
 #include "sync/QueueSyncCauses.h"
+#include "sync/UpdateGuard.h"
 
 namespace TkPPDUpdating {
 
@@ -160,8 +160,9 @@ class QueueSync::Run {
             return end(queueSyncCause("refused-result"),
                        "the updated PPD cannot be parsed: " + reason);
         }
-        const auto refusal = InstallationChecks::reasonNotToInstall(
-            *before_, *after, InstallationChecks::ownedOptions(*manager_, *before_));
+        const auto refusal =
+            UpdateGuard::reasonNotToWrite(*outcome_.before, *outcome_.after,
+                                          manager_->applicableUpdatersForPPDFile(before_.get()));
         if (refusal) {
             return end(queueSyncCause("refused-result"), "the updated PPD is refused: " + *refusal);
         }

@@ -312,5 +312,35 @@ TEST_F(UpdateCommandTest, NeverWritesTheResultIntoAnotherFileWhenStandardOutputI
     EXPECT_EQ(contentsOfFile(output), kSmallPPDWithDuplexer);
 }
 
+/// A media type whose profile has the name of a choice of the driver's.
+constexpr std::string_view kDriversProfile =
+    R"({"CustomMediaTypes": [{"name": "Gloss", "mediaID": "1", "parentMediaID": "2",
+        "ICCProfile": {"URL": "file:///p/gloss.icc", "qualifierVer2": "Auto"}}]})";
+
+TEST_F(UpdateCommandTest, RefusesToWriteAPPDThatWouldDoHarm) {
+    const std::string sample =
+        contentsOfFile(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd");
+    const std::string ppd = directory_.write("inkjet.ppd", sample);
+    const std::string output = (directory_.path() / "out.ppd").string();
+    const std::string printer = "file://" + directory_.write("gloss.json", kDriversProfile);
+    const std::vector<std::vector<std::string>> ways = {
+        {"--in-place"}, {"--output", output}, {"--output", output, "--diff"}};
+    for (const auto& way : ways) {
+        std::vector<std::string> arguments = {"update", ppd, "--device-uri", printer};
+        arguments.insert(arguments.end(), way.begin(), way.end());
+        const ToolRun run = runTool(arguments);
+        EXPECT_EQ(run.exitStatus, 1);
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(run.errors, "tkppdupdate: " + ppd +
+                                  ": the updated PPD is refused: ZrICCProfileId2 Auto would be "
+                                  "there twice\n");
+        EXPECT_EQ(contentsOfFile(ppd), sample);
+        EXPECT_FALSE(std::filesystem::exists(output));
+    }
+    const ToolRun shown = runTool({"update", ppd, "--device-uri", printer});
+    EXPECT_EQ(shown.exitStatus, 0) << "to standard output nothing can do harm";
+    EXPECT_NE(shown.output, sample);
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating::Testing

@@ -53,6 +53,14 @@ OrbPPDAttributesUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     return attributesFromDeviceWithURI_context(deviceURI, context);
 }
 
+OrbPPDOwnedLines OrbPPDAttributesUpdater::ownedLines(std::span<const PPDStatement> /*before*/,
+                                                     std::span<const PPDStatement> /*after*/) {
+    const auto names = attributeNames();
+    OrbPPDOwnedLines owned;
+    owned.attributes.assign(names.begin(), names.end());
+    return owned;
+}
+
 void OrbPPDAttributesUpdater::updateAttributeName_attributeValue_withPPDProcessor(
     std::string_view attributeName, std::optional<std::string_view> attributeValue,
     OrbPPDProcessor& processor) {

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
 
@@ -20,7 +21,7 @@ namespace TkPPDUpdating {
 ///
 /// The operations that edit pass on the `std::out_of_range` of
 /// `OrbPPDProcessor::deleteAttributeWithKeyword_spec_value`.
-class OrbPPDAttributesUpdater : public ITkPPDUpdater {
+class OrbPPDAttributesUpdater : public ITkPPDUpdater, public ITkPPDLineOwnership {
   public:
     /// The main keywords (without asterisk) of the attributes, in the order in which they are
     /// written. The texts live as long as the process.
@@ -50,6 +51,10 @@ class OrbPPDAttributesUpdater : public ITkPPDUpdater {
     std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
+
+    /// Its attributes.
+    OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> before,
+                                std::span<const PPDStatement> after) override;
 
     /// Deletes the attribute and writes it anew with that value, in the place of the old line, or
     /// at the end of the PPD when there was none. Without a value, or with one too long for a line,

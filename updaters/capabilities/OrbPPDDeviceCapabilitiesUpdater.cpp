@@ -6,6 +6,7 @@
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDUpdatingContext.h"
+#include "updaters/capabilities/DuplexOwnership.h"
 #include "updaters/capabilities/PPDConstraintRemoval.h"
 #include "updaters/capabilities/PropertyListReader.h"
 #include "updaters/capabilities/ResourceFolder.h"
@@ -55,6 +56,17 @@ OrbPPDDeviceCapabilitiesUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
     OrbDictionary* /*context*/) {
     return OrbPPDUpdatingValues();
+}
+
+OrbPPDOwnedLines OrbPPDDeviceCapabilitiesUpdater::ownedLines(
+    std::span<const PPDStatement> before, std::span<const PPDStatement> /*after*/) {
+    OrbPPDOwnedLines owned;
+    owned.attributes = {std::string(kDeviceCapabilities), std::string(kAutoDuplexCapability)};
+    owned.mayTakeAway = statementsOfDuplex(before);
+    owned.mayAdd = statementsOfBlock([this, version = CUPSVersionOfStatements(before)] {
+        return insertingStringForCUPSVersion(version);
+    });
+    return owned;
 }
 
 std::optional<bool> OrbPPDDeviceCapabilitiesUpdater::duplexerInstalledOnDevice_context(

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDStatusReading.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
@@ -18,7 +20,9 @@ namespace TkPPDUpdating {
 /// having one.
 ///
 /// Texts that its operations are given may be null; the result is null then.
-class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater, public ITkPPDStatusReading {
+class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater,
+                                        public ITkPPDStatusReading,
+                                        public ITkPPDLineOwnership {
   public:
     static constexpr std::string_view kClassName = "OrbPPDDeviceCapabilitiesUpdater";
 
@@ -46,6 +50,10 @@ class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater, public ITkPPDStatu
     std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
+
+    /// Its attributes, what goes with a duplex unit, and the block for the PPD's version.
+    OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> before,
+                                std::span<const PPDStatement> after) override;
 
     /// Whether the last of the device's accessories that is a duplexer is installed; nothing when
     /// there is none, no list or no status.

@@ -1,5 +1,8 @@
 #include "updaters/capabilities/OrbPPDNonInstallableDuplexUpdater.h"
 
+#include <utility>
+
+#include "updaters/capabilities/DuplexOwnership.h"
 #include "updaters/capabilities/PosixRegularExpression.h"
 
 namespace TkPPDUpdating {
@@ -34,6 +37,18 @@ PPDText OrbPPDNonInstallableDuplexUpdater::updatedPPDContentsForContents_PPDFile
     return status ? contentsForContents_byUpdatingDuplexerInstalledWithStatus(contents,
                                                                               status->value())
                   : contents;
+}
+
+OrbPPDOwnedLines OrbPPDNonInstallableDuplexUpdater::ownedLines(
+    std::span<const PPDStatement> before, std::span<const PPDStatement> after) {
+    OrbPPDOwnedLines owned = OrbPPDDeviceCapabilitiesUpdater::ownedLines(before, after);
+    owned.attributes = {std::string(kNonInstallableDuplex)};
+    owned.mayTakeAway = [ofDuplex = std::move(owned.mayTakeAway),
+                         ofPageSizes = statementsThatMatch(duplexSafeRegularExpression())](
+                            const PPDStatement& statement) {
+        return ofDuplex(statement) || ofPageSizes(statement);
+    };
+    return owned;
 }
 
 PPDText

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,11 @@ class OrbPPDNonInstallableDuplexUpdater : public OrbPPDDeviceCapabilitiesUpdater
     PPDText updatedPPDContentsForContents_PPDFile_context(const PPDText& contents,
                                                           const OrbPPDFile* PPDFile,
                                                           OrbDictionary* context) override;
+
+    /// Its attribute, what goes with a duplex unit, the page sizes that are safe with one only, and
+    /// the block for the PPD's version.
+    OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> before,
+                                std::span<const PPDStatement> after) override;
 
     /// Records the status in "ZrNonInstallableDuplex", in its place, and reshapes the text for "Not
     /// Installed" and "Not Detected"; any other word is only recorded. Null when text or status is

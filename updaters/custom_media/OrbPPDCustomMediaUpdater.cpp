@@ -14,6 +14,8 @@
 #include "ppd/PPDTextSafety.h"
 #include "ppd/StringsFileFormat.h"
 #include "ppd/UnicodeWhiteSpace.h"
+#include "updaters/custom_media/CustomMediaKeywords.h"
+#include "updaters/custom_media/CustomMediaOwnership.h"
 
 namespace TkPPDUpdating {
 
@@ -21,25 +23,10 @@ namespace {
 
 constexpr std::string_view kCustomMediaSupported = "ZrCustomMediaSupported";
 constexpr std::string_view kCloseUI = "CloseUI";
-constexpr std::string_view kMediaType = "MediaType";
 constexpr std::string_view kEnglishMediaType = "en.MediaType";
-constexpr std::string_view kCUPSICCProfile = "cupsICCProfile";
-/// The option of the profiles, and the key in a media type's properties.
-constexpr std::string_view kZrICCProfileId2 = "ZrICCProfileId2";
-constexpr std::string_view kZrChoiceProperties = "ZrChoiceProperties";
-constexpr std::string_view kMediaIDKey = "MediaID";
-constexpr std::string_view kParentMediaIDKey = "ParentMediaID";
-constexpr std::string_view kZrMediaTypeCategory = "ZrMediaTypeCategory";
-constexpr std::string_view kCategory = "custom";
-constexpr std::string_view kCategoryText = "Custom";
 
 constexpr std::string_view kOptionFormat = "*%@";
 constexpr std::string_view kQuotedFormat = "\"%@\"";
-constexpr std::string_view kChoiceNameFormat = "custom%@";
-constexpr std::string_view kChoiceValueFormat = "<</MediaType(%@)>>setpagedevice";
-constexpr std::string_view kChoicePropertiesSpecFormat = "MediaType.%@";
-/// Colour model and media type, the first two qualifiers, stay empty.
-constexpr std::string_view kCUPSICCProfileSpecFormat = "..%@";
 
 std::vector<std::string> namesInCategory(std::string_view value) {
     const auto pieces = piecesBetweenWhiteSpace(value);
@@ -100,7 +87,7 @@ std::shared_ptr<const OrbCustomMediaType> mediaTypeInPPD(
     const auto english = PPDFile->attributesForName_spec(kEnglishMediaType, *codeName);
     const auto name = english.empty() ? choice->text() : english.back()->text();
     const auto properties = writablePropertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
-        kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {*codeName}))));
+        kZrChoiceProperties, std::string(kMediaTypePrefix).append(*codeName))));
     const auto* const mediaID = nonEmptyValue(properties, kMediaIDKey);
     const auto* const parentMediaID = nonEmptyValue(properties, kParentMediaIDKey);
     if (!mediaID || !parentMediaID) {
@@ -190,6 +177,11 @@ OrbPPDCustomMediaUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     return OrbPPDUpdatingValues();
 }
 
+OrbPPDOwnedLines OrbPPDCustomMediaUpdater::ownedLines(std::span<const PPDStatement> before,
+                                                      std::span<const PPDStatement> after) {
+    return ownedCustomMediaLines(before, after);
+}
+
 // The main run.
 
 PPDText OrbPPDCustomMediaUpdater::contentsForContents_updatedWithCustomMediaTypes(
@@ -215,8 +207,8 @@ bool OrbPPDCustomMediaUpdater::appendCustomMediaTypes() {
     }
     std::size_t number = 0;
     for (const auto& type : customMediaTypes_) {
-        const std::string& name = customMediaNames_.emplace_back(
-            PPDFormatted(kChoiceNameFormat, {std::to_string(++number)}));
+        const std::string& name = customMediaNames_.emplace_back(std::string(kChoiceNamePrefix) +
+                                                                 std::to_string(++number));
         if (!insert(kMediaType, name, type->name(), PPDFormatted(kChoiceValueFormat, {name}))) {
             return false;
         }
@@ -230,7 +222,7 @@ bool OrbPPDCustomMediaUpdater::appendCustomProfiles() {
         auto profile = type->ICCProfile();
         const auto qualifier = PPDProfileQualifierForProfile(profile.get());
         const auto path = qualifier ? filePath(*profile) : std::nullopt;
-        if (path && insert(kCUPSICCProfile, PPDFormatted(kCUPSICCProfileSpecFormat, {*qualifier}),
+        if (path && insert(kCUPSICCProfile, std::string(kEmptyQualifiers).append(*qualifier),
                            fileNameWithoutExtension(*path), *path)) {
             customICCProfiles_.push_back(std::move(profile));
         }
@@ -274,8 +266,8 @@ bool OrbPPDCustomMediaUpdater::appendZrChoiceProperties() {
             }
         }
         if (!insert(kZrChoiceProperties,
-                    PPDFormatted(kChoicePropertiesSpecFormat, {customMediaNames_.at(i)}),
-                    std::nullopt, zrlumen_keysAndValuesInPPDStringsFileFormat(properties))) {
+                    std::string(kMediaTypePrefix).append(customMediaNames_.at(i)), std::nullopt,
+                    zrlumen_keysAndValuesInPPDStringsFileFormat(properties))) {
             return false;
         }
     }
@@ -322,7 +314,7 @@ std::shared_ptr<const OrbICCProfile> OrbPPDCustomMediaUpdater::ICCProfileWithQua
         return nullptr;
     }
     const auto attributes = PPDFile->attributesForName_spec(
-        kCUPSICCProfile, PPDFormatted(kCUPSICCProfileSpecFormat, {*qualifier}));
+        kCUPSICCProfile, std::string(kEmptyQualifiers).append(*qualifier));
     const auto path = attributes.empty() ? std::nullopt : attributes.front()->value();
     if (!path || path->empty()) {
         return nullptr;
@@ -364,7 +356,7 @@ std::vector<std::string> OrbPPDCustomMediaUpdater::customICCProfilesForCustomMed
         const auto [entry, isNew] = qualifierOfName.try_emplace(name);
         if (isNew) {
             entry->second = qualifierInProperties(
-                value(kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {name})));
+                value(kZrChoiceProperties, std::string(kMediaTypePrefix).append(name)));
         }
         if (entry->second) {
             qualifiers.push_back(*entry->second);
@@ -377,14 +369,14 @@ void OrbPPDCustomMediaUpdater::deleteMediaTypesAndChoicePropertiesForMediaTypes(
     const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         deleteAttribute(kMediaType, name);
-        deleteAttribute(kZrChoiceProperties, PPDFormatted(kChoicePropertiesSpecFormat, {name}));
+        deleteAttribute(kZrChoiceProperties, std::string(kMediaTypePrefix).append(name));
     }
 }
 
 void OrbPPDCustomMediaUpdater::deleteICCProfilesAndColorSyncProfiles(
     const std::vector<std::string>& qualifiers) {
     for (const std::string& qualifier : qualifiers) {
-        deleteAttribute(kCUPSICCProfile, PPDFormatted(kCUPSICCProfileSpecFormat, {qualifier}));
+        deleteAttribute(kCUPSICCProfile, std::string(kEmptyQualifiers).append(qualifier));
         deleteAttribute(kZrICCProfileId2, qualifier);
     }
 }

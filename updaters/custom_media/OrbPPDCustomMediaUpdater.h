@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "core_interface/OrbCSStatusValue.h"
 #include "core_interface/OrbCustomMediaType.h"
 #include "core_interface/OrbICCProfile.h"
+#include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDStatusReading.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
@@ -27,7 +29,9 @@ namespace TkPPDUpdating {
 /// One object serves one run at a time, on one thread. The operations between the main run and the
 /// contract are its steps; they work on the properties and are public so that each can be run by
 /// itself. They raise what `OrbPPDProcessor` raises.
-class OrbPPDCustomMediaUpdater : public ITkPPDUpdater, public ITkPPDStatusReading {
+class OrbPPDCustomMediaUpdater : public ITkPPDUpdater,
+                                 public ITkPPDStatusReading,
+                                 public ITkPPDLineOwnership {
   public:
     static constexpr std::string_view kClassName = "OrbPPDCustomMediaUpdater";
 
@@ -138,6 +142,10 @@ class OrbPPDCustomMediaUpdater : public ITkPPDUpdater, public ITkPPDStatusReadin
     }
 
     std::vector<std::string> statusEntriesRead() const override;
+
+    /// The blocks of an earlier run and of this one, and the defaults of media type and profile.
+    OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> before,
+                                std::span<const PPDStatement> after) override;
 
   private:
     bool appendAll();

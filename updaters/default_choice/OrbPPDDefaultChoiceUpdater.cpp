@@ -72,6 +72,13 @@ bool OrbPPDDefaultChoiceUpdater::containsChoiceWithName_forOptionWithName_inPPDF
     return option && option->choiceForName(choiceName);
 }
 
+OrbPPDOwnedLines OrbPPDDefaultChoiceUpdater::ownedLines(std::span<const PPDStatement> /*before*/,
+                                                        std::span<const PPDStatement> /*after*/) {
+    OrbPPDOwnedLines owned;
+    owned.defaultsOfOptions = optionNames();
+    return owned;
+}
+
 PPDText OrbPPDDefaultChoiceUpdater::updatedContentsForContents_optionWithName_defaultChoice(
     const PPDText& contents, std::string_view optionName, std::string_view defaultChoice) {
     DefaultLineEditor editor(contents);

@@ -2,10 +2,12 @@
 
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDUpdater.h"
 
 namespace TkPPDUpdating {
@@ -21,7 +23,7 @@ using OrbPPDDefaultChoices = std::map<std::string, std::string, std::less<>>;
 /// the parsed PPD, a text edit against the text itself, where the choice must have a translation.
 ///
 /// Implementers: keep no state from one PPD to the next.
-class OrbPPDDefaultChoiceUpdater : public ITkPPDUpdater {
+class OrbPPDDefaultChoiceUpdater : public ITkPPDUpdater, public ITkPPDLineOwnership {
   public:
     static constexpr std::string_view kClassName = "OrbPPDDefaultChoiceUpdater";
 
@@ -55,6 +57,10 @@ class OrbPPDDefaultChoiceUpdater : public ITkPPDUpdater {
     std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
+
+    /// The defaults of its options.
+    OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> before,
+                                std::span<const PPDStatement> after) override;
 
     /// Whether the option of the PPD has the choice. False when option or PPD are absent.
     virtual bool containsChoiceWithName_forOptionWithName_inPPDFile(

@@ -1,0 +1,110 @@
+#include "updaters/capabilities/DuplexOwnership.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "ppd/PPDConstants.h"
+#include "updaters/capabilities/PosixRegularExpression.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::string_view kTwoSidedGroup = "ZrTwoSidedPrinting";
+constexpr std::string_view kConstrainedOption = "*Duplex";
+constexpr std::string_view kConstraintComment = "*% Duplex <-> ";
+constexpr std::string_view kBlanks = " \t\r\n";
+
+/// From the statement that opens the group to the one that closes it; empty when there is no pair.
+struct IndexRange {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+bool namesTwoSidedGroup(const PPDStatement& statement, std::string_view keyword) {
+    return statement.keyword == keyword &&
+           statement.value.substr(0, statement.value.find('/')) == kTwoSidedGroup;
+}
+
+IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
+    const auto opens = std::find_if(statements.begin(), statements.end(), [](const auto& each) {
+        return namesTwoSidedGroup(each, "OpenGroup");
+    });
+    const auto closes = std::find_if(opens, statements.end(), [](const auto& each) {
+        return namesTwoSidedGroup(each, "CloseGroup");
+    });
+    return closes == statements.end() ? IndexRange() : IndexRange{opens->index, closes->index + 1};
+}
+
+bool hasWord(std::string_view text, std::string_view word) {
+    while (!text.empty()) {
+        const std::string_view next = text.substr(0, text.find_first_of(kBlanks));
+        if (next == word) {
+            return true;
+        }
+        text.remove_prefix(std::min(text.size(), next.size() + 1));
+    }
+    return false;
+}
+
+/// A block's lines, which its statements are views of.
+struct Block {
+    std::string text;
+    std::set<std::string_view> statements;
+};
+
+std::unique_ptr<const Block> blockOfText(std::string text) {
+    auto block = std::make_unique<Block>();
+    block->text = std::move(text);
+    for (const PPDStatement& statement : PPDStatementsOfText(block->text)) {
+        block->statements.insert(statement.lines);
+    }
+    return block;
+}
+
+}  // namespace
+
+std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDStatement> before) {
+    return [group = rangeOfTwoSidedGroup(before)](const PPDStatement& statement) {
+        const bool isInGroup = statement.index >= group.begin && statement.index < group.end;
+        return isInGroup || statement.lines.starts_with(kConstraintComment) ||
+               (statement.keyword == "UIConstraints" &&
+                hasWord(statement.value, kConstrainedOption));
+    };
+}
+
+std::function<bool(const PPDStatement&)> statementsThatMatch(
+    const std::optional<std::string>& expression) {
+    auto compiled = expression ? PosixRegularExpression::compiled(*expression) : std::nullopt;
+    if (!compiled) {
+        return [](const PPDStatement&) { return false; };
+    }
+    const auto shared = std::make_shared<const PosixRegularExpression>(*std::move(compiled));
+    return [shared](const PPDStatement& statement) {
+        return shared->textByRemovingMatchingLines(statement.lines).empty();
+    };
+}
+
+std::function<bool(const PPDStatement&)> statementsOfBlock(
+    std::function<std::optional<std::string>()> block) {
+    return [makeText = std::move(block), made = std::make_shared<std::unique_ptr<const Block>>()](
+               const PPDStatement& statement) {
+        if (!*made) {
+            *made = blockOfText(makeText().value_or(std::string()));
+        }
+        return (*made)->statements.contains(statement.lines);
+    };
+}
+
+std::optional<std::string> CUPSVersionOfStatements(std::span<const PPDStatement> statements) {
+    const auto found = std::find_if(statements.begin(), statements.end(), [](const auto& each) {
+        return each.keyword == kTkPPDCUPSVersionAttributeName && each.optionKeyword.empty();
+    });
+    return found == statements.end() ? std::nullopt : std::optional<std::string>(found->value);
+}
+
+}  // namespace TkPPDUpdating
