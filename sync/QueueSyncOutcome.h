@@ -33,6 +33,8 @@ struct QueueSyncCause;
 
 struct QueueSyncOutcome {
     std::string queueName;
+    /// Where the queue's printer is; empty when the queue could not be looked up.
+    std::string deviceURI;
     QueueSyncResult result = QueueSyncResult::failed;
     /// One of `QueueSyncCauses` for the results after `skipped`, else null.
     const QueueSyncCause* cause = nullptr;

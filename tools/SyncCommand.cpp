@@ -115,7 +115,9 @@ ExitStatus SyncCommand::run() {
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
                                      .makeManager = [this] { return makeManager(); },
                                      .mostPrinters = jobs_});
-    const SyncReport report(reportOptions_, queueNames.size());
+    SyncReport::Options reportOptions = reportOptions_;
+    reportOptions.server = scheduler.name();
+    const SyncReport report(reportOptions, queueNames.size());
     report.showProgress(0);
     const auto summary =
         QueueSyncRun(sync, queuesAtOnce(jobs_))

@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "sync/QueueSyncCauses.h"
-#include "tools/ChangedKeywords.h"
+#include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
+#include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
 #include "tools/Terminal.h"
 #include "tools/UnifiedDiff.h"
@@ -56,9 +57,36 @@ bool needsAttention(const QueueSyncOutcome& outcome) {
                                       outcome.result != QueueSyncResult::skipped);
 }
 
-std::vector<std::string> changedKeywordsOf(const QueueSyncOutcome& outcome) {
-    return isChange(outcome) ? changedKeywords(*outcome.before, *outcome.after)
-                             : std::vector<std::string>();
+ChangeReport changesOf(const QueueSyncOutcome& outcome) {
+    return isChange(outcome) ? ChangeReport(outcome.before, outcome.after)
+                             : ChangeReport(nullptr, nullptr);
+}
+
+/// Null for a line that is not there.
+nlohmann::ordered_json JSONForState(const std::optional<PPDChange::State>& state) {
+    return state ? nlohmann::ordered_json(state->value) : nlohmann::ordered_json();
+}
+
+nlohmann::ordered_json JSONForText(const std::optional<PPDChange::State>& state) {
+    return state && state->text ? nlohmann::ordered_json(*state->text) : nlohmann::ordered_json();
+}
+
+nlohmann::ordered_json JSONForChanges(const std::vector<PPDChange>& changes) {
+    auto list = nlohmann::ordered_json::array();
+    for (const PPDChange& change : changes) {
+        nlohmann::ordered_json object = {{"keyword", change.keyword}};
+        object["optionKeyword"] = change.optionKeyword.empty()
+                                      ? nlohmann::ordered_json()
+                                      : nlohmann::ordered_json(change.optionKeyword);
+        object["before"] = JSONForState(change.before);
+        object["after"] = JSONForState(change.after);
+        if ((change.before && change.before->text) || (change.after && change.after->text)) {
+            object["textBefore"] = JSONForText(change.before);
+            object["textAfter"] = JSONForText(change.after);
+        }
+        list.push_back(std::move(object));
+    }
+    return list;
 }
 
 std::string joined(const std::vector<std::string>& words) {
@@ -105,20 +133,22 @@ std::optional<QueueSyncResult> SyncReport::resultNamed(std::string_view name) {
 }
 
 std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
-    std::string details = isChange(outcome) ? joined(changedKeywordsOf(outcome)) : outcome.reason;
+    std::string details = outcome.reason;
     for (const std::string& note : outcome.notes) {
         details += (details.empty() ? "" : "; ") + note;
     }
     return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
-           "\n";
+           "\n" + changesOf(outcome).lines("  ");
 }
 
 std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
+    const ChangeReport changes = changesOf(outcome);
     nlohmann::ordered_json object = {{"queue", outcome.queueName},
                                      {"result", wordsOf(outcome.result).name},
-                                     {"changed", changedKeywordsOf(outcome)}};
+                                     {"changed", changes.keywords()},
+                                     {"changes", JSONForChanges(changes.changes())}};
     if (outcome.cause) {
         object["cause"] = outcome.cause->name;
     }
@@ -132,6 +162,12 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
         object["diff"] = unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,
                                      DiffStyle::forPrograms);
     }
+    object["server"] = options_.server;
+    if (!outcome.deviceURI.empty()) {
+        object["deviceURI"] = Diagnostics::withoutUserInfo(outcome.deviceURI);
+    }
+    object["time"] = timestampNow();
+    object["version"] = toolVersion();
     // Bytes that are not UTF-8 would make it no JSON: they become U+FFFD.
     return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }

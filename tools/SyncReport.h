@@ -16,6 +16,8 @@ class SyncReport {
     struct Options {
         bool isJSON = false;
         bool isDiff = false;
+        /// The scheduler, as JSON names it.
+        std::string server;
         /// Nothing of queues that need nobody's attention, and no summary.
         bool isQuiet = false;
     };
@@ -33,11 +35,10 @@ class SyncReport {
     /// Writes the summary; nothing as JSON, where every line is a queue.
     void finish(const QueueSyncRun::Summary& summary) const;
 
-    /// "QUEUE: updated: KEYWORD, KEYWORD" and the like, with its line feed.
+    /// "QUEUE: updated" and the like, and a line for each thing that changed, with line feeds.
     static std::string lineForOutcome(const QueueSyncOutcome& outcome);
 
-    /// One JSON object on one line: "queue", "result", "changed" (main keywords), "cause" and
-    /// "reason" when there is one, "notes" when there are any, and "diff" when that is wanted.
+    /// One JSON object on one line; the manual page says what is in it.
     std::string JSONForOutcome(const QueueSyncOutcome& outcome) const;
 
     static std::string lineForSummary(const QueueSyncRun::Summary& summary);

@@ -11,6 +11,7 @@
 #include "tools/Command.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
 #include "tools/StatusCommand.h"
 #include "tools/UpdateCommand.h"
@@ -23,8 +24,6 @@
 namespace {
 
 using namespace TkPPDUpdating;
-
-constexpr const char* kVersion = "tkppdupdate " TKPPDUPDATING_VERSION;
 
 /// Raises what is wrong with the arguments, with a hint at the help that tells better.
 [[noreturn]] void throwUsageError(const CLI::App& application, const std::string& complaint) {
@@ -54,7 +53,8 @@ std::vector<std::string> operandsInPlace(int argumentCount, char** arguments) {
 ExitStatus parseAndRun(int argumentCount, char** arguments) {
     CLI::App application("Keeps the PPD of a CUPS print queue in step with its printer",
                          "tkppdupdate");
-    application.set_version_flag("--version", kVersion);
+    const std::string version = "tkppdupdate " + toolVersion();
+    application.set_version_flag("--version", version);
     application.require_subcommand(1);
 
     const Backends backends;
@@ -82,7 +82,7 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
         StandardOutput::write(application.help());
         return ExitStatus::done;
     } catch (const CLI::CallForVersion&) {
-        StandardOutput::write(std::string(kVersion) + "\n");
+        StandardOutput::write(version + "\n");
         return ExitStatus::done;
     } catch (const CLI::ParseError& error) {
         throwUsageError(application, error.what());

@@ -254,6 +254,10 @@ Result CUPSScheduler::ask(QueueFailure& failure, const Talk& talk) const {
     return result;
 }
 
+std::string CUPSScheduler::name() const {
+    return server_.empty() ? cupsServer() : server_;
+}
+
 std::optional<std::vector<std::string>> CUPSScheduler::queueNames(QueueFailure& failure) const {
     return ask<std::optional<std::vector<std::string>>>(failure, askForQueueNames);
 }

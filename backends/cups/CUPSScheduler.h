@@ -27,6 +27,10 @@ class CUPSScheduler : public QueueScheduler {
     explicit CUPSScheduler(std::string server = {});
     CUPSScheduler(std::string server, const Limits& limits);
 
+    /// What the scheduler is called: as it was named, else as the environment and client.conf name
+    /// it.
+    std::string name() const;
+
     std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override;
     SchedulerPPD PPDOfQueue(const std::string& name, QueueFailure& failure) const override;
     SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,

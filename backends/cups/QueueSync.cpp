@@ -83,6 +83,7 @@ class QueueSync::Run {
             return end("", failure);
         }
         queue_ = *queue;
+        outcome_.deviceURI = queue_.deviceURI;
         if (queue_.kind != SchedulerQueue::Kind::own) {
             return skip(queue_.kind == SchedulerQueue::Kind::printerClass
                             ? "it is a class, which has no PPD"

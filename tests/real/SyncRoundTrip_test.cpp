@@ -86,9 +86,10 @@ TEST_F(SyncRoundTrip, ThePrintersAccessoriesBecomeTheQueuesDefaultsAndGoAgain) {
 
     const ProgramResult first = sync({"inkjet"});
     EXPECT_EQ(first.exitStatus, 0) << first.standardError;
-    EXPECT_THAT(first.standardOutput, HasSubstr("inkjet: updated: "));
-    EXPECT_THAT(first.standardOutput, HasSubstr("DefaultZrAutoDuplexerInstalled"));
-    EXPECT_THAT(first.standardOutput, HasSubstr("DefaultZrLowerTrayInstalled"));
+    EXPECT_THAT(first.standardOutput, HasSubstr("inkjet: updated\n"));
+    EXPECT_THAT(first.standardOutput,
+                HasSubstr("\n  Automatic Duplexer: Not Installed -> Installed\n"));
+    EXPECT_THAT(first.standardOutput, HasSubstr("\n  Lower Tray: Not Installed -> Installed\n"));
     EXPECT_THAT(first.standardOutput, HasSubstr("1 queue: 1 updated\n"));
     EXPECT_THAT(shownOption("inkjet", "ZrAutoDuplexerInstalled"), HasSubstr("*True"));
     EXPECT_THAT(shownOption("inkjet", "ZrLowerTrayInstalled"), HasSubstr("*True"));
@@ -133,7 +134,7 @@ TEST_F(SyncRoundTrip, NothingElseOfTheQueueMoves) {
     const auto before = described();
     ASSERT_THAT(before, testing::IsSupersetOf({"number-up=2", "printer-is-accepting-jobs=false",
                                                "printer-is-shared=false", "printer-state=5"}));
-    ASSERT_THAT(sync({"office"}).standardOutput, HasSubstr("office: updated: "));
+    ASSERT_THAT(sync({"office"}).standardOutput, HasSubstr("office: updated\n"));
     EXPECT_EQ(described(), before);
 }
 
@@ -163,7 +164,7 @@ TEST_F(SyncRoundTrip, ADryRunShowsTheDiffAndInstallsNothing) {
     const std::string before = contentsOfFile(scheduler_->PPDPath("inkjet"));
     const ProgramResult run = sync({"--dry-run", "--diff", "inkjet"});
     EXPECT_EQ(run.exitStatus, 0) << run.standardError;
-    EXPECT_THAT(run.standardOutput, HasSubstr("inkjet: would be updated: "));
+    EXPECT_THAT(run.standardOutput, HasSubstr("inkjet: would be updated\n"));
     EXPECT_THAT(run.standardOutput, HasSubstr("\n-*DefaultZrLowerTrayInstalled: False\n"));
     EXPECT_THAT(run.standardOutput, HasSubstr("\n+*DefaultZrLowerTrayInstalled: True\n"));
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
@@ -178,11 +179,12 @@ TEST_F(SyncRoundTrip, AllQueuesGetALineAndOneThatIsNotInStepIsExitStatus4) {
     EXPECT_EQ(run.exitStatus, 4);
     EXPECT_THAT(run.standardOutput, HasSubstr(R"({"queue":"a-office","result":"updated",)"));
     EXPECT_THAT(run.standardOutput,
-                HasSubstr(R"({"queue":"b-raw","result":"skipped","changed":[],)"
-                          R"("reason":"it is a raw queue, which has no PPD"})"));
+                HasSubstr(R"({"queue":"b-raw","result":"skipped","changed":[],"changes":[],)"
+                          R"("reason":"it is a raw queue, which has no PPD",)"));
     EXPECT_THAT(
         run.standardOutput,
-        HasSubstr(R"({"queue":"c-web","result":"unsupported","changed":[],"cause":"no-backend",)"));
+        HasSubstr(R"({"queue":"c-web","result":"unsupported","changed":[],"changes":[],"cause":)"
+                  R"("no-backend",)"));
     EXPECT_THAT(run.standardOutput, HasSubstr(R"(no backend for the scheme \"https\")"));
 }
 
@@ -224,7 +226,7 @@ TEST_F(SyncRoundTrip, TheSchedulerMayBeNamedByItsSocketOrTheEnvironment) {
         const ProgramResult run =
             runProgram({TKPPDUPDATING_TOOL, "sync", "--all", "--dry-run"}, surroundings);
         EXPECT_EQ(run.exitStatus, 0) << server << run.standardOutput << run.standardError;
-        EXPECT_THAT(run.standardOutput, HasSubstr("office: would be updated: ")) << server;
+        EXPECT_THAT(run.standardOutput, HasSubstr("office: would be updated\n")) << server;
     }
 }
 
@@ -241,7 +243,9 @@ std::vector<std::string> resultsIn(const std::string& output) {
     std::istringstream lines(output);
     for (std::string line; std::getline(lines, line);) {
         const std::size_t colon = line.find(": ");
-        if (colon != std::string::npos && !std::isdigit(static_cast<unsigned char>(line[0]))) {
+        // What changed is indented, and the summary begins with a count.
+        if (colon != std::string::npos && !std::isdigit(static_cast<unsigned char>(line[0])) &&
+            line[0] != ' ') {
             results.push_back(line.substr(0, line.find_first_of(":", colon + 2)));
         }
     }
