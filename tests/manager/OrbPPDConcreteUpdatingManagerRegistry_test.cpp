@@ -155,6 +155,21 @@ TEST_F(ApplicableUpdaters, AreFreshInstancesOfTheClassesThatApply) {
     EXPECT_EQ(A::script.timesAskedIfApplicable, 2);
 }
 
+TEST_F(ApplicableUpdaters, AreThoseOfTheOtherClassesWhenOneGivesNoInstance) {
+    static const OrbClass barren("BarrenUpdater",
+                                 []() -> std::unique_ptr<ITkPPDUpdater> { return nullptr; });
+    useUpdaters<A>();
+    EXPECT_TRUE(manager.registerUpdaterClass(&barren));
+    EXPECT_EQ(manager.registeredClasses().size(), 2U);
+    EXPECT_EQ(manager.applicableUpdatersForPPDFile(file.get()).size(), 1U);
+    A::script.updateFromDevice = [](const PPDText&, auto, auto*) { return makePPDText("device"); };
+    A::script.updateFromPPD = [](const PPDText&, auto*, auto*) { return makePPDText("queue"); };
+    EXPECT_EQ(textOf(manager.updatedPPDContentsForFile_deviceURI(path, "ipp://p")), "device");
+    EXPECT_EQ(textOf(manager.updatedPPDContentsForFile_queueName(path, "office")), "queue");
+    EXPECT_EQ(manager.PPDUpdatingValuesForQueueWithName_deviceURI("office", "ipp://p"),
+              OrbPPDUpdatingValues());
+}
+
 TEST_F(ApplicableUpdaters, AreNoneWithoutRegisteredClasses) {
     EXPECT_TRUE(manager.applicableUpdatersForPPDFile(file.get()).empty());
 }

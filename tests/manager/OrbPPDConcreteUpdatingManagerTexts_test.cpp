@@ -155,6 +155,15 @@ TEST_F(UpdatingFromADevice, PassesOnThatThereIsNoURI) {
     EXPECT_EQ(textOf(manager.updatedPPDContentsForFile_deviceURI(path, std::nullopt)), "changed");
 }
 
+TEST_F(UpdatingFromADevice, HandsAnEmptyURIOnAsOne) {
+    useUpdaters<A>();
+    A::script.updateFromDevice = [](const PPDText&, URI deviceURI, OrbDictionary*) -> PPDText {
+        EXPECT_EQ(deviceURI, "");
+        return makePPDText("changed");
+    };
+    EXPECT_EQ(textOf(manager.updatedPPDContentsForFile_deviceURI(path, "")), "changed");
+}
+
 TEST_F(UpdatingFromADevice, HandsTheResultOfOneUpdaterToTheNext) {
     useUpdaters<A, B, C>();
     const auto append = [](const PPDText& contents, URI, OrbDictionary*) {
@@ -325,6 +334,25 @@ TEST_F(UpdatingFromAQueue, GivesNullForAQueueWithoutAPPDThoughTheFileWasReadAndP
     EXPECT_EQ(core->askedPaths, std::vector<std::string>{path});
     EXPECT_EQ(core->askedQueueNames, std::vector<std::string>{"attic"});
     EXPECT_EQ(A::script.timesRun, 0);
+}
+
+TEST_F(UpdatingFromAQueue, GivesNullForAQueueWithoutAPPDAlsoWhenNoUpdaterApplies) {
+    EXPECT_EQ(manager.updatedPPDContentsForFile_queueName(path, "attic"), nullptr);
+    useUpdaters<A>();
+    A::script.isApplicable = [](const OrbPPDFile*) { return false; };
+    EXPECT_EQ(manager.updatedPPDContentsForFile_queueName(path, "attic"), nullptr);
+    EXPECT_EQ(core->askedQueueNames, (std::vector<std::string>{"attic", "attic"}));
+}
+
+TEST_F(UpdatingFromAQueue, AsksTheUpdatersBeforeItLooksForTheQueue) {
+    useUpdaters<A>();
+    A::script.isApplicable = [this](const OrbPPDFile*) {
+        EXPECT_TRUE(core->askedQueueNames.empty());
+        return true;
+    };
+    manager.updatedPPDContentsForFile_queueName(path, "attic");
+    EXPECT_EQ(A::script.timesAskedIfApplicable, 1);
+    EXPECT_EQ(core->askedQueueNames, std::vector<std::string>{"attic"});
 }
 
 TEST_F(UpdatingFromAQueue, DoesNotLookForTheQueueOfAFileThatCannotBeReadOrParsed) {

@@ -103,9 +103,10 @@ TEST_P(UpdatingValues, GetTheDeviceURIUnchanged) {
     };
     values("ipp://p");
     values("any text: not checked");
+    values("");
     values(std::nullopt);
     EXPECT_EQ(given, (std::vector<std::optional<std::string>>{"ipp://p", "any text: not checked",
-                                                              std::nullopt}));
+                                                              "", std::nullopt}));
 }
 
 TEST_P(UpdatingValues, HaveAContextInFilterModeSharedWithinARunAndNotBetweenRuns) {
@@ -179,6 +180,12 @@ TEST_F(UpdatingValuesForAQueue, AreNothingForAQueueWithoutAPPD) {
               std::nullopt);
     EXPECT_EQ(core->askedQueueNames, std::vector<std::string>{"attic"});
     EXPECT_EQ(A::script.instancesMade, 0);
+}
+
+TEST_F(UpdatingValuesForAQueue, AreNothingForAQueueWithoutAPPDAlsoWithoutUpdaters) {
+    EXPECT_EQ(manager.PPDUpdatingValuesForQueueWithName_deviceURI("attic", "ipp://p"),
+              std::nullopt);
+    EXPECT_EQ(core->askedQueueNames, std::vector<std::string>{"attic"});
 }
 
 TEST_F(UpdatingValuesForAQueue, AreNothingWithoutACoreLibrary) {

@@ -181,6 +181,18 @@ TEST(DeviceCapabilitiesUpdater, RaisesOutOfRangeWhenTheVersionEndsAtItsColon) {
                  std::out_of_range);
 }
 
+TEST(DeviceCapabilitiesUpdater, DoesNotReadTheVersionWithoutADuplexer) {
+    constexpr std::string_view kBareVersion =
+        "*ZrAutoDuplexCapability: Unknown\n*ZrDeviceCapabilities: x\n*cupsVersion:\n";
+    constexpr std::string_view kWithout =
+        "*ZrAutoDuplexCapability: False\n*ZrDeviceCapabilities: Detected\n*cupsVersion:\n";
+    const auto device = DeviceScope::withDuplexer(false);
+    EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kBareVersion), kWithout);
+    EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kBareVersion),
+                                                               "*ZrAutoDuplexCapability: False\n"),
+              kWithout);
+}
+
 TEST(DeviceCapabilitiesUpdater, CopiesTheStateOfAnotherPPD) {
     const ResourceScope resources;
     EXPECT_EQ(*updatedFromPPD<OrbPPDDeviceCapabilitiesUpdater>(textOf(kUndecided),

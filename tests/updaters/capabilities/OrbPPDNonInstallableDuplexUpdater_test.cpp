@@ -200,6 +200,29 @@ TEST(NonInstallableDuplexUpdater, RaisesOutOfRangeWhenTheVersionEndsAtItsColon) 
                  std::out_of_range);
 }
 
+TEST(NonInstallableDuplexUpdater, ReadsTheVersionForADeviceThatCannotTellOnly) {
+    const ResourceScope resources(dataWithBlockAndExpression());
+    constexpr std::string_view kBareVersion = "*ZrNonInstallableDuplex: Unknown\n*cupsVersion:\n";
+    for (const std::string status : {"Installed", "Not Installed", "Unknown", "not detected"}) {
+        EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                      textOf(kBareVersion), "*ZrNonInstallableDuplex: " + status + "\n"),
+                  "*ZrNonInstallableDuplex: " + status + "\n*cupsVersion:\n");
+    }
+    EXPECT_THROW(updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                     textOf(kBareVersion), "*ZrNonInstallableDuplex: Not Detected\n"),
+                 std::out_of_range);
+}
+
+TEST(NonInstallableDuplexUpdater, CopiesUnknownOverAnyWordOfTheText) {
+    const ResourceScope resources(dataWithBlockAndExpression());
+    for (const char* const status : {"Installed", "Not Installed", "Not Detected", "other"}) {
+        EXPECT_EQ(*updatedFromPPD<OrbPPDNonInstallableDuplexUpdater>(
+                      textOf(textWithStatus(status)), "*ZrNonInstallableDuplex: Unknown\n"),
+                  kUndecided)
+            << status;
+    }
+}
+
 TEST(NonInstallableDuplexUpdater, CopiesTheWordOfAnotherPPD) {
     const ResourceScope resources(dataWithBlockAndExpression());
     const PPDText text = textOf(kUndecided);

@@ -262,6 +262,21 @@ TEST_F(CustomMediaRun, AFailedRunKeepsNothingNotEvenTheRemoval) {
     EXPECT_EQ(updatedText(earlier, {}), without(PPDWith(), "*CloseUI: *ZrICCProfileId2\n"));
 }
 
+TEST_F(CustomMediaRun, AFailedRunLeavesItsListsAndItsProcessor) {
+    const auto gloss = profile("file:///p/gloss.icc", "q1");
+    OrbPPDCustomMediaUpdater updater;
+    // The properties of the second are too long for a line.
+    EXPECT_EQ(updater.contentsForContents_updatedWithCustomMediaTypes(
+                  makePPDText(PPDWith()),
+                  {mediaType("One", "1", "1", gloss), mediaType("Two", std::string(256, '7'))}),
+              nullptr);
+    EXPECT_THAT(updater.customMediaTypes(), SizeIs(2));
+    EXPECT_THAT(updater.customMediaNames(), ElementsAre("custom1", "custom2"));
+    EXPECT_THAT(updater.customICCProfiles(), ElementsAre(gloss));
+    ASSERT_TRUE(updater.PPDProcessor());
+    EXPECT_THAT(*updater.PPDProcessor()->content(), HasSubstr("*MediaType custom2/Two:"));
+}
+
 TEST_F(CustomMediaRun, TheClosingLineIsFoundByItsPrefixIgnoringCase) {
     const struct {
         const char* line;
@@ -342,6 +357,37 @@ TEST_F(CustomMediaSteps, ChoicesAreNumberedByPositionWhateverTheirIDs) {
     EXPECT_THAT(updater.customMediaNames(), ElementsAre("custom1", "custom2", "custom3"));
     EXPECT_EQ(content(), PPDWith(choiceLines("custom1", "A") + choiceLines("custom2", "B") +
                                  choiceLines("custom3", "C")));
+}
+
+TEST_F(CustomMediaSteps, ChoicesAreNumberedFromOneInEveryCall) {
+    start({mediaType("One"), mediaType("Two")});
+    ASSERT_TRUE(updater.appendCustomMediaTypes());
+    ASSERT_TRUE(updater.appendCustomMediaTypes());
+    EXPECT_THAT(updater.customMediaNames(),
+                ElementsAre("custom1", "custom2", "custom1", "custom2"));
+    const std::string choices = choiceLines("custom1", "One") + choiceLines("custom2", "Two");
+    EXPECT_EQ(content(), PPDWith(choices + choices));
+}
+
+/// A media type that takes the editor away when it is asked for its name, so that nothing can be
+/// inserted for it: no name is so long that its line would be refused.
+class DisruptiveMediaType : public PPDModelCustomMediaType {
+  public:
+    explicit DisruptiveMediaType(OrbPPDCustomMediaUpdater& updater)
+        : PPDModelCustomMediaType("Name", "1", "1", nullptr), updater_(updater) {}
+    std::optional<std::string_view> name() const override {
+        updater_.setPPDProcessor(nullptr);
+        return "Name";
+    }
+
+  private:
+    OrbPPDCustomMediaUpdater& updater_;
+};
+
+TEST_F(CustomMediaSteps, TheNameOfAChoiceThatCannotBeInsertedIsGivenOutAllTheSame) {
+    start({mediaType("One"), std::make_shared<DisruptiveMediaType>(updater), mediaType("Three")});
+    EXPECT_FALSE(updater.appendCustomMediaTypes());
+    EXPECT_THAT(updater.customMediaNames(), ElementsAre("custom1", "custom2"));
 }
 
 TEST_F(CustomMediaSteps, AChoiceWithoutANameHasNoTextAndNoTranslations) {
