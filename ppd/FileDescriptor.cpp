@@ -1,6 +1,4 @@
-#include "tools/WriteAll.h"
-
-#include <unistd.h>
+#include "ppd/FileDescriptor.h"
 
 #include <cerrno>
 #include <cstddef>

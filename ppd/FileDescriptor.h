@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <string_view>
 #include <utility>
 
 namespace TkPPDUpdating {
@@ -28,5 +29,9 @@ class FileDescriptor {
   private:
     int descriptor_;
 };
+
+/// Writes all bytes to an open file, in as many steps as it takes. False when they cannot be
+/// written; errno then says why.
+bool writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace TkPPDUpdating

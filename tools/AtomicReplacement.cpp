@@ -9,11 +9,11 @@
 #include <system_error>
 #include <utility>
 
+#include "ppd/FileDescriptor.h"
 #include "ppd/PPDTextFile.h"
 #include "tools/Failure.h"
 #include "tools/FileAttributes.h"
 #include "tools/SpecialFile.h"
-#include "tools/WriteAll.h"
 
 namespace TkPPDUpdating {
 

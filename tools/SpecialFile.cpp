@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <string>
 
+#include "ppd/FileDescriptor.h"
 #include "tools/Failure.h"
-#include "tools/WriteAll.h"
 
 namespace TkPPDUpdating {
 

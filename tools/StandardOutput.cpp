@@ -6,9 +6,9 @@
 
 #include <cerrno>
 
+#include "ppd/FileDescriptor.h"
 #include "tools/Failure.h"
 #include "tools/Terminal.h"
-#include "tools/WriteAll.h"
 
 namespace TkPPDUpdating {
 

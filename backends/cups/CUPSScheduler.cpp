@@ -4,25 +4,22 @@
 #include <cups/http.h>
 #include <cups/ipp.h>
 #include <strings.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <functional>
 #include <string_view>
 #include <utility>
 
 #include "backends/cups/HTTPTalk.h"
 #include "backends/cups/IPPMessage.h"
+#include "ppd/FileDescriptor.h"
 
 namespace TkPPDUpdating {
 
 namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
 
 /// Connects to the scheduler. The settings that it makes and reads belong to the talking thread.
 HTTPOpening schedulerOpening(const std::string& server) {
@@ -199,12 +196,13 @@ SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t 
     return {makePPDText(std::move(text)), false};
 }
 
-File temporaryFile(const std::string& text) {
-    File file(std::tmpfile());
-    const bool isWritten = file &&
-                           std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() &&
-                           std::fflush(file.get()) == 0;
-    return isWritten ? std::move(file) : nullptr;
+/// The text as a file in memory, which no folder shows and no other program inherits, at its
+/// beginning. None when there is no room for it.
+FileDescriptor openedText(const std::string& text) {
+    FileDescriptor file(::memfd_create("PPD", MFD_CLOEXEC));
+    const bool isReady =
+        file.isOpen() && writeAll(file.get(), text) && ::lseek(file.get(), 0, SEEK_SET) == 0;
+    return isReady ? std::move(file) : FileDescriptor();
 }
 
 bool sendPPD(http_t* connection, const std::string& name, const std::string& text,
@@ -213,15 +211,14 @@ bool sendPPD(http_t* connection, const std::string& name, const std::string& tex
     if (!askForQueue(connection, name, failure)) {
         return false;
     }
-    const File file = temporaryFile(text);
-    if (!file) {
+    const FileDescriptor file = openedText(text);
+    if (!file.isOpen()) {
         failure = {&queueSyncCause("no-result"), "there is no room for a temporary file"};
         return false;
     }
-    std::rewind(file.get());
     IPPMessage request = requestForQueue(IPP_OP_CUPS_ADD_MODIFY_PRINTER, name);
     const IPPMessage answer(
-        cupsDoIORequest(connection, request.release(), "/admin/", fileno(file.get()), -1));
+        cupsDoIORequest(connection, request.release(), "/admin/", file.get(), -1));
     if (cupsLastError() > IPP_STATUS_OK_CONFLICTING) {
         failure = failureOfLastRequest();
         return false;

@@ -1,6 +1,7 @@
 #include "backends/cups/HTTPTalk.h"
 
 #include <cups/cups.h>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -146,7 +147,7 @@ bool leadsToPeer(int socket, http_t* connection) {
 /// While the thread still connects, libcups may make the socket at this very moment. It gives no
 /// other way to a socket that TLS is being agreed upon over, whose peer may be as slow as any.
 void shutDown(http_t* connection) {
-    const int socket = connection ? dup(httpGetFd(connection)) : -1;
+    const int socket = connection ? fcntl(httpGetFd(connection), F_DUPFD_CLOEXEC, 0) : -1;
     if (socket >= 0) {
         if (leadsToPeer(socket, connection)) {
             shutdown(socket, SHUT_RDWR);

@@ -10,7 +10,6 @@
 #include <exception>
 
 #include "ppd/FileDescriptor.h"
-#include "tools/WriteAll.h"
 
 namespace TkPPDUpdating::Testing {
 
