@@ -19,6 +19,10 @@ inline constexpr std::string_view kTkCSCustomMediaTypesKey = "CustomMediaTypes";
 /// (`core_interface/OrbCSPartialStatus.h`).
 inline constexpr std::string_view kTkCSPensCodeNamePart = "codeName";
 
+/// The part of the custom media types that tells those that are reported, and not whether there are
+/// others, in such entries.
+inline constexpr std::string_view kTkCSReportedMediaTypesPart = "reported";
+
 /// Names of accessories in the list under `kTkCSDeviceAccessoriesKey`.
 inline constexpr std::string_view kTkCSDeviceAccessoryDuplexer = "Duplexer";
 inline constexpr std::string_view kTkCSDeviceAccessoryTray2 = "Tray2";

@@ -43,6 +43,9 @@ struct QueueSyncOutcome {
     std::string reason;
     /// What else is to be told of it, whatever the result: one phrase each.
     std::vector<std::string> notes;
+    /// The entries of a status that the updaters would have read and the printer did not tell: the
+    /// lines that follow them stayed (`core_interface/OrbCSPartialStatus.h`). Sorted.
+    std::vector<std::string> keptEntries;
     /// The queue's PPD as it was, when it could be read, and as it is or would be, when it differs.
     PPDText before;
     PPDText after;

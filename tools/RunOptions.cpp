@@ -30,6 +30,8 @@ void RunOptions::addTo(CLI::App& subcommand) {
     };
     addClassOption("--only", only_, "Run just this updater class (may be repeated)");
     addClassOption("--skip", skip_, "Run all but this updater class (may be repeated)");
+    subcommand.add_flag("--all-updaters", runAllUpdaters_,
+                        "Also run those that the printer did not tell all that they read");
 }
 
 bool RunOptions::areOnly(std::string_view className) const {

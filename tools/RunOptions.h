@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "sync/PPDUpdate.h"
 
 namespace TkPPDUpdating {
 
-/// The options that every command takes that runs updaters: which classes take part.
+/// The options that every command takes that runs updaters: which classes take part, and whether
+/// also those run to which the printer did not tell all that they read.
 class RunOptions {
   public:
     void addTo(CLI::App& subcommand);
@@ -21,9 +23,15 @@ class RunOptions {
     /// Whether the user asked for this class with --only.
     bool areOnly(std::string_view className) const;
 
+    PPDUpdate::Rule rule() const {
+        return runAllUpdaters_ ? PPDUpdate::Rule::allUpdatersRun
+                               : PPDUpdate::Rule::whatWasNotToldStays;
+    }
+
   private:
     std::vector<std::string> only_;
     std::vector<std::string> skip_;
+    bool runAllUpdaters_ = false;
 };
 
 }  // namespace TkPPDUpdating

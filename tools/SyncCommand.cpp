@@ -114,6 +114,7 @@ ExitStatus SyncCommand::run() {
     const QueueSync sync(scheduler, {.isDryRun = isDryRun_,
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
                                      .makeManager = [this] { return makeManager(); },
+                                     .rule = runOptions_.rule(),
                                      .mostPrinters = jobs_});
     SyncReport::Options reportOptions = reportOptions_;
     reportOptions.server = scheduler.name();

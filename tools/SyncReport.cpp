@@ -137,10 +137,11 @@ std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
     for (const std::string& note : outcome.notes) {
         details += (details.empty() ? "" : "; ") + note;
     }
+    const std::string kept = PPDUpdate::wordsForKeptEntries(outcome.keptEntries);
     return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
-           "\n" + changesOf(outcome).lines("  ");
+           "\n" + changesOf(outcome).lines("  ") + (kept.empty() ? "" : "  " + kept + "\n");
 }
 
 std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
@@ -157,6 +158,9 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
     }
     if (!outcome.notes.empty()) {
         object["notes"] = outcome.notes;
+    }
+    if (!outcome.keptEntries.empty()) {
+        object["kept"] = outcome.keptEntries;
     }
     if (options_.isDiff && isChange(outcome)) {
         object["diff"] = unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <initializer_list>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +18,7 @@ class DroppedValues {
   public:
     void add(std::string_view attribute, std::string_view reason) {
         constexpr std::size_t kMost = 100;
+        markIncomplete(attribute.substr(0, attribute.find(',')));
         if (reasons_.size() < kMost) {
             reasons_.push_back(std::string(attribute) + ": " + std::string(reason));
         } else if (reasons_.size() == kMost) {
@@ -39,6 +43,20 @@ class DroppedValues {
         }
     }
 
+    /// Remembers, without a reason, that values of the attribute may be missing.
+    void markIncomplete(std::string_view attribute) {
+        constexpr std::size_t kMost = 100;  // More than the attributes that are asked for.
+        if (incomplete_.size() < kMost) {
+            incomplete_.emplace(attribute);
+        }
+    }
+
+    /// Whether values of one of the attributes, or members of them, were dropped.
+    bool areFrom(std::initializer_list<std::string_view> attributes) const {
+        return std::any_of(attributes.begin(), attributes.end(),
+                           [this](std::string_view each) { return incomplete_.contains(each); });
+    }
+
     const std::vector<std::string>& reasons() const { return reasons_; }
     std::vector<std::string> takeReasons() { return std::move(reasons_); }
 
@@ -48,6 +66,7 @@ class DroppedValues {
     }
 
     std::vector<std::string> reasons_;
+    std::set<std::string, std::less<>> incomplete_;
 };
 
 }  // namespace TkPPDUpdating

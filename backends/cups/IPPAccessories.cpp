@@ -20,6 +20,10 @@ void addAccessory(std::string_view name, bool isInstalled, IPPDeviceStatus::Valu
     std::get<OrbCSDeviceAccessories>(value).push_back({std::string(name), isInstalled});
 }
 
+void tellAccessory(std::string_view name, OrbCSToldEntries& told) {
+    told.insert(OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, name));
+}
+
 bool isTray(std::string_view source) {
     const std::string name = comparableKeyword(source);
     const auto has = [&name](std::string_view part) {
@@ -41,7 +45,7 @@ bool isTrayDescription(std::string_view description) {
 
 }  // namespace
 
-void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
+void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
     const auto sides = answer.keywordsOrNames("sides-supported");
     if (!sides) {
         return;
@@ -60,9 +64,12 @@ void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
     if (isOneSided || isTwoSided) {
         addAccessory(kTkCSDeviceAccessoryDuplexer, isTwoSided, values);
     }
+    if (isTwoSided || (isOneSided && !answer.dropped().areFrom({"sides-supported"}))) {
+        tellAccessory(kTkCSDeviceAccessoryDuplexer, told);
+    }
 }
 
-void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
+void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
     bool isReported = false;
     std::set<std::string> sources;
     if (const auto keywords = answer.keywordsOrNames("media-source-supported")) {
@@ -86,7 +93,12 @@ void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
         }
     }
     if (isReported) {
-        addAccessory(kTkCSDeviceAccessoryTray2, std::max(sources.size(), described) >= 2, values);
+        const bool isInstalled = std::max(sources.size(), described) >= 2;
+        addAccessory(kTkCSDeviceAccessoryTray2, isInstalled, values);
+        if (isInstalled ||
+            !answer.dropped().areFrom({"media-source-supported", "printer-input-tray"})) {
+            tellAccessory(kTkCSDeviceAccessoryTray2, told);
+        }
     }
 }
 

@@ -51,6 +51,7 @@ class CustomMediaTypes {
     /// One of "media-col-database".
     void addCollection(ipp_t* collection, const std::string& place) {
         const auto type = answer_.member(collection, "media-type", PrinterText::plain, place);
+        isAnyTypeNamed_ = isAnyTypeNamed_ || type.text;
         if (!type.text || !isNewCustomType(*type.text, type.isName)) {
             return;
         }
@@ -63,12 +64,16 @@ class CustomMediaTypes {
 
     /// One of "media-type-supported".
     void addType(const std::string& type, const std::string& place) {
+        isAnyTypeNamed_ = true;
         // libcups keeps one syntax for all values of a set, so that among keywords and names the
         // standard list alone tells which are the printer's own.
         if (isNewCustomType(type, false)) {
             add(type, std::nullopt, std::nullopt, place);
         }
     }
+
+    /// Whether the printer named any media type, a standard one included.
+    bool isAnyTypeNamed() const { return isAnyTypeNamed_; }
 
     OrbCustomMediaTypes take() { return std::move(types_); }
 
@@ -104,11 +109,13 @@ class CustomMediaTypes {
     IPPAnswer& answer_;
     std::set<std::string> seen_;
     OrbCustomMediaTypes types_;
+    bool isAnyTypeNamed_ = false;
 };
 
 }  // namespace
 
-void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
+void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values,
+                          OrbCSToldEntries& told) {
     CustomMediaTypes types(answer);
     const auto collections = answer.collections("media-col-database");
     for (std::size_t index = 0; index < collections.size(); ++index) {
@@ -122,6 +129,13 @@ void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
     }
     if (!collections.empty() || supported) {
         values.insert_or_assign(std::string(kTkCSCustomMediaTypesKey), types.take());
+    }
+    if (types.isAnyTypeNamed()) {
+        const bool areAll =
+            !answer.dropped().areFrom({"media-col-database", "media-type-supported"});
+        told.insert(areAll ? std::string(kTkCSCustomMediaTypesKey)
+                           : OrbCSPartialStatus::entryForPart(kTkCSCustomMediaTypesKey,
+                                                              kTkCSReportedMediaTypesPart));
     }
 }
 

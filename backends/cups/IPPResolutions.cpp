@@ -77,7 +77,8 @@ void readURFResolutions(IPPAnswer& answer, std::optional<std::int64_t>& highest)
 
 }  // namespace
 
-void readHighestResolution(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
+void readHighestResolution(IPPAnswer& answer, IPPDeviceStatus::Values& values,
+                           OrbCSToldEntries& told) {
     std::optional<std::int64_t> highest;
     readResolutions(answer, "printer-resolution-supported", highest);
     readResolutions(answer, "pwg-raster-document-resolution-supported", highest);
@@ -85,6 +86,11 @@ void readHighestResolution(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
     if (highest) {
         values.insert_or_assign(std::string(kTkCSMaxSupportedResolutionKey),
                                 OrbCSNumberOrString(*highest));
+        if (!answer.dropped().areFrom({"printer-resolution-supported",
+                                       "pwg-raster-document-resolution-supported",
+                                       "urf-supported"})) {
+            told.emplace(kTkCSMaxSupportedResolutionKey);
+        }
     }
 }
 

@@ -1,6 +1,8 @@
 #include "backends/cups/IPPStatusMapping.h"
 
+#include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 #include "backends/cups/IPPAccessories.h"
@@ -40,6 +42,20 @@ constexpr std::array kRows = {
                           readHighestResolution},
     IPPStatusMapping::Row{kTkCSCustomMediaTypesKey, kMediaTypeAttributes, readCustomMediaTypes}};
 
+/// Both accessories that there are rows for are all of them.
+void nameAccessoriesAsOne(OrbCSToldEntries& told) {
+    OrbCSToldEntries parts;
+    for (const std::string_view name : {kTkCSDeviceAccessoryDuplexer, kTkCSDeviceAccessoryTray2}) {
+        parts.insert(OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, name));
+    }
+    if (std::includes(told.begin(), told.end(), parts.begin(), parts.end())) {
+        for (const std::string& part : parts) {
+            told.erase(part);
+        }
+        told.emplace(kTkCSDeviceAccessoriesKey);
+    }
+}
+
 }  // namespace
 
 std::span<const IPPStatusMapping::Row> IPPStatusMapping::rows() {
@@ -60,11 +76,13 @@ std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(ipp_t* 
                                                                          DroppedValues dropped) {
     IPPAnswer reader(answer, std::move(dropped));
     IPPDeviceStatus::Values values;
+    OrbCSToldEntries told;
     for (const Row& row : kRows) {
-        row.read(reader, values);
+        row.read(reader, values, told);
     }
+    nameAccessoriesAsOne(told);
     return std::make_shared<const IPPDeviceStatus>(std::move(values),
-                                                   reader.dropped().takeReasons());
+                                                   reader.dropped().takeReasons(), std::move(told));
 }
 
 }  // namespace TkPPDUpdating

@@ -22,11 +22,12 @@ class IPPStatusMapping {
     };
 
     /// A status key with the attributes that it is read from, and how. `read` adds to `values` what
-    /// the printer reported and leaves them alone otherwise.
+    /// the printer reported and leaves them alone otherwise, and to `told` the entries of it that
+    /// the answer tells: not one of which a value was dropped that could have made it another.
     struct Row {
         std::string_view statusKey;
         std::span<const Attribute> attributes;
-        void (*read)(IPPAnswer& answer, IPPDeviceStatus::Values& values);
+        void (*read)(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
     };
 
     IPPStatusMapping() = delete;
@@ -39,7 +40,8 @@ class IPPStatusMapping {
 
     /// The status that an answer means; null (no answer) gives an empty one. What was not reported
     /// is not in it, and a bad value is dropped with its reason while the rest counts. `dropped`
-    /// holds the reasons for what was dropped before.
+    /// holds the reasons for what was dropped before, and the names of attributes that were not
+    /// asked for.
     static std::shared_ptr<const IPPDeviceStatus> statusForAnswer(ipp_t* answer,
                                                                   DroppedValues dropped = {});
 };

@@ -18,8 +18,8 @@ namespace TkPPDUpdating {
 
 namespace {
 
-/// A list of values has to fit into one PPD line of 255 bytes with its keyword.
-constexpr std::size_t kLongestList = 200;
+/// PPD specification 4.3, section 3.6.
+constexpr std::size_t kLongestLine = 255;
 
 struct Pen {
     std::string dye;
@@ -152,37 +152,52 @@ std::string joined(const std::vector<Pen>& pens, std::string (*textOf)(const Pen
     return list;
 }
 
-void setList(std::string_view key, std::string list, OrbCSPensConfiguration& configuration,
+/// Whether it was set.
+bool setList(std::string_view key, std::string list, OrbCSPensConfiguration& configuration,
              IPPAnswer& answer) {
-    if (list.size() > kLongestList) {
-        answer.dropped().add(key, "is longer than " + std::to_string(kLongestList) + " bytes");
+    if (std::string_view("*: ").size() + key.size() + list.size() > kLongestLine) {
+        answer.dropped().add(key, "would make a line of more than 255 bytes");
     } else if (const auto reason = reasonPrinterTextIsRefused(PrinterText::unquotedValue, list)) {
         answer.dropped().add(key, *reason);
     } else {
         configuration.PPDAttributeValues.emplace(key, std::move(list));
+        return true;
     }
+    return false;
+}
+
+void tellPenValue(std::string_view keyword, OrbCSToldEntries& told) {
+    told.insert(OrbCSPartialStatus::entryForPart(kTkCSInstalledPensConfigurationKey, keyword));
 }
 
 }  // namespace
 
-void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values) {
+void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
     std::vector<Pen> pens = pensFromSupplies(answer);
+    // A description that was dropped is missed only by a supply whose dye it would have named.
+    bool areAllNamed = !answer.dropped().areFrom({"printer-supply"});
+    bool areLevelsWhole = true;
     if (pens.empty()) {
         pens = pensFromMarkers(answer);
+        areAllNamed = !answer.dropped().areFrom({"marker-types", "marker-names", "marker-colors"});
+        areLevelsWhole = !answer.dropped().areFrom({"marker-levels", "marker-low-levels"});
     }
     if (pens.empty()) {
         return;
     }
     OrbCSPensConfiguration configuration;
-    setList(kTkCSPPDPenDyesKey, joined(pens, [](const Pen& pen) { return pen.dye; }), configuration,
-            answer);
+    if (setList(kTkCSPPDPenDyesKey, joined(pens, [](const Pen& pen) { return pen.dye; }),
+                configuration, answer) &&
+        areAllNamed) {
+        tellPenValue(kTkCSPPDPenDyesKey, told);
+    }
     const bool areLevelsKnown = std::all_of(
         pens.begin(), pens.end(), [](const Pen& pen) { return pen.isSufficient.has_value(); });
-    if (areLevelsKnown) {
-        setList(
-            kTkCSPPDPenInkSufficientKey,
-            joined(pens, [](const Pen& pen) { return std::string(*pen.isSufficient ? "1" : "0"); }),
-            configuration, answer);
+    const auto digit = [](const Pen& pen) { return std::string(*pen.isSufficient ? "1" : "0"); };
+    if (areLevelsKnown &&
+        setList(kTkCSPPDPenInkSufficientKey, joined(pens, digit), configuration, answer) &&
+        areAllNamed && areLevelsWhole) {
+        tellPenValue(kTkCSPPDPenInkSufficientKey, told);
     }
     values.insert_or_assign(std::string(kTkCSInstalledPensConfigurationKey),
                             std::move(configuration));

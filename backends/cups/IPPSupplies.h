@@ -2,6 +2,7 @@
 
 #include "backends/cups/IPPAnswer.h"
 #include "backends/cups/IPPDeviceStatus.h"
+#include "core_interface/OrbCSPartialStatus.h"
 
 namespace TkPPDUpdating {
 
@@ -14,6 +15,6 @@ namespace TkPPDUpdating {
 /// commas: whether the level is above the one at which the printer calls it low (above empty, when
 /// it does not tell one); nothing unless all levels are known. IPP knows no code name of a
 /// configuration and none of the other values.
-void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values);
+void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
 
 }  // namespace TkPPDUpdating

@@ -8,8 +8,6 @@
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
-#include "manager/OrbPPDToldRule.h"
-#include "manager/OrbPPDUpdatingContext.h"
 #include "ppd/UTF8.h"
 #include "sync/QueueSyncCauses.h"
 #include "sync/UpdateGuard.h"
@@ -109,20 +107,18 @@ class QueueSync::Run {
         if (!before_) {
             return end(queueSyncCause("bad-ppd"), "its PPD cannot be parsed: " + reason);
         }
-        manager_ = options_.makeManager ? options_.makeManager()
-                                        : std::make_unique<OrbPPDConcreteUpdatingManager>();
-        const auto updaters = manager_->applicableUpdatersForPPDFile(before_.get());
-        if (updaters.empty()) {
+        update_.emplace(options_.makeManager ? options_.makeManager()
+                                             : std::make_unique<OrbPPDConcreteUpdatingManager>(),
+                        before_);
+        if (!update_->hasUpdaters()) {
             return skip("nothing in its PPD follows the printer");
         }
-        isStatusNeeded_ = std::ranges::any_of(
-            updaters, [](const auto& updater) { return OrbPPDToldRule::readsStatus(*updater); });
         return !invalid || end(queueSyncCause("not-utf8"),
                                "its PPD is not valid UTF-8 at byte " + std::to_string(*invalid));
     }
 
     bool askPrinter() {
-        if (!isStatusNeeded_) {
+        if (!update_->needsStatus()) {
             return true;
         }
         const PrinterTurn turn(printers_, options_.isCancelled);
@@ -130,19 +126,21 @@ class QueueSync::Run {
             return goesOn();
         }
         OrbCSError error;
-        status_ = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(queue_.deviceURI, nullptr,
-                                                                          &error);
-        // One that was not waited for is not to blame.
-        return status_ || (goesOn() && end(queueSyncCauseForError(error.cause),
-                                           "its printer gives no status: " + error.reason));
+        auto status = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(queue_.deviceURI,
+                                                                              nullptr, &error);
+        if (!status) {
+            // One that was not waited for is not to blame.
+            return goesOn() && end(queueSyncCauseForError(error.cause),
+                                   "its printer gives no status: " + error.reason);
+        }
+        update_->setStatus(std::move(status), options_.rule);
+        outcome_.keptEntries = update_->keptEntries();
+        return true;
     }
 
     bool updateText() {
-        OrbDictionary context =
-            OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status_, nullptr);
         try {
-            outcome_.after = manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
-                outcome_.before, *before_, queue_.deviceURI, std::move(context));
+            outcome_.after = update_->updatedText(queue_.deviceURI);
         } catch (const std::out_of_range&) {
             return end(queueSyncCause("no-result"),
                        "its PPD has an attribute that ends before its value does");
@@ -161,9 +159,9 @@ class QueueSync::Run {
             return end(queueSyncCause("refused-result"),
                        "the updated PPD cannot be parsed: " + reason);
         }
-        const auto refusal =
-            UpdateGuard::reasonNotToWrite(*outcome_.before, *outcome_.after,
-                                          manager_->applicableUpdatersForPPDFile(before_.get()));
+        const auto refusal = UpdateGuard::reasonNotToWrite(
+            *outcome_.before, *outcome_.after,
+            update_->manager().applicableUpdatersForPPDFile(before_.get()));
         if (refusal) {
             return end(queueSyncCause("refused-result"), "the updated PPD is refused: " + *refusal);
         }
@@ -215,9 +213,7 @@ class QueueSync::Run {
     QueueSyncOutcome outcome_;
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
-    std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
-    bool isStatusNeeded_ = true;
-    std::shared_ptr<const OrbCSDeviceStatus> status_;
+    std::optional<PPDUpdate> update_;
 };
 
 QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)

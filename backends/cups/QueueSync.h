@@ -11,6 +11,7 @@
 #include "backends/cups/PrinterTurns.h"
 #include "backends/cups/QueueScheduler.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "sync/PPDUpdate.h"
 #include "sync/QueueSyncOutcome.h"
 
 namespace TkPPDUpdating {
@@ -22,7 +23,8 @@ namespace TkPPDUpdating {
 ///
 /// A printer that gives no status leaves its queue as it is: what the updaters assume of a silent
 /// printer is for a new queue, not for one that is in use. It is asked through `OrbCoreInterface`,
-/// once, and not at all for a PPD none of whose updaters reads a status.
+/// once, and not at all for a PPD none of whose updaters reads a status. What its answer does not
+/// tell stays as it is, too.
 class QueueSync {
   public:
     using ManagerMaker = std::function<std::unique_ptr<OrbPPDConcreteUpdatingManager>()>;
@@ -35,6 +37,8 @@ class QueueSync {
         /// defaults, the updated PPD may change those that one of the manager's
         /// `OrbPPDDefaultChoiceUpdater`s names in `optionNames`.
         ManagerMaker makeManager = nullptr;
+        /// Which updaters run on an answer that does not tell everything.
+        PPDUpdate::Rule rule = PPDUpdate::Rule::whatWasNotToldStays;
         /// How many printers are asked at once, at least 1. While they are waited for, the threads
         /// that have no turn talk to the scheduler.
         std::size_t mostPrinters = 256;

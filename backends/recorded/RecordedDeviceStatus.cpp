@@ -35,13 +35,19 @@ std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON
     if (!recording) {
         return nullptr;
     }
+    if (recording->is_null()) {
+        error = "the printer is recorded as silent";
+        return nullptr;
+    }
     RecordingReader reader;
     Values values = reader.values(*recording);
+    auto told = reader.told(*recording);
     if (!reader.error().empty()) {
         error = reader.error();
         return nullptr;
     }
-    return std::make_shared<const RecordedDeviceStatus>(std::move(values), reader.droppedValues());
+    return std::make_shared<const RecordedDeviceStatus>(std::move(values), reader.droppedValues(),
+                                                        std::move(told));
 }
 
 std::string RecordedDeviceStatus::JSONForStatus(const OrbCSDeviceStatus& status) {

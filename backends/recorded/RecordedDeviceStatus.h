@@ -15,6 +15,10 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
   public:
     using ReportedDeviceStatus::ReportedDeviceStatus;
 
+    /// The member of a recording that lists the entries that it tells; without it a recording
+    /// tells everything.
+    static constexpr std::string_view kToldMember = "Told";
+
     /// Reads a recording from JSON text (UTF-8). Null, and the reason with its place in `error`,
     /// when the text is not JSON or something in it has another type than the format says. A text
     /// that would do harm in a PPD (`ppd/PPDTextSafety.h`) is nothing, or is left out with what
@@ -23,7 +27,8 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
                                                                       std::string& error);
 
     /// The status as JSON in the recorded format: keys in the order of the format, two blanks of
-    /// indentation, a line feed at the end. Reading it back gives an equal status.
+    /// indentation, a line feed at the end; with the member "Told" when the status does not tell
+    /// everything. Reading it back gives an equal status.
     static std::string JSONForStatus(const OrbCSDeviceStatus& status);
 };
 

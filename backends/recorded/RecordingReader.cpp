@@ -350,4 +350,28 @@ RecordedDeviceStatus::Values RecordingReader::values(const json& recording) {
     return values;
 }
 
+std::optional<OrbCSToldEntries> RecordingReader::told(const json& recording) {
+    const json* list =
+        recording.is_object() ? member(recording, RecordedDeviceStatus::kToldMember) : nullptr;
+    if (!list) {
+        return std::nullopt;
+    }
+    const Place root;
+    const Place place{&root, RecordedDeviceStatus::kToldMember, {}};
+    OrbCSToldEntries entries;
+    if (!list->is_array()) {
+        wrongType(*list, place, "an array");
+        return entries;
+    }
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        const json& entry = (*list)[i];
+        if (entry.is_string()) {
+            entries.insert(entry.get<std::string>());
+        } else {
+            wrongType(entry, Place{&place, {}, i}, "a string");
+        }
+    }
+    return entries;
+}
+
 }  // namespace TkPPDUpdating

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "core_interface/OrbCSPartialStatus.h"
 #include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {
@@ -18,6 +19,10 @@ class RecordingReader {
   public:
     /// The values that are reported. Worth nothing when there is an error.
     RecordedDeviceStatus::Values values(const nlohmann::json& recording);
+
+    /// What the recording says that it tells, its member "Told"; nothing when it tells everything.
+    /// To be asked after the values.
+    std::optional<OrbCSToldEntries> told(const nlohmann::json& recording);
 
     /// The first value of a wrong type with its place, one phrase; empty when there is none.
     const std::string& error() const { return error_; }

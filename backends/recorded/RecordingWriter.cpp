@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 
 namespace TkPPDUpdating {
@@ -138,6 +140,9 @@ std::string recordingOfStatus(const OrbCSDeviceStatus& status) {
     addValue<OrbCSNumberOrString>(recording, status, kTkCSMaxSupportedResolutionKey);
     addValue<OrbCSRemainingPagesEstimations>(recording, status, kTkCSRemainingPagesEstimationsKey);
     addValue<OrbCustomMediaTypes>(recording, status, kTkCSCustomMediaTypesKey);
+    if (const auto told = OrbCSPartialStatus::toldEntriesOf(status)) {
+        recording[std::string(RecordedDeviceStatus::kToldMember)] = *told;
+    }
     // A text that is not UTF-8 must not end in an exception.
     return recording.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
 }

@@ -11,6 +11,7 @@
 #include "backends/cups/CUPSScheduler.h"
 #include "backends/cups/QueueSync.h"
 #include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "sync/QueueSyncCauses.h"
 #include "tests/real/ChildProcess.h"
@@ -305,6 +306,21 @@ TEST_F(RealQueueSync, APPDOfTheDriverThatIsNotUTF8IsUnsupportedAndStays) {
     EXPECT_EQ(outcome.cause, &queueSyncCause("not-utf8"));
     EXPECT_EQ(outcome.reason, "its PPD is not valid UTF-8 at byte " + std::to_string(offset));
     EXPECT_EQ(installedPPD(), latin);
+}
+
+TEST_F(RealQueueSync, WhatThePrinterDidNotTellStaysAndIsNamed) {
+    startWithQueue();
+    setPrinter(std::make_shared<const ReportedDeviceStatus>(
+        ReportedDeviceStatus::Values{
+            {std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories{{"Tray2", true}}}},
+        std::vector<std::string>(), OrbCSToldEntries{"DeviceAccessories.Tray2"}));
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_EQ(outcome.keptEntries,
+              (std::vector<std::string>{"DeviceAccessories.Duplexer", "MaxSupportedResolution",
+                                        "RemainingPagesEstimations"}));
+    EXPECT_THAT(installedPPD(), HasSubstr("\n*DefaultZrLowerTrayInstalled: True\n"));
+    EXPECT_THAT(installedPPD(), HasSubstr("\n*ZrAutoDuplexCapability: Unknown\n"));
 }
 
 TEST_F(RealQueueSync, TheSourceOfQueuesPPDsTellsNoPPDFromNoAnswer) {

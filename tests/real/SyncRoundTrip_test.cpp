@@ -97,7 +97,12 @@ TEST_F(SyncRoundTrip, ThePrintersAccessoriesBecomeTheQueuesDefaultsAndGoAgain) {
                 HasSubstr("\n*ZrMaxSupportedResolution: 4800\n"));
 
     const std::string installed = contentsOfFile(scheduler_->PPDPath("inkjet"));
-    EXPECT_EQ(sync({"inkjet"}).standardOutput, "inkjet: unchanged\n1 queue: 1 unchanged\n");
+    EXPECT_EQ(sync({"inkjet"}).standardOutput,
+              "inkjet: unchanged\n  kept: custom media types, ZrPenActualDropVolumes, "
+              "ZrPenBriskDropVolumes, ZrPenDropVolumes, ZrPenDyes, ZrPenEverydayStatus, "
+              "ZrPenFamilyIDs, ZrPenHasPrintheadDefect, ZrPenInkSufficient, "
+              "ZrPenNominalDropVolumes, ZrPensConfigName, pens configuration, calibration, pages "
+              "left, which the printer did not tell\n1 queue: 1 unchanged\n");
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), installed);
 
     printer.setAttributes(kBarePrinter);
@@ -154,7 +159,9 @@ TEST_F(SyncRoundTrip, ASecondRunInstallsNothing) {
     };
     const std::size_t before = installations();
     ASSERT_GE(before, 2U);  // lpadmin's, and the first run's.
-    EXPECT_EQ(sync({"office"}).standardOutput, "office: unchanged\n1 queue: 1 unchanged\n");
+    EXPECT_EQ(sync({"office"}).standardOutput,
+              "office: unchanged\n  kept: pages left, which the printer did not tell\n"
+              "1 queue: 1 unchanged\n");
     EXPECT_EQ(installations(), before);
 }
 

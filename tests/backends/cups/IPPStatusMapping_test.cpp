@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
+#include <ostream>
 #include <string>
 
 #include "backends/cups/IPPStandardMediaTypes.h"
@@ -275,13 +277,13 @@ TEST(IPPStatusMapping, ADyeWithACommaIsNoDye) {
 }
 
 TEST(IPPStatusMapping, AListThatWouldNotFitInALineIsDropped) {
-    const std::string longName(101, 'x');
+    const std::string longName(122, 'x');
     IPPTestMessage answer;
     answer.keywords("marker-types", {"ink", "ink"})
         .texts("marker-names", IPP_TAG_NAME, {longName.c_str(), longName.c_str()});
     EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "not reported");
     EXPECT_THAT(answer.status()->droppedValues(),
-                ElementsAre("ZrPenDyes: is longer than 200 bytes"));
+                ElementsAre("ZrPenDyes: would make a line of more than 255 bytes"));
 }
 
 TEST(IPPStatusMapping, WithoutInkOrTonerThereAreNoPens) {
@@ -452,6 +454,162 @@ TEST(IPPStatusMapping, TheReasonsForDroppedValuesAreBounded) {
     answer.keywords("sides-supported", values);
     EXPECT_EQ(answer.status()->droppedValues().size(), 101U);
     EXPECT_EQ(answer.status()->droppedValues().back(), "more values were dropped");
+}
+
+/// An answer, and the entries that it tells.
+struct ToldCase {
+    std::string name;
+    std::function<void(IPPTestMessage&)> fill;
+    OrbCSToldEntries told;
+};
+
+void PrintTo(const ToldCase& each, std::ostream* stream) {
+    *stream << each.name;
+}
+
+class Told : public testing::TestWithParam<ToldCase> {};
+
+TEST_P(Told, IsWhatTheAnswerHolds) {
+    IPPTestMessage answer;
+    GetParam().fill(answer);
+    EXPECT_EQ(answer.status()->toldEntries(), GetParam().told);
+}
+
+const std::string kPens = "InstalledPensConfiguration.";
+
+INSTANTIATE_TEST_SUITE_P(
+    ByAnswer, Told,
+    testing::Values(
+        ToldCase{"NothingByAnEmptyAnswer", [](auto&) {}, {}},
+        ToldCase{"NothingByOutOfBandValues",
+                 [](auto& answer) {
+                     ippAddOutOfBand(answer.get(), IPP_TAG_PRINTER, IPP_TAG_NOVALUE,
+                                     "media-type-supported");
+                     ippAddOutOfBand(answer.get(), IPP_TAG_PRINTER, IPP_TAG_UNKNOWN,
+                                     "sides-supported");
+                 },
+                 {}},
+        ToldCase{"BothAccessories",
+                 [](auto& answer) {
+                     answer.keywords("sides-supported", {"one-sided"})
+                         .keywords("media-source-supported", {"main"});
+                 },
+                 {"DeviceAccessories"}},
+        ToldCase{"TheDuplexerAlone",
+                 [](auto& answer) { answer.keywords("sides-supported", {"one-sided"}); },
+                 {"DeviceAccessories.Duplexer"}},
+        ToldCase{"TheTrayAlone",
+                 [](auto& answer) { answer.keywords("media-source-supported", {"main"}); },
+                 {"DeviceAccessories.Tray2"}},
+        ToldCase{"NoDuplexerBesideARefusedSide",
+                 [](auto& answer) {
+                     answer.keywords("sides-supported", {"one-sided", "two\"sided"});
+                 },
+                 {}},
+        ToldCase{"ADuplexerWhateverElseIsRefused",
+                 [](auto& answer) {
+                     answer.keywords("sides-supported", {"two-sided-long-edge", "two\"sided"});
+                 },
+                 {"DeviceAccessories.Duplexer"}},
+        ToldCase{"NoSingleTrayBesideARefusedSource",
+                 [](auto& answer) {
+                     answer.keywords("media-source-supported", {"main", "tray\"2"});
+                 },
+                 {}},
+        ToldCase{"TwoTraysWhateverElseIsRefused",
+                 [](auto& answer) {
+                     answer.keywords("media-source-supported", {"main", "bottom", "tray\"2"});
+                 },
+                 {"DeviceAccessories.Tray2"}},
+        ToldCase{"TheResolution",
+                 [](auto& answer) { answer.resolution("printer-resolution-supported", 600, 600); },
+                 {"MaxSupportedResolution"}},
+        ToldCase{"NoResolutionBesideOneThatIsNone",
+                 [](auto& answer) {
+                     answer.resolution("printer-resolution-supported", 600, 600)
+                         .keywords("urf-supported", {"RSmany"});
+                 },
+                 {}},
+        ToldCase{"PensWithTheirLevels",
+                 [](auto& answer) {
+                     answer.keywords("marker-types", {"ink"})
+                         .texts("marker-names", IPP_TAG_NAME, {"Cyan"})
+                         .integers("marker-levels", {40});
+                 },
+                 {kPens + "ZrPenDyes", kPens + "ZrPenInkSufficient"}},
+        ToldCase{"PensWithoutLevels",
+                 [](auto& answer) {
+                     answer.keywords("marker-types", {"ink"})
+                         .texts("marker-names", IPP_TAG_NAME, {"Cyan"})
+                         .integers("marker-levels", {-2});
+                 },
+                 {kPens + "ZrPenDyes"}},
+        ToldCase{"NoPensOfWhichOneHasNoName",
+                 [](auto& answer) {
+                     answer.keywords("marker-types", {"ink", "ink"})
+                         .texts("marker-names", IPP_TAG_NAME, {"Cyan", "a,b"})
+                         .integers("marker-levels", {40, 40});
+                 },
+                 {}},
+        ToldCase{"NoDyesThatDoNotFitInALine",
+                 [](auto& answer) {
+                     static const std::string name(250, 'x');
+                     answer.keywords("marker-types", {"ink"})
+                         .texts("marker-names", IPP_TAG_NAME, {name.c_str()})
+                         .integers("marker-levels", {40});
+                 },
+                 {kPens + "ZrPenInkSufficient"}},
+        ToldCase{"NoPensWhereThereIsNeitherInkNorToner",
+                 [](auto& answer) {
+                     answer.keywords("marker-types", {"fuser"})
+                         .texts("marker-names", IPP_TAG_NAME, {"Fuser"});
+                 },
+                 {}},
+        ToldCase{"PensOfWhichADescriptionIsRefusedThatNobodyNeeds",
+                 [](auto& answer) {
+                     answer.octets("printer-supply", {"type=ink;level=40;colorantname=cyan;"})
+                         .texts("printer-supply-description", IPP_TAG_TEXT, {"Ink \"XL\""});
+                 },
+                 {kPens + "ZrPenDyes", kPens + "ZrPenInkSufficient"}},
+        ToldCase{"NoMediaTypesAmongStandardOnes",
+                 [](auto& answer) { answer.keywords("media-type-supported", {"stationery"}); },
+                 {"CustomMediaTypes"}},
+        ToldCase{
+            "NoMediaTypesWhereNoneIsNamed",
+            [](auto& answer) {
+                answer.collections("media-col-database", {{{"media-info", IPP_TAG_TEXT, "A4"}}});
+            },
+            {}},
+        ToldCase{"SomeMediaTypesBesideARefusedOne",
+                 [](auto& answer) {
+                     answer.collections("media-col-database",
+                                        {{{"media-type", IPP_TAG_NAME, "Gloss"}},
+                                         {{"media-type", IPP_TAG_NAME, "Other"},
+                                          {"media-info", IPP_TAG_TEXT, "a: b"}}});
+                 },
+                 {"CustomMediaTypes.reported"}}),
+    [](const auto& each) { return each.param.name; });
+
+TEST(IPPStatusMapping, MediaTypesOfAnAnswerThatWasNotAskedForAllAreSome) {
+    IPPTestMessage answer;
+    answer.keywords("media-type-supported", {"my-gloss"});
+    DroppedValues dropped;
+    dropped.markIncomplete("media-col-database");
+    const auto status = IPPStatusMapping::statusForAnswer(answer.get(), std::move(dropped));
+    EXPECT_EQ(status->toldEntries(), OrbCSToldEntries{"CustomMediaTypes.reported"});
+    EXPECT_THAT(status->droppedValues(), IsEmpty());
+}
+
+TEST(DroppedValuesTest, KnowsTheAttributesHoweverManyReasonsThereAre) {
+    DroppedValues dropped;
+    for (std::size_t value = 1; value <= 200; ++value) {
+        dropped.add("urf-supported", value, "is nothing");
+    }
+    dropped.add("media-col-database, value 3, media-info", 1, "is nothing");
+    EXPECT_EQ(dropped.reasons().size(), 101U);
+    EXPECT_TRUE(dropped.areFrom({"sides-supported", "urf-supported"}));
+    EXPECT_TRUE(dropped.areFrom({"media-col-database"}));
+    EXPECT_FALSE(dropped.areFrom({"sides-supported", "media-col"}));
 }
 
 TEST(IPPStandardMediaTypes, AreKnownExactly) {

@@ -209,6 +209,25 @@ TEST(RecordedDeviceStatus, AMissingOrNullMemberIsNotReported) {
     }
 }
 
+TEST(RecordedDeviceStatus, TellsEverythingUnlessItSaysWhat) {
+    for (const char* JSON : {"{}", R"({"Told": null})", R"({"LinTable": {}})"}) {
+        EXPECT_EQ(statusFor(JSON)->toldEntries(), std::nullopt) << JSON;
+    }
+    EXPECT_EQ(statusFor(R"({"Told": []})")->toldEntries(), OrbCSToldEntries());
+    EXPECT_EQ(statusFor(R"({"Told": ["LinTable", "DeviceAccessories.Duplexer", "LinTable", "Any"],
+                            "DeviceAccessories": []})")
+                  ->toldEntries(),
+              (OrbCSToldEntries{"Any", "DeviceAccessories.Duplexer", "LinTable"}));
+}
+
+TEST(RecordedDeviceStatus, NamesThePlaceOfAWrongTypeInWhatItTells) {
+    EXPECT_EQ(errorFor(R"({"Told": "LinTable"})"), "Told: expected an array, found a string");
+    EXPECT_EQ(errorFor(R"({"Told": {}})"), "Told: expected an array, found an object");
+    EXPECT_EQ(errorFor(R"({"Told": ["LinTable", 7]})"),
+              "Told[1]: expected a string, found a number");
+    EXPECT_EQ(errorFor(R"({"Told": [null]})"), "Told[0]: expected a string, found null");
+}
+
 TEST(RecordedDeviceStatus, IgnoresOtherMembersWhateverTheirType) {
     const auto status = statusFor(R"({"Comment": ["any", {"thing": 1}], "deviceaccessories": 7,
         "LinTable": {"timestamp": 1, "other": "x\n"}, "DeviceAccessories": [{"name": 
@@ -227,7 +246,7 @@ TEST(RecordedDeviceStatus, OfMembersOfOneNameTheLastCounts) {
 TEST(RecordedDeviceStatus, NamesThePlaceOfAValueOfAnotherType) {
     const std::vector<std::pair<std::string_view, std::string>> cases{
         {"[]", "the recording: expected an object, found an array"},
-        {"null", "the recording: expected an object, found null"},
+        {"7", "the recording: expected an object, found a number"},
         {"\"x\"", "the recording: expected an object, found a string"},
         {R"({"DeviceAccessories": {}})", "DeviceAccessories: expected an array, found an object"},
         {R"({"DeviceAccessories": [{}, 7]})",

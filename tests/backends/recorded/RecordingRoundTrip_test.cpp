@@ -224,6 +224,19 @@ TEST(RecordingRoundTrip, WritesASilentPrinterAsAnEmptyObject) {
     EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(FakeDeviceStatus()), "{}\n");
 }
 
+TEST(RecordingRoundTrip, WritesAndReadsWhatAStatusToldWhenThatIsNotEverything) {
+    const ReportedDeviceStatus some({}, {}, OrbCSToldEntries{"LinTable", "CustomMediaTypes"});
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(some),
+              "{\n  \"Told\": [\n    \"CustomMediaTypes\",\n    \"LinTable\"\n  ]\n}\n");
+    for (const auto& told : {some.toldEntries(), std::optional(OrbCSToldEntries())}) {
+        const ReportedDeviceStatus status({}, {}, told);
+        const auto again = readBack(RecordedDeviceStatus::JSONForStatus(status));
+        ASSERT_TRUE(again);
+        EXPECT_EQ(again->toldEntries(), told);
+    }
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(ReportedDeviceStatus({})), "{}\n");
+}
+
 TEST(RecordingRoundTrip, LeavesOutWhatJSONCannotExpress) {
     const FakeDeviceStatus status(
         Values{{std::string(kTkCSLinTableKey),

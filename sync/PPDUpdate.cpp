@@ -1,0 +1,104 @@
+#include "sync/PPDUpdate.h"
+
+#include <array>
+#include <set>
+#include <utility>
+
+#include "core_interface/OrbCSPartialStatus.h"
+#include "core_interface/TkCSKeys.h"
+#include "manager/OrbPPDToldRule.h"
+#include "manager/OrbPPDUpdatingContext.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// What a key, or a part of what stands under it, is for people. A part without words of its own is
+/// a PPD keyword and tells itself.
+struct EntryWords {
+    std::string_view key;
+    std::string_view part;
+    std::string_view words;
+};
+
+constexpr auto kEntryWords = std::to_array<EntryWords>({
+    {kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer, "duplexer"},
+    {kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2, "lower tray"},
+    {kTkCSInstalledPensConfigurationKey, kTkCSPensCodeNamePart, "pens configuration"},
+    {kTkCSLinTableKey, "", "calibration"},
+    {kTkCSMaxSupportedResolutionKey, "", "highest resolution"},
+    {kTkCSRemainingPagesEstimationsKey, "", "pages left"},
+    {kTkCSCustomMediaTypesKey, "", "custom media types"},
+});
+
+std::string_view wordsForEntry(std::string_view entry) {
+    const std::size_t separator = entry.find('.');
+    const std::string_view key = entry.substr(0, separator);
+    const std::string_view part =
+        separator == std::string_view::npos ? std::string_view() : entry.substr(separator + 1);
+    for (const EntryWords& each : kEntryWords) {
+        if (each.key == key && each.part == part) {
+            return each.words;
+        }
+    }
+    return part.empty() ? entry : part;
+}
+
+}  // namespace
+
+PPDUpdate::PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
+                     std::shared_ptr<const PPDModelFile> PPD)
+    : manager_(std::move(manager)), PPD_(std::move(PPD)) {
+    for (const auto& updater : manager_->applicableUpdatersForPPDFile(PPD_.get())) {
+        hasUpdaters_ = true;
+        needsStatus_ = needsStatus_ || OrbPPDToldRule::readsStatus(*updater);
+    }
+}
+
+void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule rule) {
+    status_ = std::move(status);
+    const auto told = OrbCSPartialStatus::toldEntriesOf(*status_);
+    if (rule == Rule::allUpdatersRun || !told) {
+        return;
+    }
+    std::set<std::string> kept;
+    OrbPPDUpdatingValues penValues;
+    const auto classes = manager_->registeredClasses();
+    for (const OrbClass* updaterClass : classes) {
+        const auto updater = updaterClass->newInstance();
+        if (!updater || !updater->isApplicableForPPDFile(PPD_.get())) {
+            continue;
+        }
+        auto decision = OrbPPDToldRule::decision(*updater, told, *PPD_->text());
+        penValues.merge(decision.completedPenValues);
+        kept.insert(decision.notTold.begin(), decision.notTold.end());
+        if (decision.kind == OrbPPDToldDecision::Kind::keep) {
+            manager_->unregisterUpdaterClass(updaterClass);
+        }
+    }
+    status_ = OrbPPDToldRule::completedStatus(std::move(status_), penValues);
+    keptEntries_.assign(kept.begin(), kept.end());
+}
+
+std::string PPDUpdate::wordsForKeptEntries(const std::vector<std::string>& entries) {
+    std::string words;
+    for (const std::string& entry : entries) {
+        words += words.empty() ? "kept: " : ", ";
+        words += wordsForEntry(entry);
+    }
+    return words.empty() ? words : words + ", which the printer did not tell";
+}
+
+PPDText PPDUpdate::updatedText(std::optional<std::string_view> deviceURI) const {
+    return manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
+        PPD_->text(), *PPD_, deviceURI,
+        OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status_, nullptr));
+}
+
+std::optional<OrbPPDUpdatingValues> PPDUpdate::updatingValues(
+    std::optional<std::string_view> deviceURI) const {
+    return manager_->PPDUpdatingValuesForDeviceStatus_deviceURI_PPDFile(status_, deviceURI,
+                                                                        PPD_.get());
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "core_interface/OrbCSDeviceStatus.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "ppd/PPDText.h"
+
+namespace TkPPDUpdating {
+
+/// One update of one PPD by the answer of its printer, in which what was not told stays as it is
+/// (`manager/OrbPPDToldRule.h`).
+///
+/// Ask `needsStatus`, hand the answer in, then take the text or the values. Without an answer each
+/// updater runs as it defines, and asks the communication services itself.
+class PPDUpdate {
+  public:
+    /// Which updaters may run on an answer that does not tell all that they read.
+    enum class Rule { whatWasNotToldStays, allUpdatersRun };
+
+    /// `manager` has the classes that are to run at most; neither is null.
+    PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
+              std::shared_ptr<const PPDModelFile> PPD);
+
+    /// Whether any updater has something to do for the PPD.
+    bool hasUpdaters() const { return hasUpdaters_; }
+
+    /// Whether an updater that has something to do may read the printer's status.
+    bool needsStatus() const { return needsStatus_; }
+
+    /// Makes `status`, which is not null, the answer. Once, before text and values.
+    void setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule rule);
+
+    /// What the updaters of which an entry was not told would have read and the answer did not
+    /// tell (`core_interface/OrbCSPartialStatus.h`), sorted, each once. Their lines stay.
+    const std::vector<std::string>& keptEntries() const { return keptEntries_; }
+
+    /// "kept: duplexer, calibration, which the printer did not tell", for people; empty when
+    /// nothing was kept.
+    static std::string wordsForKeptEntries(const std::vector<std::string>& entries);
+
+    /// The updated text, the text of the PPD itself when nothing changed. Raises
+    /// `std::out_of_range` as the manager does.
+    PPDText updatedText(std::optional<std::string_view> deviceURI) const;
+
+    /// The values that the updaters would write; nothing without an answer. Raises as above.
+    std::optional<OrbPPDUpdatingValues> updatingValues(
+        std::optional<std::string_view> deviceURI) const;
+
+    /// The manager with the classes that run.
+    const OrbPPDConcreteUpdatingManager& manager() const { return *manager_; }
+
+  private:
+    std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
+    std::shared_ptr<const PPDModelFile> PPD_;
+    std::shared_ptr<const OrbCSDeviceStatus> status_;
+    std::vector<std::string> keptEntries_;
+    bool hasUpdaters_ = false;
+    bool needsStatus_ = false;
+};
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,128 @@
+#include "sync/PPDUpdate.h"
+
+#include <gtest/gtest.h>
+
+#include "backends/schemes/ReportedDeviceStatus.h"
+#include "manager/OrbClassTable.h"
+#include "tests/support/ParsedPPD.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using Rule = PPDUpdate::Rule;
+using Values = ReportedDeviceStatus::Values;
+using Words = std::vector<std::string>;
+
+std::unique_ptr<OrbPPDConcreteUpdatingManager> allButPageSize() {
+    auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
+    manager->unregisterUpdaterClass(OrbClassFromName("OrbPPDDefaultPageSizeUpdater"));
+    return manager;
+}
+
+PPDUpdate updateOf(std::string_view lines) {
+    return {allButPageSize(), parsedPPD(lines)};
+}
+
+std::shared_ptr<const ReportedDeviceStatus> partial(Values values, OrbCSToldEntries told) {
+    return std::make_shared<const ReportedDeviceStatus>(std::move(values), Words(),
+                                                        std::move(told));
+}
+
+OrbCSStatusValue dyes(const std::string& value) {
+    OrbCSPensConfiguration pens;
+    pens.PPDAttributeValues.emplace("ZrPenDyes", value);
+    return pens;
+}
+
+TEST(PPDUpdateTest, APPDInWhichNothingFollowsThePrinterHasNoUpdaters) {
+    const PPDUpdate update = updateOf("*DefaultPageSize: A4\n*PageSize A4/A4: \"\"\n");
+    EXPECT_FALSE(update.hasUpdaters());
+    EXPECT_FALSE(update.needsStatus());
+}
+
+TEST(PPDUpdateTest, ThePageSizeAloneNeedsNoPrinter) {
+    const PPDUpdate update(
+        std::make_unique<OrbPPDConcreteUpdatingManager>(),
+        parsedPPD("*DefaultPageSize: A4\n*PageSize A4/A4: \"\"\n*PageSize Letter/Letter: \"\"\n"));
+    EXPECT_TRUE(update.hasUpdaters());
+    EXPECT_FALSE(update.needsStatus());
+}
+
+TEST(PPDUpdateTest, AnAttributeOfThePrinterNeedsIt) {
+    const PPDUpdate update = updateOf("*ZrMaxSupportedResolution: 600\n");
+    EXPECT_TRUE(update.hasUpdaters());
+    EXPECT_TRUE(update.needsStatus());
+}
+
+TEST(PPDUpdateTest, LeavesWhatWasNotToldAndSaysSo) {
+    PPDUpdate update = updateOf("*ZrMaxSupportedResolution: 600\n*BPECalibrationDue: False\n");
+    update.setStatus(partial({{"MaxSupportedResolution", OrbCSNumberOrString(std::int64_t{1200})}},
+                             {"MaxSupportedResolution"}),
+                     Rule::whatWasNotToldStays);
+    EXPECT_EQ(*update.updatedText("x:"),
+              "*PPD-Adobe: \"4.3\"\n*ZrMaxSupportedResolution: 1200\n*BPECalibrationDue: False\n");
+    EXPECT_EQ(update.keptEntries(), Words{"LinTable"});
+    EXPECT_EQ(update.updatingValues("x:"),
+              (OrbPPDUpdatingValues{{"ZrMaxSupportedResolution", "1200"}}));
+}
+
+TEST(PPDUpdateTest, ByTheOtherRuleEveryUpdaterRuns) {
+    PPDUpdate update = updateOf("*BPECalibrationDue: False\n");
+    update.setStatus(partial({}, {}), Rule::allUpdatersRun);
+    EXPECT_EQ(*update.updatedText("x:"), "*PPD-Adobe: \"4.3\"\n*BPECalibrationDue: True\n");
+    EXPECT_EQ(update.keptEntries(), Words());
+}
+
+TEST(PPDUpdateTest, AStatusThatTellsEverythingKeepsNothing) {
+    PPDUpdate update = updateOf("*BPECalibrationDue: False\n");
+    update.setStatus(std::make_shared<const FakeDeviceStatus>(), Rule::whatWasNotToldStays);
+    EXPECT_EQ(*update.updatedText("x:"), "*PPD-Adobe: \"4.3\"\n*BPECalibrationDue: True\n");
+    EXPECT_EQ(update.keptEntries(), Words());
+}
+
+TEST(PPDUpdateTest, CompletesThePensValuesFromThePPD) {
+    PPDUpdate update =
+        updateOf("*ZrPenDyes: C,M\n*ZrPenDropVolumes: 5,6\n*ZrPenEverydayStatus: 1,0\n");
+    update.setStatus(partial({{"InstalledPensConfiguration", dyes("C,M,Y")}},
+                             {"InstalledPensConfiguration.ZrPenDyes"}),
+                     Rule::whatWasNotToldStays);
+    EXPECT_EQ(*update.updatedText("x:"),
+              "*PPD-Adobe: \"4.3\"\n*ZrPenDyes: C,M,Y\n*ZrPenDropVolumes: 5,6\n"
+              "*ZrPenEverydayStatus: 1,0\n");
+    EXPECT_EQ(update.keptEntries(), (Words{"InstalledPensConfiguration.ZrPenDropVolumes",
+                                           "InstalledPensConfiguration.ZrPenEverydayStatus"}));
+}
+
+TEST(PPDUpdateTest, LeavesThePensOfWhichOneValueCannotBeCompleted) {
+    const std::string lines = "*ZrPenDyes: C,M\n*ZrPenDropVolumes: \"5,6\"\n";
+    PPDUpdate update = updateOf(lines);
+    update.setStatus(partial({{"InstalledPensConfiguration", dyes("C,M,Y")}},
+                             {"InstalledPensConfiguration.ZrPenDyes"}),
+                     Rule::whatWasNotToldStays);
+    EXPECT_EQ(*update.updatedText("x:"), "*PPD-Adobe: \"4.3\"\n" + lines);
+}
+
+TEST(PPDUpdateTest, AMissingAccessoryDeclaresNoDuplexer) {
+    const std::string lines =
+        "*ZrDeviceCapabilities: Unknown\n*ZrAutoDuplexCapability: Unknown\n*cupsVersion: 2.4\n";
+    PPDUpdate update = updateOf(lines);
+    update.setStatus(partial({{"DeviceAccessories", OrbCSDeviceAccessories{{"Tray2", true}}}},
+                             {"DeviceAccessories.Tray2"}),
+                     Rule::whatWasNotToldStays);
+    EXPECT_EQ(*update.updatedText("x:"), "*PPD-Adobe: \"4.3\"\n" + lines);
+    EXPECT_EQ(update.keptEntries(), Words{"DeviceAccessories.Duplexer"});
+}
+
+TEST(PPDUpdateTest, SaysInWordsWhatWasKept) {
+    EXPECT_EQ(PPDUpdate::wordsForKeptEntries({}), "");
+    EXPECT_EQ(PPDUpdate::wordsForKeptEntries(
+                  {"CustomMediaTypes", "DeviceAccessories.Duplexer", "DeviceAccessories.Tray2",
+                   "InstalledPensConfiguration.ZrPenDyes", "InstalledPensConfiguration.codeName",
+                   "LinTable", "MaxSupportedResolution", "RemainingPagesEstimations", "Other"}),
+              "kept: custom media types, duplexer, lower tray, ZrPenDyes, pens configuration, "
+              "calibration, highest resolution, pages left, Other, which the printer did not tell");
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
