@@ -142,6 +142,14 @@ TEST_F(FileAttributesTest, OfANewFileAreWhatTheFolderGives) {
 
 TEST_F(FileAttributesTest, AreKeptWhereTheFileMayNotBeWrittenToAnyMore) {
     set(file_, "user.origin", "a");
+    set(file_, kAccessList,
+        AccessList()
+            .entry(0x01, 4)
+            .entry(0x02, 4, 7)
+            .entry(0x04, 4)
+            .entry(0x10, 4)
+            .entry(0x20, 4)
+            .bytes());
     ASSERT_EQ(::chmod(file_.c_str(), 0444), 0);
     std::filesystem::permissions(directory_.path(), std::filesystem::perms(0755));
     if (isRoot()) {
