@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,10 +51,14 @@ class GuardOfSamples : public testing::Test {
 TEST_F(GuardOfSamples, AcceptsEachPrinterTwiceAndThenEveryOther) {
     for (const std::string& printer : samplePrinters()) {
         const std::string before = textOfFile(PPDPathOf(printer));
+        std::set<std::string> results;
         for (const auto& [recorded, state] : printersAndStates()) {
             const std::string after = accepted(manager_, before, recordingPathOf(recorded, state));
             EXPECT_NE(after, before) << printer << " " << recorded << " " << state;
             EXPECT_EQ(accepted(manager_, after, recordingPathOf(recorded, state)), after);
+            if (!results.insert(after).second) {
+                continue;  // Another recording gave the same text, so what follows was seen.
+            }
             for (const auto& [otherRecorded, otherState] : printersAndStates()) {
                 accepted(manager_, after, recordingPathOf(otherRecorded, otherState));
             }
