@@ -9,6 +9,12 @@ std::shared_ptr<const OrbPPDFile> OrbPPDFile::PPDFileWithContentsOfFile(const st
     return core ? core->PPDFileWithContentsOfFile(path) : nullptr;
 }
 
+std::shared_ptr<const OrbPPDFile> OrbPPDFile::PPDFileWithContents(const PPDText& contents,
+                                                                  const std::string& path) {
+    const auto core = OrbCoreInterface::core();
+    return core ? core->PPDFileWithContents(contents, path) : nullptr;
+}
+
 std::shared_ptr<const OrbPPDFile> OrbPPDFile::PPDFileForQueueWithName(
     const std::string& queueName) {
     const auto core = OrbCoreInterface::core();

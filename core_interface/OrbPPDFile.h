@@ -8,6 +8,7 @@
 #include "core_interface/OrbPPDAttribute.h"
 #include "core_interface/OrbPPDOption.h"
 #include "core_interface/OrbPPDPageSize.h"
+#include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
 
@@ -28,6 +29,11 @@ class OrbPPDFile {
     /// (`OrbCoreInterface::setCore`). Null when the file cannot be read or parsed, or no library is
     /// set.
     static std::shared_ptr<const OrbPPDFile> PPDFileWithContentsOfFile(const std::string& path);
+
+    /// The same for a file that has been read: `contents` is its text. It is parsed where the core
+    /// library can parse texts; else the library reads the file again.
+    static std::shared_ptr<const OrbPPDFile> PPDFileWithContents(const PPDText& contents,
+                                                                 const std::string& path);
 
     /// The parsed PPD that is installed for the CUPS print queue of that name; null when there is
     /// none. Finding it is the core library's work.

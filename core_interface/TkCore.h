@@ -9,6 +9,7 @@
 #include "core_interface/OrbDictionary.h"
 #include "core_interface/OrbICCProfile.h"
 #include "core_interface/OrbPPDFile.h"
+#include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
 
@@ -24,6 +25,12 @@ class TkCore {
 
     virtual std::shared_ptr<const OrbPPDFile> PPDFileWithContentsOfFile(
         const std::string& path) const = 0;
+    /// Parses the text of the file at `path`, which has just been read, so that it need not be read
+    /// again. A library that cannot parse a text reads the file.
+    virtual std::shared_ptr<const OrbPPDFile> PPDFileWithContents(const PPDText& /*contents*/,
+                                                                  const std::string& path) const {
+        return PPDFileWithContentsOfFile(path);
+    }
     virtual std::shared_ptr<const OrbPPDFile> PPDFileForQueueWithName(
         const std::string& queueName) const = 0;
     virtual std::shared_ptr<const OrbCustomMediaType> customMediaTypeWithPPDParameters(

@@ -111,7 +111,7 @@ PPDText OrbPPDConcreteUpdatingManager::PPDContentsForFileAtPath(const std::strin
 PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_deviceURI(
     const std::string& path, std::optional<std::string_view> deviceURI) {
     PPDText contents = PPDContentsForFileAtPath(path);
-    const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContentsOfFile(path) : nullptr;
+    const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContents(contents, path) : nullptr;
     return PPDFile ? updatedPPDContentsForContents_PPDFile_deviceURI_context(
                          std::move(contents), *PPDFile, deviceURI, {})
                    : nullptr;
@@ -130,7 +130,7 @@ PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForContents_PPDFile_dev
 PPDText OrbPPDConcreteUpdatingManager::updatedPPDContentsForFile_queueName(
     const std::string& path, const std::optional<std::string>& queueName) {
     PPDText contents = queueName ? PPDContentsForFileAtPath(path) : nullptr;
-    const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContentsOfFile(path) : nullptr;
+    const auto PPDFile = contents ? OrbPPDFile::PPDFileWithContents(contents, path) : nullptr;
     return PPDFile ? updatedPPDContentsForContents_PPDFile_queueName(std::move(contents), *PPDFile,
                                                                      *queueName)
                    : nullptr;

@@ -86,6 +86,21 @@ std::size_t lengthOfPrefixIgnoringCase(std::string_view text, std::string_view p
     return at;
 }
 
+std::string foldedCase(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const FoldedCharacter character = foldedCharacterAtStart(text);
+        if (character.folded >= kInvalidByte) {
+            result += text.front();
+        } else {
+            appendUTF8(character.folded, result);
+        }
+        text.remove_prefix(character.length);
+    }
+    return result;
+}
+
 void HashIgnoringCase::add(std::string_view text) {
     // Not in the members: they would be stored for each byte.
     std::uint64_t word = word_;

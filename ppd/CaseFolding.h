@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace TkPPDUpdating {
@@ -14,6 +15,9 @@ char32_t simpleCaseFolding(char32_t codePoint);
 /// else `std::string_view::npos`. An empty prefix matches 0 bytes. A byte that is not valid UTF-8
 /// matches only the same byte.
 std::size_t lengthOfPrefixIgnoringCase(std::string_view text, std::string_view prefix);
+
+/// The text with every character folded; a byte that is not valid UTF-8 stays.
+std::string foldedCase(std::string_view text);
 
 /// A hash that is equal for texts that are equal where case is ignored, character by character. It
 /// is of this process (`SeededTextHash`): nobody can write texts that share one.

@@ -1,7 +1,6 @@
 #include "ppd/OrbPPDLines.h"
 
 #include <algorithm>
-#include <functional>
 #include <numeric>
 #include <stdexcept>
 #include <utility>
@@ -14,440 +13,425 @@ namespace TkPPDUpdating {
 
 namespace {
 
-constexpr std::size_t kLargestBlock = 512;
-constexpr std::size_t kStorageSize = 64UL * 1024;
+/// Reading a text anew, or sorting its lines by their keys, costs about as much as reading so many
+/// of its lines in vain.
+constexpr std::size_t kPasses = 8;
+constexpr std::size_t kFewLines = 1024;
 
-/// Building the index costs about as much as this many passes over the lines.
-constexpr unsigned kLookUpsBeforeIndex = 8;
+constexpr std::size_t kLeastStorage = 256;
+constexpr std::size_t kMostStorage = 64UL * 1024;
 
-/// So many lines are always added to the index.
-constexpr std::size_t kFewLines = 512;
-
-/// So many passes over the lines are read in vain before there is an index of separators.
-constexpr unsigned kPassesBeforeSeparatorIndex = 4;
-
-constexpr std::uint64_t kContextOfKeyword = 1;
-
-/// Part of the text before the first of two separators; all of it when it has none.
-std::string_view partBefore(std::string_view text, char separator, char otherSeparator) {
-    const auto* const end = std::find_if(text.begin(), text.end(), [=](char each) {
-        return each == separator || each == otherSeparator;
-    });
-    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+/// Where in the keyword of a line, the asterisk included, the language of a translation ends.
+std::size_t endOfLanguage(std::string_view line, std::string_view keyword) {
+    const std::string_view name = PPDTextIndex::keywordPart(line);
+    const std::string_view wanted = PPDTextIndex::keywordPart(keyword);
+    std::size_t stop = name.size();
+    for (auto more = 1 + std::count(wanted.begin(), wanted.end(), '.'); more > 0; --more) {
+        stop = stop == 0 ? std::string_view::npos : name.rfind('.', stop - 1);
+        if (stop == std::string_view::npos) {
+            break;
+        }
+    }
+    return stop;
 }
 
-bool isEndLine(std::string_view line) {
-    return line == kTkPPDEnd;
-}
-
-[[noreturn]] void throwOutOfRange(std::size_t index, std::size_t size) {
-    throw std::out_of_range("line index " + std::to_string(index) + " in a PPD of " +
-                            std::to_string(size) + " lines");
+/// Whether the line is a translation of the attribute into some language.
+bool isTranslation(std::string_view line, std::string_view keyword,
+                   std::optional<std::string_view> spec) {
+    const std::size_t stop = endOfLanguage(line, keyword);
+    return stop != std::string_view::npos && stop > 0 &&
+           OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(
+               line, std::string(line.substr(1, stop)).append(keyword), spec, std::nullopt);
 }
 
 }  // namespace
 
-OrbPPDLines::OrbPPDLines(PPDText text) : text_(std::move(text)) {
-    const std::string_view whole = *text_;
-    std::size_t start = 0;
-    for (std::size_t end = whole.find('\n'); end != std::string_view::npos;
-         end = whole.find('\n', start)) {
-        lines_.push_back({whole.substr(start, end - start)});
-        start = end + 1;
+OrbPPDLines::OrbPPDLines(const PPDText& text) : removed_(0) {
+    const OrbPPDLines* const changed = text.changedLines();
+    // With as many new lines as old ones it is a text of its own.
+    if (changed && changed->insertedCount() <= changed->index_->size() / 2 + kFewLines / 16) {
+        *this = *changed;
+    } else {
+        standOn(text);
     }
-    if (start < whole.size()) {
-        lines_.push_back({whole.substr(start)});
-    }
-    size_ = lines_.size();
+}
 
-    // Half full, so that an insertion finds room.
-    constexpr std::size_t kFirstSize = kLargestBlock / 2;
-    for (std::size_t first = 0; first < size_ || blocks_.empty(); first += kFirstSize) {
-        auto block = std::make_unique<Block>();
-        block->position = blocks_.size();
-        block->lines.resize(std::min(kFirstSize, size_ - first));
-        std::iota(block->lines.begin(), block->lines.end(), static_cast<LineID>(first));
-        for (const LineID line : block->lines) {
-            lines_[line].block = block.get();
-            block->endLines += isEndLine(lines_[line].text) ? 1 : 0;
-        }
-        blocks_.push_back(std::move(block));
+void OrbPPDLines::throwUnlessThere(std::size_t index, std::size_t count) const {
+    if (index > size_ || count > size_ - index) {
+        throw std::out_of_range("line index " + std::to_string(index + count) + " in a PPD of " +
+                                std::to_string(size_) + " lines");
     }
-    sumBlocks();
+}
+
+// Places.
+
+OrbPPDLines::Place OrbPPDLines::placeOf(std::size_t index, bool isForInsertion) const {
+    std::size_t inserted = 0;
+    std::size_t gap = 0;
+    for (; gap < gaps_.size() && index >= gaps_[gap].start; ++gap) {
+        const std::size_t offset = index - gaps_[gap].start;
+        const std::size_t here = gaps_[gap].lines->size();
+        if (offset < here || (offset == here && isForInsertion)) {
+            return {gap, true, offset, 0};
+        }
+        inserted += here;
+    }
+    return {gap, false, 0, static_cast<LineID>(index - inserted)};
 }
 
 std::size_t OrbPPDLines::indexOf(LineID line) const {
-    const Block& block = *lines_[line].block;
-    const auto found = std::find(block.lines.begin(), block.lines.end(), line);
-    return blockSizes_.sumBefore(block.position) +
-           static_cast<std::size_t>(found - block.lines.begin());
+    std::size_t index = line - removed_.countBefore(line);
+    for (const Gap& gap : gaps_) {
+        if (gap.before > line) {
+            break;
+        }
+        index += gap.lines->size();
+    }
+    return index;
 }
 
-bool OrbPPDLines::comesBefore(LineID left, LineID right) const {
-    const Block& leftBlock = *lines_[left].block;
-    const Block& rightBlock = *lines_[right].block;
-    if (&leftBlock != &rightBlock) {
-        return leftBlock.position < rightBlock.position;
+/// The difference may be a negative number, modulo the word.
+void OrbPPDLines::moveGapsFrom(std::size_t gap, std::size_t difference) {
+    for (; gap < gaps_.size(); ++gap) {
+        gaps_[gap].start += difference;
     }
-    const auto first = std::find_if(leftBlock.lines.begin(), leftBlock.lines.end(),
-                                    [&](LineID each) { return each == left || each == right; });
-    return left != right && first != leftBlock.lines.end() && *first == left;
+}
+
+std::size_t OrbPPDLines::insertedCount() const {
+    return std::accumulate(gaps_.begin(), gaps_.end(), std::size_t{0},
+                           [](std::size_t sum, const Gap& gap) { return sum + gap.lines->size(); });
 }
 
 std::string_view OrbPPDLines::at(std::size_t index) const {
-    if (index >= size_) {
-        throwOutOfRange(index, size_);
-    }
-    const Place place = blockSizes_.placeOf(index);
-    return lines_[blocks_[place.block]->lines[place.offset]].text;
+    throwUnlessThere(index, 1);
+    const Place place = placeOf(index, false);
+    return place.isInGap ? (*gaps_[place.gap].lines)[place.offset]
+                         : index_->line(removed_.lineAt(place.kept));
 }
 
+// Edits.
+
 std::string_view OrbPPDLines::storedCopy(std::string_view line) {
-    if (stored_.empty() || stored_.back().capacity() - stored_.back().size() < line.size()) {
-        stored_.emplace_back().reserve(std::max(kStorageSize, line.size()));
+    const bool hasRoom = !storage_.empty() && storage_.back().use_count() == 1 &&
+                         storage_.back()->capacity() - storage_.back()->size() >= line.size();
+    if (!hasRoom) {
+        const std::size_t last = storage_.empty() ? 0 : storage_.back()->size();
+        storage_.push_back(std::make_shared<std::string>());
+        storage_.back()->reserve(
+            std::max(line.size(), std::clamp(2 * last, kLeastStorage, kMostStorage)));
     }
-    std::string& storage = stored_.back();
+    std::string& storage = *storage_.back();
     const std::size_t start = storage.size();
     storage += line;  // within its capacity: the views into it stay valid
     return std::string_view(storage).substr(start);
 }
 
-void OrbPPDLines::renumberBlocksFrom(std::size_t position) {
-    for (; position < blocks_.size(); ++position) {
-        blocks_[position]->position = position;
+OrbPPDLines::Texts& OrbPPDLines::ownLines(Gap& gap) {
+    if (gap.lines.use_count() > 1) {
+        gap.lines = std::make_shared<Texts>(*gap.lines);
     }
-}
-
-void OrbPPDLines::sumBlocks() {
-    std::vector<std::size_t> counts(blocks_.size());
-    std::transform(blocks_.begin(), blocks_.end(), counts.begin(),
-                   [](const auto& block) { return block->lines.size(); });
-    blockSizes_.assign(counts);
-    std::transform(blocks_.begin(), blocks_.end(), counts.begin(),
-                   [](const auto& block) { return block->endLines; });
-    endLineCounts_.assign(counts);
-}
-
-/// Leaves one block in any case.
-void OrbPPDLines::removeEmptyBlocks() {
-    const auto firstKept = std::find_if(blocks_.begin(), blocks_.end(),
-                                        [](const auto& block) { return !block->lines.empty(); });
-    if (firstKept == blocks_.end()) {
-        blocks_.resize(1);
-    } else {
-        std::erase_if(blocks_, [](const auto& block) { return block->lines.empty(); });
-    }
-    renumberBlocksFrom(0);
-    sumBlocks();
-}
-
-OrbPPDLines::LineID OrbPPDLines::addLine(std::string_view line, Block& block) {
-    const Line added{storedCopy(line), &block};
-    if (freeIDs_.empty()) {
-        lines_.push_back(added);
-        return static_cast<LineID>(lines_.size() - 1);
-    }
-    const LineID id = freeIDs_.back();
-    freeIDs_.pop_back();
-    lines_[id] = added;
-    return id;
-}
-
-void OrbPPDLines::splitBlock(std::size_t position) {
-    auto& lines = blocks_[position]->lines;
-    const auto middle = lines.begin() + static_cast<std::ptrdiff_t>(lines.size() / 2);
-    auto second = std::make_unique<Block>();
-    second->lines.assign(middle, lines.end());
-    lines.erase(middle, lines.end());
-    for (const LineID line : second->lines) {
-        lines_[line].block = second.get();
-        second->endLines += isEndLine(lines_[line].text) ? 1 : 0;
-    }
-    blocks_[position]->endLines -= second->endLines;
-    blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(position) + 1, std::move(second));
-    renumberBlocksFrom(position + 1);
-    sumBlocks();
+    return *gap.lines;
 }
 
 void OrbPPDLines::insert(std::size_t index, std::string_view line) {
-    if (index > size_) {
-        throwOutOfRange(index, size_);
+    throwUnlessThere(index, 0);
+    settle(false);
+    const Place place = placeOf(index, true);
+    if (!place.isInGap) {
+        gaps_.insert(gaps_.begin() + static_cast<std::ptrdiff_t>(place.gap),
+                     {removed_.lineAt(place.kept), index, std::make_shared<Texts>()});
     }
-    Place place = blockSizes_.placeOf(index);
-    if (blocks_[place.block]->lines.size() >= kLargestBlock) {
-        splitBlock(place.block);
-        place = blockSizes_.placeOf(index);
-    }
-    Block& block = *blocks_[place.block];
-    const LineID id = addLine(line, block);
-    block.lines.insert(block.lines.begin() + static_cast<std::ptrdiff_t>(place.offset), id);
-    blockSizes_.add(place.block, 1);
-    if (isEndLine(line)) {
-        ++block.endLines;
-        endLineCounts_.add(place.block, 1);
-    }
+    Texts& lines = ownLines(gaps_[place.gap]);
+    changesRead_ += lines.size() - place.offset + gaps_.size() - place.gap - 1;
+    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place.offset), storedCopy(line));
+    moveGapsFrom(place.gap + 1, 1);
     ++size_;
-    if (separatorIndex_) {
-        separatorIndex_->add(id, lines_[id].text, [this](LineID left, LineID right) {
-            return comesBefore(left, right);
-        });
-    }
-    // An index is not kept up while most of the lines are being written: few look-ups follow that,
-    // and making it again, should many follow, costs no more.
-    if (index_ && ++insertedSinceLookUp_ > std::max(kFewLines, size_ / 2)) {
-        index_.reset();
-        lookUpsWithoutIndex_ = 0;
-    }
-    if (index_) {
-        addToIndex(id);
-    }
+    hasLineFeedInLine_ = hasLineFeedInLine_ || line.find('\n') != std::string_view::npos;
 }
 
 void OrbPPDLines::erase(std::size_t index, std::size_t count) {
-    if (index > size_ || count > size_ - index) {
-        throwOutOfRange(index + count, size_);
-    }
-    bool hasEmptyBlock = false;
+    throwUnlessThere(index, count);
+    size_ -= count;
     while (count > 0) {
-        const Place place = blockSizes_.placeOf(index);
-        Block& block = *blocks_[place.block];
-        auto& lines = block.lines;
-        const std::size_t here = std::min(count, lines.size() - place.offset);
-        const auto first = lines.begin() + static_cast<std::ptrdiff_t>(place.offset);
-        const auto last = first + static_cast<std::ptrdiff_t>(here);
-        std::for_each(first, last, [this](LineID line) { removeFromIndexes(line); });
-        const auto endLines = static_cast<std::size_t>(std::count_if(
-            first, last, [this](LineID line) { return isEndLine(lines_[line].text); }));
-        block.endLines -= endLines;
-        endLineCounts_.add(place.block, 0 - endLines);
-        freeIDs_.insert(freeIDs_.end(), first, last);
-        lines.erase(first, last);
-        blockSizes_.add(place.block, 0 - here);
-        size_ -= here;
+        const Place place = placeOf(index, false);
+        std::size_t here = 0;
+        if (place.isInGap) {
+            Texts& lines = ownLines(gaps_[place.gap]);
+            here = std::min(count, lines.size() - place.offset);
+            changesRead_ += lines.size() - place.offset;
+            const auto first = lines.begin() + static_cast<std::ptrdiff_t>(place.offset);
+            lines.erase(first, first + static_cast<std::ptrdiff_t>(here));
+        } else {
+            const bool isLast = place.gap == gaps_.size();
+            here = isLast ? count : std::min(count, gaps_[place.gap].start - index);
+            removed_.add(removed_.lineAt(place.kept),
+                         removed_.lineAt(place.kept + static_cast<LineID>(here)));
+        }
+        moveGapsFrom(place.gap + (place.isInGap ? 1 : 0), 0 - here);
+        if (place.isInGap && gaps_[place.gap].lines->empty()) {
+            gaps_.erase(gaps_.begin() + static_cast<std::ptrdiff_t>(place.gap));
+        }
+        changesRead_ += gaps_.size() - place.gap;
         count -= here;
-        hasEmptyBlock = hasEmptyBlock || lines.empty();
-    }
-    // All at once: a long value empties thousands of blocks.
-    if (hasEmptyBlock) {
-        removeEmptyBlocks();
     }
 }
 
-PPDText OrbPPDLines::joined() const {
-    std::size_t bytes = size_;
-    for (const auto& block : blocks_) {
-        for (const LineID line : block->lines) {
-            bytes += lines_[line].text.size();
+void OrbPPDLines::erase(std::span<const LineID> lines) {
+    auto line = lines.begin();
+    std::size_t erased = 0;
+    for (Gap& gap : gaps_) {
+        for (; line != lines.end() && *line < gap.before; ++line) {
+            erased += removed_.add(*line, *line + 1);
+        }
+        gap.start -= erased;
+    }
+    for (; line != lines.end(); ++line) {
+        erased += removed_.add(*line, *line + 1);
+    }
+    size_ -= erased;
+}
+
+// Texts.
+
+void OrbPPDLines::standOn(const PPDText& text) {
+    index_ = text.index();
+    removed_ = RemovedLines(index_->size());
+    gaps_.clear();
+    storage_.clear();
+    keys_ = {};
+    readInVain_ = 0;
+    changesRead_ = 0;
+    size_ = index_->size();
+    endsWithLineFeed_ = index_->endsWithLineFeed();
+}
+
+/// Reads the text anew when following the changes has cost as much, or it must be. Not possible
+/// when one line holds a line feed.
+void OrbPPDLines::settle(bool mustBe) {
+    const bool isWorthIt = mustBe || changesRead_ > kPasses * size_ + kFewLines;
+    if (isWorthIt && !hasLineFeedInLine_) {
+        const bool endedWithLineFeed = std::exchange(endsWithLineFeed_, true);
+        standOn(makePPDText(bytes()));
+        endsWithLineFeed_ = endedWithLineFeed;
+    }
+}
+
+std::string OrbPPDLines::bytes() const {
+    const std::string& whole = *index_->text();
+    std::size_t room = whole.size() + 2;
+    for (const Gap& gap : gaps_) {
+        for (const std::string_view line : *gap.lines) {
+            room += line.size() + 1;
         }
     }
     std::string text;
-    text.reserve(bytes);
-
-    // Neighbours in the shared text are copied together, with the line feeds between them.
-    const std::string_view whole = *text_;
-    const auto isInWhole = [whole](std::string_view line) {
-        return !std::less<>()(line.data(), whole.data()) &&
-               !std::less<>()(whole.data() + whole.size(), line.data() + line.size());
+    text.reserve(room);
+    LineID line = 0;
+    const auto copyKept = [&](LineID end) {
+        while ((line = std::min(removed_.next(line, false), end)) < end) {
+            const LineID last = std::min(removed_.next(line, true), end);
+            text.append(whole, index_->start(line), index_->start(last) - index_->start(line));
+            line = last;
+        }
+        if (end == index_->size() && !text.empty() && text.back() != '\n') {
+            text += '\n';  // behind the last line of a text that ends without one
+        }
     };
-    std::string_view run;
-    bool hasRun = false;
-    for (const auto& block : blocks_) {
-        for (const LineID id : block->lines) {
-            const std::string_view line = lines_[id].text;
-            if (hasRun && isInWhole(run) && isInWhole(line) &&
-                line.data() == run.data() + run.size() + 1) {
-                run = whole.substr(static_cast<std::size_t>(run.data() - whole.data()),
-                                   run.size() + 1 + line.size());
-                continue;
-            }
-            if (hasRun) {
-                (text += run) += '\n';
-            }
-            run = line;
-            hasRun = true;
+    for (const Gap& gap : gaps_) {
+        copyKept(gap.before);
+        for (const std::string_view each : *gap.lines) {
+            (text += each) += '\n';
         }
     }
-    text += run;
-    return makePPDText(std::move(text));
+    copyKept(index_->size());
+    if (!endsWithLineFeed_ && size_ > 0) {
+        text.pop_back();
+    }
+    return text;
 }
 
-std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLine(std::string_view line) {
-    if (!line.starts_with(kTkPPDAsterisk)) {
-        return std::nullopt;
+PPDText OrbPPDLines::textOfLines(OrbPPDLines lines) {
+    if (lines.hasLineFeedInLine_) {
+        return makePPDText(lines.bytes());
     }
-    line.remove_prefix(kTkPPDAsterisk.size());
-    const std::string_view keyword = partBefore(line, ' ', ':');
-    line.remove_prefix(keyword.size());
-    if (line.empty()) {
-        return std::nullopt;
+    // As lines are read: an empty last part is none.
+    if (!lines.endsWithLineFeed_ && lines.size_ > 0 && lines.at(lines.size_ - 1).empty()) {
+        lines.erase(lines.size_ - 1, 1);
+        lines.endsWithLineFeed_ = true;
     }
-    const Key keyOfKeyword = hashIgnoringCase(keyword, kContextOfKeyword);
-    if (line.front() == ':') {
-        return keyOfKeyword;
-    }
-    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-    const std::string_view spec = partBefore(line, ':', '/');
-    return spec.size() == line.size() ? std::nullopt
-                                      : std::optional(hashIgnoringCase(spec, keyOfKeyword));
+    lines.endsWithLineFeed_ = lines.endsWithLineFeed_ && lines.size_ > 0;
+    return PPDText(std::move(lines));
 }
 
-std::optional<OrbPPDLines::Key> OrbPPDLines::keyOfLookUp(std::string_view keyword,
-                                                         std::optional<std::string_view> spec) {
-    if (partBefore(keyword, ' ', ':').size() < keyword.size()) {
-        return std::nullopt;
+PPDText OrbPPDLines::joined() const {
+    OrbPPDLines lines(*this);
+    lines.endsWithLineFeed_ = false;
+    return textOfLines(std::move(lines));
+}
+
+PPDText OrbPPDLines::text() const {
+    return textOfLines(*this);
+}
+
+// Look-ups.
+
+const PPDLineKeys* OrbPPDLines::keysFor(std::string_view keyword,
+                                        std::optional<std::string_view> spec) const {
+    const auto kind = PPDLineKeys::kindFor(keyword, spec);
+    if (!kind || (*kind == PPDLineKeys::Kind::kIgnoringCase && !spec)) {
+        return nullptr;
     }
-    const Key keyOfKeyword = hashIgnoringCase(keyword, kContextOfKeyword);
-    return spec ? hashIgnoringCase(partBefore(*spec, ':', '/'), keyOfKeyword) : keyOfKeyword;
+    auto& keys = keys_[*kind == PPDLineKeys::Kind::kEveryEnd ? 1 : 0];
+    if (!keys && readInVain_ > kPasses * index_->size() + kFewLines) {
+        keys = std::make_shared<const PPDLineKeys>(*index_, *kind);
+        readInVain_ = 0;
+    }
+    return keys.get();
 }
 
-/// Puts the line into the chain with that first line, behind `previous`, or first when that is no
-/// line.
-void OrbPPDLines::linkAfter(LineID& first, LineID previous, LineID line) const {
-    const LineID last = first == kNoLine ? line : lines_[first].previousOfKey;
-    LineID& nextOfPrevious = previous == kNoLine ? first : lines_[previous].nextOfKey;
-    const LineID next = std::exchange(nextOfPrevious, line);
-    lines_[line].previousOfKey = previous == kNoLine ? last : previous;
-    lines_[line].nextOfKey = next;
-    lines_[next == kNoLine ? first : next].previousOfKey = line;
-}
-
-void OrbPPDLines::addToIndex(LineID line) const {
-    const auto key = keyOfLine(lines_[line].text);
-    if (!key) {
+/// Calls `visit(LineID)`, in line order, until it gives true, for the lines of the index that are
+/// there and may be the attribute, or a translation of it.
+template <typename Visit>
+void OrbPPDLines::visitKept(std::string_view keyword, std::optional<std::string_view> spec,
+                            const Visit& visit) const {
+    const auto visitThere = [&](LineID line) {
+        if (removed_.contains(line)) {
+            ++changesRead_;
+            return false;
+        }
+        ++readInVain_;
+        return visit(line);
+    };
+    if (const PPDLineKeys* const keys = keysFor(keyword, spec)) {
+        keys->visitLines(keyword, spec, visitThere);
         return;
     }
-    LineID& first = index_->findOrAdd(*key);
-    LineID previous = kNoLine;
-    if (first != kNoLine && !comesBefore(line, first)) {
-        previous = lines_[first].previousOfKey;
-        while (!comesBefore(previous, line)) {
-            previous = lines_[previous].previousOfKey;
-        }
-    }
-    linkAfter(first, previous, line);
-}
-
-void OrbPPDLines::removeFromIndexes(LineID line) const {
-    if (separatorIndex_) {
-        separatorIndex_->remove(line, lines_[line].text);
-    }
-    if (!index_) {
-        return;
-    }
-    const auto key = keyOfLine(lines_[line].text);
-    if (!key) {
-        return;
-    }
-    LineID& first = index_->findOrAdd(*key);
-    const auto [previous, next] = std::pair(lines_[line].previousOfKey, lines_[line].nextOfKey);
-    (line == first ? first : lines_[previous].nextOfKey) = next;
-    if (first != kNoLine) {
-        lines_[next == kNoLine ? first : next].previousOfKey = previous;
-    }
-}
-
-void OrbPPDLines::buildIndex() const {
-    index_.emplace(size_);
-    for (const auto& block : blocks_) {
-        for (const LineID line : block->lines) {
-            if (const auto key = keyOfLine(lines_[line].text)) {
-                LineID& first = index_->findOrAdd(*key);
-                linkAfter(first, first == kNoLine ? kNoLine : lines_[first].previousOfKey, line);
+    index_->visitRuns(keyword, [&](const PPDTextIndex::Run& run) {
+        for (LineID line = run.first; line < run.end; ++line) {
+            if (visitThere(line)) {
+                return true;
             }
         }
-    }
-}
-
-void OrbPPDLines::buildSeparatorIndex() const {
-    const auto isBefore = [](LineID /*left*/, LineID /*right*/) { return false; };
-    separatorIndex_.emplace();
-    for (const auto& block : blocks_) {
-        for (const LineID line : block->lines) {
-            separatorIndex_->add(line, lines_[line].text, isBefore);
-        }
-    }
+        return false;
+    });
 }
 
 template <typename Accepts>
-std::optional<std::size_t> OrbPPDLines::first(const Accepts& accepts) const {
-    std::size_t index = 0;
-    for (const auto& block : blocks_) {
-        for (const LineID line : block->lines) {
-            if (accepts(lines_[line].text)) {
-                return index;
+std::optional<std::size_t> OrbPPDLines::first(std::string_view keyword,
+                                              std::optional<std::string_view> spec,
+                                              const Accepts& accepts) const {
+    std::optional<LineID> kept;
+    visitKept(keyword, spec, [&](LineID line) {
+        if (accepts(index_->line(line), [&] { return indexOf(line); })) {
+            kept = line;
+        }
+        return kept.has_value();
+    });
+    for (const Gap& gap : gaps_) {
+        if (kept && gap.before > *kept) {
+            break;
+        }
+        changesRead_ += gap.lines->size();
+        for (std::size_t i = 0; i < gap.lines->size(); ++i) {
+            if (accepts((*gap.lines)[i], [&] { return gap.start + i; })) {
+                return gap.start + i;
             }
-            ++index;
         }
     }
-    return std::nullopt;
-}
-
-template <typename Accepts>
-std::optional<std::size_t> OrbPPDLines::firstInIndexes(std::string_view keyword,
-                                                       std::optional<std::string_view> spec,
-                                                       const Accepts& accepts) const {
-    const auto separatorKey = SeparatorIndex::keyOfLookUp(keyword, spec);
-    if (separatorKey) {
-        if (!separatorIndex_ && linesReadInVain_ / kPassesBeforeSeparatorIndex > size_) {
-            buildSeparatorIndex();
-        }
-        if (separatorIndex_) {
-            const auto line = separatorIndex_->find(
-                *separatorKey, [&](LineID each) { return accepts(lines_[each].text); });
-            return line ? std::optional(indexOf(*line)) : std::nullopt;
-        }
-    }
-    const auto acceptsOrCounts = [&](std::string_view line) {
-        const bool isAccepted = accepts(line);
-        linesReadInVain_ += separatorKey && !isAccepted ? 1 : 0;
-        return isAccepted;
-    };
-    const auto key = keyOfLookUp(keyword, spec);
-    if (!index_ || !key) {
-        return first(acceptsOrCounts);
-    }
-    for (LineID line = index_->first(*key); line != kNoLine; line = lines_[line].nextOfKey) {
-        if (acceptsOrCounts(lines_[line].text)) {
-            return indexOf(line);
-        }
-    }
-    return std::nullopt;
+    return kept ? std::optional(indexOf(*kept)) : std::nullopt;
 }
 
 std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
     std::string_view keyword, std::optional<std::string_view> spec,
     std::optional<std::string_view> value) const {
-    insertedSinceLookUp_ = 0;
-    if (!index_ && ++lookUpsWithoutIndex_ > kLookUpsBeforeIndex) {
-        buildIndex();
-    }
-    return firstInIndexes(keyword, spec, [&](std::string_view line) {
+    return first(keyword, spec, [&](std::string_view line, const auto& /*index*/) {
         return OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(line, keyword, spec,
                                                                             value);
     });
 }
 
-std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const {
-    const auto isEnd = [this](LineID line) { return isEndLine(lines_[line].text); };
-    const auto indexOfEndIn = [&](std::size_t block, std::size_t offset) {
-        const auto& lines = blocks_[block]->lines;
-        const auto from = lines.begin() + static_cast<std::ptrdiff_t>(offset);
-        const auto end = std::find_if(from, lines.end(), isEnd);
-        return end == lines.end()
-                   ? std::optional<std::size_t>()
-                   : blockSizes_.sumBefore(block) + static_cast<std::size_t>(end - lines.begin());
+std::optional<std::size_t> OrbPPDLines::indexOfLineBeginning(std::string_view beginning,
+                                                             std::size_t from) const {
+    const std::size_t lineFeed = std::min(beginning.find('\n'), beginning.size());
+    const std::string_view firstLine = beginning.substr(0, lineFeed);
+    const auto goesOn = [&](std::size_t index) {
+        std::string_view rest = beginning.substr(lineFeed);
+        while (!rest.empty() && ++index < size_) {
+            rest.remove_prefix(1);
+            const std::size_t end = std::min(rest.find('\n'), rest.size());
+            const std::string_view line = at(index);
+            const bool isWhole = end < rest.size();
+            if (!line.starts_with(rest.substr(0, end)) || (isWhole && line.size() != end)) {
+                return false;
+            }
+            rest.remove_prefix(end);
+        }
+        return rest.empty();
     };
+    return first(PPDTextIndex::keywordPart(beginning.substr(1)), std::nullopt,
+                 [&](std::string_view line, const auto& indexOfLine) {
+                     const bool begins = line.starts_with(firstLine) &&
+                                         (lineFeed == beginning.size() || line.size() == lineFeed);
+                     if (!begins) {
+                         return false;
+                     }
+                     const std::size_t index = indexOfLine();
+                     return index >= from && goesOn(index);
+                 });
+}
+
+std::string_view OrbPPDLines::languageOfTranslation(std::string_view line,
+                                                    std::string_view keyword) {
+    return line.substr(1, endOfLanguage(line, keyword) - 1);
+}
+
+std::optional<std::vector<OrbPPDLines::LineID>> OrbPPDLines::translations(
+    std::string_view keyword, std::optional<std::string_view> spec) {
+    const bool isAmongInserted = std::any_of(gaps_.begin(), gaps_.end(), [&](const Gap& gap) {
+        changesRead_ += gap.lines->size();
+        return std::any_of(gap.lines->begin(), gap.lines->end(), [&](std::string_view line) {
+            return isTranslation(line, keyword, spec);
+        });
+    });
+    settle(isAmongInserted);
+    if (isAmongInserted && !gaps_.empty()) {
+        return std::nullopt;
+    }
+    std::vector<LineID> lines;
+    visitKept(keyword, spec, [&](LineID line) {
+        if (isTranslation(index_->line(line), keyword, spec)) {
+            lines.push_back(line);
+        }
+        return false;
+    });
+    return lines;
+}
+
+std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const {
     if (size_ == 0 || index >= size_ - 1) {
         return std::nullopt;
     }
-    const Place next = blockSizes_.placeOf(index + 1);
-    if (const auto here = indexOfEndIn(next.block, next.offset)) {
-        return here;
+    const Place next = placeOf(index + 1, false);
+    const auto from = next.isInGap ? gaps_[next.gap].before : removed_.lineAt(next.kept);
+    const auto ends = index_->endLines();
+    auto end = std::lower_bound(ends.begin(), ends.end(), from);
+    for (; end != ends.end() && removed_.contains(*end); ++end) {
+        ++changesRead_;
     }
-    const std::size_t before = endLineCounts_.sumBefore(next.block + 1);
-    return before == endLineCounts_.sumBefore(blocks_.size())
-               ? std::nullopt
-               : indexOfEndIn(endLineCounts_.placeOf(before).block, 0);
+    for (std::size_t gap = next.gap; gap < gaps_.size(); ++gap) {
+        const Texts& lines = *gaps_[gap].lines;
+        if (end != ends.end() && gaps_[gap].before > *end) {
+            break;
+        }
+        const std::size_t offset = gap == next.gap ? next.offset : 0;
+        changesRead_ += lines.size();
+        const auto found =
+            std::find(lines.begin() + static_cast<std::ptrdiff_t>(offset), lines.end(), kTkPPDEnd);
+        if (found != lines.end()) {
+            return gaps_[gap].start + static_cast<std::size_t>(found - lines.begin());
+        }
+    }
+    return end == ends.end() ? std::nullopt : std::optional(indexOf(*end));
 }
 
 }  // namespace TkPPDUpdating

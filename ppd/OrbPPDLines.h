@@ -1,49 +1,61 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ppd/LineChains.h"
+#include "ppd/PPDLineKeys.h"
 #include "ppd/PPDText.h"
-#include "ppd/PrefixSums.h"
-#include "ppd/SeparatorIndex.h"
+#include "ppd/PPDTextIndex.h"
+#include "ppd/RemovedLines.h"
 
 namespace TkPPDUpdating {
 
-/// The lines of a PPD text, as an editable list with an index of its attributes.
+/// The lines of a PPD text, as an editable list.
 ///
-/// Lines are views into the shared text until they are edited; inserted lines are kept in storage
-/// of the list. Inserting, removing and finding cost far less than a pass over the lines: the list
-/// is kept in blocks of bounded size whose places are found in logarithmic time, and once several
-/// look-ups have been made, a hash of keyword and option keyword leads to the first line that can
-/// match.
+/// It stands on the index of the text, which it shares, and keeps what was changed: the lines that
+/// are gone, and those that were inserted, by the line of the index that they stand before. What
+/// is handed on as a new text takes these changes along, so that nobody pays for the lines that
+/// stay. When following the changes has cost more than reading the whole text anew would have, it
+/// does that, and there are no changes any more.
 class OrbPPDLines {
   public:
-    /// Splits the text, which must not be null, at line feeds; one empty last part is dropped.
-    explicit OrbPPDLines(PPDText text);
+    /// A line of the index beneath, until the next insertion or call of `translations`.
+    using LineID = PPDTextIndex::Line;
+
+    /// The lines of the text, which must not be null. One empty last part is dropped.
+    explicit OrbPPDLines(const PPDText& text);
 
     std::size_t size() const { return size_; }
 
-    /// The line at `index`; valid as long as the list. Raises `std::out_of_range` past the last
-    /// line.
+    /// The line at `index`; valid until the next operation. Raises `std::out_of_range` past the
+    /// last line.
     std::string_view at(std::size_t index) const;
 
-    /// Inserts a copy of `line` (which holds no line feed) before the line at `index`, or at the
-    /// end when that is the size. Raises `std::out_of_range`, and changes nothing, beyond that.
+    /// Inserts a copy of `line` before the line at `index`, or at the end when that is the size.
+    /// Raises `std::out_of_range`, and changes nothing, beyond that. (A line feed in it makes lines
+    /// of their own in the next text only.)
     void insert(std::size_t index, std::string_view line);
 
     /// Removes `count` lines from `index` on. Raises `std::out_of_range`, and changes nothing, when
     /// there are not that many.
     void erase(std::size_t index, std::size_t count);
 
-    /// The lines with a line feed between each two of them. The views keep their old text.
+    /// The lines with a line feed between each two of them.
     PPDText joined() const;
+
+    /// The same with a line feed at the end if the text had one: the text itself with its changes.
+    PPDText text() const;
+
+    /// Whether `text` ends with a line feed.
+    bool endsWithLineFeed() const { return endsWithLineFeed_; }
+    void setEndsWithLineFeed(bool ends) { endsWithLineFeed_ = ends; }
 
     /// The index of the first line that
     /// `OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value` accepts, or nothing.
@@ -54,70 +66,99 @@ class OrbPPDLines {
     /// The index of the first line after the one at `index` that is exactly "*End", or nothing.
     std::optional<std::size_t> indexOfEndAfter(std::size_t index) const;
 
-  private:
-    using LineID = LineChains::LineID;
-    using Place = PrefixSums::Place;
-    using Key = std::uint64_t;
-    static constexpr LineID kNoLine = LineChains::kNoLine;
+    /// The index of the first line, from `from` on, that begins with `beginning`, compared exactly;
+    /// nothing when there is none. `beginning` begins with "*" and a whole keyword and what ends
+    /// it; with a line feed in it, it goes on with the next line.
+    std::optional<std::size_t> indexOfLineBeginning(std::string_view beginning,
+                                                    std::size_t from) const;
 
-    /// A run of neighbouring lines; `position` is its own index among the blocks.
-    struct Block {
-        std::size_t position = 0;
-        std::vector<LineID> lines;
-        /// How many of the lines are "*End".
-        std::size_t endLines = 0;
-    };
-
-    struct Line {
-        std::string_view text;
-        Block* block = nullptr;
-        /// The neighbours, in line order, with the same key; kept while there is an index. Before
-        /// the first one stands the last, so that the index need not keep it.
-        LineID previousOfKey = kNoLine;
-        LineID nextOfKey = kNoLine;
-    };
-
-    static std::optional<Key> keyOfLine(std::string_view line);
-    static std::optional<Key> keyOfLookUp(std::string_view keyword,
-                                          std::optional<std::string_view> spec);
-
-    std::string_view storedCopy(std::string_view line);
-    LineID addLine(std::string_view line, Block& block);
+    /// The lines, in line order, whose keyword is a language, a full stop and `keyword`, with that
+    /// spec (case ignored). Nothing when that cannot be told, because one of them was inserted into
+    /// a list with a line feed in a line.
+    std::optional<std::vector<LineID>> translations(std::string_view keyword,
+                                                    std::optional<std::string_view> spec);
+    /// The language of such a line: what stands before the keyword and its full stop.
+    static std::string_view languageOfTranslation(std::string_view line, std::string_view keyword);
+    /// The index of a line that is not gone.
     std::size_t indexOf(LineID line) const;
-    bool comesBefore(LineID left, LineID right) const;
-    void splitBlock(std::size_t position);
-    void renumberBlocksFrom(std::size_t position);
-    void sumBlocks();
-    void removeEmptyBlocks();
 
-    void buildIndex() const;
-    void buildSeparatorIndex() const;
+    /// Removes lines that are there, in line order.
+    void erase(std::span<const LineID> lines);
+
+    /// The index beneath, with lines that may be gone, and which those are.
+    const PPDTextIndex& base() const { return *index_; }
+    bool isGone(LineID line) const { return removed_.contains(line); }
+
+    /// Calls `visit(index, line)` for every line that is not one of the index beneath, from the
+    /// last to the first, so that it may be erased.
+    template <typename Visit>
+    void visitInserted(const Visit& visit) {
+        for (std::size_t gap = gaps_.size(); gap-- > 0;) {
+            const std::size_t start = gaps_[gap].start;
+            for (std::size_t offset = gaps_[gap].lines->size(); offset-- > 0;) {
+                visit(start + offset, (*gaps_[gap].lines)[offset]);
+            }
+        }
+    }
+
+  private:
+    using Texts = std::vector<std::string_view>;
+
+    /// Inserted lines. Shared with other lists until it is changed.
+    struct Gap {
+        /// The line that they stand before.
+        LineID before = 0;
+        /// The index of the first.
+        std::size_t start = 0;
+        std::shared_ptr<Texts> lines;
+    };
+
+    /// Where a line is or goes: in a gap, or between it and the one before it.
+    struct Place {
+        std::size_t gap = 0;
+        bool isInGap = false;
+        std::size_t offset = 0;
+        /// How many lines of the index that are not gone stand before it, when it is in no gap.
+        LineID kept = 0;
+    };
+
+    void throwUnlessThere(std::size_t index, std::size_t count) const;
+    Place placeOf(std::size_t index, bool isForInsertion) const;
+    void moveGapsFrom(std::size_t gap, std::size_t difference);
+    std::string_view storedCopy(std::string_view line);
+    static Texts& ownLines(Gap& gap);
+    std::size_t insertedCount() const;
+    std::string bytes() const;
+    void standOn(const PPDText& text);
+    void settle(bool mustBe);
+    static PPDText textOfLines(OrbPPDLines lines);
+    const PPDLineKeys* keysFor(std::string_view keyword,
+                               std::optional<std::string_view> spec) const;
+    template <typename Visit>
+    void visitKept(std::string_view keyword, std::optional<std::string_view> spec,
+                   const Visit& visit) const;
     template <typename Accepts>
-    std::optional<std::size_t> firstInIndexes(std::string_view keyword,
-                                              std::optional<std::string_view> spec,
-                                              const Accepts& accepts) const;
-    void linkAfter(LineID& first, LineID previous, LineID line) const;
-    void addToIndex(LineID line) const;
-    void removeFromIndexes(LineID line) const;
+    std::optional<std::size_t> first(std::string_view keyword, std::optional<std::string_view> spec,
+                                     const Accepts& accepts) const;
 
-    template <typename Accepts>
-    std::optional<std::size_t> first(const Accepts& accepts) const;
+    friend class PPDText;
 
-    PPDText text_;
-    std::deque<std::string> stored_;
+    std::shared_ptr<const PPDTextIndex> index_;
+    RemovedLines removed_;
+    /// In line order, none of them empty.
+    std::vector<Gap> gaps_;
+    /// What the inserted lines are views into: the last one may grow within its capacity.
+    std::vector<std::shared_ptr<std::string>> storage_;
     std::size_t size_ = 0;
-    std::vector<std::unique_ptr<Block>> blocks_;
-    PrefixSums blockSizes_;
-    PrefixSums endLineCounts_;
-    /// By ID, some of which are free. Mutable for the chains of the index.
-    mutable std::deque<Line> lines_;
-    std::vector<LineID> freeIDs_;
-    mutable std::optional<LineChains> index_;
-    mutable unsigned lookUpsWithoutIndex_ = 0;
-    mutable std::optional<SeparatorIndex> separatorIndex_;
-    /// By the look-ups that the separator index would have told.
-    mutable std::size_t linesReadInVain_ = 0;
-    mutable std::size_t insertedSinceLookUp_ = 0;
+    bool endsWithLineFeed_ = false;
+    bool hasLineFeedInLine_ = false;
+
+    /// Made when reading the lines of a keyword has cost more.
+    mutable std::array<std::shared_ptr<const PPDLineKeys>, 2> keys_;
+    /// Lines that were read and were not what was looked for: of the index, and because of the
+    /// changes.
+    mutable std::size_t readInVain_ = 0;
+    mutable std::size_t changesRead_ = 0;
 };
 
 }  // namespace TkPPDUpdating

@@ -148,6 +148,7 @@ const std::vector<std::string>& OrbPPDProcessor::localizations() {
 
 void OrbPPDProcessor::setLocalizations(std::vector<std::string> localizations) {
     localizations_ = std::move(localizations);
+    languages_.clear();
 }
 
 bool OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(
@@ -174,14 +175,18 @@ OrbPPDLineRange OrbPPDProcessor::rangeOfAttributeWithKeyword_spec_value(
     if (!first) {
         return {};
     }
-    const std::string_view line = all->at(*first);
+    return rangeOfAttributeAt(*first);
+}
+
+OrbPPDLineRange OrbPPDProcessor::rangeOfAttributeAt(std::size_t index) const {
+    const std::string_view line = lines_->at(index);
     const std::size_t quote = line.find(kTkPPDQuote);
     if (quote == std::string_view::npos ||
         line.find(kTkPPDQuote, quote + kTkPPDQuote.size()) != std::string_view::npos) {
-        return {*first, 1};
+        return {index, 1};
     }
-    const auto end = all->indexOfEndAfter(*first);
-    return end ? OrbPPDLineRange{*first, *end - *first + 1} : OrbPPDLineRange{};
+    const auto end = lines_->indexOfEndAfter(index);
+    return end ? OrbPPDLineRange{index, *end - index + 1} : OrbPPDLineRange{};
 }
 
 std::optional<std::string> OrbPPDProcessor::valueForAttributeWithKeyword_spec(
@@ -211,22 +216,87 @@ std::size_t OrbPPDProcessor::deleteAttributeWithKeyword_spec_value(
     if (range.length == 0) {
         return range.location;
     }
+    lines_->erase(range.location, range.length);
     // The languages are those of the PPD without the attribute, which may be "cupsLanguages"
     // itself.
-    lines_->erase(range.location, range.length);
-    const auto deleteTranslation = [&](std::string_view language) {
-        const std::string translated =
-            PPDFormatted(kTranslationKeywordFormat, {language, *keyword});
-        const OrbPPDLineRange found =
-            rangeOfAttributeWithKeyword_spec_value(translated, spec, std::nullopt);
-        lines_->erase(found.length == 0 ? 0 : found.location, found.length);
-    };
-    for (const std::string& language : localizations()) {
-        deleteTranslation(language);
-    }
-    deleteTranslation(kEnglish);
+    deleteTranslations(*keyword, spec);
     clearContent();
     return range.location;
+}
+
+void OrbPPDProcessor::readLanguages() {
+    const std::vector<std::string>& codes = localizations();
+    if (!languages_.empty()) {
+        return;
+    }
+    uncommonLanguages_.clear();
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        languages_[foldedCase(codes[i])].push_back(i);
+        // Keywords that begin with such a code are not told from others by where they end.
+        if (PPDTextIndex::keywordPart(codes[i]).size() < codes[i].size()) {
+            uncommonLanguages_.push_back(i);
+        }
+    }
+    languages_[std::string(kEnglish)].push_back(codes.size());
+}
+
+void OrbPPDProcessor::deleteTranslation(std::string_view language, std::string_view keyword,
+                                        std::optional<std::string_view> spec) {
+    const OrbPPDLineRange found = rangeOfAttributeWithKeyword_spec_value(
+        PPDFormatted(kTranslationKeywordFormat, {language, keyword}), spec, std::nullopt);
+    lines_->erase(found.length == 0 ? 0 : found.location, found.length);
+}
+
+/// Deletes as many translations into each language as its code stands in the list, language by
+/// language; only languages of which there are translations cost anything.
+void OrbPPDProcessor::deleteTranslations(std::string_view keyword,
+                                         std::optional<std::string_view> spec) {
+    readLanguages();
+    const auto lines = lines_->translations(keyword, spec);
+    if (!lines) {
+        for (const std::string& language : localizations()) {
+            deleteTranslation(language, keyword, spec);
+        }
+        deleteTranslation(kEnglish, keyword, spec);
+        return;
+    }
+    struct Lines {
+        std::vector<OrbPPDLines::LineID> all;
+        std::size_t next = 0;
+    };
+    std::map<const std::vector<std::size_t>*, Lines> linesOfLanguage;
+    for (const OrbPPDLines::LineID line : *lines) {
+        const auto language = languages_.find(
+            foldedCase(OrbPPDLines::languageOfTranslation(lines_->base().line(line), keyword)));
+        if (language != languages_.end()) {
+            linesOfLanguage[&language->second].all.push_back(line);
+        }
+    }
+    // By its place in the list: the lines of the language, or none where it is looked up.
+    std::vector<std::pair<std::size_t, Lines*>> turns;
+    for (auto& [places, its] : linesOfLanguage) {
+        for (std::size_t i = 0; i < std::min(places->size(), its.all.size()); ++i) {
+            turns.emplace_back((*places)[i], &its);
+        }
+    }
+    for (const std::size_t place : uncommonLanguages_) {
+        turns.emplace_back(place, nullptr);
+    }
+    std::sort(turns.begin(), turns.end());
+    for (const auto& [place, its] : turns) {
+        if (!its) {
+            deleteTranslation(localizations()[place], keyword, spec);
+            continue;
+        }
+        // A value of several lines may have taken others along.
+        while (its->next < its->all.size() && lines_->isGone(its->all[its->next])) {
+            ++its->next;
+        }
+        if (its->next < its->all.size()) {
+            const OrbPPDLineRange found = rangeOfAttributeAt(lines_->indexOf(its->all[its->next]));
+            lines_->erase(found.length == 0 ? 0 : found.location, found.length);
+        }
+    }
 }
 
 bool OrbPPDProcessor::insertAttributeWithKeyword_spec_text_value_wrap(

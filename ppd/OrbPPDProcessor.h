@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -136,9 +137,20 @@ class OrbPPDProcessor {
     static std::string_view PPDSavvyNameFromString(std::string_view string);
 
   private:
+    OrbPPDLineRange rangeOfAttributeAt(std::size_t index) const;
+    void deleteTranslations(std::string_view keyword, std::optional<std::string_view> spec);
+    void deleteTranslation(std::string_view language, std::string_view keyword,
+                           std::optional<std::string_view> spec);
+    void readLanguages();
+
     PPDText content_;
     std::optional<OrbPPDLines> lines_;
     std::optional<std::vector<std::string>> localizations_;
+    /// The places of each language, case ignored, in the order in which its translations are
+    /// deleted: that of `localizations`, then "en".
+    std::map<std::string, std::vector<std::size_t>, std::less<>> languages_;
+    /// The places of those that hold what ends a keyword.
+    std::vector<std::size_t> uncommonLanguages_;
     std::size_t insertLocation_ = 0;
 };
 

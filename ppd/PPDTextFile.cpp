@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "ppd/FileDescriptor.h"
-#include "ppd/UTF8.h"
+#include "ppd/PPDTextIndex.h"
 
 namespace TkPPDUpdating {
 
@@ -70,11 +70,12 @@ PPDText PPDTextWithContentsOfDescriptor(int descriptor, std::string* reason,
     if (!bytes) {
         return nullptr;
     }
-    if (const auto invalid = firstInvalidUTF8Byte(*bytes)) {
+    PPDText text = makePPDText(std::move(*bytes));
+    if (const auto invalid = text.index()->firstInvalidUTF8Byte()) {
         cause = "is not valid UTF-8 at byte " + std::to_string(*invalid);
         return nullptr;
     }
-    return makePPDText(std::move(*bytes));
+    return text;
 }
 
 PPDText PPDTextWithContentsOfFile(const std::string& path, std::string* reason,

@@ -61,6 +61,11 @@ std::shared_ptr<const OrbPPDFile> PPDModelCore::PPDFileWithContentsOfFile(
     return PPDModelFile::fileWithContentsOfFile(path);
 }
 
+std::shared_ptr<const OrbPPDFile> PPDModelCore::PPDFileWithContents(
+    const PPDText& contents, const std::string& /*path*/) const {
+    return PPDModelFile::fileWithText(contents);
+}
+
 std::shared_ptr<const OrbPPDFile> PPDModelCore::PPDFileForQueueWithName(
     const std::string& queueName) const {
     std::string ignored;

@@ -28,6 +28,8 @@ class PPDModelCore : public TkCore {
 
     std::shared_ptr<const OrbPPDFile> PPDFileWithContentsOfFile(
         const std::string& path) const override;
+    std::shared_ptr<const OrbPPDFile> PPDFileWithContents(const PPDText& contents,
+                                                          const std::string& path) const override;
     std::shared_ptr<const OrbPPDFile> PPDFileForQueueWithName(
         const std::string& queueName) const override;
     std::shared_ptr<const OrbCustomMediaType> customMediaTypeWithPPDParameters(

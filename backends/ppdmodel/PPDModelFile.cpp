@@ -2,17 +2,18 @@
 
 #include <algorithm>
 #include <array>
-#include <deque>
 #include <functional>
-#include <unordered_map>
+#include <map>
+#include <mutex>
+#include <unordered_set>
 #include <utility>
 
-#include "backends/ppdmodel/PPDModelIndex.h"
+#include "backends/ppdmodel/PPDModelAttributes.h"
 #include "backends/ppdmodel/PPDModelOption.h"
 #include "backends/ppdmodel/PPDModelReader.h"
 #include "ppd/PPDTextFile.h"
+#include "ppd/PPDTextIndex.h"
 #include "ppd/SeededTextHash.h"
-#include "ppd/UTF8.h"
 
 namespace TkPPDUpdating {
 
@@ -22,68 +23,33 @@ constexpr std::array<std::string_view, 2> kOpeningKeywords{"OpenUI", "JCLOpenUI"
 constexpr std::array<std::string_view, 3> kPageSizeKeywords{"PageSize", "ImageableArea",
                                                             "PaperDimension"};
 constexpr std::string_view kDefaultPrefix = "Default";
-
-/// Every attribute that opens an option, in file order.
-std::vector<const PPDModelAttribute*> openingAttributes(const PPDModelIndex& index) {
-    std::vector<const PPDModelAttribute*> opening;
-    for (const std::string_view keyword : kOpeningKeywords) {
-        for (const auto* attribute = index.first(keyword); attribute;
-             attribute = attribute->nextWithKeyword()) {
-            if (attribute->spec().size() > 1 && attribute->spec().starts_with('*')) {
-                opening.push_back(attribute);
-            }
-        }
-    }
-    // All stand in one vector, so their addresses are in file order.
-    std::sort(opening.begin(), opening.end(), std::less<>());
-    return opening;
-}
+/// The option keyword of the line that opens an option is its name behind an asterisk.
+constexpr std::string_view kOptionPrefix = "*";
 
 }  // namespace
 
 struct PPDModelFile::Contents {
-    Contents(PPDText parsedText, PPDModelReader& reader)
-        : text(std::move(parsedText)),
-          joinedValues(std::move(reader.joinedValues)),
-          attributes(std::move(reader.attributes)),
-          index(attributes) {
-        std::string defaultKeyword(kDefaultPrefix);
-        for (const PPDModelAttribute* attribute : openingAttributes(index)) {
-            const std::string_view name = attribute->spec().substr(1);
-            defaultKeyword.resize(kDefaultPrefix.size());
-            defaultKeyword += name;
-            const PPDModelAttribute* defaultLine = index.first(defaultKeyword);
-            if (options
-                    .try_emplace(name, name, defaultLine ? defaultLine->value() : std::nullopt,
-                                 index)
-                    .second) {
-                optionNames.push_back(name);
-            }
-        }
-    }
+    explicit Contents(PPDText parsedText) : text(std::move(parsedText)), attributes(text.index()) {}
 
     PPDText text;
-    std::deque<std::string> joinedValues;
-    std::vector<PPDModelAttribute> attributes;
-    PPDModelIndex index;
-    std::unordered_map<std::string_view, PPDModelOption, SeededTextHash> options;
-    std::vector<std::string_view> optionNames;
+    PPDModelAttributes attributes;
     OrbPPDPageSize pageSize;
+    /// Those that were asked for.
+    std::mutex mutex;
+    std::map<std::string, PPDModelOption, std::less<>> options;
 };
 
-PPDModelFile::PPDModelFile(std::unique_ptr<const Contents> contents)
-    : contents_(std::move(contents)) {}
+PPDModelFile::PPDModelFile(std::unique_ptr<Contents> contents) : contents_(std::move(contents)) {}
 
 PPDModelFile::~PPDModelFile() = default;
 
 std::shared_ptr<const PPDModelFile> PPDModelFile::fileWithValidText(PPDText text,
                                                                     std::string& reason) {
-    PPDModelReader reader(*text);
-    if (!reader.read(reason)) {
+    if (!PPDModelReader(*text.index()).isPPD(reason)) {
         return nullptr;
     }
     return std::shared_ptr<const PPDModelFile>(
-        new PPDModelFile(std::make_unique<const Contents>(std::move(text), reader)));
+        new PPDModelFile(std::make_unique<Contents>(std::move(text))));
 }
 
 std::shared_ptr<const PPDModelFile> PPDModelFile::fileWithText(PPDText text, std::string* reason) {
@@ -93,7 +59,7 @@ std::shared_ptr<const PPDModelFile> PPDModelFile::fileWithText(PPDText text, std
         cause = "there is no text";
         return nullptr;
     }
-    if (const auto invalid = firstInvalidUTF8Byte(*text)) {
+    if (const auto invalid = text.index()->firstInvalidUTF8Byte()) {
         cause = "is not valid UTF-8 at byte " + std::to_string(*invalid);
         return nullptr;
     }
@@ -109,33 +75,42 @@ std::shared_ptr<const PPDModelFile> PPDModelFile::fileWithContentsOfFile(const s
 }
 
 const OrbPPDOption* PPDModelFile::optionForName(std::string_view optionName) const {
-    const auto option = contents_->options.find(optionName);
-    return option == contents_->options.end() ? nullptr : &option->second;
+    const std::lock_guard lock(contents_->mutex);
+    const auto known = contents_->options.find(optionName);
+    if (known != contents_->options.end()) {
+        return &known->second;
+    }
+    const PPDModelAttributes& attributes = contents_->attributes;
+    const std::string spec = std::string(kOptionPrefix).append(optionName);
+    const bool exists =
+        !optionName.empty() && std::any_of(kOpeningKeywords.begin(), kOpeningKeywords.end(),
+                                           [&](auto each) { return attributes.first(each, spec); });
+    if (!exists) {
+        return nullptr;
+    }
+    const auto* const defaultLine =
+        attributes.first(std::string(kDefaultPrefix).append(optionName));
+    const auto defaultChoice = defaultLine ? defaultLine->value() : std::nullopt;
+    const auto entry = contents_->options.try_emplace(std::string(optionName), spec.substr(1),
+                                                      defaultChoice, attributes);
+    return &entry.first->second;
 }
 
 std::vector<const OrbPPDAttribute*> PPDModelFile::attributesForName(std::string_view name) const {
-    std::vector<const OrbPPDAttribute*> attributes;
-    for (const auto* attribute = contents_->index.first(name); attribute;
-         attribute = attribute->nextWithKeyword()) {
-        attributes.push_back(attribute);
-    }
-    return attributes;
+    const auto attributes = contents_->attributes.all(name);
+    return {attributes.begin(), attributes.end()};
 }
 
 std::vector<const OrbPPDAttribute*> PPDModelFile::attributesForName_spec(
     std::string_view name, std::string_view spec) const {
-    std::vector<const OrbPPDAttribute*> attributes;
-    for (const auto* attribute = contents_->index.first(name, spec); attribute;
-         attribute = attribute->nextWithSpec()) {
-        attributes.push_back(attribute);
-    }
-    return attributes;
+    const auto attributes = contents_->attributes.all(name, spec);
+    return {attributes.begin(), attributes.end()};
 }
 
 const OrbPPDPageSize* PPDModelFile::pageSizeForName(std::string_view name) const {
     const bool exists = std::any_of(
         kPageSizeKeywords.begin(), kPageSizeKeywords.end(),
-        [&](std::string_view keyword) { return contents_->index.first(keyword, name); });
+        [&](std::string_view keyword) { return contents_->attributes.first(keyword, name); });
     return exists ? &contents_->pageSize : nullptr;
 }
 
@@ -144,16 +119,35 @@ const PPDText& PPDModelFile::text() const {
 }
 
 std::span<const PPDModelAttribute> PPDModelFile::attributes() const {
-    return contents_->attributes;
+    return contents_->attributes.inFileOrder();
 }
 
 std::vector<std::string_view> PPDModelFile::optionNames() const {
-    return contents_->optionNames;
+    std::vector<const PPDModelAttribute*> opening;
+    for (const std::string_view keyword : kOpeningKeywords) {
+        for (const auto* const attribute : contents_->attributes.all(keyword)) {
+            if (attribute->spec().size() > 1 && attribute->spec().starts_with(kOptionPrefix)) {
+                opening.push_back(attribute);
+            }
+        }
+    }
+    std::sort(opening.begin(), opening.end(),
+              [](const auto* left, const auto* right) { return left->line() < right->line(); });
+    std::vector<std::string_view> names;
+    std::unordered_set<std::string_view, SeededTextHash> known;
+    for (const auto* const attribute : opening) {
+        const std::string_view name = attribute->spec().substr(kOptionPrefix.size());
+        if (known.insert(name).second) {
+            names.push_back(name);
+        }
+    }
+    return names;
 }
 
 std::vector<std::string_view> PPDModelFile::mainKeywords() const {
-    std::vector<std::string_view> keywords = contents_->index.keywords();
+    std::vector<std::string_view> keywords = contents_->attributes.keywords();
     std::sort(keywords.begin(), keywords.end());
+    keywords.erase(std::unique(keywords.begin(), keywords.end()), keywords.end());
     return keywords;
 }
 

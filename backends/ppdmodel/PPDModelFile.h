@@ -12,8 +12,9 @@
 
 namespace TkPPDUpdating {
 
-/// A parsed PPD, made of views into its text and an index by keyword (PPD specification 4.3, CUPS
-/// PPD extensions; the accepted grammar is in docs/architecture.md). Keywords are compared exactly.
+/// A parsed PPD (PPD specification 4.3, CUPS PPD extensions; the accepted grammar is in
+/// docs/architecture.md), which reads lines of its text when they are asked for. Keywords are
+/// compared exactly.
 class PPDModelFile : public OrbPPDFile {
   public:
     /// Parses a text. Null when it is null, not valid UTF-8 or no PPD; the reason then goes to
@@ -51,10 +52,10 @@ class PPDModelFile : public OrbPPDFile {
 
   private:
     struct Contents;
-    explicit PPDModelFile(std::unique_ptr<const Contents> contents);
+    explicit PPDModelFile(std::unique_ptr<Contents> contents);
     static std::shared_ptr<const PPDModelFile> fileWithValidText(PPDText text, std::string& reason);
 
-    std::unique_ptr<const Contents> contents_;
+    std::unique_ptr<Contents> contents_;
 };
 
 }  // namespace TkPPDUpdating

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 
-#include "backends/ppdmodel/PPDModelIndex.h"
+#include "backends/ppdmodel/PPDModelAttributes.h"
 #include "core_interface/OrbPPDOption.h"
 
 namespace TkPPDUpdating {
@@ -11,23 +13,23 @@ namespace TkPPDUpdating {
 /// An option: the attributes of its keyword that have an option keyword are its choices.
 class PPDModelOption final : public OrbPPDOption {
   public:
-    /// The index must outlive the option.
-    PPDModelOption(std::string_view name, std::optional<std::string_view> defaultChoiceName,
-                   const PPDModelIndex& index)
-        : name_(name), defaultChoiceName_(defaultChoiceName), index_(&index) {}
+    /// The attributes must outlive the option.
+    PPDModelOption(std::string name, std::optional<std::string_view> defaultChoiceName,
+                   const PPDModelAttributes& attributes)
+        : name_(std::move(name)), defaultChoiceName_(defaultChoiceName), attributes_(&attributes) {}
 
     std::optional<std::string_view> defaultChoiceName() const override {
         return defaultChoiceName_;
     }
 
     const OrbPPDChoice* choiceForName(std::string_view choiceName) const override {
-        return index_->first(name_, choiceName);
+        return attributes_->first(name_, choiceName);
     }
 
   private:
-    std::string_view name_;
+    std::string name_;
     std::optional<std::string_view> defaultChoiceName_;
-    const PPDModelIndex* index_;
+    const PPDModelAttributes* attributes_;
 };
 
 }  // namespace TkPPDUpdating

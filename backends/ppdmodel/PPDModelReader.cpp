@@ -1,7 +1,7 @@
 #include "backends/ppdmodel/PPDModelReader.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
 namespace TkPPDUpdating {
 
@@ -10,8 +10,6 @@ namespace {
 constexpr std::string_view kFirstKeyword = "*PPD-Adobe";
 constexpr std::string_view kComment = "*%";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-/// Room for that many bytes a line is more than most PPDs need; what is not used costs nothing.
-constexpr std::size_t kShortTypicalLine = 32;
 
 bool isBlank(char character) {
     return character == ' ' || character == '\t';
@@ -19,18 +17,6 @@ bool isBlank(char character) {
 
 bool endsOptionKeyword(char character) {
     return character == '/' || character == ':';
-}
-
-constexpr auto kEndsKeyword = [] {
-    std::array<bool, 256> ends{};
-    for (const char character : {' ', '\t', '/', ':'}) {
-        ends[static_cast<unsigned char>(character)] = true;
-    }
-    return ends;
-}();
-
-bool endsKeyword(char character) {
-    return kEndsKeyword[static_cast<unsigned char>(character)];
 }
 
 /// The first position from `from` on where `ends` holds, or the length of the line.
@@ -75,15 +61,6 @@ std::string joinedLines(std::string_view value) {
 
 }  // namespace
 
-std::size_t PPDModelReader::endOfLine(std::size_t from) const {
-    return std::min(text_.find('\n', from), text_.size());
-}
-
-std::size_t PPDModelReader::lineNumber(std::size_t at) const {
-    const auto end = text_.begin() + static_cast<std::ptrdiff_t>(at);
-    return 1 + static_cast<std::size_t>(std::count(text_.begin(), end, '\n'));
-}
-
 bool PPDModelReader::beginsAsPPD(std::string& reason) const {
     const std::size_t start = text_.find_first_not_of(" \t\r\n");
     if (start == std::string_view::npos) {
@@ -97,53 +74,48 @@ bool PPDModelReader::beginsAsPPD(std::string& reason) const {
     reason = "is no PPD: ";
     reason += text_.starts_with(kByteOrderMark)
                   ? "it begins with a byte order mark"
-                  : "line " + std::to_string(lineNumber(start)) + " does not begin with \"" +
-                        std::string(kFirstKeyword) + "\"";
+                  : "line " + std::to_string(index_->lineAt(start) + 1) +
+                        " does not begin with \"" + std::string(kFirstKeyword) + "\"";
     return false;
 }
 
-bool PPDModelReader::readValue(std::string_view line, std::size_t from, std::string_view& value,
-                               std::string& reason) {
-    if (from == line.size()) {
-        value = {};
-        return true;
-    }
-    if (line[from] != '"') {
-        value = withoutTrailingBlanks(line.substr(from));
-        return true;
-    }
-    const std::size_t start = at_ + from + 1;
-    const std::size_t close = text_.find('"', start);
-    if (close == std::string_view::npos) {
-        reason = "has a quoted value that never closes, opened on line " +
-                 std::to_string(lineNumber(at_));
+bool PPDModelReader::isPPD(std::string& reason) const {
+    if (!beginsAsPPD(reason)) {
         return false;
     }
-    value = text_.substr(start, close - start);
-    if (close > at_ + line.size()) {
-        value = joinedValues.emplace_back(joinedLines(value));
-        next_ = endOfLine(close) + 1;
+    if (const std::size_t at = text_.find('\0'); at != std::string_view::npos) {
+        reason = "has a NUL byte at byte " + std::to_string(at);
+        return false;
+    }
+    const auto values = index_->longValues();
+    if (!values.empty() && values.back().closes == index_->size()) {
+        reason = "has a quoted value that never closes, opened on line " +
+                 std::to_string(values.back().opens + 1);
+        return false;
     }
     return true;
 }
 
-bool PPDModelReader::readLine(std::string& reason) {
-    const std::size_t end = endOfLine(at_);
-    next_ = end + 1;
-    if (text_[at_] != '*') {
-        return true;
+/// From behind the opening quote to the closing one, which is there.
+std::string_view PPDModelReader::quotedValue(std::size_t start) const {
+    return text_.substr(start, text_.find('"', start) - start);
+}
+
+std::optional<PPDModelAttribute> PPDModelReader::attributeAt(PPDTextIndex::Line number) const {
+    std::string_view line = index_->line(number);
+    if (!line.starts_with('*') || line.starts_with(kComment)) {
+        return std::nullopt;
     }
-    std::string_view line = text_.substr(at_, end - at_);
-    if (end < text_.size()) {
+    const auto* const longValue = index_->longValueAt(number);
+    if (longValue && longValue->opens < number) {
+        return std::nullopt;
+    }
+    if (number + 1 < index_->size() || index_->endsWithLineFeed()) {
         line = withoutCarriageReturn(line);
     }
-    if (line.starts_with(kComment)) {
-        return true;
-    }
-    std::size_t at = positionOf(line, 1, endsKeyword);
-    const std::string_view keyword = line.substr(1, at - 1);
-    const std::size_t specStart = afterBlanks(line, at);
-    at = positionOf(line, specStart, endsOptionKeyword);
+    const std::string_view keyword = PPDTextIndex::keywordPart(line.substr(1));
+    const std::size_t specStart = afterBlanks(line, 1 + keyword.size());
+    std::size_t at = positionOf(line, specStart, endsOptionKeyword);
     const std::string_view spec = withoutTrailingBlanks(line.substr(specStart, at - specStart));
     std::string_view text;
     if (at < line.size() && line[at] == '/') {
@@ -152,31 +124,20 @@ bool PPDModelReader::readLine(std::string& reason) {
         text = line.substr(textStart, at - textStart);
     }
     if (at == line.size()) {
-        return true;
+        return std::nullopt;
     }
     std::string_view value;
-    if (!readValue(line, afterBlanks(line, at + 1), value, reason)) {
-        return false;
-    }
-    attributes.emplace_back(keyword, spec, text, value);
-    return true;
-}
-
-bool PPDModelReader::read(std::string& reason) {
-    if (!beginsAsPPD(reason)) {
-        return false;
-    }
-    if (const std::size_t at = text_.find('\0'); at != std::string_view::npos) {
-        reason = "has a NUL byte at byte " + std::to_string(at);
-        return false;
-    }
-    attributes.reserve(text_.size() / kShortTypicalLine);
-    for (at_ = 0; at_ < text_.size(); at_ = next_) {
-        if (!readLine(reason)) {
-            return false;
+    std::optional<std::string> joinedValue;
+    const std::size_t from = afterBlanks(line, at + 1);
+    if (from < line.size() && line[from] == '"') {
+        value = quotedValue(index_->start(number) + from + 1);
+        if (longValue) {
+            joinedValue = joinedLines(value);
         }
+    } else if (from < line.size()) {
+        value = withoutTrailingBlanks(line.substr(from));
     }
-    return true;
+    return PPDModelAttribute(number, keyword, spec, text, value, std::move(joinedValue));
 }
 
 }  // namespace TkPPDUpdating

@@ -263,7 +263,7 @@ TEST_F(UpdatingFromADevice, CarriesNothingButTheCurrentTextFromOneUpdaterToTheNe
             for (const auto& earlier : replaced) {
                 EXPECT_TRUE(earlier.expired());
             }
-            replaced.push_back(contents);
+            replaced.push_back(contents.bytes());
             return makePPDText(*contents + "+");
         };
     const PPDText result = manager.updatedPPDContentsForFile_deviceURI(path, "ipp://p");
@@ -434,7 +434,7 @@ TEST_F(UpdatingFromAQueue, CarriesNothingButTheCurrentTextFromOneUpdaterToTheNex
             for (const auto& earlier : replaced) {
                 EXPECT_TRUE(earlier.expired());
             }
-            replaced.push_back(contents);
+            replaced.push_back(contents.bytes());
             return makePPDText(*contents + "+");
         };
     manager.updatedPPDContentsForFile_queueName(path, "office");

@@ -85,7 +85,8 @@ std::function<bool(const PPDStatement&)> statementsThatMatch(
     }
     const auto shared = std::make_shared<const PosixRegularExpression>(*std::move(compiled));
     return [shared](const PPDStatement& statement) {
-        return shared->textByRemovingMatchingLines(statement.lines).empty();
+        return shared->textByRemovingMatchingLines(makePPDText(std::string(statement.lines)))
+            ->empty();
     };
 }
 

@@ -8,7 +8,7 @@
 #include "manager/OrbPPDUpdatingContext.h"
 #include "updaters/capabilities/DuplexOwnership.h"
 #include "updaters/capabilities/PPDConstraintRemoval.h"
-#include "updaters/capabilities/PropertyListReader.h"
+#include "updaters/capabilities/PropertyListCache.h"
 #include "updaters/capabilities/ResourceFolder.h"
 
 namespace TkPPDUpdating {
@@ -118,20 +118,24 @@ PPDText OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingGroupWith
     }
     const std::string open = PPDFormatted(kOpenGroupFormat, {groupName});
     const std::string close = PPDFormatted(kCloseGroupFormat, {groupName});
-    constexpr std::size_t kNotFound = std::string::npos;
-    const std::size_t opens = contents->find(open);
-    const std::size_t closes =
-        opens == kNotFound ? kNotFound : contents->find(close, opens + open.size());
-    const std::size_t end =
-        closes == kNotFound ? kNotFound : contents->find(kTkPPDNewLine, closes + close.size());
-    if (end == kNotFound) {
+    const auto lineCount = [](std::string_view text) {
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    };
+    OrbPPDLines lines(contents);
+    // The line feed before the group is the end of another line.
+    constexpr std::size_t kFirstLine = 1;
+    const auto opens =
+        lines.indexOfLineBeginning(std::string_view(open).substr(kTkPPDNewLine.size()), kFirstLine);
+    const auto closes =
+        opens ? lines.indexOfLineBeginning(std::string_view(close).substr(kTkPPDNewLine.size()),
+                                           *opens + lineCount(open))
+              : std::nullopt;
+    const std::size_t end = closes ? *closes + lineCount(close) : 0;
+    if (!closes || (end == lines.size() && !lines.endsWithLineFeed())) {
         return contents;
     }
-    // The line feed before the group stays, the one that ends it goes.
-    std::string result;
-    result.reserve(contents->size());
-    result.append(*contents, 0, opens + 1).append(*contents, end + 1);
-    return makePPDText(std::move(result));
+    lines.erase(*opens, end - *opens);
+    return lines.text();
 }
 
 PPDText OrbPPDDeviceCapabilitiesUpdater::contentsForContents_byRemovingConstraintsForOptionWithName(
@@ -149,10 +153,17 @@ PPDText OrbPPDDeviceCapabilitiesUpdater::
     if (!block) {
         return contents;
     }
-    std::string result;
-    result.reserve(contents->size() + kTkPPDNewLine.size() + block->size());
-    result.append(*contents).append(kTkPPDNewLine).append(*block);
-    return makePPDText(std::move(result));
+    OrbPPDLines lines(contents);
+    if (lines.endsWithLineFeed() || lines.size() == 0) {
+        lines.insert(lines.size(), kTkPPDEmptyString);
+    }
+    for (std::string_view rest = *block; !rest.empty();) {
+        const std::size_t end = std::min(rest.find(kTkPPDNewLine), rest.size());
+        lines.insert(lines.size(), rest.substr(0, end));
+        rest.remove_prefix(std::min(end + kTkPPDNewLine.size(), rest.size()));
+    }
+    lines.setEndsWithLineFeed(block->empty() || block->ends_with(kTkPPDNewLine));
+    return lines.text();
 }
 
 PPDText OrbPPDDeviceCapabilitiesUpdater::contentsByRemovingDuplexOptionWithConstraintsForContents(
@@ -175,11 +186,11 @@ bool OrbPPDDeviceCapabilitiesUpdater::replaceAttribute(OrbPPDProcessor& processo
                                                                      std::nullopt, value, false);
 }
 
-std::optional<PropertyList> OrbPPDDeviceCapabilitiesUpdater::updatingData() {
+std::shared_ptr<const PropertyList> OrbPPDDeviceCapabilitiesUpdater::updatingData() {
     const auto folder = ResourceFolder::path();
-    return folder ? PropertyListReader::propertyListWithContentsOfFile(
+    return folder ? sharedPropertyListWithContentsOfFile(
                         std::string(*folder).append("/").append(kPropertyListFileName))
-                  : std::nullopt;
+                  : nullptr;
 }
 
 std::vector<std::string> OrbPPDDeviceCapabilitiesUpdater::statusEntriesRead() const {

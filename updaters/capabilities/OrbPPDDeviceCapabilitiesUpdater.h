@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -65,8 +66,8 @@ class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater,
     PPDText contentsForContents_byUpdatingDuplexerInstalled(const PPDText& contents,
                                                             bool isInstalled) const;
 
-    /// The block of PPD text for that version of CUPS from the library's property list, read anew
-    /// on every call; nothing when the list cannot be read or has no text for class and version. No
+    /// The block of PPD text for that version of CUPS from the library's property list, as its
+    /// file is now; nothing when the list cannot be read or has no text for class and version. No
     /// version is looked up as "(null)".
     std::optional<std::string> insertingStringForCUPSVersion(
         const std::optional<std::string>& CUPSVersion) const;
@@ -96,8 +97,8 @@ class OrbPPDDeviceCapabilitiesUpdater : public ITkPPDUpdater,
     static bool replaceAttribute(OrbPPDProcessor& processor, std::string_view keyword,
                                  std::string_view value);
 
-    /// The library's property list "TkPPDUpdatingData", or nothing when it cannot be read.
-    static std::optional<PropertyList> updatingData();
+    /// The library's property list "TkPPDUpdatingData", or null when it cannot be read.
+    static std::shared_ptr<const PropertyList> updatingData();
 
     std::vector<std::string> statusEntriesRead() const override;
 };

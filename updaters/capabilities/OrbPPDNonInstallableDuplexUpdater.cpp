@@ -79,8 +79,7 @@ PPDText OrbPPDNonInstallableDuplexUpdater::contentsByRemovingDuplexSafePageSizes
     const PPDText& contents) const {
     const auto& pattern = duplexSafeRegularExpression();
     const auto expression = pattern ? PosixRegularExpression::compiled(*pattern) : std::nullopt;
-    return contents && expression ? makePPDText(expression->textByRemovingMatchingLines(*contents))
-                                  : contents;
+    return contents && expression ? expression->textByRemovingMatchingLines(contents) : contents;
 }
 
 const std::optional<std::string>& OrbPPDNonInstallableDuplexUpdater::duplexSafeRegularExpression()

@@ -1,9 +1,13 @@
 #include "updaters/capabilities/PPDConstraintRemoval.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
+#include "ppd/OrbPPDLines.h"
 #include "ppd/PPDConstants.h"
+#include "ppd/PPDTextIndex.h"
 
 namespace TkPPDUpdating {
 
@@ -11,14 +15,38 @@ namespace {
 
 constexpr std::string_view kConstraint = "*UIConstraints:";
 
-/// Goes over a text line by line, once. Lines that stay as they are are copied together, as late as
-/// possible; a line of which a removal has left the beginning is held back until it is complete.
+std::string commentOf(std::string_view optionKeyword) {
+    return std::string("*% ").append(optionKeyword).append(" <-> ");
+}
+
+std::string optionOf(std::string_view optionKeyword) {
+    return std::string(kTkPPDAsterisk).append(optionKeyword);
+}
+
+/// Where the constraint in the line, which ends with its line feed, begins that names the option.
+std::size_t startOfConstraint(std::string_view line, std::string_view option) {
+    constexpr std::size_t kNotFound = std::string_view::npos;
+    const std::size_t constraint = line.starts_with(kConstraint) ? 0 : line.find(kConstraint);
+    if (constraint == kNotFound) {
+        return kNotFound;
+    }
+    for (std::size_t found = line.find(option, constraint + kConstraint.size()); found != kNotFound;
+         found = line.find(option, found + 1)) {
+        const char next = line[found + option.size()];
+        if (next == ' ' || next == '\n') {
+            return constraint;
+        }
+    }
+    return kNotFound;
+}
+
+/// For a text in which some line would keep its beginning, which no printer's has: goes over it
+/// line by line, once. Lines that stay as they are are copied together, as late as possible; a line
+/// of which a removal has left the beginning is held back until it is complete.
 class ConstraintRemover {
   public:
     ConstraintRemover(std::string_view text, std::string_view optionKeyword)
-        : text_(text),
-          comment_(std::string("*% ").append(optionKeyword).append(" <-> ")),
-          option_(std::string(kTkPPDAsterisk).append(optionKeyword)) {
+        : text_(text), comment_(commentOf(optionKeyword)), option_(optionOf(optionKeyword)) {
         result_.reserve(text.size());
     }
 
@@ -49,7 +77,7 @@ class ConstraintRemover {
             copied_ = end;
             return;
         }
-        const std::size_t constraint = findConstraint(line);
+        const std::size_t constraint = startOfConstraint(line, option_);
         if (constraint != kNotFound) {
             copyUpTo(start + constraint);
             holdAsteriskBack();
@@ -66,7 +94,7 @@ class ConstraintRemover {
             begun_.resize(comment);
             return;
         }
-        const std::size_t constraint = findConstraint(begun_);
+        const std::size_t constraint = startOfConstraint(begun_, option_);
         result_.append(begun_, 0, constraint);
         begun_.clear();
         firstOfComment_ = 0;
@@ -95,22 +123,6 @@ class ConstraintRemover {
         return percent_ < end;
     }
 
-    /// Where the constraint in the line begins that names the option.
-    std::size_t findConstraint(std::string_view line) const {
-        const std::size_t constraint = line.starts_with(kConstraint) ? 0 : line.find(kConstraint);
-        if (constraint == kNotFound) {
-            return kNotFound;
-        }
-        for (std::size_t found = line.find(option_, constraint + kConstraint.size());
-             found != kNotFound; found = line.find(option_, found + 1)) {
-            const char next = line[found + option_.size()];
-            if (next == ' ' || next == '\n') {
-                return constraint;
-            }
-        }
-        return kNotFound;
-    }
-
     static constexpr std::size_t kNotFound = std::string_view::npos;
 
     std::string_view text_;
@@ -127,11 +139,90 @@ class ConstraintRemover {
     std::size_t percent_ = 0;
 };
 
+/// Finds the lines that hold what is to go, by the asterisks in lines.
+class ConstraintFinder {
+  public:
+    explicit ConstraintFinder(std::string_view optionKeyword)
+        : comment_(commentOf(optionKeyword)), option_(optionOf(optionKeyword)) {}
+
+    enum class Line : std::uint8_t { kStays, kGoes, kIsToBeRewritten };
+
+    /// `line` stands with its line feed.
+    Line kindOf(std::string_view line) const {
+        const std::size_t comment = line.find(comment_);
+        const std::size_t start =
+            comment != std::string_view::npos ? comment : startOfConstraint(line, option_);
+        return start == std::string_view::npos ? Line::kStays
+               : start == 0                    ? Line::kGoes
+                                               : Line::kIsToBeRewritten;
+    }
+
+    /// The lines of the index beneath that are there and may hold any, in line order.
+    std::vector<OrbPPDLines::LineID> candidates(const OrbPPDLines& lines) const {
+        const PPDTextIndex& index = lines.base();
+        const std::string_view text = *index.text();
+        std::vector<OrbPPDLines::LineID> found;
+        index.visitRuns(comment_.substr(1), [&](const PPDTextIndex::Run& run) {
+            for (auto line = run.first; line < run.end; ++line) {
+                if (index.line(line).starts_with(comment_)) {
+                    found.push_back(line);
+                }
+            }
+            return false;
+        });
+        for (const std::uint32_t at : index.innerAsterisks()) {
+            const std::string_view rest = text.substr(at);
+            if (rest.starts_with(option_) || rest.starts_with(kCommentStart)) {
+                const auto line = index.lineAt(at);
+                if (found.empty() || found.back() != line) {
+                    found.push_back(line);
+                }
+            }
+        }
+        std::sort(found.begin(), found.end());
+        found.erase(std::unique(found.begin(), found.end()), found.end());
+        std::erase_if(found, [&](auto line) { return lines.isGone(line); });
+        return found;
+    }
+
+  private:
+    static constexpr std::string_view kCommentStart = "*%";
+
+    std::string comment_;
+    std::string option_;
+};
+
 }  // namespace
 
 PPDText PPDTextByRemovingConstraints(const PPDText& text, std::string_view optionKeyword) {
-    std::string result = ConstraintRemover(*text, optionKeyword).result();
-    return result.size() == text->size() ? text : makePPDText(std::move(result));
+    const ConstraintFinder finder(optionKeyword);
+    OrbPPDLines lines(text);
+    bool hasLineToBeRewritten = false;
+    const auto goes = [&](std::string_view line) {
+        const auto kind = finder.kindOf(line);
+        hasLineToBeRewritten =
+            hasLineToBeRewritten || kind == ConstraintFinder::Line::kIsToBeRewritten;
+        return kind == ConstraintFinder::Line::kGoes;
+    };
+    std::vector<OrbPPDLines::LineID> going = finder.candidates(lines);
+    // Nothing goes without a line feed.
+    const std::size_t last = lines.size() - (lines.endsWithLineFeed() ? 0 : 1);
+    if (!going.empty() && !lines.endsWithLineFeed() && lines.indexOf(going.back()) == last) {
+        going.pop_back();
+    }
+    std::erase_if(going, [&](auto line) { return !goes(lines.base().lineWithLineFeed(line)); });
+    const std::size_t before = lines.size();
+    lines.visitInserted([&](std::size_t index, std::string_view line) {
+        if (index != last && goes(std::string(line).append(kTkPPDNewLine))) {
+            lines.erase(index, 1);
+        }
+    });
+    if (hasLineToBeRewritten) {
+        std::string result = ConstraintRemover(*text, optionKeyword).result();
+        return result.size() == text->size() ? text : makePPDText(std::move(result));
+    }
+    lines.erase(going);
+    return lines.size() == before ? text : lines.text();
 }
 
 }  // namespace TkPPDUpdating

@@ -2,7 +2,11 @@
 
 #include <clocale>
 #include <limits>
+#include <numeric>
 #include <utility>
+
+#include "ppd/PPDTextIndex.h"
+#include "updaters/capabilities/RequiredText.h"
 
 namespace TkPPDUpdating {
 
@@ -27,8 +31,9 @@ class CLocaleScope {
 
 }  // namespace
 
-PosixRegularExpression::PosixRegularExpression(std::unique_ptr<regex_t, Free> expression)
-    : expression_(std::move(expression)) {}
+PosixRegularExpression::PosixRegularExpression(std::unique_ptr<regex_t, Free> expression,
+                                               std::string requiredText)
+    : expression_(std::move(expression)), requiredText_(std::move(requiredText)) {}
 
 std::optional<PosixRegularExpression> PosixRegularExpression::compiled(
     const std::string& expression) {
@@ -40,7 +45,8 @@ std::optional<PosixRegularExpression> PosixRegularExpression::compiled(
     if (::regcomp(storage.get(), expression.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
         return std::nullopt;
     }
-    return PosixRegularExpression(std::unique_ptr<regex_t, Free>(storage.release()));
+    return PosixRegularExpression(std::unique_ptr<regex_t, Free>(storage.release()),
+                                  requiredTextOfExpression(expression));
 }
 
 bool PosixRegularExpression::matches(std::string_view line) const {
@@ -52,26 +58,41 @@ bool PosixRegularExpression::matches(std::string_view line) const {
     return ::regexec(expression_.get(), line.data(), 0, &bounds, REG_STARTEND) == 0;
 }
 
-std::string PosixRegularExpression::textByRemovingMatchingLines(std::string_view text) const {
-    const CLocaleScope locale;
-    std::string result;
-    std::size_t keptFrom = 0;  // start of the kept lines that are not copied yet
-    std::size_t start = 0;
-    for (bool isLast = false; !isLast;) {
-        const std::size_t lineFeed = text.find('\n', start);
-        isLast = lineFeed == std::string_view::npos;
-        const std::size_t end = isLast ? text.size() : lineFeed;
-        const std::size_t next = isLast ? end : end + 1;
-        if (matches(text.substr(start, end - start))) {
-            result.append(text, keptFrom, start - keptFrom);
-            keptFrom = next;
-            if (isLast && !result.empty()) {
-                result.pop_back();  // the line before has become the last one
-            }
+/// The lines of the index beneath that are there and may match, in line order.
+std::vector<OrbPPDLines::LineID> PosixRegularExpression::candidates(
+    const OrbPPDLines& lines) const {
+    const PPDTextIndex& index = lines.base();
+    std::vector<OrbPPDLines::LineID> found;
+    if (requiredText_.empty()) {
+        found.resize(index.size());
+        std::iota(found.begin(), found.end(), 0);
+    } else {
+        const std::string_view text = *index.text();
+        for (std::size_t at = text.find(requiredText_); at != std::string_view::npos;) {
+            found.push_back(index.lineAt(at));
+            at = text.find(requiredText_, index.start(found.back() + 1) - 1);
         }
-        start = next;
     }
-    return result.append(text, keptFrom);
+    std::erase_if(found, [&](auto line) { return lines.isGone(line); });
+    return found;
+}
+
+PPDText PosixRegularExpression::textByRemovingMatchingLines(const PPDText& text) const {
+    const CLocaleScope locale;
+    OrbPPDLines lines(text);
+    std::vector<OrbPPDLines::LineID> going = candidates(lines);
+    std::erase_if(going, [&](auto line) { return !matches(lines.base().line(line)); });
+    // Behind the last line feed stands an empty line.
+    const bool losesLastLineFeed = lines.endsWithLineFeed() && matches({});
+    const std::size_t before = lines.size();
+    lines.visitInserted([&](std::size_t index, std::string_view line) {
+        if (matches(line)) {
+            lines.erase(index, 1);
+        }
+    });
+    lines.erase(going);
+    lines.setEndsWithLineFeed(lines.endsWithLineFeed() && !losesLastLineFeed);
+    return lines.size() == before && !losesLastLineFeed ? text : lines.text();
 }
 
 }  // namespace TkPPDUpdating

@@ -6,6 +6,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "ppd/OrbPPDLines.h"
+#include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
 
@@ -32,8 +36,8 @@ class PosixRegularExpression {
     /// line feed has an empty last line. The last line that stays ends the text as the last line
     /// did: without a line feed. All of a line counts, also what follows a NUL in it. A line that
     /// cannot be matched, for want of memory or because it is longer than `regoff_t` can tell,
-    /// stays.
-    std::string textByRemovingMatchingLines(std::string_view text) const;
+    /// stays. The text itself when nothing matches; it must not be null.
+    PPDText textByRemovingMatchingLines(const PPDText& text) const;
 
   private:
     struct Free {
@@ -43,10 +47,13 @@ class PosixRegularExpression {
         }
     };
 
-    explicit PosixRegularExpression(std::unique_ptr<regex_t, Free> expression);
+    PosixRegularExpression(std::unique_ptr<regex_t, Free> expression, std::string requiredText);
+    std::vector<OrbPPDLines::LineID> candidates(const OrbPPDLines& lines) const;
     bool matches(std::string_view line) const;
 
     std::unique_ptr<regex_t, Free> expression_;
+    /// What every matching line holds.
+    std::string requiredText_;
 };
 
 }  // namespace TkPPDUpdating

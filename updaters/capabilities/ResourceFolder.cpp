@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -82,7 +83,17 @@ std::string pathOfThisObject() {
 }  // namespace
 
 std::optional<std::string> ResourceFolder::path() {
-    return pathThatWasSet() ? pathThatWasSet() : pathForObjectAt(pathOfThisObject());
+    if (pathThatWasSet()) {
+        return pathThatWasSet();
+    }
+    // The object stays where it is; a folder that was not there is looked for again.
+    static std::mutex mutex;
+    static std::optional<std::string> found;
+    const std::lock_guard lock(mutex);
+    if (!found) {
+        found = pathForObjectAt(pathOfThisObject());
+    }
+    return found;
 }
 
 void ResourceFolder::setPath(std::optional<std::string> path) {

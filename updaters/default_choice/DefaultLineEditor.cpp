@@ -1,60 +1,68 @@
 #include "updaters/default_choice/DefaultLineEditor.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <utility>
+
 #include "ppd/PPDConstants.h"
 
 namespace TkPPDUpdating {
 
-std::string_view DefaultLineEditor::text() const {
-    return isEdited_ ? std::string_view(edited_) : std::string_view(*contents_);
+namespace {
+
+/// The line feed that a searched text begins with counts as the end of the line before, so that the
+/// very first line never matches.
+constexpr std::size_t kFirstLine = 1;
+
+}  // namespace
+
+DefaultLineEditor::DefaultLineEditor(PPDText contents) : contents_(std::move(contents)) {
+    if (contents_) {
+        lines_.emplace(contents_);
+    }
 }
 
 bool DefaultLineEditor::setDefaultChoice(std::string_view optionName, std::string_view choiceName) {
-    if (!contents_) {
+    if (!lines_) {
         return false;
     }
     // Only a choice that a user can see, that is one with a translation, may become the default.
     const std::string choiceLine = PPDFormatted(kTkPPDChoiceFormatPrefix, {optionName, choiceName});
-    if (text().find(choiceLine) == std::string_view::npos) {
-        return fail();
-    }
     const std::string defaultLine = PPDFormatted(kTkPPDDefaultChoiceFormatPrefix, {optionName});
-    const std::size_t found = text().find(defaultLine);
-    if (found == std::string_view::npos) {
+    const auto lineThatBegins = [this](std::string_view text) {
+        return lines_->indexOfLineBeginning(text.substr(kTkPPDNewLine.size()), kFirstLine);
+    };
+    const auto choice = lineThatBegins(choiceLine);
+    const auto found = choice ? lineThatBegins(defaultLine) : std::nullopt;
+    if (!found) {
         return fail();
     }
-    const std::size_t end = text().find(kTkPPDNewLine, found + defaultLine.size());
-    if (end == std::string_view::npos) {
+    // One line, unless the name of the option holds line feeds.
+    const auto count =
+        static_cast<std::size_t>(std::count(defaultLine.begin(), defaultLine.end(), '\n'));
+    if (*found + count == lines_->size() && !lines_->endsWithLineFeed()) {
         return fail();
     }
-    replace(found + kTkPPDNewLine.size(), end,
-            PPDFormatted(kTkPPDDefaultChoiceFormatString, {optionName, choiceName}));
+    const std::string line =
+        PPDFormatted(kTkPPDDefaultChoiceFormatString, {optionName, choiceName});
+    if (count > 1 || lines_->at(*found) != line) {
+        lines_->erase(*found, count);
+        lines_->insert(*found, line);
+        isEdited_ = true;
+    }
     return true;
-}
-
-void DefaultLineEditor::replace(std::size_t from, std::size_t to, std::string_view line) {
-    if (text().substr(from, to - from) == line) {
-        return;
-    }
-    if (isEdited_) {
-        edited_.replace(from, to - from, line);
-        return;
-    }
-    // Room for the lines of later options, so that they find place without another copy.
-    constexpr std::size_t kRoom = 256;
-    edited_.reserve(contents_->size() + line.size() + kRoom);
-    edited_.append(*contents_, 0, from).append(line).append(*contents_, to);
-    isEdited_ = true;
 }
 
 bool DefaultLineEditor::fail() {
     contents_ = nullptr;
-    edited_.clear();
+    lines_.reset();
     isEdited_ = false;
     return false;
 }
 
 PPDText DefaultLineEditor::takeContents() {
-    return isEdited_ ? makePPDText(std::move(edited_)) : std::move(contents_);
+    return isEdited_ ? lines_->text() : std::move(contents_);
 }
 
 }  // namespace TkPPDUpdating

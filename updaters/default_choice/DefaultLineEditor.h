@@ -1,19 +1,20 @@
 #pragma once
 
-#include <string>
+#include <optional>
 #include <string_view>
 
+#include "ppd/OrbPPDLines.h"
 #include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
 
-/// Sets default lines of one PPD text, which it copies at most once, before the first change.
+/// Sets default lines of one PPD text. Only the lines in question are looked at.
 ///
 /// All searching is literal and case-sensitive and takes the first occurrence.
 class DefaultLineEditor {
   public:
     /// A null text stays null: nothing can be set in it.
-    explicit DefaultLineEditor(PPDText contents) : contents_(std::move(contents)) {}
+    explicit DefaultLineEditor(PPDText contents);
 
     /// Makes the option's first default line read "*DefaultOPTION: CHOICE". False when that is not
     /// possible; no choice can be set from then on, and there is no text as a result.
@@ -23,12 +24,10 @@ class DefaultLineEditor {
     PPDText takeContents();
 
   private:
-    std::string_view text() const;
-    void replace(std::size_t from, std::size_t to, std::string_view line);
     bool fail();
 
     PPDText contents_;
-    std::string edited_;
+    std::optional<OrbPPDLines> lines_;
     bool isEdited_ = false;
 };
 

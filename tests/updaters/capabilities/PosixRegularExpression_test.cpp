@@ -14,7 +14,8 @@ using namespace std::string_view_literals;
 
 std::string removed(std::string_view text, const std::string& expression) {
     const auto compiled = PosixRegularExpression::compiled(expression);
-    return compiled ? compiled->textByRemovingMatchingLines(text) : "does not compile";
+    return compiled ? *compiled->textByRemovingMatchingLines(makePPDText(std::string(text)))
+                    : "does not compile";
 }
 
 TEST(PosixRegularExpression, RefusesWhatDoesNotCompile) {
