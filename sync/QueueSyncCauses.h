@@ -43,8 +43,10 @@ inline constexpr auto kQueueSyncCauses = [] {
         {"no-result", failed, "the updaters could not update the PPD"},
         {"refused-result", failed, "the updated PPD did not pass the comparison before installing"},
         {"changed-meanwhile", failed, "somebody else changed the queue or its PPD during the run"},
-        {"not-known", failed, "it is not known whether the updated PPD was installed"},
+        {"not-known", failed, "it is not known whether the updated PPD is installed"},
+        {"no-backup", failed, "the PPD to be replaced could not be kept with --backup"},
         {"interrupted", abandoned, "a signal ended the run"},
+        {"time-limit", abandoned, "the time of --time-limit was over"},
     });
 }();
 

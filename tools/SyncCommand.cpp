@@ -109,7 +109,7 @@ ExitStatus SyncCommand::run() {
                       "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
     }
     const InterruptionWatch watch;
-    const CUPSScheduler scheduler(server_);
+    const CUPSScheduler scheduler(server_, {.isCancelled = &InterruptionWatch::isInterrupted()});
     const auto queueNames = queuesToSync(scheduler);
     const QueueSync sync(scheduler, {.isDryRun = isDryRun_,
                                      .isCancelled = &InterruptionWatch::isInterrupted(),

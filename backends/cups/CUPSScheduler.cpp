@@ -3,23 +3,26 @@
 #include <cups/cups.h>
 #include <cups/http.h>
 #include <cups/ipp.h>
-#include <strings.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <string_view>
 #include <utility>
 
 #include "backends/cups/HTTPTalk.h"
 #include "backends/cups/IPPMessage.h"
-#include "ppd/FileDescriptor.h"
+#include "backends/cups/SchedulerRequests.h"
 
 namespace TkPPDUpdating {
 
 namespace {
+
+/// What an administrator sets beside the PPD. Attributes that the scheduler derives from the PPD
+/// are not among them.
+constexpr auto kSettings = std::to_array<const char*>(
+    {"copies-default", "job-hold-until-default", "job-priority-default", "job-sheets-default",
+     "number-up-default", "port-monitor", "printer-error-policy", "printer-info",
+     "printer-is-accepting-jobs", "printer-is-shared", "printer-location", "printer-op-policy"});
 
 /// Connects to the scheduler. The settings that it makes and reads belong to the talking thread.
 HTTPOpening schedulerOpening(const std::string& server) {
@@ -31,50 +34,16 @@ HTTPOpening schedulerOpening(const std::string& server) {
     };
 }
 
-/// What libcups last met on this thread.
-QueueFailure failureOfLastRequest() {
-    const ipp_status_t status = cupsLastError();
-    if (status == IPP_STATUS_ERROR_NOT_FOUND) {
-        return {&queueSyncCause("no-queue"), "there is no queue of that name"};
-    }
-    const bool isRefused = status == IPP_STATUS_ERROR_FORBIDDEN ||
-                           status == IPP_STATUS_ERROR_NOT_AUTHENTICATED ||
-                           status == IPP_STATUS_ERROR_NOT_AUTHORIZED ||
-                           status == IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED;
-    const char* text = cupsLastErrorString();
-    const std::string answer = text && *text ? text : ippErrorString(status);
-    return isRefused ? QueueFailure{&queueSyncCause("scheduler-refuses"),
-                                    "the scheduler refuses it: " + answer}
-                     : QueueFailure{&queueSyncCause("scheduler-error"),
-                                    "the scheduler answers: " + answer};
+QueueFailure failureOfTalk(const OrbCSError& error) {
+    return error.cause == OrbCSError::Cause::cancelled
+               ? QueueFailure{&queueSyncCause("interrupted"), "interrupted"}
+               : QueueFailure{&queueSyncCause("no-scheduler"),
+                              "the scheduler cannot be reached: " + error.reason};
 }
 
-IPPMessage requestForQueue(ipp_op_t operation, const std::string& name) {
-    std::array<char, HTTP_MAX_URI> URI{};
-    httpAssembleURIf(HTTP_URI_CODING_ALL, URI.data(), static_cast<int>(URI.size()), "ipp", nullptr,
-                     "localhost", 0, "/printers/%s", name.c_str());
-    IPPMessage request(ippNewRequest(operation));
-    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, URI.data());
-    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr,
-                 cupsUser());
-    return request;
-}
-
-void requestAttributes(const IPPMessage& request, std::initializer_list<const char*> names) {
+void requestAttributes(const IPPMessage& request, std::vector<const char*> names) {
     ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
-                  static_cast<int>(names.size()), nullptr, names.begin());
-}
-
-/// The answer when it is one of success; else null.
-IPPMessage answerTo(http_t* connection, IPPMessage request, const char* resource) {
-    IPPMessage answer(cupsDoRequest(connection, request.release(), resource));
-    const bool isGood = answer && ippGetStatusCode(answer.get()) <= IPP_STATUS_OK_CONFLICTING;
-    return isGood ? std::move(answer) : nullptr;
-}
-
-int integerOf(ipp_t* answer, const char* name, ipp_tag_t tag) {
-    ipp_attribute_t* attribute = ippFindAttribute(answer, name, tag);
-    return attribute ? ippGetInteger(attribute, 0) : 0;
+                  static_cast<int>(names.size()), nullptr, names.data());
 }
 
 SchedulerQueue::Kind kindOfQueue(int printerType) {
@@ -84,18 +53,8 @@ SchedulerQueue::Kind kindOfQueue(int printerType) {
                                                               : SchedulerQueue::Kind::own;
 }
 
-std::optional<std::vector<std::string>> askForQueueNames(http_t* connection,
-                                                         QueueFailure& failure) {
-    IPPMessage request(ippNewRequest(IPP_OP_CUPS_GET_PRINTERS));
-    requestAttributes(request, {"printer-name", "printer-type"});
-    const IPPMessage answer = answerTo(connection, std::move(request), "/");
-    if (!answer && cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND) {
-        return std::vector<std::string>();  // It has no queues.
-    }
-    if (!answer) {
-        failure = failureOfLastRequest();
-        return std::nullopt;
-    }
+/// The names of the queues of an answer to CUPS-Get-Printers, which has a group for each.
+std::vector<std::string> queueNamesIn(ipp_t* answer) {
     std::vector<std::string> names;
     std::string name;
     int type = 0;
@@ -106,8 +65,8 @@ std::optional<std::vector<std::string>> askForQueueNames(http_t* connection,
         name.clear();
         type = 0;
     };
-    for (ipp_attribute_t* attribute = ippFirstAttribute(answer.get()); attribute;
-         attribute = ippNextAttribute(answer.get())) {
+    for (ipp_attribute_t* attribute = ippFirstAttribute(answer); attribute;
+         attribute = ippNextAttribute(answer)) {
         const char* attributeName = ippGetName(attribute);
         if (!attributeName || ippGetGroupTag(attribute) != IPP_TAG_PRINTER) {
             endOfQueue();
@@ -123,108 +82,136 @@ std::optional<std::vector<std::string>> askForQueueNames(http_t* connection,
     return names;
 }
 
-std::optional<SchedulerQueue> askForQueue(http_t* connection, const std::string& name,
-                                          QueueFailure& failure) {
-    IPPMessage request = requestForQueue(IPP_OP_GET_PRINTER_ATTRIBUTES, name);
-    requestAttributes(request, {"device-uri", "printer-config-change-time", "printer-type"});
-    const IPPMessage answer = answerTo(connection, std::move(request), "/");
-    if (!answer) {
-        failure = failureOfLastRequest();
-        return std::nullopt;
+std::optional<std::vector<std::string>> askForQueueNames(HTTPConnection& connection,
+                                                         std::size_t mostBytes,
+                                                         QueueFailure& failure) {
+    IPPMessage request = newIPPRequest(IPP_OP_CUPS_GET_PRINTERS);
+    requestAttributes(request, {"printer-name", "printer-type"});
+    const IPPMessage answer =
+        answerOfScheduler(connection, request, "/", nullptr, mostBytes, failure);
+    if (!answer && failure.cause == &queueSyncCause("no-queue")) {
+        return std::vector<std::string>();  // It has no queues.
     }
-    ipp_attribute_t* device = ippFindAttribute(answer.get(), "device-uri", IPP_TAG_URI);
-    const char* deviceURI = device ? ippGetString(device, 0, nullptr) : nullptr;
-    return SchedulerQueue{name, kindOfQueue(integerOf(answer.get(), "printer-type", IPP_TAG_ENUM)),
-                          deviceURI ? deviceURI : "",
-                          integerOf(answer.get(), "printer-config-change-time", IPP_TAG_INTEGER)};
+    return answer ? std::optional(queueNamesIn(answer.get())) : std::nullopt;
 }
 
-/// Connects again where the scheduler, or what stands before it, has said that it closes the
-/// connection (RFC 9112, section 9.6). libcups does so itself only for requests that it makes
-/// whole.
-bool isReadyForAnotherRequest(http_t* connection, QueueFailure& failure) {
-    constexpr int kMostMilliseconds = 30000;
-    if (strcasecmp(httpGetField(connection, HTTP_FIELD_CONNECTION), "close") != 0) {
-        return true;
-    }
-    httpClearFields(connection);
-    const bool isConnected = httpReconnect2(connection, kMostMilliseconds, nullptr) == 0;
-    if (!isConnected) {
-        failure = {&queueSyncCause("no-scheduler"), "the scheduler closed the connection"};
-    }
-    return isConnected;
-}
+class SchedulerTalk : public QueueTalk {
+  public:
+    SchedulerTalk(HTTPConnection& connection, const std::string& name,
+                  const CUPSScheduler::Limits& limits, std::atomic<bool>& mustFinish)
+        : connection_(connection), name_(name), limits_(limits), mustFinish_(mustFinish) {}
 
-QueueFailure failureForHTTPStatus(http_status_t status) {
-    if (status == HTTP_STATUS_ERROR) {
-        return {&queueSyncCause("no-scheduler"), "the scheduler closed the connection"};
+    std::optional<SchedulerQueue> queue(QueueFailure& failure) override {
+        IPPMessage request = requestForQueue(IPP_OP_GET_PRINTER_ATTRIBUTES);
+        std::vector<const char*> names(kSettings.begin(), kSettings.end());
+        names.insert(names.end(), {"device-uri", "printer-config-change-time", "printer-state",
+                                   "printer-state-reasons", "printer-type"});
+        requestAttributes(request, std::move(names));
+        const IPPMessage answer = answerTo(request, "/", nullptr, failure);
+        return answer ? std::optional(queueIn(answer.get())) : std::nullopt;
     }
-    const bool isRefused = status == HTTP_STATUS_UNAUTHORIZED || status == HTTP_STATUS_FORBIDDEN;
-    return {
-        isRefused ? &queueSyncCause("scheduler-refuses") : &queueSyncCause("scheduler-error"),
-        "the scheduler answers with the HTTP status " + std::to_string(static_cast<int>(status))};
-}
 
-SchedulerPPD askForPPD(http_t* connection, const std::string& name, std::size_t mostBytes,
-                       QueueFailure& failure) {
-    std::array<char, HTTP_MAX_URI> resource{};
-    httpAssembleURIf(HTTP_URI_CODING_RESOURCE, resource.data(), static_cast<int>(resource.size()),
-                     "http", nullptr, "localhost", 0, "/printers/%s.ppd", name.c_str());
-    // The path alone: what follows the host.
-    std::string path = resource.data();
-    path.erase(0, path.find('/', std::string_view("http://").size()));
-    httpClearFields(connection);
-    if (httpGet(connection, path.c_str()) != 0) {
-        failure = {&queueSyncCause("no-scheduler"), "the request could not be sent"};
-        return {};
+    SchedulerPPD PPD(QueueFailure& failure) override {
+        std::array<char, HTTP_MAX_URI> resource{};
+        httpAssembleURIf(HTTP_URI_CODING_RESOURCE, resource.data(),
+                         static_cast<int>(resource.size()), "http", nullptr, "localhost", 0,
+                         "/printers/%s.ppd", name_.c_str());
+        // The path alone: what follows the host.
+        std::string path = resource.data();
+        path.erase(0, path.find('/', std::string_view("http://").size()));
+        std::string text;
+        if (readFromScheduler(connection_, path, limits_.bytes, text, failure)) {
+            return {makePPDText(std::move(text)), false};
+        }
+        return {nullptr, failure.cause == &queueSyncCause("no-queue")};
     }
-    const http_status_t status = readHTTPHead(connection);
-    if (status == HTTP_STATUS_NOT_FOUND) {
-        failure = {&queueSyncCause("no-queue"), "the scheduler has no PPD for it"};
-        return {nullptr, true};
-    }
-    if (status != HTTP_STATUS_OK) {
-        failure = failureForHTTPStatus(status);
-        return {};
-    }
-    std::string text;
-    OrbCSError cause;
-    if (!readHTTPBody(connection, mostBytes, text, cause)) {
-        failure = {&queueSyncCause("no-scheduler"), cause.reason};
-        return {};
-    }
-    return {makePPDText(std::move(text)), false};
-}
 
-/// The text as a file in memory, which no folder shows and no other program inherits, at its
-/// beginning. None when there is no room for it.
-FileDescriptor openedText(const std::string& text) {
-    FileDescriptor file(::memfd_create("PPD", MFD_CLOEXEC));
-    const bool isReady =
-        file.isOpen() && writeAll(file.get(), text) && ::lseek(file.get(), 0, SEEK_SET) == 0;
-    return isReady ? std::move(file) : FileDescriptor();
-}
+    Delivery install(const std::string& text, QueueFailure& failure) override {
+        mustFinish_ = true;
+        if (limits_.isCancelled && *limits_.isCancelled) {
+            failure = {&queueSyncCause("interrupted"), "interrupted"};
+            return Delivery::notTaken;
+        }
+        const IPPMessage request = requestForQueue(IPP_OP_CUPS_ADD_MODIFY_PRINTER);
+        if (answerTo(request, "/admin/", &text, failure)) {
+            return Delivery::taken;
+        }
+        return failure.cause == &queueSyncCause("no-scheduler") ? Delivery::unknown
+                                                                : Delivery::notTaken;
+    }
 
-bool sendPPD(http_t* connection, const std::string& name, const std::string& text,
-             QueueFailure& failure) {
-    // CUPS-Add-Modify-Printer creates a queue that does not exist.
-    if (!askForQueue(connection, name, failure)) {
-        return false;
+    bool setStateReasons(const std::vector<std::string>& reasons, QueueFailure& failure) override {
+        const IPPMessage request = requestForQueue(IPP_OP_CUPS_ADD_MODIFY_PRINTER);
+        std::vector<const char*> words;
+        for (const std::string& reason : reasons) {
+            words.push_back(reason.c_str());
+        }
+        ippAddStrings(request.get(), IPP_TAG_PRINTER, IPP_TAG_KEYWORD, "printer-state-reasons",
+                      static_cast<int>(words.size()), nullptr, words.data());
+        return answerTo(request, "/admin/", nullptr, failure) != nullptr;
     }
-    const FileDescriptor file = openedText(text);
-    if (!file.isOpen()) {
-        failure = {&queueSyncCause("no-result"), "there is no room for a temporary file"};
-        return false;
+
+  private:
+    IPPMessage requestForQueue(ipp_op_t operation) const {
+        std::array<char, HTTP_MAX_URI> URI{};
+        httpAssembleURIf(HTTP_URI_CODING_ALL, URI.data(), static_cast<int>(URI.size()), "ipp",
+                         nullptr, "localhost", 0, "/printers/%s", name_.c_str());
+        IPPMessage request = newIPPRequest(operation);
+        ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
+                     URI.data());
+        ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name",
+                     nullptr, cupsUser());
+        return request;
     }
-    IPPMessage request = requestForQueue(IPP_OP_CUPS_ADD_MODIFY_PRINTER, name);
-    const IPPMessage answer(
-        cupsDoIORequest(connection, request.release(), "/admin/", file.get(), -1));
-    if (cupsLastError() > IPP_STATUS_OK_CONFLICTING) {
-        failure = failureOfLastRequest();
-        return false;
+
+    IPPMessage answerTo(const IPPMessage& request, const std::string& resource,
+                        const std::string* file, QueueFailure& failure) {
+        return answerOfScheduler(connection_, request, resource, file, limits_.bytes, failure);
     }
-    return true;
-}
+
+    SchedulerQueue queueIn(ipp_t* answer) const {
+        const auto integerOf = [answer](const char* name, ipp_tag_t tag, int absent) {
+            ipp_attribute_t* attribute = ippFindAttribute(answer, name, tag);
+            return attribute ? ippGetInteger(attribute, 0) : absent;
+        };
+        SchedulerQueue queue;
+        queue.name = name_;
+        queue.kind = kindOfQueue(integerOf("printer-type", IPP_TAG_ENUM, 0));
+        queue.deviceURI = textOf(ippFindAttribute(answer, "device-uri", IPP_TAG_URI), 0);
+        queue.configChangeTime = integerOf("printer-config-change-time", IPP_TAG_INTEGER, 0);
+        queue.state = static_cast<SchedulerQueue::State>(integerOf(
+            "printer-state", IPP_TAG_ENUM, static_cast<int>(SchedulerQueue::State::idle)));
+        ipp_attribute_t* reasons =
+            ippFindAttribute(answer, "printer-state-reasons", IPP_TAG_KEYWORD);
+        for (int place = 0; reasons && place < ippGetCount(reasons); ++place) {
+            queue.stateReasons.push_back(textOf(reasons, place));
+        }
+        std::erase(queue.stateReasons, "none");
+        for (const char* name : kSettings) {
+            if (ipp_attribute_t* attribute = ippFindAttribute(answer, name, IPP_TAG_ZERO)) {
+                queue.settings.emplace(name, wholeTextOf(attribute));
+            }
+        }
+        return queue;
+    }
+
+    static std::string textOf(ipp_attribute_t* attribute, int place) {
+        const char* text = attribute ? ippGetString(attribute, place, nullptr) : nullptr;
+        return text ? text : "";
+    }
+
+    static std::string wholeTextOf(ipp_attribute_t* attribute) {
+        std::string text(ippAttributeString(attribute, nullptr, 0) + 1, '\0');
+        ippAttributeString(attribute, text.data(), text.size());
+        text.pop_back();
+        return text;
+    }
+
+    HTTPConnection& connection_;
+    const std::string& name_;
+    const CUPSScheduler::Limits& limits_;
+    std::atomic<bool>& mustFinish_;
+};
 
 }  // namespace
 
@@ -233,76 +220,59 @@ CUPSScheduler::CUPSScheduler(std::string server) : CUPSScheduler(std::move(serve
 CUPSScheduler::CUPSScheduler(std::string server, const Limits& limits)
     : server_(std::move(server)), limits_(limits) {}
 
-template <typename Result, typename Talk>
-Result CUPSScheduler::ask(QueueFailure& failure, const Talk& talk) const {
-    Result result{};
-    QueueFailure met;
-    OrbCSError error;
-    // A talk that ran out of time may have had its answer all the same, but it was not whole.
-    const bool isWhole = talkOverHTTP(
-        schedulerOpening(server_), limits_.time,
-        [&](http_t* connection) { result = talk(connection, met); }, error);
-    if (!isWhole) {
-        failure = {&queueSyncCause("no-scheduler"),
-                   "the scheduler cannot be reached: " + error.reason};
-        return Result{};
-    }
-    failure = met;
-    return result;
-}
-
 std::string CUPSScheduler::name() const {
     return server_.empty() ? cupsServer() : server_;
 }
 
 std::optional<std::vector<std::string>> CUPSScheduler::queueNames(QueueFailure& failure) const {
-    return ask<std::optional<std::vector<std::string>>>(failure, askForQueueNames);
-}
-
-SchedulerPPD CUPSScheduler::PPDOfQueue(const std::string& name, QueueFailure& failure) const {
-    if (!PPDModelCore::couldBeQueueName(name)) {
-        failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
-        return {};
+    std::optional<std::vector<std::string>> names;
+    OrbCSError error;
+    const bool isWhole = talkOverHTTP(
+        schedulerOpening(server_), {limits_.time, limits_.isCancelled},
+        [&](HTTPConnection& connection) {
+            names = askForQueueNames(connection, limits_.bytes, failure);
+        },
+        error);
+    if (isWhole) {
+        return names;
     }
-    return ask<SchedulerPPD>(failure, [&](http_t* connection, QueueFailure& met) {
-        return askForPPD(connection, name, limits_.bytes, met);
-    });
+    failure = failureOfTalk(error);
+    return std::nullopt;
 }
 
-SchedulerQueueAndPPD CUPSScheduler::queueAndPPDWithName(const std::string& name,
-                                                        QueueFailure& failure) const {
-    if (!PPDModelCore::couldBeQueueName(name)) {
-        failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
-        return {};
-    }
-    return ask<SchedulerQueueAndPPD>(failure, [&](http_t* connection, QueueFailure& met) {
-        SchedulerQueueAndPPD both{askForQueue(connection, name, met), {}};
-        if (both.queue && both.queue->kind == SchedulerQueue::Kind::own &&
-            isReadyForAnotherRequest(connection, met)) {
-            both.PPD = askForPPD(connection, name, limits_.bytes, met);
-        }
-        return both;
-    });
-}
-
-bool CUPSScheduler::installPPD(const std::string& name, const std::string& text,
-                               QueueFailure& failure) const {
-    if (!PPDModelCore::couldBeQueueName(name)) {
+bool CUPSScheduler::talkAbout(const std::string& queueName,
+                              const std::function<void(QueueTalk& queue)>& talk, Patience patience,
+                              QueueFailure& failure) const {
+    if (!PPDModelCore::couldBeQueueName(queueName)) {
         failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
         return false;
     }
-    return ask<bool>(failure, [&](http_t* connection, QueueFailure& met) {
-        return sendPPD(connection, name, text, met);
-    });
+    std::atomic<bool> mustFinish{patience == Patience::finishing};
+    OrbCSError error;
+    const bool isWhole = talkOverHTTP(
+        schedulerOpening(server_), {limits_.time, limits_.isCancelled, &mustFinish},
+        [&](HTTPConnection& connection) {
+            SchedulerTalk queue(connection, queueName, limits_, mustFinish);
+            talk(queue);
+        },
+        error);
+    if (!isWhole) {
+        failure = failureOfTalk(error);
+    }
+    return isWhole;
 }
 
 PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler) {
     return [scheduler = std::move(scheduler)](const std::string& queueName,
                                               std::string& reason) -> std::optional<PPDText> {
         QueueFailure failure;
-        SchedulerPPD PPD = scheduler->PPDOfQueue(queueName, failure);
+        SchedulerPPD PPD;
+        const bool isWhole = scheduler->talkAbout(
+            queueName, [&](QueueTalk& queue) { PPD = queue.PPD(failure); },
+            QueueScheduler::Patience::untilCancelled, failure);
         reason = failure.reason;
-        return PPD.text || PPD.isRaw ? std::optional(std::move(PPD.text)) : std::nullopt;
+        return isWhole && (PPD.text || PPD.isRaw) ? std::optional(std::move(PPD.text))
+                                                  : std::nullopt;
     };
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -16,10 +17,13 @@ namespace TkPPDUpdating {
 class CUPSScheduler : public QueueScheduler {
   public:
     struct Limits {
-        /// For each operation as a whole.
+        /// For each talk as a whole.
         std::chrono::milliseconds time = std::chrono::seconds(30);
-        /// The longest PPD, in bytes.
+        /// The longest answer, in bytes, a PPD included.
         std::size_t bytes = std::size_t{8} << 20U;
+        /// Set by anybody at any time to end all talks early. Null for nobody; else it outlives the
+        /// last talk.
+        const std::atomic<bool>* isCancelled = nullptr;
     };
 
     /// `server` is HOST, HOST:PORT or the path of a domain socket; empty for the one that
@@ -32,16 +36,10 @@ class CUPSScheduler : public QueueScheduler {
     std::string name() const;
 
     std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override;
-    SchedulerPPD PPDOfQueue(const std::string& name, QueueFailure& failure) const override;
-    SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
-                                             QueueFailure& failure) const override;
-    bool installPPD(const std::string& name, const std::string& text,
-                    QueueFailure& failure) const override;
+    bool talkAbout(const std::string& queueName, const std::function<void(QueueTalk& queue)>& talk,
+                   Patience patience, QueueFailure& failure) const override;
 
   private:
-    template <typename Result, typename Talk>
-    Result ask(QueueFailure& failure, const Talk& talk) const;
-
     std::string server_;
     Limits limits_;
 };

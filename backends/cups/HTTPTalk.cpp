@@ -2,6 +2,7 @@
 
 #include <cups/cups.h>
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -62,20 +63,26 @@ std::string reasonOfFailedConnection(int code) {
 enum class WaitEnd { finished, timeOver, cancelled };
 
 WaitEnd waitUntilFinished(Exchange& exchange, std::unique_lock<std::mutex>& lock,
-                          Clock::time_point deadline, const std::atomic<bool>* isCancelled) {
+                          Clock::time_point deadline, const HTTPPatience& patience) {
     // A signal handler, which may be the one to cancel, can set a flag but wake nobody.
     constexpr auto kPause = std::chrono::milliseconds(50);
     const auto isFinished = [&exchange] { return exchange.isFinished; };
+    bool isHurried = false;
     for (;;) {
-        const auto until = isCancelled ? std::min(deadline, Clock::now() + kPause) : deadline;
+        const auto until =
+            patience.isCancelled ? std::min(deadline, Clock::now() + kPause) : deadline;
         if (exchange.finishedChange.wait_until(lock, until, isFinished)) {
             return WaitEnd::finished;
         }
-        if (isCancelled && *isCancelled) {
-            return WaitEnd::cancelled;
+        if (patience.isCancelled && *patience.isCancelled && !isHurried) {
+            if (!patience.mustFinish || !*patience.mustFinish) {
+                return WaitEnd::cancelled;
+            }
+            isHurried = true;
+            deadline = std::min(deadline, Clock::now() + HTTPPatience::kTimeToFinish);
         }
-        if (until == deadline) {
-            return WaitEnd::timeOver;
+        if (Clock::now() >= deadline) {
+            return isHurried ? WaitEnd::cancelled : WaitEnd::timeOver;
         }
     }
 }
@@ -114,7 +121,8 @@ void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& 
                 exchange->isConnected = true;
             }
             try {
-                (*talk)(connection);
+                HTTPConnection talked(connection, deadline, exchange->cancel);
+                (*talk)(talked);
             } catch (...) {
                 exchange->failure = std::current_exception();
             }
@@ -158,9 +166,22 @@ void shutDown(http_t* connection) {
 
 }  // namespace
 
-bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
-                  OrbCSError& error, const std::atomic<bool>* isCancelled) {
-    const auto deadline = Clock::now() + limit;
+bool HTTPConnection::isReadyForRequest() {
+    const http_status_t status = httpGetStatus(http_);
+    const bool isOver = httpGetFd(http_) < 0 || status == HTTP_STATUS_ERROR ||
+                        status >= HTTP_STATUS_BAD_REQUEST ||
+                        strcasecmp(httpGetField(http_, HTTP_FIELD_CONNECTION), "close") == 0;
+    if (!isOver) {
+        return true;
+    }
+    httpClearFields(http_);
+    const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline_).count()));
+    return httpReconnect2(http_, remaining, &cancel_) == 0;
+}
+
+bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPTalk& talk,
+                  OrbCSError& error) {
+    const auto deadline = Clock::now() + patience.limit;
     const auto exchange = std::make_shared<Exchange>();
     std::thread thread;
     try {
@@ -171,9 +192,9 @@ bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HT
     }
     std::unique_lock lock(exchange->mutex);
     const auto isFinished = [&exchange] { return exchange->isFinished; };
-    const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, isCancelled);
+    const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, patience);
     if (end != WaitEnd::finished) {
-        error = errorOfEnd(end, exchange->isOpen, limit);
+        error = errorOfEnd(end, exchange->isOpen, patience.limit);
         if (!exchange->isOpen) {
             exchange->isAbandoned = true;
             thread.detach();

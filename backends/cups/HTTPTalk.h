@@ -17,9 +17,45 @@ namespace TkPPDUpdating {
 /// to.
 using HTTPOpening = std::function<http_t*(OrbCSError& error)>;
 
+/// How long a talk may take.
+struct HTTPPatience {
+    /// For all of it.
+    std::chrono::milliseconds limit;
+    /// Anybody may set it at any time: the time is then over within a twentieth of a second. Null
+    /// for nobody; else it belongs to the caller.
+    const std::atomic<bool>* isCancelled = nullptr;
+    /// Set by the talk once something has begun that must not be cut off: a cancelled talk then has
+    /// `kTimeToFinish` left. Null for never; else it belongs to the caller.
+    const std::atomic<bool>* mustFinish = nullptr;
+
+    static constexpr auto kTimeToFinish = std::chrono::seconds(5);
+};
+
+/// An open connection within the time of a talk.
+class HTTPConnection {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    HTTPConnection(http_t* http, Clock::time_point deadline, int& cancel)
+        : http_(http), deadline_(deadline), cancel_(cancel) {}
+
+    http_t* http() const { return http_; }
+
+    /// Connects again where the connection cannot carry another request: the peer has said that it
+    /// closes it (RFC 9112, section 9.6), or an error has ended it. libcups would do so itself,
+    /// with a limit of time of its own. False when it cannot be connected within the time of the
+    /// talk.
+    bool isReadyForRequest();
+
+  private:
+    http_t* http_;
+    Clock::time_point deadline_;
+    int& cancel_;
+};
+
 /// What is said over an open connection. Called on the thread that talks; everything that it does
 /// with the connection ends early when the time is over.
-using HTTPTalk = std::function<void(http_t* connection)>;
+using HTTPTalk = std::function<void(HTTPConnection& connection)>;
 
 /// Opens a connection, connects it and lets `talk` use it, all within one time limit; false, with
 /// the cause and reason in `error`, when it could not be connected or the time was over.
@@ -31,11 +67,8 @@ using HTTPTalk = std::function<void(http_t* connection)>;
 /// still does so at the end of the time is left alone and ends by itself, without having called
 /// `talk`. Everything that `opening` uses must therefore belong to it; `talk` may use the caller's
 /// variables, and what it raises is raised here. It never asks for a password.
-///
-/// Where `isCancelled` is not null, anybody may set it at any time: the time is then over within a
-/// twentieth of a second. It belongs to the caller.
-bool talkOverHTTP(HTTPOpening opening, std::chrono::milliseconds limit, const HTTPTalk& talk,
-                  OrbCSError& error, const std::atomic<bool>* isCancelled = nullptr);
+bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPTalk& talk,
+                  OrbCSError& error);
 
 /// Opens a connection to a host and port, or to the domain socket whose path `host` is. For
 /// `HTTPOpening`s.

@@ -71,7 +71,7 @@ std::optional<Printer> printerWithURI(std::string deviceURI) {
 }
 
 IPPMessage requestForPrinter(const std::string& URI, int majorVersion, int minorVersion) {
-    IPPMessage request(ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES));
+    IPPMessage request = newIPPRequest(IPP_OP_GET_PRINTER_ATTRIBUTES);
     ippSetVersion(request.get(), majorVersion, minorVersion);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
                  URI.c_str());
@@ -233,14 +233,14 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
         OrbCSError cause;
         bool isAnswered = false;
         const bool isWhole = talkOverHTTP(
-            opening, time,
-            [&](http_t* connection) {
+            opening, {time, limits_.isCancelled},
+            [&](HTTPConnection& connection) {
                 const IPPMessage request =
                     requestForPrinter(printer->URI, majorVersion, minorVersion);
-                isAnswered = exchange(connection, printer->resource, request.get(), limits_.bytes,
-                                      answer, cause);
+                isAnswered = exchange(connection.http(), printer->resource, request.get(),
+                                      limits_.bytes, answer, cause);
             },
-            error, limits_.isCancelled);
+            error);
         if (isWhole && !isAnswered) {
             error = cause;
         }

@@ -4,11 +4,13 @@
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "ppd/UTF8.h"
+#include "sync/QueueInstallation.h"
 #include "sync/QueueSyncCauses.h"
 #include "sync/UpdateGuard.h"
 
@@ -33,20 +35,23 @@ PPDText readableText(const std::string& text) {
 }  // namespace
 
 /// The synchronisation of one queue, step by step. A step gives false when it has ended it.
-class QueueSync::Run {
+class QueueSync::Work::Steps {
   public:
-    Run(const QueueSync& sync, const std::string& queueName)
+    Steps(const QueueSync& sync, const std::string& queueName)
         : scheduler_(sync.scheduler_), options_(sync.options_), printers_(sync.printers_) {
         outcome_.queueName = queueName;
     }
 
-    QueueSyncOutcome outcome() {
-        if (goesOn() && readQueue() && goesOn() && askPrinter() && goesOn() && updateText() &&
-            checkResult() && goesOn() && isUnchangedMeanwhile() && goesOn() && install()) {
-            readBack();
-        }
-        return std::move(outcome_);
+    std::optional<QueueSyncOutcome> proceed() {
+        const bool isReady = installation_ ? goesOn()
+                                           : goesOn() && readQueue() && goesOn() && askPrinter() &&
+                                                 goesOn() && updateText() && checkResult() &&
+                                                 goesOn() && prepareInstallation();
+        const bool isBusy = isReady && !install();
+        return isBusy ? std::nullopt : std::optional(std::move(outcome_));
     }
+
+    Clock::time_point nextTime() const { return nextTime_; }
 
   private:
     bool end(QueueSyncResult result) {
@@ -61,7 +66,9 @@ class QueueSync::Run {
     }
 
     bool end(const std::string& what, const QueueFailure& failure) {
-        return end(*failure.cause, what + failure.reason);
+        return failure.cause == &queueSyncCause("interrupted")
+                   ? endAsCancelled()
+                   : end(*failure.cause, what + failure.reason);
     }
 
     bool skip(std::string reason) {
@@ -71,13 +78,29 @@ class QueueSync::Run {
 
     bool goesOn() {
         const bool isCancelled = options_.isCancelled && options_.isCancelled->load();
-        return !isCancelled || end(queueSyncCause("interrupted"), "interrupted");
+        return !isCancelled || endAsCancelled();
+    }
+
+    bool endAsCancelled() {
+        return options_.isTimeOver && *options_.isTimeOver
+                   ? end(queueSyncCause("time-limit"), "the time limit of the run was over")
+                   : end(queueSyncCause("interrupted"), "interrupted");
     }
 
     bool readQueue() {
         QueueFailure failure;
-        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, failure);
-        if (!queue) {
+        std::optional<SchedulerQueue> queue;
+        SchedulerPPD PPD;
+        const bool isWhole = scheduler_.talkAbout(
+            outcome_.queueName,
+            [&](QueueTalk& talk) {
+                queue = talk.queue(failure);
+                if (queue && queue->kind == SchedulerQueue::Kind::own) {
+                    PPD = talk.PPD(failure);
+                }
+            },
+            QueueScheduler::Patience::untilCancelled, failure);
+        if (!isWhole || !queue) {
             return end("", failure);
         }
         queue_ = *queue;
@@ -168,43 +191,43 @@ class QueueSync::Run {
         return !options_.isDryRun || end(QueueSyncResult::wouldUpdate);
     }
 
-    bool isUnchangedMeanwhile() {
-        QueueFailure failure;
-        const auto [queue, PPD] = scheduler_.queueAndPPDWithName(outcome_.queueName, failure);
-        if (!queue) {
-            return end("it can no longer be looked up: ", failure);
-        }
-        const bool isSame = *queue == queue_ && PPD.text && *PPD.text == *outcome_.before;
-        if (isSame || PPD.text || PPD.isRaw) {
-            return isSame || end(queueSyncCause("changed-meanwhile"),
-                                 "it was changed meanwhile; nothing was installed");
-        }
-        return end("its PPD can no longer be read: ", failure);
+    bool prepareInstallation() {
+        QueueInstallation::Wish wish{queue_, outcome_.before, outcome_.after};
+        installation_.emplace(scheduler_, std::move(wish));
+        return true;
     }
 
+    /// False when the queue is printing and may be waited for.
     bool install() {
-        QueueFailure failure;
-        return scheduler_.installPPD(outcome_.queueName, *outcome_.after, failure) ||
-               isInstalledAllTheSame() || end("the updated PPD was not installed: ", failure);
-    }
-
-    /// The scheduler may have done it although its answer was lost.
-    bool isInstalledAllTheSame() const {
-        QueueFailure ignored;
-        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, ignored);
-        return PPD.text && *PPD.text == *outcome_.after;
-    }
-
-    void readBack() {
-        QueueFailure failure;
-        const SchedulerPPD PPD = scheduler_.PPDOfQueue(outcome_.queueName, failure);
-        if (!PPD.text) {
-            end("the installed PPD cannot be read back: ", failure);
-        } else if (*PPD.text != *outcome_.after) {
-            end(queueSyncCause("changed-meanwhile"), "the installed PPD reads back as another");
-        } else {
-            end(QueueSyncResult::updated);
+        const auto how = installation_->attempt();
+        outcome_.notes = installation_->notes();
+        if (how == QueueInstallation::End::busy) {
+            return isWaitOver();
         }
+        if (how == QueueInstallation::End::installed) {
+            end(QueueSyncResult::updated);
+        } else {
+            end("", installation_->failure());
+        }
+        if (installation_->mayBeInstalled() && options_.installed) {
+            options_.installed(outcome_);
+        }
+        return true;
+    }
+
+    bool isWaitOver() {
+        const auto now = Clock::now();
+        if (!deadline_) {
+            deadline_ = now + options_.wait;
+        }
+        if (now >= *deadline_) {
+            end(queueSyncCause("printing"), options_.wait.count() == 0
+                                                ? "it is printing"
+                                                : "it is printing and did not stop in time");
+            return true;
+        }
+        nextTime_ = std::min(now + options_.pause, *deadline_);
+        return false;
     }
 
     const QueueScheduler& scheduler_;
@@ -214,6 +237,9 @@ class QueueSync::Run {
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
     std::optional<PPDUpdate> update_;
+    std::optional<QueueInstallation> installation_;
+    std::optional<Clock::time_point> deadline_;
+    Clock::time_point nextTime_;
 };
 
 QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)
@@ -221,8 +247,35 @@ QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)
       options_(std::move(options)),
       printers_(std::max<std::size_t>(options_.mostPrinters, 1)) {}
 
+QueueSync::Work::Work(const QueueSync& sync, const std::string& queueName)
+    : steps_(std::make_unique<Steps>(sync, queueName)) {}
+
+QueueSync::Work::~Work() = default;
+
+std::optional<QueueSyncOutcome> QueueSync::Work::proceed() {
+    return steps_->proceed();
+}
+
+QueueSync::Clock::time_point QueueSync::Work::nextTime() const {
+    return steps_->nextTime();
+}
+
+std::unique_ptr<QueueSync::Work> QueueSync::begin(const std::string& queueName) const {
+    return std::make_unique<Work>(*this, queueName);
+}
+
 QueueSyncOutcome QueueSync::sync(const std::string& queueName) const {
-    return Run(*this, queueName).outcome();
+    constexpr auto kPause = std::chrono::milliseconds(50);
+    Work work(*this, queueName);
+    for (;;) {
+        if (auto outcome = work.proceed()) {
+            return *std::move(outcome);
+        }
+        while (Clock::now() < work.nextTime() && !isCancelled()) {
+            std::this_thread::sleep_for(
+                std::min<Clock::duration>(kPause, work.nextTime() - Clock::now()));
+        }
+    }
 }
 
 }  // namespace TkPPDUpdating

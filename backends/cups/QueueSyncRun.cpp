@@ -1,8 +1,9 @@
 #include "backends/cups/QueueSyncRun.h"
 
 #include <algorithm>
-#include <atomic>
+#include <chrono>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -23,15 +24,19 @@ class Work {
     /// Takes one queue after the other until none is left.
     void work() {
         try {
-            for (std::size_t index = next_++; index < queueNames_.size(); index = next_++) {
-                report(index, sync_.sync(queueNames_[index]));
+            while (auto item = take()) {
+                if (auto outcome = item->work->proceed()) {
+                    report(item->index, *std::move(outcome));
+                } else {
+                    const std::lock_guard lock(mutex_);
+                    waiting_.push_back(std::move(*item));
+                }
             }
         } catch (...) {
             const std::lock_guard lock(mutex_);
             if (!failure_) {
                 failure_ = std::current_exception();
             }
-            next_ = queueNames_.size();
         }
     }
 
@@ -44,6 +49,43 @@ class Work {
     }
 
   private:
+    /// A queue that is worked on.
+    struct Item {
+        std::size_t index = 0;
+        std::unique_ptr<QueueSync::Work> work;
+    };
+
+    /// The next queue: one that is waited for when its time has come, else one that has not been
+    /// begun, else waits for the time of one. Nothing when there is none left.
+    std::optional<Item> take() {
+        // A signal handler, which may cancel the run, can set a flag but wake nobody.
+        constexpr auto kPause = std::chrono::milliseconds(50);
+        for (;;) {
+            {
+                const std::lock_guard lock(mutex_);
+                if (failure_) {
+                    return std::nullopt;
+                }
+                const auto due = std::ranges::min_element(
+                    waiting_, {}, [](const Item& item) { return item.work->nextTime(); });
+                if (due != waiting_.end() &&
+                    (sync_.isCancelled() || due->work->nextTime() <= QueueSync::Clock::now())) {
+                    Item item = std::move(*due);
+                    waiting_.erase(due);
+                    return item;
+                }
+                if (next_ < queueNames_.size()) {
+                    const std::size_t index = next_++;
+                    return Item{index, sync_.begin(queueNames_[index])};
+                }
+                if (waiting_.empty()) {
+                    return std::nullopt;
+                }
+            }
+            std::this_thread::sleep_for(kPause);
+        }
+    }
+
     void report(std::size_t index, QueueSyncOutcome outcome) {
         const std::lock_guard lock(mutex_);
         ++summary_[outcome.result];
@@ -64,8 +106,9 @@ class Work {
     const QueueSync& sync_;
     const std::vector<std::string>& queueNames_;
     const QueueSyncRun::Observer& observer_;
-    std::atomic<std::size_t> next_{0};
     std::mutex mutex_;
+    std::size_t next_ = 0;
+    std::vector<Item> waiting_;
     QueueSyncRun::Summary summary_;
     /// Those that are done, until those before them are.
     std::vector<std::optional<QueueSyncOutcome>> outcomes_;

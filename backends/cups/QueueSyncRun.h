@@ -10,7 +10,8 @@
 
 namespace TkPPDUpdating {
 
-/// Synchronises many queues, several side by side.
+/// Synchronises many queues, several side by side. A queue that is waited for because it prints
+/// holds up no other.
 class QueueSyncRun {
   public:
     /// What the caller is told, one call at a time, on any thread. What they raise ends the run and

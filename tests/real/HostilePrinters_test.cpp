@@ -794,8 +794,8 @@ TEST(HTTPTalk, WhatTheTalkRaisesIsRaisedToItsCaller) {
     };
     OrbCSError error;
     EXPECT_THROW(talkOverHTTP(
-                     opening, std::chrono::seconds(20),
-                     [](http_t* /*connection*/) { throw std::bad_alloc(); }, error),
+                     opening, {std::chrono::seconds(20)},
+                     [](HTTPConnection& /*connection*/) { throw std::bad_alloc(); }, error),
                  std::bad_alloc);
 }
 

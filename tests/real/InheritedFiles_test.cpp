@@ -49,7 +49,15 @@ TEST(InheritedFiles, AreNoneWhileAPPDIsInstalled) {
     });
     QueueFailure failure;
     EXPECT_TRUE(CUPSScheduler("127.0.0.1:" + std::to_string(scheduler.port()))
-                    .installPPD("office", "*PPD-Adobe: \"4.3\"\n", failure))
+                    .talkAbout(
+                        "office",
+                        [&](QueueTalk& queue) {
+                            EXPECT_TRUE(queue.queue(failure)) << failure.reason;
+                            EXPECT_EQ(queue.install("*PPD-Adobe: \"4.3\"\n", failure),
+                                      QueueTalk::Delivery::taken)
+                                << failure.reason;
+                        },
+                        QueueScheduler::Patience::untilCancelled, failure))
         << failure.reason;
     EXPECT_GE(requests, 2);
     EXPECT_EQ(inherited, std::set<std::string>());

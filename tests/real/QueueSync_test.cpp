@@ -2,11 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <cups/ipp.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "backends/cups/CUPSScheduler.h"
 #include "backends/cups/QueueSync.h"
@@ -27,7 +33,8 @@ using testing::StartsWith;
 
 const std::string kOfficePPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd";
 
-/// Hands everything to a scheduler, and does something before a PPD is asked for or installed.
+/// Hands everything to a scheduler, and does something before a queue is talked about once more or
+/// its PPD is installed.
 class MeddledScheduler : public QueueScheduler {
   public:
     explicit MeddledScheduler(const QueueScheduler& scheduler) : scheduler_(scheduler) {}
@@ -35,40 +42,126 @@ class MeddledScheduler : public QueueScheduler {
     std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override {
         return scheduler_.queueNames(failure);
     }
-    SchedulerQueueAndPPD queueAndPPDWithName(const std::string& name,
-                                             QueueFailure& failure) const override {
-        ++looks;
-        if (looks == 2 && beforeSecondLook) {
-            beforeSecondLook();
+    bool talkAbout(const std::string& queueName, const std::function<void(QueueTalk& queue)>& talk,
+                   Patience patience, QueueFailure& failure) const override {
+        ++talks;
+        if (talks == 2 && beforeSecondTalk) {
+            beforeSecondTalk();
         }
-        return scheduler_.queueAndPPDWithName(name, failure);
-    }
-    SchedulerPPD PPDOfQueue(const std::string& name, QueueFailure& failure) const override {
-        return scheduler_.PPDOfQueue(name, failure);
-    }
-    bool installPPD(const std::string& name, const std::string& text,
-                    QueueFailure& failure) const override {
-        ++installations;
-        if (beforeInstallation) {
-            beforeInstallation();
-        }
-        if (!scheduler_.installPPD(name, text, failure)) {
-            return false;
-        }
-        failure = {&queueSyncCause("no-scheduler"), "the answer was lost"};
-        return !answerLost;
+        return scheduler_.talkAbout(
+            queueName,
+            [&](QueueTalk& real) {
+                Talk meddled(*this, real);
+                talk(meddled);
+            },
+            patience, failure);
     }
 
     /// Whether the answer to an installation does not arrive.
     bool answerLost = false;
-    std::function<void()> beforeSecondLook;
+    std::function<void()> beforeSecondTalk;
     std::function<void()> beforeInstallation;
-    mutable int looks = 0;
+    mutable std::atomic<int> talks = 0;
     mutable int installations = 0;
 
   private:
+    class Talk : public QueueTalk {
+      public:
+        Talk(const MeddledScheduler& meddled, QueueTalk& real) : meddled_(meddled), real_(real) {}
+
+        std::optional<SchedulerQueue> queue(QueueFailure& failure) override {
+            return real_.queue(failure);
+        }
+        SchedulerPPD PPD(QueueFailure& failure) override { return real_.PPD(failure); }
+        Delivery install(const std::string& text, QueueFailure& failure) override {
+            ++meddled_.installations;
+            if (meddled_.beforeInstallation) {
+                meddled_.beforeInstallation();
+            }
+            const Delivery delivery = real_.install(text, failure);
+            return meddled_.answerLost ? Delivery::unknown : delivery;
+        }
+        bool setStateReasons(const std::vector<std::string>& reasons,
+                             QueueFailure& failure) override {
+            return real_.setStateReasons(reasons, failure);
+        }
+
+      private:
+        const MeddledScheduler& meddled_;
+        QueueTalk& real_;
+    };
+
     const QueueScheduler& scheduler_;
 };
+
+/// The PPD of a queue, asked for alone.
+SchedulerPPD PPDOfQueue(const QueueScheduler& scheduler, QueueFailure& failure) {
+    SchedulerPPD PPD;
+    const bool isWhole = scheduler.talkAbout(
+        "office", [&](QueueTalk& queue) { PPD = queue.PPD(failure); },
+        QueueScheduler::Patience::untilCancelled, failure);
+    return isWhole ? PPD : SchedulerPPD();
+}
+
+std::optional<SchedulerQueue> queueOf(const QueueScheduler& scheduler, QueueFailure& failure) {
+    std::optional<SchedulerQueue> queue;
+    const bool isWhole = scheduler.talkAbout(
+        "office", [&](QueueTalk& talk) { queue = talk.queue(failure); },
+        QueueScheduler::Patience::untilCancelled, failure);
+    return isWhole ? queue : std::nullopt;
+}
+
+/// Answers the first request, with one field more, and closes; then takes no connection any more.
+class FullListener {
+  public:
+    FullListener(std::string answer, const std::string& field);
+    FullListener(const FullListener&) = delete;
+    FullListener& operator=(const FullListener&) = delete;
+    ~FullListener();
+
+    int port() const { return port_; }
+
+  private:
+    int listener_ = -1;
+    int port_ = 0;
+    std::vector<int> others_;
+    std::jthread server_;
+};
+
+FullListener::FullListener(std::string answer, const std::string& field) {
+    answer.insert(answer.find("\r\n") + 2, field);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof(address);
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    EXPECT_EQ(bind(listener_, generic, length), 0);
+    EXPECT_EQ(listen(listener_, 0), 0);
+    getsockname(listener_, generic, &length);
+    port_ = ntohs(address.sin_port);
+    server_ = std::jthread([this, answer, address] {
+        const int served = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        // Those that wait here to be accepted are all that there is room for.
+        for (int count = 0; count < 3; ++count) {
+            others_.push_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+            (void)connect(others_.back(), reinterpret_cast<const sockaddr*>(&address),
+                          sizeof(address));
+        }
+        ResponderConnection connection(served);
+        connection.readRequest();
+        connection.send(answer);
+        close(served);
+    });
+}
+
+FullListener::~FullListener() {
+    server_.join();
+    for (const int other : others_) {
+        close(other);
+    }
+    close(listener_);
+}
 
 class RealQueueSync : public testing::Test {
   protected:
@@ -115,7 +208,7 @@ TEST_F(RealQueueSync, InstallsAndReadsBack) {
     startWithQueue();
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
-    EXPECT_EQ(installedPPD(), *outcome.after);
+    EXPECT_TRUE(installedPPD() == *outcome.after);
     EXPECT_THAT(*outcome.after, HasSubstr("\n*DefaultZrLowerTrayInstalled: True\n"));
 }
 
@@ -127,19 +220,20 @@ TEST_F(RealQueueSync, ASilentPrinterLeavesItsQueueAlone) {
     EXPECT_EQ(outcome.result, QueueSyncResult::unreachable);
     EXPECT_EQ(outcome.cause, &queueSyncCause("no-status"));
     EXPECT_THAT(outcome.reason, StartsWith("its printer gives no status"));
-    EXPECT_EQ(installedPPD(), before);
+    EXPECT_TRUE(installedPPD() == before);
 }
 
-TEST_F(RealQueueSync, ASchedulerThatStopsBetweenReadAndInstallIsAFailure) {
+TEST_F(RealQueueSync, ASchedulerThatStopsBeforeTheInstallationIsAFailureAndNotToldAsASuccess) {
     startWithQueue();
     const std::string before = installedPPD();
     scheduler_->beforeInstallation = [this] { real_->stop(); };
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
+    EXPECT_EQ(outcome.cause, &queueSyncCause("not-known"));
     EXPECT_EQ(outcome.reason,
-              "the updated PPD was not installed: the scheduler cannot be reached: it does not "
-              "take a connection");
-    EXPECT_EQ(installedPPD(), before);
+              "it is not known whether the updated PPD was installed: the scheduler cannot be "
+              "reached: it does not take a connection");
+    EXPECT_TRUE(installedPPD() == before);
 }
 
 TEST_F(RealQueueSync, ASchedulerThatWantsAPasswordIsAFailureAndNobodyIsAsked) {
@@ -150,27 +244,64 @@ TEST_F(RealQueueSync, ASchedulerThatWantsAPasswordIsAFailureAndNobodyIsAsked) {
     scheduler_ = std::make_unique<MeddledScheduler>(*client_);
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
-    EXPECT_THAT(outcome.reason,
-                StartsWith("the updated PPD was not installed: the scheduler refuses it: "));
-    EXPECT_EQ(installedPPD(), before);
+    EXPECT_EQ(outcome.cause, &queueSyncCause("scheduler-refuses"));
+    EXPECT_EQ(outcome.reason,
+              "the updated PPD was not installed: the scheduler refuses it: it wants a password");
+    EXPECT_TRUE(installedPPD() == before);
 }
 
-TEST_F(RealQueueSync, ASchedulerThatForbidsIsAFailure) {
-    startWithQueue();
-    const std::string before = installedPPD();
-    // It knows the queue and answers what follows with 403.
-    HostileIPPResponder forbidding([](const ResponderConnection& c) {
+/// What a scheduler does not take, which answers the nth request with these bytes after it has told
+/// that it knows the queue.
+QueueFailure failureOfInstallation(const std::string& answer) {
+    HostileIPPResponder responder([&](const ResponderConnection& c) {
         c.readRequest();
         c.send(HostileIPPResponder::HTTPAnswer(IPPBytes().end()));
         c.readRequest();
-        c.send("HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\n\r\n");
-        c.waitForClose();
+        c.send(answer);
     });
-    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(forbidding.port()));
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(responder.port()));
     QueueFailure failure;
-    EXPECT_FALSE(scheduler.installPPD("office", before, failure));
-    EXPECT_EQ(failure.cause, &queueSyncCause("scheduler-refuses"));
-    EXPECT_EQ(failure.reason, "the scheduler refuses it: Forbidden");
+    QueueFailure ofTalk;
+    scheduler.talkAbout(
+        "office",
+        [&](QueueTalk& queue) {
+            EXPECT_TRUE(queue.queue(failure)) << failure.reason;
+            EXPECT_NE(queue.install("*PPD-Adobe: \"4.3\"\n", failure), QueueTalk::Delivery::taken);
+        },
+        QueueScheduler::Patience::untilCancelled, ofTalk);
+    return failure;
+}
+
+TEST(BrokenSchedulers, WhatTheySayOfAnInstallationIsToldInOneLanguage) {
+    struct Case {
+        std::string answer;
+        const QueueSyncCause& cause;
+        std::string reason;
+    };
+    const std::vector<Case> cases = {
+        {"HTTP/1.1 403 Verboten\r\nContent-Length: 0\r\n\r\n", queueSyncCause("scheduler-refuses"),
+         "the scheduler refuses it (HTTP status 403)"},
+        {"HTTP/1.1 500 Oh\r\nContent-Length: 0\r\n\r\n", queueSyncCause("scheduler-error"),
+         "the scheduler answers with an error (HTTP status 500)"},
+        {HostileIPPResponder::HTTPAnswer(
+             IPPBytes(0x0404).value(IPP_TAG_TEXT, "status-message", "Unable to copy").end()),
+         queueSyncCause("scheduler-error"),
+         "the scheduler answers with an error (client-error-not-possible): Unable to copy"},
+        {HostileIPPResponder::HTTPAnswer("not IPP"), queueSyncCause("scheduler-error"),
+         "the scheduler's answer is not IPP"},
+        {"", queueSyncCause("no-scheduler"), "the scheduler closed the connection"},
+        {"HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\nContent-Length: 9999999\r\n\r\n" +
+             std::string(9'999'999, 'x'),
+         queueSyncCause("no-scheduler"), "the answer is longer than 8388608 bytes"}};
+    // Side by side: the client waits a second for each to say that it may go on.
+    std::vector<std::jthread> threads;
+    for (const Case& each : cases) {
+        threads.emplace_back([&each] {
+            const QueueFailure failure = failureOfInstallation(each.answer);
+            EXPECT_EQ(failure.cause, &each.cause) << failure.reason;
+            EXPECT_EQ(failure.reason, each.reason);
+        });
+    }
 }
 
 TEST_F(RealQueueSync, AnInstallationWhoseAnswerWasLostIsToldAsTheUpdateThatItIs) {
@@ -178,12 +309,12 @@ TEST_F(RealQueueSync, AnInstallationWhoseAnswerWasLostIsToldAsTheUpdateThatItIs)
     scheduler_->answerLost = true;
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
-    EXPECT_EQ(installedPPD(), *outcome.after);
+    EXPECT_TRUE(installedPPD() == *outcome.after);
 }
 
 TEST_F(RealQueueSync, AQueueThatWasChangedMeanwhileIsNotTouched) {
     startWithQueue();
-    scheduler_->beforeSecondLook = [this] {
+    scheduler_->beforeSecondTalk = [this] {
         ASSERT_EQ(
             real_->runClient({"lpadmin", "-p", "office", "-o", "Resolution=1200dpi"}).exitStatus,
             0);
@@ -197,7 +328,7 @@ TEST_F(RealQueueSync, AQueueThatWasChangedMeanwhileIsNotTouched) {
 
 TEST_F(RealQueueSync, AQueueWhoseDeviceWasChangedMeanwhileIsNotTouched) {
     startWithQueue();
-    scheduler_->beforeSecondLook = [this] {
+    scheduler_->beforeSecondTalk = [this] {
         ASSERT_EQ(real_->runClient({"lpadmin", "-p", "office", "-v", "ipp://127.0.0.1:9/Other"})
                       .exitStatus,
                   0);
@@ -208,22 +339,12 @@ TEST_F(RealQueueSync, AQueueWhoseDeviceWasChangedMeanwhileIsNotTouched) {
 
 TEST_F(RealQueueSync, AQueueThatWasDeletedMeanwhileIsNotCreatedAgain) {
     startWithQueue();
-    scheduler_->beforeSecondLook = [this] {
+    scheduler_->beforeSecondTalk = [this] {
         ASSERT_EQ(real_->runClient({"lpadmin", "-x", "office"}).exitStatus, 0);
     };
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
     EXPECT_EQ(outcome.reason, "it can no longer be looked up: there is no queue of that name");
-    QueueFailure failure;
-    EXPECT_EQ(client_->queueNames(failure), std::vector<std::string>());
-}
-
-TEST_F(RealQueueSync, AQueueThatWasDeletedJustBeforeTheInstallationIsNotCreatedAgain) {
-    startWithQueue();
-    scheduler_->beforeInstallation = [this] {
-        ASSERT_EQ(real_->runClient({"lpadmin", "-x", "office"}).exitStatus, 0);
-    };
-    EXPECT_EQ(sync().reason, "the updated PPD was not installed: there is no queue of that name");
     QueueFailure failure;
     EXPECT_EQ(client_->queueNames(failure), std::vector<std::string>());
 }
@@ -339,7 +460,7 @@ TEST_F(RealQueueSync, TheSourceOfQueuesPPDsTellsNoPPDFromNoAnswer) {
 
 TEST_F(RealQueueSync, APPDLongerThanTheLimitIsAFailure) {
     startWithQueue();
-    const CUPSScheduler impatient(real_->server(), {std::chrono::seconds(30), 1000});
+    const CUPSScheduler impatient(real_->server(), {.bytes = 1000});
     EXPECT_EQ(QueueSync(impatient, {}).sync("office").reason,
               "its PPD cannot be read: the answer is longer than 1000 bytes");
 }
@@ -351,8 +472,7 @@ SchedulerPPD PPDOfBrokenScheduler(const std::string& whole, std::size_t bytes,
         c.readRequest();
         c.send(std::string_view(whole).substr(0, bytes));
     });
-    return CUPSScheduler("127.0.0.1:" + std::to_string(broken.port()))
-        .PPDOfQueue("office", failure);
+    return PPDOfQueue(CUPSScheduler("127.0.0.1:" + std::to_string(broken.port())), failure);
 }
 
 TEST(BrokenSchedulers, APPDThatIsCutAnywhereIsNone) {
@@ -385,11 +505,17 @@ TEST(BrokenSchedulers, OneThatClosesTheConnectionAfterEachAnswerIsAskedAgain) {
     });
     const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(closing.port()));
     QueueFailure failure;
-    const SchedulerQueueAndPPD both = scheduler.queueAndPPDWithName("office", failure);
-    ASSERT_TRUE(both.queue) << failure.reason;
-    EXPECT_EQ(both.queue->deviceURI, "ipp://printer/ipp/print");
-    ASSERT_TRUE(both.PPD.text) << failure.reason;
-    EXPECT_EQ(*both.PPD.text, PPD);
+    scheduler.talkAbout(
+        "office",
+        [&](QueueTalk& talk) {
+            const auto known = talk.queue(failure);
+            ASSERT_TRUE(known) << failure.reason;
+            EXPECT_EQ(known->deviceURI, "ipp://printer/ipp/print");
+            const SchedulerPPD itsPPD = talk.PPD(failure);
+            ASSERT_TRUE(itsPPD.text) << failure.reason;
+            EXPECT_EQ(*itsPPD.text, PPD);
+        },
+        QueueScheduler::Patience::untilCancelled, failure);
     EXPECT_EQ(connections, 2);
 }
 
@@ -414,7 +540,7 @@ TEST(BrokenSchedulers, APPDInChunksThatIsCutAnywhereIsNone) {
 TEST_F(RealQueueSync, ASchedulerThatSaysNothingEndsAtTheLimit) {
     HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
     const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(silent.port()),
-                                  {std::chrono::milliseconds(200), 1U << 20U});
+                                  {.time = std::chrono::milliseconds(200)});
     EXPECT_EQ(QueueSync(scheduler, {}).sync("office").reason,
               "the scheduler cannot be reached: there was no whole answer within 200 ms");
 }
@@ -425,7 +551,7 @@ TEST_F(RealQueueSync, CancelledBeforeItBeginsItAbandonsTheQueue) {
     const QueueSyncOutcome outcome =
         QueueSync(*scheduler_, {.isCancelled = &isCancelled}).sync("office");
     EXPECT_EQ(outcome.result, QueueSyncResult::abandoned);
-    EXPECT_EQ(scheduler_->looks, 0);
+    EXPECT_EQ(scheduler_->talks, 0);
 }
 
 TEST_F(RealQueueSync, OnceInstallingHasBegunItFinishes) {
@@ -435,7 +561,173 @@ TEST_F(RealQueueSync, OnceInstallingHasBegunItFinishes) {
     const QueueSyncOutcome outcome =
         QueueSync(*scheduler_, {.isCancelled = &isCancelled}).sync("office");
     EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
-    EXPECT_EQ(installedPPD(), *outcome.after);
+    EXPECT_TRUE(installedPPD() == *outcome.after);
+}
+
+/// A printer that takes what is sent to it only once it is let; remembers how often it was sent
+/// something.
+class SlowPrinter {
+  public:
+    SlowPrinter()
+        : responder_([this](const ResponderConnection& c) {
+              for (int tries = 0; tries < 2000 && !mayPrint; ++tries) {
+                  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+              }
+              (void)c;
+          }) {}
+
+    /// Without SNMP, which the scheduler's backend waits for in vain.
+    std::string URI() const {
+        return "socket://127.0.0.1:" + std::to_string(responder_.port()) + "/?snmp=false";
+    }
+    int documents() const { return responder_.connections(); }
+
+    std::atomic<bool> mayPrint{false};
+
+  private:
+    HostileIPPResponder responder_;
+};
+
+/// Waits until something is so, for a few seconds.
+bool comesTrue(const std::function<bool()>& condition) {
+    for (int tries = 0; tries < 500; ++tries) {
+        if (condition()) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+TEST_F(RealQueueSync, AJobThatIsBeingPrintedReachesThePrinterOnce) {
+    startScheduler();
+    SlowPrinter printer;
+    real_->addQueue("office", printer.URI(), kOfficePPD);
+    const std::string before = installedPPD();
+    const std::string document = real_->directory().write("document.txt", "one page\n");
+    ASSERT_EQ(real_->runClient({"lp", "-d", "office", "-o", "raw", document}).exitStatus, 0);
+    ASSERT_TRUE(comesTrue([&] { return printer.documents() == 1; }));
+
+    QueueSyncOutcome outcome =
+        QueueSync(*scheduler_, {.wait = std::chrono::milliseconds(0)}).sync("office");
+    EXPECT_EQ(outcome.result, QueueSyncResult::busy) << outcome.reason;
+    EXPECT_EQ(outcome.cause, &queueSyncCause("printing"));
+    EXPECT_TRUE(installedPPD() == before);
+
+    std::jthread printing([&] {
+        comesTrue([&, talks = scheduler_->talks.load()] { return scheduler_->talks > talks + 2; });
+        printer.mayPrint = true;
+    });
+    outcome = QueueSync(*scheduler_, {.pause = std::chrono::milliseconds(50)}).sync("office");
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_TRUE(installedPPD() == *outcome.after);
+    EXPECT_THAT(outcome.notes, testing::IsEmpty());
+    EXPECT_EQ(printer.documents(), 1);
+    EXPECT_EQ(contentsOfFile((real_->directory().path() / "error_log").string()).find("restarted"),
+              std::string::npos);
+}
+
+TEST_F(RealQueueSync, AJobThatIsHeldOrWaitsDoesNotMatter) {
+    startWithQueue();
+    const std::string document = real_->directory().write("document.txt", "one page\n");
+    ASSERT_EQ(real_->runClient({"cupsdisable", "office"}).exitStatus, 0);
+    for (const char* hold : {"no-hold", "indefinite"}) {
+        ASSERT_EQ(real_
+                      ->runClient({"lp", "-d", "office", "-o",
+                                   std::string("job-hold-until=") + hold, document})
+                      .exitStatus,
+                  0);
+    }
+    const QueueSyncOutcome outcome =
+        QueueSync(*scheduler_, {.wait = std::chrono::milliseconds(0)}).sync("office");
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+}
+
+TEST_F(RealQueueSync, APausedQueueKeepsItsMessageAndTheReasonsOfItsState) {
+    startWithQueue();
+    ASSERT_EQ(
+        real_->runClient({"cupsdisable", "-r", "waits for paper", "--hold", "office"}).exitStatus,
+        0);
+    ASSERT_EQ(real_->runClient({"cupsdisable", "-r", "waits for paper", "office"}).exitStatus, 0);
+    QueueFailure failure;
+    const auto before = queueOf(*client_, failure);
+    ASSERT_TRUE(before) << failure.reason;
+    ASSERT_THAT(before->stateReasons, testing::UnorderedElementsAre("paused", "hold-new-jobs"));
+    const QueueSyncOutcome outcome = sync();
+    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    EXPECT_THAT(outcome.notes, testing::IsEmpty());
+    const auto after = queueOf(*client_, failure);
+    ASSERT_TRUE(after) << failure.reason;
+    EXPECT_EQ(after->state, SchedulerQueue::State::stopped);
+    EXPECT_THAT(after->stateReasons, testing::UnorderedElementsAre("paused", "hold-new-jobs"));
+    EXPECT_THAT(real_->runClient({"lpstat", "-p", "office"}).standardOutput,
+                HasSubstr("waits for paper"));
+}
+
+TEST_F(RealQueueSync, AQueueThatIsNotPausedDoesNotBecomeSo) {
+    startWithQueue();
+    EXPECT_EQ(sync().result, QueueSyncResult::updated);
+    QueueFailure failure;
+    const auto after = queueOf(*client_, failure);
+    ASSERT_TRUE(after) << failure.reason;
+    EXPECT_EQ(after->state, SchedulerQueue::State::idle);
+    EXPECT_THAT(after->stateReasons, testing::IsEmpty());
+}
+
+TEST(BrokenSchedulers, ASecondConnectionHasNoTimeOfItsOwn) {
+    // Knows the queue, closes the connection, and takes no other: its queue of connections is full.
+    const FullListener full(HostileIPPResponder::HTTPAnswer(IPPBytes().end()),
+                            "Connection: close\r\n");
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(full.port()),
+                                  {.time = std::chrono::milliseconds(500)});
+    QueueFailure failure;
+    const auto begin = std::chrono::steady_clock::now();
+    bool isKnown = false;
+    EXPECT_FALSE(scheduler.talkAbout(
+        "office",
+        [&](QueueTalk& queue) {
+            isKnown = queue.queue(failure).has_value();
+            EXPECT_FALSE(queue.PPD(failure).text);
+        },
+        QueueScheduler::Patience::untilCancelled, failure));
+    EXPECT_TRUE(isKnown);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
+
+TEST(BrokenSchedulers, OneThatDoesNotAnswerIsNotWaitedForOnceTheRunIsCancelled) {
+    HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
+    std::atomic<bool> isCancelled{false};
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(silent.port()),
+                                  {.isCancelled = &isCancelled});
+    std::jthread canceller([&] {
+        comesTrue([&] { return silent.connections() == 1; });
+        isCancelled = true;
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    QueueFailure failure;
+    EXPECT_FALSE(queueOf(scheduler, failure));
+    EXPECT_EQ(failure.cause, &queueSyncCause("interrupted"));
+    EXPECT_FALSE(scheduler.queueNames(failure));
+    EXPECT_EQ(failure.cause, &queueSyncCause("interrupted"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
+
+TEST(BrokenSchedulers, OneThatDoesNotAnswerToAnInstallationIsGivenAMomentWhenTheRunIsCancelled) {
+    std::atomic<bool> isCancelled{false};
+    HostileIPPResponder slow([&](const ResponderConnection& c) {
+        c.readRequest();
+        isCancelled = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        c.send(HostileIPPResponder::HTTPAnswer(IPPBytes().end()));
+    });
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(slow.port()),
+                                  {.isCancelled = &isCancelled});
+    QueueFailure failure;
+    auto delivery = QueueTalk::Delivery::notTaken;
+    EXPECT_TRUE(scheduler.talkAbout(
+        "office", [&](QueueTalk& queue) { delivery = queue.install("*PPD", failure); },
+        QueueScheduler::Patience::untilCancelled, failure));
+    EXPECT_EQ(delivery, QueueTalk::Delivery::taken) << failure.reason;
 }
 
 TEST_F(RealQueueSync, APPDWithCarriageReturnsComesThroughByteForByte) {
@@ -447,7 +739,7 @@ TEST_F(RealQueueSync, APPDWithCarriageReturnsComesThroughByteForByte) {
     real_->addQueue("office", "ipp://127.0.0.1:9/Office",
                     real_->directory().write("crlf.ppd", text));
     QueueFailure failure;
-    EXPECT_EQ(*client_->PPDOfQueue("office", failure).text, text);
+    EXPECT_EQ(*PPDOfQueue(*client_, failure).text, text);
 }
 
 }  // namespace

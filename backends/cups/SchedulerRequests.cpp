@@ -1,0 +1,146 @@
+#include "backends/cups/SchedulerRequests.h"
+
+#include <cups/cups.h>
+#include <cups/http.h>
+#include <cups/ipp.h>
+
+#include <utility>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+QueueFailure noScheduler(std::string reason) {
+    return {&queueSyncCause("no-scheduler"), std::move(reason)};
+}
+
+/// In one language: libcups and the scheduler would tell it in the user's.
+QueueFailure failureForHTTPStatus(http_status_t status) {
+    const std::string number = " (HTTP status " + std::to_string(static_cast<int>(status)) + ")";
+    switch (status) {
+        case HTTP_STATUS_ERROR:
+            return noScheduler("the scheduler closed the connection");
+        case HTTP_STATUS_UNAUTHORIZED:
+        case HTTP_STATUS_CUPS_AUTHORIZATION_CANCELED:
+            return {&queueSyncCause("scheduler-refuses"),
+                    "the scheduler refuses it: it wants a password"};
+        case HTTP_STATUS_FORBIDDEN:
+            return {&queueSyncCause("scheduler-refuses"), "the scheduler refuses it" + number};
+        default:
+            return {&queueSyncCause("scheduler-error"),
+                    "the scheduler answers with an error" + number};
+    }
+}
+
+QueueFailure failureForIPPStatus(ipp_t* answer) {
+    constexpr std::size_t kLongestMessage = 255;  // RFC 8011, section 4.1.6.2
+    const ipp_status_t status = ippGetStatusCode(answer);
+    ipp_attribute_t* attribute = ippFindAttribute(answer, "status-message", IPP_TAG_TEXT);
+    const char* text = attribute ? ippGetString(attribute, 0, nullptr) : nullptr;
+    const std::string message =
+        text && *text ? ": " + std::string(text).substr(0, kLongestMessage) : "";
+    const std::string code = " (" + std::string(ippErrorString(status)) + ")";
+    switch (status) {
+        case IPP_STATUS_ERROR_NOT_FOUND:
+            return {&queueSyncCause("no-queue"), "there is no queue of that name"};
+        case IPP_STATUS_ERROR_FORBIDDEN:
+        case IPP_STATUS_ERROR_NOT_AUTHENTICATED:
+        case IPP_STATUS_ERROR_NOT_AUTHORIZED:
+            return {&queueSyncCause("scheduler-refuses"),
+                    "the scheduler refuses it" + code + message};
+        default:
+            return {&queueSyncCause("scheduler-error"),
+                    "the scheduler answers with an error" + code + message};
+    }
+}
+
+/// Sends the request and reads the status and fields of its answer. libcups sees to the
+/// credentials that a local scheduler takes from a local user.
+http_status_t statusOfRequest(http_t* http, ipp_t* request, const std::string& resource,
+                              const std::string* file) {
+    const std::size_t length = ippLength(request) + (file ? file->size() : 0);
+    http_status_t status = cupsSendRequest(http, request, resource.c_str(), length);
+    if (file && (status == HTTP_STATUS_CONTINUE || status == HTTP_STATUS_OK)) {
+        status = cupsWriteRequestData(http, file->data(), file->size());
+    }
+    return status == HTTP_STATUS_CONTINUE || status == HTTP_STATUS_OK ? readHTTPHead(http) : status;
+}
+
+/// Does what the scheduler asks for before it listens; false when that cannot be done.
+bool complyWith(http_status_t status, HTTPConnection& connection, const std::string& resource) {
+    http_t* http = connection.http();
+    httpFlush(http);
+    if (status == HTTP_STATUS_UNAUTHORIZED) {
+        return cupsDoAuthentication(http, "POST", resource.c_str()) == 0;
+    }
+    return status == HTTP_STATUS_UPGRADE_REQUIRED && connection.isReadyForRequest() &&
+           httpEncryption(http, HTTP_ENCRYPTION_REQUIRED) == 0;
+}
+
+}  // namespace
+
+IPPMessage answerOfScheduler(HTTPConnection& connection, const IPPMessage& request,
+                             const std::string& resource, const std::string* file,
+                             std::size_t mostBytes, QueueFailure& failure) {
+    constexpr int kMostTries = 3;
+    http_status_t status = HTTP_STATUS_ERROR;
+    for (int count = 0; count < kMostTries; ++count) {
+        if (!connection.isReadyForRequest()) {
+            failure = noScheduler("the scheduler closed the connection");
+            return nullptr;
+        }
+        status = statusOfRequest(connection.http(), request.get(), resource, file);
+        if (status == HTTP_STATUS_OK || !complyWith(status, connection, resource)) {
+            break;
+        }
+    }
+    std::string bytes;
+    OrbCSError error;
+    if (status != HTTP_STATUS_OK) {
+        failure = failureForHTTPStatus(status);
+        return nullptr;
+    }
+    if (!readHTTPBody(connection.http(), mostBytes, bytes, error)) {
+        failure = noScheduler(error.reason);
+        return nullptr;
+    }
+    IPPMessage answer = IPPMessageReadFrom(bytes);
+    if (!answer) {
+        failure = {&queueSyncCause("scheduler-error"), "the scheduler's answer is not IPP"};
+        return nullptr;
+    }
+    constexpr int kFirstAfterSuccess = 0x0100;  // RFC 8011, appendix B
+    if (static_cast<int>(ippGetStatusCode(answer.get())) >= kFirstAfterSuccess) {
+        failure = failureForIPPStatus(answer.get());
+        return nullptr;
+    }
+    return answer;
+}
+
+bool readFromScheduler(HTTPConnection& connection, const std::string& path, std::size_t mostBytes,
+                       std::string& bytes, QueueFailure& failure) {
+    http_t* http = connection.http();
+    const bool isReady = connection.isReadyForRequest();
+    httpClearFields(http);
+    if (!isReady || httpGet(http, path.c_str()) != 0) {
+        failure = noScheduler("the scheduler closed the connection");
+        return false;
+    }
+    const http_status_t status = readHTTPHead(http);
+    if (status == HTTP_STATUS_NOT_FOUND) {
+        failure = {&queueSyncCause("no-queue"), "the scheduler has no PPD for it"};
+        return false;
+    }
+    OrbCSError error;
+    if (status != HTTP_STATUS_OK) {
+        failure = failureForHTTPStatus(status);
+        return false;
+    }
+    if (!readHTTPBody(http, mostBytes, bytes, error)) {
+        failure = noScheduler(error.reason);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace TkPPDUpdating
