@@ -40,7 +40,7 @@ class OnePrinter : public TkCommunicationServices {
 
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> /*deviceURI*/, const OrbDictionary* /*parameters*/,
-        std::string* /*error*/) const override {
+        OrbCSError* /*error*/) const override {
         return status_;
     }
 
