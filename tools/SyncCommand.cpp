@@ -10,9 +10,12 @@
 #include "backends/cups/QueueSync.h"
 #include "backends/cups/QueueSyncRun.h"
 #include "manager/OrbClassTable.h"
+#include "sync/QueueSyncCauses.h"
+#include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
+#include "tools/SystemLog.h"
 
 namespace TkPPDUpdating {
 
@@ -30,11 +33,7 @@ std::vector<std::string> withoutRepetitions(const std::vector<std::string>& name
     return unique;
 }
 
-/// Empty for what may be a scheduler, else what is wrong: an empty text, as an unset variable gives
-/// it, must not become the scheduler of this machine.
-std::string complaintAboutServer(const std::string& server) {
-    return server.empty() ? "\"\" is no scheduler" : "";
-}
+constexpr std::size_t kMostJobs = 256;
 
 /// While printers are waited for, as many queues again are read and installed. One job is one
 /// queue after the other.
@@ -51,18 +50,23 @@ std::string complaintAboutAcceptedResult(const std::string& result) {
     return isOne ? "" : "\"" + result + "\" is none of busy, unreachable and unsupported";
 }
 
+void tellSystemLog(const QueueSyncOutcome& outcome) {
+    SystemLog::tellReplacement(
+        outcome.queueName,
+        outcome.result == QueueSyncResult::updated ? "updated" : "may have been updated",
+        ChangeReport(outcome.before, outcome.after).keywords());
+}
+
 }  // namespace
 
 SyncCommand::SyncCommand(CLI::App& application)
     : Command(application, "sync", "Bring the PPDs of print queues in step with their printers") {
-    constexpr std::size_t kMostJobs = 256;
     addQueueOptions();
+    schedulerOptions_.addTo(subcommand());
     subcommand().add_flag("--dry-run", isDryRun_, "Install nothing");
     subcommand().add_flag("--diff", reportOptions_.isDiff, "Show a unified diff of each change");
-    subcommand()
-        .add_option("--jobs", jobs_, "How many printers to ask at once (default 4)")
-        ->check(CLI::Range(std::size_t{1}, kMostJobs))
-        ->type_name("N");
+    addTimeOptions();
+    addBackupOptions();
     subcommand().add_flag("--json", reportOptions_.isJSON, "Write one JSON object for each queue");
     subcommand().add_flag("--page-size", isPageSizeWanted_,
                           "Set the default page size, too, to the paper of the user's country");
@@ -81,10 +85,29 @@ void SyncCommand::addQueueOptions() {
         ->type_name("QUEUE")
         ->allow_extra_args(false)
         ->needs(all);
+}
+
+void SyncCommand::addTimeOptions() {
+    constexpr unsigned kMostSeconds = 7 * 24 * 60 * 60;
     subcommand()
-        .add_option("--server", server_, "The scheduler, instead of the one of this machine")
-        ->check(CLI::Validator(complaintAboutServer, ""))
-        ->type_name("HOST:PORT");
+        .add_option("--jobs", jobs_, "How many printers to ask at once (default 4)")
+        ->check(CLI::Range(std::size_t{1}, kMostJobs))
+        ->type_name("N");
+    subcommand()
+        .add_option("--time-limit", timeLimit_,
+                    "Abandon the queues that are not done by then (default: no limit)")
+        ->check(CLI::Range(1U, kMostSeconds))
+        ->type_name("SECONDS");
+}
+
+void SyncCommand::addBackupOptions() {
+    auto* backup = subcommand()
+                       .add_option("--backup", backupFolder_,
+                                   "Keep the PPDs that are replaced in this folder, as QUEUE.ppd")
+                       ->type_name("DIR");
+    subcommand()
+        .add_flag("--keep-all", keepsAllBackups_, "Keep all of them, not only the last of a queue")
+        ->needs(backup);
 }
 
 void SyncCommand::addResultOptions() {
@@ -108,14 +131,22 @@ ExitStatus SyncCommand::run() {
         throw Failure(ExitStatus::usage, std::nullopt,
                       "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
     }
-    const InterruptionWatch watch;
-    const CUPSScheduler scheduler(server_, {.isCancelled = &InterruptionWatch::isInterrupted()});
+    const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))
+                                             : std::nullopt);
+    SystemLog::open();
+    const CUPSScheduler scheduler = schedulerOptions_.scheduler();
+    const auto lock = isDryRun_ ? nullptr : schedulerOptions_.lock();
+    const auto backups = openBackups();
     const auto queueNames = queuesToSync(scheduler);
     const QueueSync sync(scheduler, {.isDryRun = isDryRun_,
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
+                                     .isTimeOver = &InterruptionWatch::isTimeOver(),
                                      .makeManager = [this] { return makeManager(); },
                                      .rule = runOptions_.rule(),
-                                     .mostPrinters = jobs_});
+                                     .mostPrinters = jobs_,
+                                     .wait = schedulerOptions_.wait(),
+                                     .backups = backups.get(),
+                                     .installed = tellSystemLog});
     SyncReport::Options reportOptions = reportOptions_;
     reportOptions.server = scheduler.name();
     const SyncReport report(reportOptions, queueNames.size());
@@ -130,6 +161,18 @@ ExitStatus SyncCommand::run() {
                       }});
     report.finish(summary);
     return statusFor(summary);
+}
+
+std::unique_ptr<QueueBackups> SyncCommand::openBackups() const {
+    if (!backupFolder_ || isDryRun_) {
+        return nullptr;
+    }
+    std::string reason;
+    auto backups = QueueBackups::open(*backupFolder_, keepsAllBackups_, reason);
+    if (!backups) {
+        throw Failure(ExitStatus::noResult, *backupFolder_, reason);
+    }
+    return backups;
 }
 
 std::unique_ptr<OrbPPDConcreteUpdatingManager> SyncCommand::makeManager() const {
@@ -165,8 +208,11 @@ std::vector<std::string> SyncCommand::allQueues(const QueueScheduler& scheduler)
     QueueFailure failure;
     auto names = scheduler.queueNames(failure);
     if (!names) {
-        const auto place = server_.empty() ? std::nullopt : std::optional(server_);
-        throw Failure(ExitStatus::noResult, place, failure.reason);
+        const std::string& server = schedulerOptions_.server();
+        const auto place = server.empty() ? std::nullopt : std::optional(server);
+        const bool isEnded = failure.cause == &queueSyncCause("interrupted");
+        throw Failure(ExitStatus::noResult, place,
+                      isEnded ? InterruptionWatch::reason() : failure.reason);
     }
     for (const std::string& name : withoutRepetitions(excluded_)) {
         if (std::erase(*names, name) == 0) {

@@ -2,12 +2,15 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "backends/cups/QueueScheduler.h"
+#include "sync/QueueBackups.h"
 #include "tools/Command.h"
 #include "tools/RunOptions.h"
+#include "tools/SchedulerOptions.h"
 #include "tools/SyncReport.h"
 
 namespace TkPPDUpdating {
@@ -22,7 +25,10 @@ class SyncCommand : public Command {
 
   private:
     void addQueueOptions();
+    void addTimeOptions();
+    void addBackupOptions();
     void addResultOptions();
+    std::unique_ptr<QueueBackups> openBackups() const;
     std::vector<std::string> queuesToSync(const QueueScheduler& scheduler) const;
     std::vector<std::string> allQueues(const QueueScheduler& scheduler) const;
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
@@ -30,13 +36,16 @@ class SyncCommand : public Command {
 
     std::vector<std::string> queueNames_;
     bool areAllWanted_ = false;
-    std::string server_;
+    SchedulerOptions schedulerOptions_;
     std::vector<std::string> excluded_;
     bool isDryRun_ = false;
     bool isChangeAnExitStatus_ = false;
     bool isPageSizeWanted_ = false;
     std::vector<std::string> accepted_;
     std::size_t jobs_ = 4;
+    std::optional<unsigned> timeLimit_;
+    std::optional<std::string> backupFolder_;
+    bool keepsAllBackups_ = false;
     SyncReport::Options reportOptions_;
     RunOptions runOptions_;
 };

@@ -18,6 +18,7 @@
 #include "tools/UpdatersCommand.h"
 #include "tools/ValuesCommand.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
+#include "tools/RestoreCommand.h"
 #include "tools/SyncCommand.h"
 #endif
 
@@ -64,7 +65,8 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     StatusCommand status(application);
 #ifdef TKPPDUPDATING_WITH_CUPS
     SyncCommand sync(application);
-    const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status, &sync});
+    RestoreCommand restore(application);
+    const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status, &sync, &restore});
 #else
     const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status});
 #endif

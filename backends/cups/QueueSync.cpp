@@ -10,6 +10,7 @@
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "ppd/UTF8.h"
+#include "sync/EstimationsTime.h"
 #include "sync/QueueInstallation.h"
 #include "sync/QueueSyncCauses.h"
 #include "sync/UpdateGuard.h"
@@ -168,7 +169,8 @@ class QueueSync::Work::Steps {
             return end(queueSyncCause("no-result"),
                        "its PPD has an attribute that ends before its value does");
         }
-        if (*outcome_.after == *outcome_.before) {
+        if (*outcome_.after == *outcome_.before ||
+            differInTimeOfEstimationsOnly(*outcome_.before, *outcome_.after)) {
             outcome_.after = nullptr;
             return end(QueueSyncResult::unchanged);
         }
@@ -193,8 +195,24 @@ class QueueSync::Work::Steps {
 
     bool prepareInstallation() {
         QueueInstallation::Wish wish{queue_, outcome_.before, outcome_.after};
+        if (options_.backups) {
+            backup_.emplace(*options_.backups, outcome_.queueName);
+            wish.beforeInstalling = [this]() -> std::optional<QueueFailure> {
+                std::string reason;
+                return backup_->place(reason) ? std::nullopt : std::optional(noBackup(reason));
+            };
+            std::string reason;
+            if (!backup_->write(*outcome_.before, reason)) {
+                return end("", noBackup(reason));
+            }
+        }
         installation_.emplace(scheduler_, std::move(wish));
         return true;
+    }
+
+    static QueueFailure noBackup(const std::string& reason) {
+        return {&queueSyncCause("no-backup"),
+                "its PPD cannot be kept, so nothing was installed: " + reason};
     }
 
     /// False when the queue is printing and may be waited for.
@@ -209,10 +227,19 @@ class QueueSync::Work::Steps {
         } else {
             end("", installation_->failure());
         }
-        if (installation_->mayBeInstalled() && options_.installed) {
-            options_.installed(outcome_);
+        if (installation_->mayBeInstalled()) {
+            seeToReplacement();
         }
         return true;
+    }
+
+    void seeToReplacement() {
+        if (backup_) {
+            backup_->keep();
+        }
+        if (options_.installed) {
+            options_.installed(outcome_);
+        }
     }
 
     bool isWaitOver() {
@@ -237,6 +264,7 @@ class QueueSync::Work::Steps {
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
     std::optional<PPDUpdate> update_;
+    std::optional<QueueBackups::Entry> backup_;
     std::optional<QueueInstallation> installation_;
     std::optional<Clock::time_point> deadline_;
     Clock::time_point nextTime_;

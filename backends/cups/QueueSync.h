@@ -14,6 +14,7 @@
 #include "backends/cups/QueueScheduler.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "sync/PPDUpdate.h"
+#include "sync/QueueBackups.h"
 #include "sync/QueueSyncOutcome.h"
 
 namespace TkPPDUpdating {
@@ -49,6 +50,9 @@ class QueueSync {
         /// two looks at it.
         std::chrono::milliseconds wait = std::chrono::seconds(30);
         std::chrono::milliseconds pause = std::chrono::seconds(1);
+        /// Where the PPDs that are replaced are kept; one that cannot be kept is not replaced. Not
+        /// owned; null for nowhere.
+        const QueueBackups* backups = nullptr;
         /// Told of each queue on which the scheduler has, or may have, installed the updated PPD,
         /// at once and on any thread. May be null.
         std::function<void(const QueueSyncOutcome& outcome)> installed = nullptr;

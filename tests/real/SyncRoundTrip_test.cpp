@@ -411,6 +411,82 @@ TEST_F(SyncRoundTrip, StatusOfNoPrinterSaysWhy) {
     EXPECT_THAT(run.standardError, HasSubstr("no backend for the scheme \"gopher\""));
 }
 
+TEST_F(SyncRoundTrip, TheReplacedPPDIsKeptAndPutBack) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("office", printer.URI(), kOfficePPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("office"));
+    const std::string folder = (scheduler_->directory().path() / "kept").string();
+    EXPECT_EQ(sync({"office", "--dry-run", "--backup", folder}).exitStatus, 0);
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    ASSERT_EQ(sync({"office", "--backup", folder}).exitStatus, 0);
+    EXPECT_TRUE(contentsOfFile(folder + "/office.ppd") == before);
+    ASSERT_FALSE(contentsOfFile(scheduler_->PPDPath("office")) == before);
+    const auto restore = [&] {
+        return runTool({"restore", "--backup", folder, "office", "--server", scheduler_->server()},
+                       folder);
+    };
+    const ProgramResult first = restore();
+    EXPECT_EQ(first.exitStatus, 0) << first.standardError;
+    EXPECT_THAT(first.standardOutput, testing::StartsWith("office: restored\n"));
+    EXPECT_TRUE(contentsOfFile(scheduler_->PPDPath("office")) == before);
+    EXPECT_EQ(restore().standardOutput, "office: unchanged\n");
+}
+
+TEST_F(SyncRoundTrip, WithoutRoomForTheReplacedPPDNothingIsInstalled) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("office", printer.URI(), kOfficePPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("office"));
+    const std::string folder = (scheduler_->directory().path() / "kept").string();
+    const ProgramResult run =
+        runProgram({"sh", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\"", "sh", TKPPDUPDATING_TOOL,
+                    "sync", "--server", scheduler_->server(), "office", "--backup", folder});
+    EXPECT_EQ(run.exitStatus, 1) << run.standardError;
+    EXPECT_THAT(run.standardOutput,
+                testing::StartsWith("office: failed: its PPD cannot be kept, so nothing was "
+                                    "installed: File too large\n"));
+    EXPECT_TRUE(contentsOfFile(scheduler_->PPDPath("office")) == before);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST_F(SyncRoundTrip, PagesLeftThatAreTheSameAreNotInstalledAgainForTheirTime) {
+    const std::string recording = scheduler_->directory().write(
+        "printer.json", R"({"RemainingPagesEstimations": [{"pageTypeName": "A",)"
+                        R"( "minPageCount": 150, "maxPageCount": 300, "state": 0}]})");
+    scheduler_->addQueue("office", "file://" + recording, kOfficePPD);
+    ASSERT_THAT(sync({"office"}).standardOutput, testing::StartsWith("office: updated"));
+    const auto syncAt = [this](const std::string& time) {
+        ProgramSurroundings surroundings;
+        surroundings.environment = {{"LC_ALL", "C"}, {"ZrEPRLastUpdateTime", time}};
+        return runProgram({TKPPDUPDATING_TOOL, "sync", "--server", scheduler_->server(), "office"},
+                          surroundings);
+    };
+    EXPECT_EQ(syncAt("1").standardOutput, "office: unchanged\n1 queue: 1 unchanged\n");
+    EXPECT_EQ(syncAt("2").standardOutput, "office: unchanged\n1 queue: 1 unchanged\n");
+}
+
+TEST_F(SyncRoundTrip, ARunThatTakesTooLongIsEndedAndASecondOneWaitsForItOrSaysSo) {
+    HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
+    scheduler_->addQueue("one", silent.URI("/one"), kOfficePPD);
+    scheduler_->addQueue("raw", silent.URI("/raw"), "");
+    const std::string output = (scheduler_->directory().path() / "sync.output").string();
+    ChildProcess first(
+        {TKPPDUPDATING_TOOL, "sync", "--server", scheduler_->server(), "one", "--time-limit", "2"},
+        output);
+    while (silent.connections() == 0 && first.isRunning()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    const ProgramResult second = sync({"raw", "--wait", "0"});
+    EXPECT_EQ(second.exitStatus, 1);
+    EXPECT_THAT(second.standardError,
+                HasSubstr("another run is at work on the queues of this scheduler (process " +
+                          std::to_string(first.id()) + ")"));
+    EXPECT_EQ(sync({"raw", "--wait", "0", "--dry-run"}).exitStatus, 0);
+    EXPECT_EQ(sync({"raw"}).exitStatus, 0);
+    EXPECT_EQ(first.wait(), 1);
+    EXPECT_EQ(contentsOfFile(output),
+              "one: abandoned: the time limit of the run was over\n1 queue: 1 abandoned\n");
+}
+
 class InterruptedSync : public SyncRoundTrip, public testing::WithParamInterface<int> {};
 
 TEST_P(InterruptedSync, AbandonsEachQueueWholeAndSaysWhich) {
@@ -470,9 +546,11 @@ TEST_P(InterruptedSync, DoesNotWaitForASilentPrinter) {
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("one")), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedSync, testing::Values(SIGINT, SIGTERM),
+INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedSync, testing::Values(SIGINT, SIGTERM, SIGHUP),
                          [](const auto& number) {
-                             return number.param == SIGINT ? "SIGINT" : "SIGTERM";
+                             return number.param == SIGINT    ? "SIGINT"
+                                    : number.param == SIGTERM ? "SIGTERM"
+                                                              : "SIGHUP";
                          });
 
 }  // namespace

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "backends/cups/CUPSScheduler.h"
+#include "sync/RunLock.h"
+
+namespace TkPPDUpdating {
+
+/// The options of a command that replaces PPDs of queues: which scheduler, and how long to wait.
+class SchedulerOptions {
+  public:
+    void addTo(CLI::App& subcommand);
+
+    /// The scheduler, which no longer waits once the run is interrupted.
+    CUPSScheduler scheduler() const;
+
+    /// How the user has named the scheduler; empty when he has not.
+    const std::string& server() const { return server_; }
+
+    /// How long to wait for a queue that is printing, or for another run.
+    std::chrono::seconds wait() const { return std::chrono::seconds(wait_); }
+
+    /// The lock that a run has which replaces PPDs of the scheduler's queues, after it has waited
+    /// for another run. Raises a `Failure` when that one does not end in time.
+    std::unique_ptr<RunLock> lock() const;
+
+    /// The path of the lock's file for the scheduler of that name (`CUPSScheduler::name`): the same
+    /// for all names of this machine's own scheduler.
+    static std::string lockPath(const std::string& schedulerName);
+
+  private:
+    std::string server_;
+    unsigned wait_ = 30;
+};
+
+}  // namespace TkPPDUpdating
