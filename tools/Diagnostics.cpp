@@ -1,5 +1,6 @@
 #include "tools/Diagnostics.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "ppd/UTF8.h"
@@ -26,6 +27,13 @@ bool changesDirection(char32_t codePoint) {
 bool isControl(char32_t codePoint) {
     return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) || codePoint == 0x2028 ||
            codePoint == 0x2029 || changesDirection(codePoint);
+}
+
+/// Whether a text that should be "HOST:PORT" may be the begin of "USER:PASSWORD".
+bool mayBeginUserInfo(std::string_view authority) {
+    const std::size_t colon = authority.rfind(':');
+    return !authority.ends_with(']') && colon != std::string_view::npos &&
+           authority.find_first_not_of("0123456789", colon + 1) != std::string_view::npos;
 }
 
 void writeLine(std::string_view place, std::string_view mark, std::string_view reason) {
@@ -70,14 +78,21 @@ std::string Diagnostics::printable(std::string_view text) {
 
 std::string Diagnostics::withoutUserInfo(std::string_view deviceURI) {
     std::string shown(deviceURI);
-    const std::size_t authority = shown.find("://");
-    if (authority != std::string::npos) {
-        const std::size_t start = authority + 3;
-        const std::size_t end = shown.find_first_of("/?#", start);
-        const std::size_t at = shown.rfind('@', end);
-        if (at != std::string::npos && at >= start) {
-            shown.erase(start, at + 1 - start);
-        }
+    const std::size_t scheme = shown.find(':');
+    if (scheme == std::string::npos || shown.starts_with("file:")) {
+        return shown;
+    }
+    const bool hasAuthority = shown.compare(scheme, 3, "://") == 0;
+    const std::size_t start = scheme + (hasAuthority ? 3 : 1);
+    const std::size_t end = std::min(shown.find_first_of("/?#", start), shown.size());
+    const std::string_view authority = std::string_view(shown).substr(start, end - start);
+    std::size_t at = authority.rfind('@');
+    if (at == std::string_view::npos && mayBeginUserInfo(authority)) {
+        // A slash in a password ends the authority too early: rather too much is hidden.
+        at = std::string_view(shown).substr(start).rfind('@');
+    }
+    if (at != std::string_view::npos) {
+        shown.erase(start, at + 1);
     }
     return shown;
 }
