@@ -56,6 +56,7 @@ PPDUpdate::PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
 }
 
 void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule rule) {
+    answer_ = status;
     status_ = std::move(status);
     const auto told = OrbCSPartialStatus::toldEntriesOf(*status_);
     if (rule == Rule::allUpdatersRun || !told) {

@@ -10,6 +10,7 @@
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "ppd/PPDText.h"
+#include "sync/PPDUpdateStep.h"
 
 namespace TkPPDUpdating {
 
@@ -48,6 +49,11 @@ class PPDUpdate {
     /// `std::out_of_range` as the manager does.
     PPDText updatedText(std::optional<std::string_view> deviceURI) const;
 
+    /// What each updater does, one after the other; it repeats the update. Raises as above.
+    std::vector<PPDUpdateStep> steps(std::optional<std::string_view> deviceURI) const {
+        return stepsOfPPDUpdate(*manager_, *PPD_, deviceURI, {answer_, status_});
+    }
+
     /// The values that the updaters would write; nothing without an answer. Raises as above.
     std::optional<OrbPPDUpdatingValues> updatingValues(
         std::optional<std::string_view> deviceURI) const;
@@ -58,6 +64,8 @@ class PPDUpdate {
   private:
     std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
     std::shared_ptr<const PPDModelFile> PPD_;
+    /// As it was handed in, and completed.
+    std::shared_ptr<const OrbCSDeviceStatus> answer_;
     std::shared_ptr<const OrbCSDeviceStatus> status_;
     std::vector<std::string> keptEntries_;
     bool hasUpdaters_ = false;

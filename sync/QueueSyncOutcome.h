@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ppd/PPDText.h"
+#include "sync/PPDUpdateStep.h"
 
 namespace TkPPDUpdating {
 
@@ -49,6 +50,8 @@ struct QueueSyncOutcome {
     /// The queue's PPD as it was, when it could be read, and as it is or would be, when it differs.
     PPDText before;
     PPDText after;
+    /// Why it differs, where that was asked for.
+    std::vector<PPDUpdateStep> steps;
 };
 
 }  // namespace TkPPDUpdating

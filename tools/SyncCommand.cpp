@@ -64,6 +64,8 @@ SyncCommand::SyncCommand(CLI::App& application)
     addQueueOptions();
     schedulerOptions_.addTo(subcommand());
     subcommand().add_flag("--dry-run", isDryRun_, "Install nothing");
+    subcommand().add_flag("--explain", isExplained_,
+                          "Say why each line would change, and install nothing");
     subcommand().add_flag("--diff", reportOptions_.isDiff, "Show a unified diff of each change");
     addTimeOptions();
     addBackupOptions();
@@ -138,7 +140,8 @@ ExitStatus SyncCommand::run() {
     const auto lock = isDryRun_ ? nullptr : schedulerOptions_.lock();
     const auto backups = openBackups();
     const auto queueNames = queuesToSync(scheduler);
-    const QueueSync sync(scheduler, {.isDryRun = isDryRun_,
+    const QueueSync sync(scheduler, {.isDryRun = isDryRun_ || isExplained_,
+                                     .isExplained = isExplained_,
                                      .isCancelled = &InterruptionWatch::isInterrupted(),
                                      .isTimeOver = &InterruptionWatch::isTimeOver(),
                                      .makeManager = [this] { return makeManager(); },

@@ -39,6 +39,7 @@ class SyncCommand : public Command {
     SchedulerOptions schedulerOptions_;
     std::vector<std::string> excluded_;
     bool isDryRun_ = false;
+    bool isExplained_ = false;
     bool isChangeAnExitStatus_ = false;
     bool isPageSizeWanted_ = false;
     std::vector<std::string> accepted_;

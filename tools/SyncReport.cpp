@@ -8,6 +8,7 @@
 #include "sync/QueueSyncCauses.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
+#include "tools/ExplanationReport.h"
 #include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
 #include "tools/Terminal.h"
@@ -141,7 +142,8 @@ std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
     return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
-           "\n" + changesOf(outcome).lines("  ") + (kept.empty() ? "" : "  " + kept + "\n");
+           "\n" + changesOf(outcome).lines("  ") + (kept.empty() ? "" : "  " + kept + "\n") +
+           ExplanationReport::lines(outcome.steps, "  ");
 }
 
 std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
@@ -161,6 +163,9 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
     }
     if (!outcome.keptEntries.empty()) {
         object["kept"] = outcome.keptEntries;
+    }
+    if (!outcome.steps.empty()) {
+        object["explanation"] = ExplanationReport::JSON(outcome.steps);
     }
     if (options_.isDiff && isChange(outcome)) {
         object["diff"] = unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,

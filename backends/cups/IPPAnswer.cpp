@@ -145,4 +145,23 @@ std::optional<std::string> IPPAnswer::text(ipp_attribute_t* attribute, int index
     return bytes;
 }
 
+std::optional<std::string> IPPAnswer::shownValue(const char* name, std::size_t longest) const {
+    ipp_attribute_t* next = answer_ ? ippFindAttribute(answer_, name, IPP_TAG_ZERO) : nullptr;
+    while (next && ippGetGroupTag(next) != IPP_TAG_PRINTER) {
+        next = ippFindNextAttribute(answer_, name, IPP_TAG_ZERO);
+    }
+    if (!next) {
+        return std::nullopt;
+    }
+    constexpr std::string_view kEllipsis = "...";
+    std::vector<char> text(longest + 1);
+    const std::size_t length = ippAttributeString(next, text.data(), text.size());
+    std::string shown = text.data();
+    if (length > longest) {
+        shown.resize(std::min(shown.size(), longest - kEllipsis.size()));
+        shown += kEllipsis;
+    }
+    return shown;
+}
+
 }  // namespace TkPPDUpdating

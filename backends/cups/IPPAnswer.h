@@ -68,6 +68,10 @@ class IPPAnswer {
     /// of that kind. `place` names the collection in the reason.
     Member member(ipp_t* collection, const char* name, PrinterText kind, const std::string& place);
 
+    /// What the printer says under that name, for people: all values as libcups writes them, any
+    /// bytes, cut to `longest` with "..." at the end. Nothing when the attribute is missing.
+    std::optional<std::string> shownValue(const char* name, std::size_t longest) const;
+
     DroppedValues& dropped() { return dropped_; }
 
   private:

@@ -35,12 +35,15 @@ constexpr std::array kMediaTypeAttributes = {Attribute{"media-col-database", "PW
                                              Attribute{"media-type-supported", "PWG 5100.7"}};
 
 constexpr std::array kRows = {
-    IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kDuplexerAttributes, readDuplexer},
-    IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kLowerTrayAttributes, readLowerTray},
-    IPPStatusMapping::Row{kTkCSInstalledPensConfigurationKey, kPensAttributes, readPens},
-    IPPStatusMapping::Row{kTkCSMaxSupportedResolutionKey, kResolutionAttributes,
+    IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer,
+                          kDuplexerAttributes, readDuplexer},
+    IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2,
+                          kLowerTrayAttributes, readLowerTray},
+    IPPStatusMapping::Row{kTkCSInstalledPensConfigurationKey, "", kPensAttributes, readPens},
+    IPPStatusMapping::Row{kTkCSMaxSupportedResolutionKey, "", kResolutionAttributes,
                           readHighestResolution},
-    IPPStatusMapping::Row{kTkCSCustomMediaTypesKey, kMediaTypeAttributes, readCustomMediaTypes}};
+    IPPStatusMapping::Row{kTkCSCustomMediaTypesKey, "", kMediaTypeAttributes,
+                          readCustomMediaTypes}};
 
 /// Both accessories that there are rows for are all of them.
 void nameAccessoriesAsOne(OrbCSToldEntries& told) {
@@ -54,6 +57,24 @@ void nameAccessoriesAsOne(OrbCSToldEntries& told) {
         }
         told.emplace(kTkCSDeviceAccessoriesKey);
     }
+}
+
+std::string entryOf(const IPPStatusMapping::Row& row) {
+    return row.part.empty() ? std::string(row.statusKey)
+                            : OrbCSPartialStatus::entryForPart(row.statusKey, row.part);
+}
+
+std::vector<OrbCSStatusSource> sourcesIn(IPPAnswer& answer) {
+    std::vector<OrbCSStatusSource> sources;
+    for (const IPPStatusMapping::Row& row : kRows) {
+        for (const Attribute& attribute : row.attributes) {
+            auto value = answer.shownValue(attribute.name, IPPStatusMapping::kLongestSource);
+            if (value) {
+                sources.push_back({entryOf(row), attribute.name, *std::move(value)});
+            }
+        }
+    }
+    return sources;
 }
 
 }  // namespace
@@ -81,8 +102,8 @@ std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(ipp_t* 
         row.read(reader, values, told);
     }
     nameAccessoriesAsOne(told);
-    return std::make_shared<const IPPDeviceStatus>(std::move(values),
-                                                   reader.dropped().takeReasons(), std::move(told));
+    return std::make_shared<const IPPDeviceStatus>(
+        std::move(values), reader.dropped().takeReasons(), std::move(told), sourcesIn(reader));
 }
 
 }  // namespace TkPPDUpdating

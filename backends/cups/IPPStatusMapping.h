@@ -2,6 +2,7 @@
 
 #include <cups/ipp.h>
 
+#include <cstddef>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -26,9 +27,15 @@ class IPPStatusMapping {
     /// the answer tells: not one of which a value was dropped that could have made it another.
     struct Row {
         std::string_view statusKey;
+        /// The part of what stands under the key (`core_interface/OrbCSPartialStatus.h`); empty for
+        /// all of it.
+        std::string_view part;
         std::span<const Attribute> attributes;
         void (*read)(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
     };
+
+    /// So much is enough for an explanation (bytes).
+    static constexpr std::size_t kLongestSource = 500;
 
     IPPStatusMapping() = delete;
 
@@ -41,7 +48,8 @@ class IPPStatusMapping {
     /// The status that an answer means; null (no answer) gives an empty one. What was not reported
     /// is not in it, and a bad value is dropped with its reason while the rest counts. `dropped`
     /// holds the reasons for what was dropped before, and the names of attributes that were not
-    /// asked for.
+    /// asked for. The attributes of the answer are its sources, at most `kLongestSource` bytes of
+    /// each.
     static std::shared_ptr<const IPPDeviceStatus> statusForAnswer(ipp_t* answer,
                                                                   DroppedValues dropped = {});
 };

@@ -190,6 +190,9 @@ class QueueSync::Work::Steps {
         if (refusal) {
             return end(queueSyncCause("refused-result"), "the updated PPD is refused: " + *refusal);
         }
+        if (options_.isDryRun && options_.isExplained) {
+            outcome_.steps = update_->steps(queue_.deviceURI);
+        }
         return !options_.isDryRun || end(QueueSyncResult::wouldUpdate);
     }
 

@@ -33,6 +33,8 @@ class QueueSync {
 
     struct Options {
         bool isDryRun = false;
+        /// In a dry run, also gives the steps of the update.
+        bool isExplained = false;
         /// Set by anybody at any time to abandon what has not begun to install. May be null.
         const std::atomic<bool>* isCancelled = nullptr;
         /// Whether it was a limit of time that has cancelled the run. May be null.

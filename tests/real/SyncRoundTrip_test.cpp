@@ -177,6 +177,32 @@ TEST_F(SyncRoundTrip, ADryRunShowsTheDiffAndInstallsNothing) {
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
 }
 
+TEST_F(SyncRoundTrip, AnExplanationNamesUpdaterStatusAttributeAndLinesAndInstallsNothing) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("inkjet", printer.URI(), kInkjetPPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("inkjet"));
+    const ProgramResult run = sync({"inkjet", "--explain"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("inkjet: would be updated\n"));
+    EXPECT_THAT(run.standardOutput, HasSubstr("\n  Lower Tray: Not Installed -> Installed\n"));
+    EXPECT_THAT(run.standardOutput, HasSubstr("\n  OrbPPDLowerTrayInstalledUpdater\n"
+                                              "    DeviceAccessories.Tray2: installed\n"
+                                              "      media-source-supported: auto,main,alternate\n"
+                                              "    -*DefaultZrLowerTrayInstalled: False\n"
+                                              "    +*DefaultZrLowerTrayInstalled: True\n"));
+    EXPECT_THAT(run.standardOutput,
+                HasSubstr("\n    MaxSupportedResolution: 4800\n"
+                          "      printer-resolution-supported: 300dpi,4800x1200dpi\n"));
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
+
+    const ProgramResult forPrograms = sync({"inkjet", "--explain", "--json"});
+    EXPECT_THAT(forPrograms.standardOutput,
+                HasSubstr(R"({"updater":"OrbPPDLowerTrayInstalledUpdater","reads":[{"status":)"
+                          R"("DeviceAccessories.Tray2","value":"installed","from":[{"attribute":)"
+                          R"("media-source-supported","value":"auto,main,alternate"})"));
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
+}
+
 TEST_F(SyncRoundTrip, AllQueuesGetALineAndOneThatIsNotInStepIsExitStatus4) {
     SimulatedPrinter printer(kFullPrinter);
     scheduler_->addQueue("a-office", printer.URI(), kOfficePPD);

@@ -448,6 +448,50 @@ TEST(IPPStatusMapping, TheFirstOfARepeatedAttributeCounts) {
                 ElementsAre("sides-supported: is given twice; the first counts"));
 }
 
+std::vector<OrbCSStatusSource> sourcesOf(const IPPTestMessage& answer, std::string_view entry) {
+    return OrbCSStatusSources::sourcesOf(*IPPStatusMapping::statusForAnswer(answer.get()), entry);
+}
+
+TEST(IPPStatusMapping, TheAttributesOfTheAnswerAreItsSources) {
+    IPPTestMessage answer;
+    answer.keywords("sides-supported", {"one-sided", "two-sided-long-edge"})
+        .keywords("media-source-supported", {"main"})
+        .integers("marker-levels", {80, -3})
+        .resolution("printer-resolution-supported", 600, 300)
+        .collections("media-col-database", {{{"media-type", IPP_TAG_NAME, "Gloss"}}});
+    using Sources = std::vector<OrbCSStatusSource>;
+    EXPECT_EQ(sourcesOf(answer, "DeviceAccessories.Duplexer"),
+              (Sources{{"DeviceAccessories.Duplexer", "sides-supported",
+                        "one-sided,two-sided-long-edge"}}));
+    EXPECT_EQ(sourcesOf(answer, "DeviceAccessories.Tray2"),
+              (Sources{{"DeviceAccessories.Tray2", "media-source-supported", "main"}}));
+    EXPECT_EQ(sourcesOf(answer, "InstalledPensConfiguration.ZrPenDyes"),
+              (Sources{{"InstalledPensConfiguration", "marker-levels", "80,-3"}}));
+    EXPECT_EQ(sourcesOf(answer, "MaxSupportedResolution"),
+              (Sources{{"MaxSupportedResolution", "printer-resolution-supported", "600x300dpi"}}));
+    EXPECT_EQ(sourcesOf(answer, "CustomMediaTypes"),
+              (Sources{{"CustomMediaTypes", "media-col-database", "{media-type=Gloss}"}}));
+    EXPECT_EQ(sourcesOf(answer, "LinTable"), Sources());
+}
+
+TEST(IPPStatusMapping, ASourceIsCutToWhatAnybodyIsShown) {
+    IPPTestMessage answer;
+    const std::string exactly(IPPStatusMapping::kLongestSource, 'x');
+    answer.keywords("sides-supported", {exactly.c_str()})
+        .keywords("media-source-supported", {exactly.c_str(), "y"});
+    EXPECT_EQ(sourcesOf(answer, "DeviceAccessories.Duplexer").at(0).value, exactly);
+    EXPECT_EQ(sourcesOf(answer, "DeviceAccessories.Tray2").at(0).value, exactly.substr(3) + "...");
+}
+
+TEST(IPPStatusMapping, AnAttributeOfAnotherGroupIsNoSource) {
+    IPPTestMessage answer;
+    ippAddString(answer.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "sides-supported", nullptr,
+                 "two-sided-long-edge");
+    EXPECT_TRUE(sourcesOf(answer, "DeviceAccessories").empty());
+    answer.keywords("sides-supported", {"one-sided"});
+    EXPECT_EQ(sourcesOf(answer, "DeviceAccessories").at(0).value, "one-sided");
+}
+
 TEST(IPPStatusMapping, TheReasonsForDroppedValuesAreBounded) {
     const std::vector<const char*> values(5000, "three-sided");
     IPPTestMessage answer;
