@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -31,12 +30,9 @@ class OrbICCProfile {
     /// The profile's number; nothing when it has none.
     virtual std::optional<std::uint64_t> profileID() const = 0;
 
-    /// Whether the two are the same profile: URL, qualifier and ID are equal.
+    /// Whether the two are the same profile: URL, qualifier and ID are equal, unless the class has
+    /// an equality of its own.
     virtual bool isEqual(const OrbICCProfile& other) const;
-
-    /// The same for profiles that are equal; a class that has an equality of its own overrides
-    /// both.
-    virtual std::size_t hash() const;
 };
 
 }  // namespace TkPPDUpdating

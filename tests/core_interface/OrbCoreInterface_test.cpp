@@ -203,15 +203,6 @@ TEST(ICCProfile, EqualsAnotherThatLacksTheSameMembers) {
     EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", std::nullopt, 0)));
 }
 
-TEST(ICCProfile, HasAHashThatTellsProfilesApartByEachMember) {
-    const TestProfile profile("file:///p.icc", "q", 7);
-    EXPECT_EQ(profile.hash(), TestProfile("file:///p.icc", "q", 7).hash());
-    EXPECT_NE(profile.hash(), TestProfile("file:///o.icc", "q", 7).hash());
-    EXPECT_NE(profile.hash(), TestProfile("file:///p.icc", "r", 7).hash());
-    EXPECT_NE(profile.hash(), TestProfile("file:///p.icc", "q", 8).hash());
-    EXPECT_NE(profile.hash(), TestProfile("q", "file:///p.icc", 7).hash());
-}
-
 TEST(InvalidOperationError, NamesTheClassAndTheOperation) {
     const OrbInvalidOperationError error("OrbPPDUpdatingManager", "registerUpdaterClass");
     EXPECT_STREQ(error.what(), "OrbPPDUpdatingManager does not implement registerUpdaterClass");

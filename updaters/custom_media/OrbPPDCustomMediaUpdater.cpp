@@ -39,16 +39,6 @@ StringsDictionary propertiesInValue(std::optional<std::string_view> value) {
                  : StringsDictionary();
 }
 
-/// The same when they are to be written again. A value that could not stand in one PPD line, which
-/// an escape in a tampered text can make, counts as malformed: it must not become lines of its own.
-StringsDictionary writablePropertiesInValue(std::optional<std::string_view> value) {
-    auto properties = propertiesInValue(value);
-    const bool isWritable = std::none_of(
-        properties.begin(), properties.end(),
-        [](const auto& each) { return reasonTextCannotStandInPPDLine(each.second).has_value(); });
-    return isWritable ? std::move(properties) : StringsDictionary();
-}
-
 /// The qualifier that the properties of a choice name.
 std::optional<std::string> qualifierInProperties(std::optional<std::string_view> value) {
     auto properties = propertiesInValue(value);
@@ -61,6 +51,13 @@ std::optional<std::string> qualifierInProperties(std::optional<std::string_view>
 const std::string* nonEmptyValue(const StringsDictionary& properties, std::string_view key) {
     const auto entry = properties.find(key);
     return entry == properties.end() || entry->second.empty() ? nullptr : &entry->second;
+}
+
+/// The same when it can be written again. A value that could not stand in one PPD line, which an
+/// escape in a tampered text can make, counts as missing: it must not become lines of its own.
+const std::string* writableValue(const StringsDictionary& properties, std::string_view key) {
+    const std::string* const value = nonEmptyValue(properties, key);
+    return value && !reasonTextCannotStandInPPDLine(*value) ? value : nullptr;
 }
 
 /// The absolute path of the profile's file; nothing when the profile has no file URL.
@@ -86,10 +83,10 @@ std::shared_ptr<const OrbCustomMediaType> mediaTypeInPPD(
     }
     const auto english = PPDFile->attributesForName_spec(kEnglishMediaType, *codeName);
     const auto name = english.empty() ? choice->text() : english.back()->text();
-    const auto properties = writablePropertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
+    const auto properties = propertiesInValue(valueOfLast(PPDFile->attributesForName_spec(
         kZrChoiceProperties, std::string(kMediaTypePrefix).append(*codeName))));
-    const auto* const mediaID = nonEmptyValue(properties, kMediaIDKey);
-    const auto* const parentMediaID = nonEmptyValue(properties, kParentMediaIDKey);
+    const auto* const mediaID = writableValue(properties, kMediaIDKey);
+    const auto* const parentMediaID = writableValue(properties, kParentMediaIDKey);
     if (!mediaID || !parentMediaID) {
         return nullptr;
     }
@@ -100,7 +97,7 @@ std::shared_ptr<const OrbCustomMediaType> mediaTypeInPPD(
         parameters.emplace(kTkPPDCustomMediaTypeNameKey, std::string(*name));
         parameters.emplace(kTkPPDCustomMediaTypeIDKey, *mediaID);
         parameters.emplace(kTkPPDCustomMediaTypeParentIDKey, *parentMediaID);
-        const auto* const qualifier = nonEmptyValue(properties, kZrICCProfileId2);
+        const auto* const qualifier = writableValue(properties, kZrICCProfileId2);
         std::shared_ptr<const OrbICCProfile> profile =
             qualifier ? profileWithQualifier(*qualifier) : nullptr;
         if (profile) {
@@ -110,16 +107,27 @@ std::shared_ptr<const OrbCustomMediaType> mediaTypeInPPD(
     return OrbCustomMediaType::customMediaTypeWithPPDParameters(parameters);
 }
 
-/// Profiles by equality.
-struct ProfileHash {
-    std::size_t operator()(const OrbICCProfile* profile) const { return profile->hash(); }
-};
-struct ProfileEquality {
-    bool operator()(const OrbICCProfile* left, const OrbICCProfile* right) const {
-        return left == right || left->isEqual(*right);
+/// Whether the profile is equal to one of these. As a rule it is one of them; their equality, which
+/// a class may define, has no order that could be searched.
+class EqualProfiles {
+  public:
+    explicit EqualProfiles(const OrbPPDCustomMediaUpdater::ICCProfiles& profiles)
+        : profiles_(profiles) {
+        for (const auto& profile : profiles_) {
+            identical_.insert(profile.get());
+        }
     }
+
+    bool contains(const OrbICCProfile& profile) const {
+        return identical_.contains(&profile) ||
+               std::any_of(profiles_.begin(), profiles_.end(),
+                           [&profile](const auto& each) { return each->isEqual(profile); });
+    }
+
+  private:
+    const OrbPPDCustomMediaUpdater::ICCProfiles& profiles_;
+    std::unordered_set<const OrbICCProfile*> identical_;
 };
-using ProfileSet = std::unordered_set<const OrbICCProfile*, ProfileHash, ProfileEquality>;
 
 }  // namespace
 
@@ -189,10 +197,10 @@ PPDText OrbPPDCustomMediaUpdater::contentsForContents_updatedWithCustomMediaType
     clear();
     setPPDProcessor(OrbPPDProcessor::processorWithPPDContent(contents));
     deleteCustomInfo();
-    if (types.empty()) {
+    setCustomMediaTypes(std::move(types));
+    if (customMediaTypes_.empty()) {
         return PPDProcessor_->content();
     }
-    setCustomMediaTypes(std::move(types));
     return appendAll() ? PPDProcessor_->content() : nullptr;
 }
 
@@ -245,10 +253,7 @@ bool OrbPPDCustomMediaUpdater::appendCustomZrProfiles() {
 
 bool OrbPPDCustomMediaUpdater::appendZrChoiceProperties() {
     goToEnd();
-    ProfileSet inserted;
-    for (const auto& profile : customICCProfiles_) {
-        inserted.insert(profile.get());
-    }
+    const EqualProfiles inserted(customICCProfiles_);
     for (std::size_t i = 0; i < customMediaTypes_.size(); ++i) {
         const OrbCustomMediaType& type = *customMediaTypes_[i];
         StringsDictionary properties;
@@ -260,7 +265,7 @@ bool OrbPPDCustomMediaUpdater::appendZrChoiceProperties() {
             }
         }
         const auto profile = type.ICCProfile();
-        if (profile && inserted.contains(profile.get())) {
+        if (profile && inserted.contains(*profile)) {
             if (auto qualifier = PPDProfileQualifierForProfile(profile.get())) {
                 properties.emplace(kZrICCProfileId2, std::move(*qualifier));
             }

@@ -56,7 +56,7 @@ class OrbPPDCustomMediaUpdater : public ITkPPDUpdater,
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
 
-    /// The text with the block of an earlier run replaced by one for `types` (none of them null).
+    /// The text with the block of an earlier run replaced by one for `types`.
     /// Null when a line refuses to be written or the PPD lacks "*CloseUI: *MediaType" or
     /// "*CloseUI: *ZrICCProfileId2". Without types the block is only removed; a text that has none
     /// is then given back itself.
@@ -119,9 +119,12 @@ class OrbPPDCustomMediaUpdater : public ITkPPDUpdater,
     /// profile files stay.
     void deleteICCProfilesAndColorSyncProfiles(const std::vector<std::string>& qualifiers);
 
-    /// The media types of the run, in the order given.
+    /// The media types of the run, in the order given. Null entries are left out.
     const OrbCustomMediaTypes& customMediaTypes() const { return customMediaTypes_; }
-    void setCustomMediaTypes(OrbCustomMediaTypes types) { customMediaTypes_ = std::move(types); }
+    void setCustomMediaTypes(OrbCustomMediaTypes types) {
+        customMediaTypes_ = std::move(types);
+        std::erase(customMediaTypes_, nullptr);
+    }
 
     /// The choice names given out in the run, one for each media type.
     const std::vector<std::string>& customMediaNames() const { return customMediaNames_; }

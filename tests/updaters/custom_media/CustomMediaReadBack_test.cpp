@@ -329,8 +329,7 @@ TEST_F(CustomMediaReadBack, AChoiceWithoutANameIsCopiedWithoutAnything) {
 TEST_F(CustomMediaReadBack, EscapesInThePropertiesMakeNoLinesOfTheirOwn) {
     // A value without quotes around it may hold quoted strings, and these any character.
     for (const std::string value :
-         {R"(MediaID="1\n*cupsFilter: x";ParentMediaID=2;)", R"(MediaID=1;ParentMediaID="2\"";)",
-          R"(MediaID=1;ParentMediaID=2;ZrICCProfileId2="q\U2028";)"}) {
+         {R"(MediaID="1\n*cupsFilter: x";ParentMediaID=2;)", R"(MediaID=1;ParentMediaID="2\"";)"}) {
         const std::string source = PPDWith(
             choiceLines("custom1", "A"), "",
             "*ZrChoiceProperties MediaType.custom1: " + value + "\n" + categoryLines("custom1"));
@@ -341,6 +340,18 @@ TEST_F(CustomMediaReadBack, EscapesInThePropertiesMakeNoLinesOfTheirOwn) {
                                           "*ZrChoiceProperties MediaType.custom1: " + harmless +
                                               "\n" + categoryLines("custom1"))),
                 HasSubstr("\"MediaID=1;ParentMediaID=2é;\"\n"));
+}
+
+TEST_F(CustomMediaReadBack, AnUnwritablePropertyThatIsNotUsedDropsNoType) {
+    for (const std::string property :
+         {R"(Other="a\n*cupsFilter: x";)", R"(ZrICCProfileId2="q\U2028";)"}) {
+        const std::string source =
+            PPDWith(choiceLines("custom1", "A"), "",
+                    "*ZrChoiceProperties MediaType.custom1: MediaID=1;ParentMediaID=2;" + property +
+                        "\n" + categoryLines("custom1"));
+        EXPECT_EQ(copied(PPDWith(), source), updatedText(PPDWith(), {mediaType("A", "1", "2")}))
+            << property;
+    }
 }
 
 }  // namespace

@@ -216,6 +216,12 @@ TEST_F(CustomMediaRun, WithoutMediaTypesAndEarlierBlockTheTextItselfIsGivenBack)
     }
 }
 
+TEST_F(CustomMediaRun, NullEntriesAmongTheMediaTypesAreLeftOut) {
+    EXPECT_EQ(updatedText(PPDWith(), {nullptr, mediaType("A"), nullptr}),
+              updatedText(PPDWith(), {mediaType("A")}));
+    EXPECT_EQ(updatedText(PPDWith(), {nullptr}), PPDWith());
+}
+
 TEST_F(CustomMediaRun, ANullTextGivesNoText) {
     OrbPPDCustomMediaUpdater updater;
     EXPECT_EQ(updater.contentsForContents_updatedWithCustomMediaTypes(nullptr, {}), nullptr);
@@ -582,9 +588,6 @@ class ProfileOfQualifier : public PPDModelICCProfile {
     using PPDModelICCProfile::PPDModelICCProfile;
     bool isEqual(const OrbICCProfile& other) const override {
         return qualifierVer2() == other.qualifierVer2();
-    }
-    std::size_t hash() const override {
-        return std::hash<std::string_view>()(qualifierVer2().value_or(""));
     }
 };
 
