@@ -7,6 +7,7 @@
 
 #include "core_interface/TkCSKeys.h"
 #include "manager/ITkPPDStatusReading.h"
+#include "manager/StatusWithValue.h"
 #include "ppd/OrbPPDProcessor.h"
 
 namespace TkPPDUpdating {
@@ -15,24 +16,6 @@ namespace {
 
 /// PPD specification 4.3, section 3.6.
 constexpr std::size_t kLongestLine = 255;
-
-/// A status whose pens' configuration is another.
-class StatusWithPens : public OrbCSDeviceStatus {
-  public:
-    StatusWithPens(std::shared_ptr<const OrbCSDeviceStatus> status, OrbCSPensConfiguration pens)
-        : status_(std::move(status)), pens_(std::move(pens)) {}
-
-    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
-                                                    std::string* error) const override {
-        return key == kTkCSInstalledPensConfigurationKey
-                   ? &pens_
-                   : status_->statusValueForKey_error(key, error);
-    }
-
-  private:
-    std::shared_ptr<const OrbCSDeviceStatus> status_;
-    OrbCSStatusValue pens_;
-};
 
 /// The PPD keyword of a pens' value that an entry stands for; nothing for any other entry.
 std::optional<std::string_view> penKeywordOfEntry(std::string_view entry) {
@@ -85,20 +68,29 @@ std::optional<std::string> onlyUnquotedValue(std::string_view contents, std::str
     return fits ? std::optional(std::move(value)) : std::nullopt;
 }
 
-/// The values of all entries, which are the pens', as they stand in the PPD; nothing when one of
-/// them cannot be taken from there.
-std::optional<OrbPPDUpdatingValues> penValuesInPPD(const std::vector<std::string>& entries,
-                                                   std::string_view contents) {
-    OrbPPDUpdatingValues values;
-    for (const std::string& entry : entries) {
-        const auto keyword = penKeywordOfEntry(entry);
+/// Whether those custom media types were told that the status holds, and no more.
+bool areSomeMediaTypesTold(std::string_view entry, const std::optional<OrbCSToldEntries>& told) {
+    return entry == kTkCSCustomMediaTypesKey &&
+           told->contains(OrbCSPartialStatus::entryForPart(kTkCSCustomMediaTypesKey,
+                                                           kTkCSReportedMediaTypesPart));
+}
+
+/// Adds to the decision how each entry that was not told is completed; false when one cannot be.
+bool complete(OrbPPDToldDecision& decision, const std::optional<OrbCSToldEntries>& told,
+              bool isSomeTold, std::string_view contents) {
+    for (const std::string& entry : decision.notTold) {
+        if (areSomeMediaTypesTold(entry, told)) {
+            decision.completesMediaTypes = true;
+            continue;
+        }
+        const auto keyword = isSomeTold ? penKeywordOfEntry(entry) : std::nullopt;
         auto value = keyword ? onlyUnquotedValue(contents, *keyword) : std::nullopt;
         if (!value) {
-            return std::nullopt;
+            return false;
         }
-        values.emplace(*keyword, *std::move(value));
+        decision.completedPenValues.emplace(*keyword, *std::move(value));
     }
-    return values;
+    return true;
 }
 
 }  // namespace
@@ -120,11 +112,12 @@ OrbPPDToldDecision OrbPPDToldRule::decision(const ITkPPDUpdater& updater,
     if (decision.notTold.empty()) {
         return decision;
     }
-    const bool isSomeTold = decision.notTold.size() < entries.size();
-    auto values = isSomeTold ? penValuesInPPD(decision.notTold, contents) : std::nullopt;
-    decision.kind =
-        values ? OrbPPDToldDecision::Kind::runCompleted : OrbPPDToldDecision::Kind::keep;
-    decision.completedPenValues = std::move(values).value_or(OrbPPDUpdatingValues());
+    OrbPPDToldDecision completed = decision;
+    completed.kind = OrbPPDToldDecision::Kind::runCompleted;
+    if (complete(completed, told, decision.notTold.size() < entries.size(), contents)) {
+        return completed;
+    }
+    decision.kind = OrbPPDToldDecision::Kind::keep;
     return decision;
 }
 
@@ -139,7 +132,8 @@ std::shared_ptr<const OrbCSDeviceStatus> OrbPPDToldRule::completedStatus(
     for (const auto& [keyword, value] : penValues) {
         pens.PPDAttributeValues.insert_or_assign(keyword, value);
     }
-    return std::make_shared<const StatusWithPens>(std::move(status), std::move(pens));
+    return std::make_shared<const StatusWithValue>(
+        std::move(status), kTkCSInstalledPensConfigurationKey, std::move(pens));
 }
 
 }  // namespace TkPPDUpdating

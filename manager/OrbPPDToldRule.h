@@ -17,7 +17,7 @@ struct OrbPPDToldDecision {
     enum class Kind {
         /// Everything that it reads was told, or it does not say what it reads.
         run,
-        /// It may run once the pens' values that were not told are completed.
+        /// It may run once what was not told is completed from the PPD.
         runCompleted,
         /// It may not run: its lines stay.
         keep,
@@ -28,6 +28,9 @@ struct OrbPPDToldDecision {
     std::vector<std::string> notTold;
     /// For `runCompleted`: pens' keyword to the value that stands in the PPD.
     OrbPPDUpdatingValues completedPenValues;
+    /// For `runCompleted`: whether the custom media types that stand in the PPD and are not among
+    /// those of the status have to be added to these.
+    bool completesMediaTypes = false;
 };
 
 /// The rule "what was not told stays as it is", for callers of a manager.
@@ -49,7 +52,8 @@ class OrbPPDToldRule {
     ///
     /// Where only some of the pens' values that it reads were told, each of the others is completed
     /// from the PPD if exactly one line of its keyword is there, unquoted and short enough to be
-    /// written again (255 bytes, PPD specification 4.3); otherwise the updater may not run.
+    /// written again (255 bytes, PPD specification 4.3); otherwise the updater may not run. Where
+    /// only some of the custom media types were told, the others are to be completed.
     static OrbPPDToldDecision decision(const ITkPPDUpdater& updater,
                                        const std::optional<OrbCSToldEntries>& told,
                                        std::string_view contents);

@@ -4,10 +4,12 @@
 #include <set>
 #include <utility>
 
-#include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDToldRule.h"
 #include "manager/OrbPPDUpdatingContext.h"
+#include "manager/StatusWithValue.h"
+#include "sync/CustomMediaBlock.h"
+#include "sync/FollowedDefaults.h"
 
 namespace TkPPDUpdating {
 
@@ -47,8 +49,8 @@ std::string_view wordsForEntry(std::string_view entry) {
 }  // namespace
 
 PPDUpdate::PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
-                     std::shared_ptr<const PPDModelFile> PPD)
-    : manager_(std::move(manager)), PPD_(std::move(PPD)) {
+                     std::shared_ptr<const PPDModelFile> PPD, Defaults defaults)
+    : manager_(std::move(manager)), PPD_(std::move(PPD)), defaults_(defaults) {
     for (const auto& updater : manager_->applicableUpdatersForPPDFile(PPD_.get())) {
         hasUpdaters_ = true;
         needsStatus_ = needsStatus_ || OrbPPDToldRule::readsStatus(*updater);
@@ -59,9 +61,15 @@ void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule 
     answer_ = status;
     status_ = std::move(status);
     const auto told = OrbCSPartialStatus::toldEntriesOf(*status_);
-    if (rule == Rule::allUpdatersRun || !told) {
-        return;
+    if (rule == Rule::whatWasNotToldStays && told) {
+        leaveWhatWasNotTold(*told);
     }
+    if (defaults_ == Defaults::keepTheirMeaning) {
+        placeMediaTypes();
+    }
+}
+
+void PPDUpdate::leaveWhatWasNotTold(const OrbCSToldEntries& told) {
     std::set<std::string> kept;
     OrbPPDUpdatingValues penValues;
     const auto classes = manager_->registeredClasses();
@@ -72,13 +80,40 @@ void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule 
         }
         auto decision = OrbPPDToldRule::decision(*updater, told, *PPD_->text());
         penValues.merge(decision.completedPenValues);
-        kept.insert(decision.notTold.begin(), decision.notTold.end());
-        if (decision.kind == OrbPPDToldDecision::Kind::keep) {
+        const bool canRun = decision.kind != OrbPPDToldDecision::Kind::keep &&
+                            (!decision.completesMediaTypes || completeMediaTypes());
+        if (!canRun) {
             manager_->unregisterUpdaterClass(updaterClass);
         }
+        kept.insert(decision.notTold.begin(), decision.notTold.end());
     }
     status_ = OrbPPDToldRule::completedStatus(std::move(status_), penValues);
     keptEntries_.assign(kept.begin(), kept.end());
+}
+
+const OrbCustomMediaTypes* PPDUpdate::mediaTypes() const {
+    return status_->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
+}
+
+void PPDUpdate::setMediaTypes(OrbCustomMediaTypes types) {
+    status_ = std::make_shared<const StatusWithValue>(std::move(status_), kTkCSCustomMediaTypesKey,
+                                                      std::move(types));
+}
+
+bool PPDUpdate::completeMediaTypes() {
+    const auto* const types = mediaTypes();
+    auto completed =
+        completedMediaTypes(customMediaBlock(*PPD_), types ? *types : OrbCustomMediaTypes());
+    if (completed) {
+        setMediaTypes(*std::move(completed));
+    }
+    return completed.has_value();
+}
+
+void PPDUpdate::placeMediaTypes() {
+    if (const auto* const types = mediaTypes()) {
+        setMediaTypes(inEarlierPlaces(customMediaBlock(*PPD_), *types));
+    }
 }
 
 std::string PPDUpdate::wordsForKeptEntries(const std::vector<std::string>& entries) {
@@ -90,10 +125,16 @@ std::string PPDUpdate::wordsForKeptEntries(const std::vector<std::string>& entri
     return words.empty() ? words : words + ", which the printer did not tell";
 }
 
-PPDText PPDUpdate::updatedText(std::optional<std::string_view> deviceURI) const {
-    return manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
+PPDText PPDUpdate::updatedText(std::optional<std::string_view> deviceURI) {
+    PPDText text = manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
         PPD_->text(), *PPD_, deviceURI,
         OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status_, nullptr));
+    if (defaults_ == Defaults::areAsWritten) {
+        return text;
+    }
+    FollowedDefaults followed = defaultsFollowingMediaTypes(*PPD_, std::move(text));
+    notes_ = std::move(followed.notes);
+    return followed.text;
 }
 
 std::optional<OrbPPDUpdatingValues> PPDUpdate::updatingValues(

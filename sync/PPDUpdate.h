@@ -8,6 +8,8 @@
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbCSPartialStatus.h"
+#include "core_interface/OrbCSStatusValue.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "ppd/PPDText.h"
 #include "sync/PPDUpdateStep.h"
@@ -24,9 +26,15 @@ class PPDUpdate {
     /// Which updaters may run on an answer that does not tell all that they read.
     enum class Rule { whatWasNotToldStays, allUpdatersRun };
 
+    /// What becomes of defaults that are custom media types, and of the types' numbers: they keep
+    /// their meaning (`defaultsFollowingMediaTypes`, `inEarlierPlaces`), or all is as the updaters
+    /// write it.
+    enum class Defaults { keepTheirMeaning, areAsWritten };
+
     /// `manager` has the classes that are to run at most; neither is null.
     PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
-              std::shared_ptr<const PPDModelFile> PPD);
+              std::shared_ptr<const PPDModelFile> PPD,
+              Defaults defaults = Defaults::keepTheirMeaning);
 
     /// Whether any updater has something to do for the PPD.
     bool hasUpdaters() const { return hasUpdaters_; }
@@ -47,7 +55,10 @@ class PPDUpdate {
 
     /// The updated text, the text of the PPD itself when nothing changed. Raises
     /// `std::out_of_range` as the manager does.
-    PPDText updatedText(std::optional<std::string_view> deviceURI) const;
+    PPDText updatedText(std::optional<std::string_view> deviceURI);
+
+    /// What else is to be told of the updated text, one phrase each.
+    const std::vector<std::string>& notes() const { return notes_; }
 
     /// What each updater does, one after the other; it repeats the update. Raises as above.
     std::vector<PPDUpdateStep> steps(std::optional<std::string_view> deviceURI) const {
@@ -62,12 +73,20 @@ class PPDUpdate {
     const OrbPPDConcreteUpdatingManager& manager() const { return *manager_; }
 
   private:
+    void leaveWhatWasNotTold(const OrbCSToldEntries& told);
+    bool completeMediaTypes();
+    void placeMediaTypes();
+    const OrbCustomMediaTypes* mediaTypes() const;
+    void setMediaTypes(OrbCustomMediaTypes types);
+
     std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
     std::shared_ptr<const PPDModelFile> PPD_;
+    Defaults defaults_;
     /// As it was handed in, and completed.
     std::shared_ptr<const OrbCSDeviceStatus> answer_;
     std::shared_ptr<const OrbCSDeviceStatus> status_;
     std::vector<std::string> keptEntries_;
+    std::vector<std::string> notes_;
     bool hasUpdaters_ = false;
     bool needsStatus_ = false;
 };

@@ -56,6 +56,10 @@ class QueueSync::Work::Steps {
 
   private:
     bool end(QueueSyncResult result) {
+        if (result == QueueSyncResult::updated || result == QueueSyncResult::wouldUpdate) {
+            const auto& notes = update_->notes();
+            outcome_.notes.insert(outcome_.notes.begin(), notes.begin(), notes.end());
+        }
         outcome_.result = result;
         return false;
     }

@@ -182,6 +182,19 @@ TEST(OrbPPDToldRuleTest, CompletesNothingButThePensValues) {
     EXPECT_EQ(OrbPPDToldRule::decision(withTheWhole, kDyesAlone, contents).kind, Kind::keep);
 }
 
+TEST(OrbPPDToldRuleTest, SomeMediaTypesAreToBeCompleted) {
+    const ReadingUpdater updater({"CustomMediaTypes"});
+    const auto some =
+        OrbPPDToldRule::decision(updater, OrbCSToldEntries{"CustomMediaTypes.reported"}, "");
+    EXPECT_EQ(some.kind, Kind::runCompleted);
+    EXPECT_TRUE(some.completesMediaTypes);
+    const auto none = OrbPPDToldRule::decision(updater, OrbCSToldEntries(), "");
+    EXPECT_EQ(none.kind, Kind::keep);
+    EXPECT_FALSE(none.completesMediaTypes);
+    EXPECT_FALSE(OrbPPDToldRule::decision(updater, OrbCSToldEntries{"CustomMediaTypes"}, "")
+                     .completesMediaTypes);
+}
+
 TEST(OrbPPDToldRuleTest, TheCompletedStatusHasTheAddedValuesAndAllOthers) {
     OrbCSPensConfiguration pens;
     pens.codeName = "Four";

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <csignal>
 #include <sstream>
@@ -111,6 +112,118 @@ TEST_F(SyncRoundTrip, ThePrintersAccessoriesBecomeTheQueuesDefaultsAndGoAgain) {
     EXPECT_THAT(shownOption("inkjet", "ZrLowerTrayInstalled"), HasSubstr("*False"));
 
     EXPECT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*PhotoGlossy"));
+}
+
+/// The lines of a PPD that begin with "*" and one of these keywords.
+std::vector<std::string> linesOf(const std::string& PPD, const std::vector<std::string>& keywords) {
+    std::vector<std::string> lines;
+    std::istringstream stream(PPD);
+    for (std::string line; std::getline(stream, line);) {
+        const bool isWanted = std::ranges::any_of(
+            keywords, [&line](const std::string& each) { return line.starts_with("*" + each); });
+        if (isWanted) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+TEST_F(SyncRoundTrip, AFirstRunOverIPPLeavesWhatIPPCannotTell) {
+    SimulatedPrinter printer(
+        std::string(kFullPrinter) +
+        "ATTR octetString printer-supply \"type=inkCartridge;level=80;colorantname=cyan;\","
+        "\"type=inkCartridge;level=0;colorantname=black;\"\n"
+        "ATTR text printer-supply-description \"Cyan ink\",\"Black ink\"\n"
+        "ATTR collection media-col-database {\n  MEMBER name media-type \"My Gloss\"\n}\n");
+    scheduler_->addQueue("inkjet", printer.URI(), kInkjetPPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("inkjet"));
+    const ProgramResult run = sync({"inkjet"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+    EXPECT_THAT(run.standardOutput,
+                HasSubstr("  kept: ZrPenActualDropVolumes, ZrPenBriskDropVolumes, "
+                          "ZrPenDropVolumes, ZrPenEverydayStatus, ZrPenFamilyIDs, "
+                          "ZrPenHasPrintheadDefect, ZrPenNominalDropVolumes, ZrPensConfigName, "
+                          "pens configuration, calibration, pages left, which the printer did not "
+                          "tell\n"));
+    const std::string after = contentsOfFile(scheduler_->PPDPath("inkjet"));
+    const std::vector<std::string> kept = {"ZrPenActualDropVolumes",
+                                           "ZrPenBriskDropVolumes",
+                                           "ZrPenDropVolumes",
+                                           "ZrPenEverydayStatus",
+                                           "ZrPenFamilyIDs",
+                                           "ZrPenHasPrintheadDefect",
+                                           "ZrPenNominalDropVolumes",
+                                           "ZrPensConfigName",
+                                           "DefaultZrPenConfig",
+                                           "BPECalibrationDue",
+                                           "ZrEPR",
+                                           "DefaultPageSize"};
+    EXPECT_GE(linesOf(before, kept).size(), 17U);
+    EXPECT_EQ(linesOf(after, kept), linesOf(before, kept));
+    EXPECT_EQ(linesOf(after, {"ZrPenDyes", "ZrPenInkSufficient"}),
+              (std::vector<std::string>{"*ZrPenDyes: C,K", "*ZrPenInkSufficient: 1,0"}));
+    EXPECT_THAT(after, HasSubstr("*MediaType custom1/My Gloss:"));
+    EXPECT_THAT(sync({"inkjet"}).standardOutput, HasSubstr("inkjet: unchanged\n"));
+
+    const ProgramResult all = sync({"inkjet", "--all-updaters"});
+    EXPECT_THAT(all.standardOutput, HasSubstr("inkjet: updated\n"));
+    EXPECT_THAT(all.standardOutput, Not(HasSubstr("kept: ")));
+    EXPECT_THAT(contentsOfFile(scheduler_->PPDPath("inkjet")),
+                HasSubstr("\n*BPECalibrationDue: True\n"));
+}
+
+TEST_F(SyncRoundTrip, AnAnswerThatTellsLessTakesNothingAway) {
+    SimulatedPrinter printer(
+        std::string(kFullPrinter) +
+        "ATTR collection media-col-database {\n  MEMBER name media-type \"My Gloss\"\n},{\n"
+        "  MEMBER name media-type \"My Canvas\"\n}\n");
+    scheduler_->addQueue("inkjet", printer.URI(), kInkjetPPD);
+    ASSERT_EQ(sync({"inkjet"}).exitStatus, 0);
+    const std::string installed = contentsOfFile(scheduler_->PPDPath("inkjet"));
+    ASSERT_THAT(installed, HasSubstr("*MediaType custom2/My Canvas:"));
+    for (const char* less :
+         {"ATTR keyword media-source-supported main,alternate\n",
+          "ATTR keyword sides-supported one-sided,two\"sided\n",
+          "ATTR collection media-col-database {\n  MEMBER name media-type \"My Gloss\"\n},{\n"
+          "  MEMBER name media-type \"My: Canvas\"\n}\n"}) {
+        printer.setAttributes(less);
+        const ProgramResult run = sync({"inkjet"});
+        EXPECT_EQ(run.exitStatus, 0) << run.standardOutput;
+        EXPECT_THAT(run.standardOutput, HasSubstr("inkjet: unchanged\n  kept: ")) << less;
+        EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), installed) << less;
+    }
+}
+
+TEST_F(SyncRoundTrip, TheDefaultFollowsItsMedium) {
+    const auto record = [this](const std::string& types) {
+        return scheduler_->directory().write(
+            "printer.json",
+            R"({"CustomMediaTypes": [)" + types + R"(], "Told": ["CustomMediaTypes"]})");
+    };
+    const std::string gloss = R"({"name": "Gloss", "mediaID": "1"})";
+    const std::string canvas = R"({"name": "Canvas", "mediaID": "2"})";
+    scheduler_->addQueue("inkjet", "file://" + record(gloss + "," + canvas), kInkjetPPD);
+    ASSERT_EQ(sync({"inkjet"}).exitStatus, 0);
+    ASSERT_EQ(
+        scheduler_->runClient({"lpadmin", "-p", "inkjet", "-o", "MediaType=custom2"}).exitStatus,
+        0);
+
+    record(canvas + "," + gloss);
+    EXPECT_THAT(sync({"inkjet"}).standardOutput, HasSubstr("inkjet: unchanged\n"));
+    EXPECT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*custom2"));
+
+    record(canvas);
+    EXPECT_EQ(sync({"inkjet"}).exitStatus, 0);
+    EXPECT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*custom1"));
+    EXPECT_THAT(contentsOfFile(scheduler_->PPDPath("inkjet")),
+                HasSubstr("*MediaType custom1/Canvas:"));
+
+    record(gloss);
+    const ProgramResult gone = sync({"inkjet"});
+    EXPECT_EQ(gone.exitStatus, 0) << gone.standardOutput;
+    EXPECT_THAT(gone.standardOutput,
+                HasSubstr("the default Media Type \"Canvas\" is gone: it is \"Plain"));
+    EXPECT_THAT(shownOption("inkjet", "MediaType"), HasSubstr("*Plain"));
 }
 
 TEST_F(SyncRoundTrip, NothingElseOfTheQueueMoves) {

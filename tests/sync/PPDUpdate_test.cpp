@@ -6,6 +6,7 @@
 #include "manager/OrbClassTable.h"
 #include "tests/support/ParsedPPD.h"
 #include "tests/support/TestDoubles.h"
+#include "tests/sync/CustomMediaPPD.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -112,6 +113,66 @@ TEST(PPDUpdateTest, AMissingAccessoryDeclaresNoDuplexer) {
                      Rule::whatWasNotToldStays);
     EXPECT_EQ(*update.updatedText("x:"), "*PPD-Adobe: \"4.3\"\n" + lines);
     EXPECT_EQ(update.keptEntries(), Words{"DeviceAccessories.Duplexer"});
+}
+
+/// An update by a printer with these types.
+PPDUpdate updatedWithTypes(const PPDText& text, OrbCustomMediaTypes types,
+                           PPDUpdate::Defaults defaults) {
+    PPDUpdate update(allButPageSize(), PPDModelFile::fileWithText(text), defaults);
+    update.setStatus(std::make_shared<const FakeDeviceStatus>(
+                         FakeDeviceStatus::Values{{"CustomMediaTypes", std::move(types)}}),
+                     Rule::whatWasNotToldStays);
+    return update;
+}
+
+TEST(PPDUpdateTest, KnownMediaTypesKeepTheirChoiceAndTheDefaultIsToldWhenItsTypeIsGone) {
+    const auto gloss = mediaType("Gloss", "1");
+    const auto canvas = mediaType("Canvas", "2");
+    const auto file = parsedPPD(customMediaLines("custom2"));
+    const PPDText first =
+        updatedWithTypes(file->text(), {gloss, canvas}, PPDUpdate::Defaults::keepTheirMeaning)
+            .updatedText("x:");
+    const PPDText turned =
+        updatedWithTypes(first, {canvas, gloss}, PPDUpdate::Defaults::keepTheirMeaning)
+            .updatedText("x:");
+    EXPECT_EQ(*turned, *first);
+    PPDUpdate shorter = updatedWithTypes(first, {canvas}, PPDUpdate::Defaults::keepTheirMeaning);
+    EXPECT_NE(shorter.updatedText("x:")->find("*DefaultMediaType: custom1\n"), std::string::npos);
+    EXPECT_TRUE(shorter.notes().empty());
+    PPDUpdate gone = updatedWithTypes(first, {gloss}, PPDUpdate::Defaults::keepTheirMeaning);
+    EXPECT_NE(gone.updatedText("x:")->find("*DefaultMediaType: Plain\n"), std::string::npos);
+    EXPECT_EQ(gone.notes(),
+              Words{"the default Media Type \"Canvas\" is gone: it is \"Plain Paper\" now"});
+}
+
+TEST(PPDUpdateTest, AsWrittenTheTypesAreInThePrintersOrderAndTheDefaultStays) {
+    const auto file = parsedPPD(customMediaLines("custom2"));
+    const OrbCustomMediaTypes two = {mediaType("Gloss", "1"), mediaType("Canvas", "2")};
+    const PPDText first =
+        updatedWithTypes(file->text(), two, PPDUpdate::Defaults::areAsWritten).updatedText("x:");
+    const PPDText turned =
+        updatedWithTypes(first, {two[1], two[0]}, PPDUpdate::Defaults::areAsWritten)
+            .updatedText("x:");
+    EXPECT_NE(turned->find("*MediaType custom1/Canvas:"), std::string::npos);
+    EXPECT_NE(turned->find("*DefaultMediaType: custom2\n"), std::string::npos);
+}
+
+TEST(PPDUpdateTest, TypesThatTheAnswerLeftOutAreNotDeleted) {
+    const auto file = parsedPPD(customMediaLines("custom1"));
+    const PPDText first =
+        updatedWithTypes(file->text(), {mediaType("Gloss", "1"), mediaType("Canvas", "2")},
+                         PPDUpdate::Defaults::keepTheirMeaning)
+            .updatedText("x:");
+    PPDUpdate update(allButPageSize(), PPDModelFile::fileWithText(first));
+    update.setStatus(partial({{"CustomMediaTypes", OrbCustomMediaTypes{mediaType("New", "3")}}},
+                             {"CustomMediaTypes.reported"}),
+                     Rule::whatWasNotToldStays);
+    const PPDText text = update.updatedText("x:");
+    EXPECT_NE(text->find("*MediaType custom1/Gloss:"), std::string::npos);
+    EXPECT_NE(text->find("*MediaType custom2/Canvas:"), std::string::npos);
+    EXPECT_NE(text->find("*MediaType custom3/New:"), std::string::npos);
+    EXPECT_NE(text->find("*DefaultMediaType: custom1\n"), std::string::npos);
+    EXPECT_EQ(update.keptEntries(), Words{"CustomMediaTypes"});
 }
 
 TEST(PPDUpdateTest, SaysInWordsWhatWasKept) {
