@@ -1,7 +1,6 @@
 #include "tools/Backends.h"
 
 #include "backends/recorded/RecordedDeviceStatus.h"
-#include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/OrbCoreInterface.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
 #include "backends/cups/CUPSScheduler.h"
@@ -13,7 +12,7 @@ namespace TkPPDUpdating {
 
 namespace {
 
-std::shared_ptr<const TkCommunicationServices> builtInSchemes() {
+std::shared_ptr<const DeviceStatusSchemes> builtInSchemes() {
     auto schemes = std::make_shared<DeviceStatusSchemes>();
     registerRecordedDeviceStatus(*schemes);
 #ifdef TKPPDUPDATING_WITH_CUPS
@@ -37,9 +36,25 @@ PPDModelCore::QueuePPDSource builtInQueuePPDSource() {
 
 Backends::Backends()
     : core_(std::make_shared<const PPDModelCore>(builtInQueuePPDSource())),
-      devices_(std::make_shared<const OneAnswerServices>(builtInSchemes())) {
+      schemes_(builtInSchemes()),
+      devices_(std::make_shared<const OneAnswerServices>(schemes_)) {
     OrbCoreInterface::setCore(core_);
     OrbCoreInterface::setCommunicationServices(devices_);
+}
+
+std::optional<OrbCSError> Backends::mistakeInDeviceURI(const std::string& deviceURI) const {
+    using Cause = OrbCSError::Cause;
+    if (auto error = schemes_->errorInURI(deviceURI)) {
+        return error;
+    }
+    // A recording is on this machine: it is read at once, so that its mistakes are found whoever
+    // needs it.
+    OrbCSError error;
+    const bool isMistaken =
+        DeviceStatusSchemes::schemeOfURI(deviceURI) == "file" &&
+        !devices_->deviceStatusWithURI_parameters_error(deviceURI, nullptr, &error) &&
+        (error.cause == Cause::unreadableRecording || error.cause == Cause::malformedURI);
+    return isMistaken ? std::optional(error) : std::nullopt;
 }
 
 }  // namespace TkPPDUpdating

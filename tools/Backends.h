@@ -1,8 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/schemes/DeviceStatusSchemes.h"
+#include "core_interface/OrbCSError.h"
 #include "tools/OneAnswerServices.h"
 
 namespace TkPPDUpdating {
@@ -17,8 +21,14 @@ class Backends {
     const PPDModelCore& core() const { return *core_; }
     const OneAnswerServices& devices() const { return *devices_; }
 
+    /// What is wrong with a device URI that a user gave, and not with the printer: it has no scheme
+    /// or an unknown one, cannot be taken apart, or names a recording that is not there, cannot be
+    /// read or is malformed. Nothing otherwise; no printer is asked.
+    std::optional<OrbCSError> mistakeInDeviceURI(const std::string& deviceURI) const;
+
   private:
     std::shared_ptr<const PPDModelCore> core_;
+    std::shared_ptr<const DeviceStatusSchemes> schemes_;
     std::shared_ptr<const OneAnswerServices> devices_;
 };
 

@@ -1,6 +1,7 @@
 #include "tools/DeviceOutcome.h"
 
 #include "backends/schemes/ReportedDeviceStatus.h"
+#include "tools/DeviceURIMistake.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 
@@ -19,37 +20,30 @@ CLI::Option* DeviceOutcome::addTo(CLI::App& subcommand, CLI::App& group) {
     return device;
 }
 
-std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(
-    const OrbDictionary& parameters) const {
-    return OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, &parameters,
-                                                                   nullptr);
+void DeviceOutcome::refuseMistake(const Backends& backends) const {
+    refuseMistakenDeviceURI(backends, deviceURI_);
 }
 
-std::string DeviceOutcome::reasonForSilence(const OneAnswerServices& devices) const {
-    const auto answer = devices.answerOfDevice(deviceURI_);
-    return Diagnostics::nameOfDevice(deviceURI_) + " gave no status" +
-           (answer && !answer->error.reason.empty() ? ": " + answer->error.reason : "");
-}
-
-void DeviceOutcome::report(const std::string& place, const OneAnswerServices& devices,
-                           const OrbDictionary& parameters) const {
-    if (isRequired_) {
-        (void)status(parameters);
+std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(const std::string& place,
+                                                               const OrbDictionary& parameters,
+                                                               Silence silence) const {
+    OrbCSError error;
+    auto status =
+        OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, &parameters, &error);
+    const std::string name = Diagnostics::nameOfDevice(deviceURI_);
+    if (!status) {
+        const std::string reason =
+            name + " gave no status" + (error.reason.empty() ? "" : ": " + error.reason);
+        if (isRequired_ || silence == Silence::isFailure) {
+            throw Failure(ExitStatus::deviceSilent, place, reason);
+        }
+        Diagnostics::warning(place, reason);
+        return nullptr;
     }
-    const auto answer = devices.answerOfDevice(deviceURI_);
-    if (!answer) {
-        return;
+    for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*status)) {
+        Diagnostics::warning(place, name + ": " + dropped);
     }
-    if (!answer->status && isRequired_) {
-        throw Failure(ExitStatus::deviceSilent, place, reasonForSilence(devices));
-    }
-    if (!answer->status) {
-        Diagnostics::warning(place, reasonForSilence(devices));
-        return;
-    }
-    for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*answer->status)) {
-        Diagnostics::warning(place, Diagnostics::nameOfDevice(deviceURI_) + ": " + dropped);
-    }
+    return status;
 }
 
 }  // namespace TkPPDUpdating

@@ -7,7 +7,7 @@
 
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbDictionary.h"
-#include "tools/OneAnswerServices.h"
+#include "tools/Backends.h"
 
 namespace TkPPDUpdating {
 
@@ -20,19 +20,20 @@ class DeviceOutcome {
 
     const std::string& deviceURI() const { return deviceURI_; }
 
-    /// Asks the device, if nobody has yet; null when it gives no status.
-    std::shared_ptr<const OrbCSDeviceStatus> status(const OrbDictionary& parameters) const;
+    /// Ends the command when the URI is a mistake (`refuseMistakenDeviceURI`).
+    void refuseMistake(const Backends& backends) const;
 
-    /// What kept the device from giving a status, for a diagnostic.
-    std::string reasonForSilence(const OneAnswerServices& devices) const;
+    /// Whether a silent printer is the end of the run, or a warning.
+    enum class Silence { isFailure, isWarning };
 
-    /// Tells what the run met, to be called when there is a result about `place`: a warning for a
-    /// device that was asked and gave no status, and for each text of a status that was dropped.
-    /// With --require-device the device is asked now if no updater needed it, and its silence is a
-    /// `Failure`. Without a device URI it does nothing.
-    void report(const std::string& place, const OneAnswerServices& devices,
-                const OrbDictionary& parameters) const;
+    /// Asks the device, if nobody has yet, and tells what was dropped of its answer. Null, with a
+    /// warning about `place`, when it gives no status and that is none of `Silence::isFailure` and
+    /// --require-device; these end the command with exit status 3.
+    std::shared_ptr<const OrbCSDeviceStatus> status(const std::string& place,
+                                                    const OrbDictionary& parameters,
+                                                    Silence silence) const;
 
+    /// Whether the device is asked even when no updater needs it.
     bool isRequired() const { return isRequired_; }
 
   private:

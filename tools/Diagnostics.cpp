@@ -58,6 +58,10 @@ void Diagnostics::warning(std::string_view place, std::string_view reason) {
     writeLine(place, "warning: ", reason);
 }
 
+void Diagnostics::note(std::string_view place, std::string_view text) {
+    writeLine(place, "", text);
+}
+
 std::string Diagnostics::printable(std::string_view text) {
     std::string printable;
     printable.reserve(text.size());

@@ -16,6 +16,9 @@ class Diagnostics {
     /// The same, marked as a warning.
     static void warning(std::string_view place, std::string_view reason);
 
+    /// The same for what is neither wrong nor doubtful.
+    static void note(std::string_view place, std::string_view text);
+
     /// The text with every control character, those that change the direction of a text among them,
     /// and every byte that is not UTF-8 written as "\xNN", so that a file name or a printer's text
     /// can neither begin a line nor steer a terminal nor make a line read as another.

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "core_interface/OrbCoreInterface.h"
 #include "manager/OrbClassTable.h"
+#include "ppd/PPDTextSafety.h"
+#include "tools/Failure.h"
 
 namespace TkPPDUpdating {
 
@@ -36,6 +39,16 @@ void RunOptions::addTo(CLI::App& subcommand) {
 
 bool RunOptions::areOnly(std::string_view className) const {
     return std::ranges::find(only_, className) != only_.end();
+}
+
+void RunOptions::refuseUnwritableUpdateTime() {
+    constexpr const char* kVariable = "ZrEPRLastUpdateTime";
+    const auto time = OrbCoreInterface::environment()->valueForVariable(kVariable);
+    const auto reason = time ? reasonTextCannotStandInPPDLine(*time) : std::nullopt;
+    if (reason) {
+        throw Failure(ExitStatus::noResult, "the environment variable " + std::string(kVariable),
+                      *reason);
+    }
 }
 
 std::unique_ptr<OrbPPDConcreteUpdatingManager> RunOptions::makeManager() const {

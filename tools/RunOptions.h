@@ -23,6 +23,10 @@ class RunOptions {
     /// Whether the user asked for this class with --only.
     bool areOnly(std::string_view className) const;
 
+    /// Ends the command when the time of the last update that the user's environment gives could
+    /// not stand in a line of the PPD: the updaters write it as it is.
+    static void refuseUnwritableUpdateTime();
+
     PPDUpdate::Rule rule() const {
         return runAllUpdaters_ ? PPDUpdate::Rule::allUpdatersRun
                                : PPDUpdate::Rule::whatWasNotToldStays;

@@ -3,14 +3,16 @@
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "tools/DeviceURIMistake.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
 
 namespace TkPPDUpdating {
 
-StatusCommand::StatusCommand(CLI::App& application)
-    : Command(application, "status", "Write what a printer reports, as a recorded status") {
+StatusCommand::StatusCommand(CLI::App& application, const Backends& backends)
+    : Command(application, "status", "Write what a printer reports, as a recorded status"),
+      backends_(backends) {
     subcommand()
         .add_option("URI", deviceURI_, "The printer; file:PATH names a recorded status")
         ->required()
@@ -18,12 +20,13 @@ StatusCommand::StatusCommand(CLI::App& application)
 }
 
 ExitStatus StatusCommand::run() {
+    refuseMistakenDeviceURI(backends_, deviceURI_);
     OrbCSError error;
     const std::string place = Diagnostics::nameOfDevice(deviceURI_);
     const auto status =
         OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, nullptr, &error);
     if (!status) {
-        throw Failure(ExitStatus::noResult, place, "gave no status: " + error.reason);
+        throw Failure(ExitStatus::deviceSilent, place, "gave no status: " + error.reason);
     }
     for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*status)) {
         Diagnostics::warning(place, dropped);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tools/Backends.h"
 #include "tools/Command.h"
 
 namespace TkPPDUpdating {
@@ -10,11 +11,13 @@ namespace TkPPDUpdating {
 /// and replayed anywhere.
 class StatusCommand : public Command {
   public:
-    explicit StatusCommand(CLI::App& application);
+    /// Neither is owned; both outlive the command.
+    StatusCommand(CLI::App& application, const Backends& backends);
 
     ExitStatus run() override;
 
   private:
+    const Backends& backends_;
     std::string deviceURI_;
 };
 

@@ -133,6 +133,7 @@ ExitStatus SyncCommand::run() {
         throw Failure(ExitStatus::usage, std::nullopt,
                       "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
     }
+    RunOptions::refuseUnwritableUpdateTime();
     const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))
                                              : std::nullopt);
     SystemLog::open();

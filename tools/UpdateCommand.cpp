@@ -1,10 +1,13 @@
 #include "tools/UpdateCommand.h"
 
-#include "backends/ppdmodel/PPDModelFile.h"
+#include <utility>
+
 #include "ppd/PPDTextFile.h"
+#include "sync/FollowedDefaults.h"
 #include "sync/UpdateGuard.h"
 #include "tools/AtomicReplacement.h"
 #include "tools/ChangeReport.h"
+#include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
 #include "tools/UnifiedDiff.h"
@@ -16,7 +19,7 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
       backends_(backends) {
     subcommand().add_option("FILE", file_, "The PPD to update")->required()->type_name("");
     auto* source = subcommand().add_option_group("Values", "Where the values come from");
-    device_.addTo(subcommand(), *source);
+    auto* device = device_.addTo(subcommand(), *source);
     source
         ->add_option("--queue", queueName_, "The print queue whose installed PPD gives the values")
         ->type_name("NAME");
@@ -26,16 +29,26 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
                        ->type_name("FILE");
     subcommand().add_flag("--in-place", isInPlace_, "Write into the PPD itself")->excludes(output);
     subcommand().add_flag("--diff", isDiff_, "Show a unified diff against the PPD instead");
+    subcommand()
+        .add_flag("--without-device", isWithoutDevice_,
+                  "Write into a file even when the printer gives no status")
+        ->needs(device)
+        ->excludes("--require-device");
     runOptions_.addTo(subcommand());
 }
 
 ExitStatus UpdateCommand::run() {
+    RunOptions::refuseUnwritableUpdateTime();
     std::optional<FileInPlace> inPlace;
     const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfFile();
-    const PPDText after = updatedText(before);
-    device_.report(file_, backends_.devices(), {});
-    if (isInPlace_ || output_) {
-        refuseHarm(before, *after);
+    std::string reason;
+    const auto PPDFile = PPDModelFile::fileWithText(before, &reason);
+    if (!PPDFile) {
+        throw Failure(ExitStatus::noResult, file_, reason);
+    }
+    const PPDText after = updatedText(PPDFile);
+    if (isFileWritten()) {
+        refuseHarm(*PPDFile, *after);
     }
     tellChanges(before, after);
     if (inPlace) {
@@ -59,30 +72,59 @@ PPDText UpdateCommand::textOfFile() const {
     return text;
 }
 
-PPDText UpdateCommand::updatedText(const PPDText& before) const {
-    std::string reason;
-    const auto PPDFile = PPDModelFile::fileWithText(before, &reason);
-    if (!PPDFile) {
-        throw Failure(ExitStatus::noResult, file_, reason);
-    }
-    const PPDText after = resultOf(file_, [&] {
-        const auto manager = runOptions_.makeManager();
-        return queueName_ ? manager->updatedPPDContentsForContents_PPDFile_queueName(
-                                before, *PPDFile, *queueName_)
-                          : manager->updatedPPDContentsForContents_PPDFile_deviceURI_context(
-                                before, *PPDFile, device_.deviceURI(), {});
-    });
+PPDText UpdateCommand::updatedText(const std::shared_ptr<const PPDModelFile>& before) const {
+    return resultOf(file_,
+                    [&] { return queueName_ ? textWithQueue(*before) : textWithDevice(before); });
+}
+
+PPDText UpdateCommand::textWithQueue(const PPDModelFile& before) const {
+    PPDText after = runOptions_.makeManager()->updatedPPDContentsForContents_PPDFile_queueName(
+        before.text(), before, *queueName_);
     if (!after) {
-        (void)backends_.core().queuePPDFile(queueName_.value_or(""), reason);
+        std::string reason;
+        (void)backends_.core().queuePPDFile(*queueName_, reason);
         throw Failure(ExitStatus::noResult, queueName_, reason);
+    }
+    if (defaults() == PPDUpdate::Defaults::areAsWritten) {
+        return after;
+    }
+    FollowedDefaults followed = defaultsFollowingMediaTypes(before, std::move(after));
+    for (const std::string& note : followed.notes) {
+        Diagnostics::warning(file_, note);
+    }
+    return followed.text;
+}
+
+PPDText UpdateCommand::textWithDevice(const std::shared_ptr<const PPDModelFile>& before) const {
+    using Silence = DeviceOutcome::Silence;
+    device_.refuseMistake(backends_);
+    PPDUpdate update(runOptions_.makeManager(), before, defaults());
+    if (update.needsStatus() || device_.isRequired()) {
+        const bool isFailure = isFileWritten() && !isWithoutDevice_;
+        if (auto status =
+                device_.status(file_, {}, isFailure ? Silence::isFailure : Silence::isWarning)) {
+            update.setStatus(std::move(status), runOptions_.rule());
+        }
+    }
+    PPDText after = update.updatedText(device_.deviceURI());
+    if (!update.keptEntries().empty()) {
+        Diagnostics::note(file_, PPDUpdate::wordsForKeptEntries(update.keptEntries()));
+    }
+    for (const std::string& note : update.notes()) {
+        Diagnostics::warning(file_, note);
     }
     return after;
 }
 
-void UpdateCommand::refuseHarm(const PPDText& before, const std::string& after) const {
-    const auto file = PPDModelFile::fileWithText(before);
-    const auto updaters = runOptions_.makeManager()->applicableUpdatersForPPDFile(file.get());
-    if (const auto reason = UpdateGuard::reasonNotToWrite(*before, after, updaters)) {
+PPDUpdate::Defaults UpdateCommand::defaults() const {
+    // Standard output gets what the operation gives, byte for byte.
+    return isFileWritten() || isDiff_ ? PPDUpdate::Defaults::keepTheirMeaning
+                                      : PPDUpdate::Defaults::areAsWritten;
+}
+
+void UpdateCommand::refuseHarm(const PPDModelFile& before, const std::string& after) const {
+    const auto updaters = runOptions_.makeManager()->applicableUpdatersForPPDFile(&before);
+    if (const auto reason = UpdateGuard::reasonNotToWrite(*before.text(), after, updaters)) {
         throw Failure(ExitStatus::noResult, file_, "the updated PPD is refused: " + *reason);
     }
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "backends/ppdmodel/PPDModelFile.h"
 #include "ppd/PPDText.h"
+#include "sync/PPDUpdate.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
 #include "tools/DeviceOutcome.h"
@@ -22,8 +25,12 @@ class UpdateCommand : public Command {
 
   private:
     PPDText textOfFile() const;
-    PPDText updatedText(const PPDText& before) const;
-    void refuseHarm(const PPDText& before, const std::string& after) const;
+    PPDText updatedText(const std::shared_ptr<const PPDModelFile>& before) const;
+    PPDText textWithQueue(const PPDModelFile& before) const;
+    PPDText textWithDevice(const std::shared_ptr<const PPDModelFile>& before) const;
+    void refuseHarm(const PPDModelFile& before, const std::string& after) const;
+    bool isFileWritten() const { return isInPlace_ || output_; }
+    PPDUpdate::Defaults defaults() const;
     void tellChanges(const PPDText& before, const PPDText& after) const;
 
     const Backends& backends_;
@@ -34,6 +41,7 @@ class UpdateCommand : public Command {
     std::optional<std::string> output_;
     bool isInPlace_ = false;
     bool isDiff_ = false;
+    bool isWithoutDevice_ = false;
 };
 
 }  // namespace TkPPDUpdating

@@ -1,9 +1,11 @@
 #include "tools/ValuesCommand.h"
 
 #include <nlohmann/json.hpp>
+#include <utility>
 
-#include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/TkCSKeys.h"
+#include "sync/PPDUpdate.h"
+#include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/StandardOutput.h"
 
@@ -41,39 +43,47 @@ ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
 }
 
 ExitStatus ValuesCommand::run() {
+    RunOptions::refuseUnwritableUpdateTime();
+    const auto PPDFile = queueName_ ? PPDOfQueue() : PPDOfFile();
+    device_.refuseMistake(backends_);
     const std::string place = queueName_.value_or(file_);
-    const OrbPPDUpdatingValues values =
-        resultOf(place, [&] { return queueName_ ? valuesForQueue(*queueName_) : valuesForFile(); });
-    device_.report(place, backends_.devices(), filterModeParameters());
+    const OrbPPDUpdatingValues values = resultOf(place, [&] { return valuesFor(PPDFile, place); });
     StandardOutput::write(JSONForValues(values));
     return ExitStatus::done;
 }
 
-OrbPPDUpdatingValues ValuesCommand::valuesForQueue(const std::string& queueName) const {
-    const auto values = runOptions_.makeManager()->PPDUpdatingValuesForQueueWithName_deviceURI(
-        queueName, device_.deviceURI());
-    if (!values) {
-        std::string reason;
-        (void)backends_.core().queuePPDFile(queueName, reason);
-        throw Failure(ExitStatus::noResult, queueName, reason);
-    }
-    return *values;
+std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfQueue() const {
+    std::string reason;
+    auto PPDFile = backends_.core().queuePPDFile(*queueName_, reason);
+    return PPDFile ? PPDFile : throw Failure(ExitStatus::noResult, queueName_, reason);
 }
 
-OrbPPDUpdatingValues ValuesCommand::valuesForFile() const {
+std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfFile() const {
     std::string reason;
-    const auto PPDFile = PPDModelFile::fileWithContentsOfFile(file_, &reason);
-    if (!PPDFile) {
-        throw Failure(ExitStatus::noResult, file_, reason);
+    auto PPDFile = PPDModelFile::fileWithContentsOfFile(file_, &reason);
+    return PPDFile ? PPDFile : throw Failure(ExitStatus::noResult, file_, reason);
+}
+
+OrbPPDUpdatingValues ValuesCommand::valuesFor(const std::shared_ptr<const PPDModelFile>& PPDFile,
+                                              const std::string& place) const {
+    using Silence = DeviceOutcome::Silence;
+    PPDUpdate update(runOptions_.makeManager(), PPDFile);
+    // The operation for a file begins with a status; the one for a queue asks when it needs one.
+    const bool isAsked = !queueName_ || update.needsStatus() || device_.isRequired();
+    auto status = isAsked ? device_.status(place, filterModeParameters(),
+                                           queueName_ ? Silence::isWarning : Silence::isFailure)
+                          : nullptr;
+    if (!status) {
+        return runOptions_.makeManager()
+            ->PPDUpdatingValuesForQueueWithName_deviceURI(queueName_, device_.deviceURI())
+            .value_or(OrbPPDUpdatingValues());
     }
-    const auto values =
-        runOptions_.makeManager()->PPDUpdatingValuesForDeviceStatus_deviceURI_PPDFile(
-            device_.status(filterModeParameters()), device_.deviceURI(), PPDFile.get());
-    if (!values) {
-        throw Failure(device_.isRequired() ? ExitStatus::deviceSilent : ExitStatus::noResult, file_,
-                      device_.reasonForSilence(backends_.devices()));
+    update.setStatus(std::move(status), runOptions_.rule());
+    auto values = update.updatingValues(device_.deviceURI());
+    if (!update.keptEntries().empty()) {
+        Diagnostics::note(place, PPDUpdate::wordsForKeptEntries(update.keptEntries()));
     }
-    return *values;
+    return std::move(values).value_or(OrbPPDUpdatingValues());
 }
 
 }  // namespace TkPPDUpdating

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "backends/ppdmodel/PPDModelFile.h"
 #include "manager/ITkPPDUpdater.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
@@ -20,8 +22,10 @@ class ValuesCommand : public Command {
     ExitStatus run() override;
 
   private:
-    OrbPPDUpdatingValues valuesForQueue(const std::string& queueName) const;
-    OrbPPDUpdatingValues valuesForFile() const;
+    std::shared_ptr<const PPDModelFile> PPDOfQueue() const;
+    std::shared_ptr<const PPDModelFile> PPDOfFile() const;
+    OrbPPDUpdatingValues valuesFor(const std::shared_ptr<const PPDModelFile>& PPDFile,
+                                   const std::string& place) const;
 
     const Backends& backends_;
     RunOptions runOptions_;

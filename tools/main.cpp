@@ -62,7 +62,7 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     UpdateCommand update(application, backends);
     ValuesCommand values(application, backends);
     UpdatersCommand updaters(application);
-    StatusCommand status(application);
+    StatusCommand status(application, backends);
 #ifdef TKPPDUPDATING_WITH_CUPS
     SyncCommand sync(application);
     RestoreCommand restore(application);

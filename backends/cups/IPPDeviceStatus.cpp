@@ -23,12 +23,15 @@ bool isCUPSFilterMode(const OrbDictionary* parameters) {
 
 void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatusLimits& limits) {
     for (const char* scheme : {"ipp", "ipps", "dnssd"}) {
-        schemes.registerScheme(scheme, [limits](const std::string& deviceURI,
-                                                const OrbDictionary* parameters,
-                                                OrbCSError& error) {
-            const auto time = isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
-            return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
-        });
+        schemes.registerScheme(
+            scheme,
+            [limits](const std::string& deviceURI, const OrbDictionary* parameters,
+                     OrbCSError& error) {
+                const auto time =
+                    isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
+                return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
+            },
+            IPPPrinterRequest::errorInURI);
     }
 }
 

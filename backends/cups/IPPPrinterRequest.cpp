@@ -23,6 +23,8 @@ namespace TkPPDUpdating {
 
 namespace {
 
+constexpr const char* kNoPrinter = "the URI names no IPP printer";
+
 /// Where a printer listens.
 struct Printer {
     std::string URI;
@@ -206,6 +208,13 @@ http_t* resolvedConnection(const std::string& deviceURI, std::chrono::millisecon
 
 }  // namespace
 
+std::optional<OrbCSError> IPPPrinterRequest::errorInURI(const std::string& deviceURI) {
+    if (isDNSSD(deviceURI) || printerWithURI(deviceURI)) {
+        return std::nullopt;
+    }
+    return OrbCSError{OrbCSError::Cause::malformedURI, kNoPrinter};
+}
+
 std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
     const std::string& deviceURI, OrbCSError& error) const {
     // Shared with the thread, which may outlive this call while it resolves a name.
@@ -213,7 +222,7 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
     if (!isDNSSD(deviceURI)) {
         auto separated = printerWithURI(deviceURI);
         if (!separated) {
-            error = {OrbCSError::Cause::malformedURI, "the URI names no IPP printer"};
+            error = {OrbCSError::Cause::malformedURI, kNoPrinter};
             return nullptr;
         }
         *printer = std::move(*separated);

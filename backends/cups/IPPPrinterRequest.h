@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "backends/cups/IPPDeviceStatus.h"
@@ -18,6 +19,10 @@ class IPPPrinterRequest {
     /// Null, with the cause and reason in `error`, when there is no status.
     std::shared_ptr<const IPPDeviceStatus> statusOfPrinter(const std::string& deviceURI,
                                                            OrbCSError& error) const;
+
+    /// What is wrong with the URI of a printer, nobody having been asked; nothing when it names
+    /// one.
+    static std::optional<OrbCSError> errorInURI(const std::string& deviceURI);
 
   private:
     IPPDeviceStatusLimits limits_;

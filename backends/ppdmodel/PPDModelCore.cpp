@@ -72,8 +72,8 @@ std::shared_ptr<const OrbPPDFile> PPDModelCore::PPDFileForQueueWithName(
     return queuePPDFile(queueName, ignored);
 }
 
-std::shared_ptr<const OrbPPDFile> PPDModelCore::queuePPDFile(const std::string& queueName,
-                                                             std::string& reason) const {
+std::shared_ptr<const PPDModelFile> PPDModelCore::queuePPDFile(const std::string& queueName,
+                                                               std::string& reason) const {
     reason.clear();
     if (!couldBeQueueName(queueName)) {
         reason = kNoQueueName;

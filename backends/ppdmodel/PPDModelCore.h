@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/TkCore.h"
 #include "ppd/PPDText.h"
 
@@ -41,8 +42,8 @@ class PPDModelCore : public TkCore {
 
     /// As `PPDFileForQueueWithName`; the reason for null goes to `reason`: one phrase that names
     /// the file or the scheduler's answer.
-    std::shared_ptr<const OrbPPDFile> queuePPDFile(const std::string& queueName,
-                                                   std::string& reason) const;
+    std::shared_ptr<const PPDModelFile> queuePPDFile(const std::string& queueName,
+                                                     std::string& reason) const;
 
     /// Whether the name could be that of a CUPS queue: 1 to 127 bytes, no "/", "#", white space or
     /// control character, not "." or "..".

@@ -22,7 +22,10 @@ std::shared_ptr<const OrbCSDeviceStatus> statusWithContentsOfFile(const std::str
     const PPDText recording = PPDTextWithContentsOfFile(path, &reason, kLargestRecording);
     auto status = recording ? RecordedDeviceStatus::statusWithJSON(*recording, reason) : nullptr;
     if (!status) {
-        error = {OrbCSError::Cause::unreadableRecording, path + ": " + reason};
+        const auto cause = reason == RecordedDeviceStatus::kSilence
+                               ? OrbCSError::Cause::unknown
+                               : OrbCSError::Cause::unreadableRecording;
+        error = {cause, path + ": " + reason};
     }
     return status;
 }
@@ -36,7 +39,7 @@ std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON
         return nullptr;
     }
     if (recording->is_null()) {
-        error = "the printer is recorded as silent";
+        error = kSilence;
         return nullptr;
     }
     RecordingReader reader;

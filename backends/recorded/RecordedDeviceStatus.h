@@ -19,6 +19,10 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
     /// tells everything.
     static constexpr std::string_view kToldMember = "Told";
 
+    /// The reason that is given for a recording that is just null, which stands for a printer that
+    /// was asked and gave no status.
+    static constexpr std::string_view kSilence = "the printer is recorded as silent";
+
     /// Reads a recording from JSON text (UTF-8). Null, and the reason with its place in `error`,
     /// when the text is not JSON or something in it has another type than the format says. A text
     /// that would do harm in a PPD (`ppd/PPDTextSafety.h`) is nothing, or is left out with what

@@ -33,15 +33,6 @@ std::string inLowerCase(std::string_view text) {
     return lower;
 }
 
-/// The scheme of a URI (RFC 3986, section 3.1) in lower case, or nothing.
-std::optional<std::string> schemeOf(std::string_view URI) {
-    const auto end = std::find_if_not(URI.begin(), URI.end(), canStandInScheme);
-    if (end == URI.end() || *end != ':' || end == URI.begin() || !isLetter(URI.front())) {
-        return std::nullopt;
-    }
-    return inLowerCase(URI.substr(0, static_cast<std::size_t>(end - URI.begin())));
-}
-
 std::string reasonForNoBackend(std::string_view scheme) {
     std::string reason = "no backend for the scheme \"";
     reason += scheme.substr(0, kLongestShownScheme);
@@ -51,20 +42,41 @@ std::string reasonForNoBackend(std::string_view scheme) {
 
 }  // namespace
 
-void DeviceStatusSchemes::registerScheme(std::string_view scheme, Backend backend) {
+std::optional<std::string> DeviceStatusSchemes::schemeOfURI(std::string_view URI) {
+    const auto end = std::find_if_not(URI.begin(), URI.end(), canStandInScheme);
+    if (end == URI.end() || *end != ':' || end == URI.begin() || !isLetter(URI.front())) {
+        return std::nullopt;
+    }
+    return inLowerCase(URI.substr(0, static_cast<std::size_t>(end - URI.begin())));
+}
+
+void DeviceStatusSchemes::registerScheme(std::string_view scheme, Backend backend, URICheck check) {
     if (backend) {
-        backends_.insert_or_assign(inLowerCase(scheme), std::move(backend));
+        schemes_.insert_or_assign(inLowerCase(scheme),
+                                  Scheme{std::move(backend), std::move(check)});
     } else {
-        backends_.erase(inLowerCase(scheme));
+        schemes_.erase(inLowerCase(scheme));
     }
 }
 
 std::vector<std::string> DeviceStatusSchemes::schemes() const {
     std::vector<std::string> names;
-    for (const auto& [scheme, backend] : backends_) {
-        names.push_back(scheme);
+    for (const auto& [name, scheme] : schemes_) {
+        names.push_back(name);
     }
     return names;
+}
+
+std::optional<OrbCSError> DeviceStatusSchemes::errorInURI(std::string_view deviceURI) const {
+    const auto name = schemeOfURI(deviceURI);
+    if (!name) {
+        return OrbCSError{OrbCSError::Cause::malformedURI, "the device URI has no scheme"};
+    }
+    const auto scheme = schemes_.find(*name);
+    if (scheme == schemes_.end()) {
+        return OrbCSError{OrbCSError::Cause::noBackend, reasonForNoBackend(*name)};
+    }
+    return scheme->second.check ? scheme->second.check(std::string(deviceURI)) : std::nullopt;
 }
 
 std::shared_ptr<const OrbCSDeviceStatus> DeviceStatusSchemes::deviceStatusWithURI_parameters_error(
@@ -76,17 +88,12 @@ std::shared_ptr<const OrbCSDeviceStatus> DeviceStatusSchemes::deviceStatusWithUR
         cause = {OrbCSError::Cause::malformedURI, "no device URI is given"};
         return nullptr;
     }
-    const auto scheme = schemeOf(*deviceURI);
-    if (!scheme) {
-        cause = {OrbCSError::Cause::malformedURI, "the device URI has no scheme"};
+    if (auto wrong = errorInURI(*deviceURI)) {
+        cause = *std::move(wrong);
         return nullptr;
     }
-    const auto backend = backends_.find(*scheme);
-    if (backend == backends_.end()) {
-        cause = {OrbCSError::Cause::noBackend, reasonForNoBackend(*scheme)};
-        return nullptr;
-    }
-    return backend->second(std::string(*deviceURI), parameters, cause);
+    return schemes_.find(*schemeOfURI(*deviceURI))
+        ->second.backend(std::string(*deviceURI), parameters, cause);
 }
 
 }  // namespace TkPPDUpdating

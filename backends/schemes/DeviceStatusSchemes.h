@@ -23,9 +23,21 @@ class DeviceStatusSchemes : public TkCommunicationServices {
     using Backend = std::function<std::shared_ptr<const OrbCSDeviceStatus>(
         const std::string& deviceURI, const OrbDictionary* parameters, OrbCSError& error)>;
 
+    /// Says what is wrong with a URI of the scheme, without asking the printer; nothing when it may
+    /// be asked.
+    using URICheck = std::function<std::optional<OrbCSError>(const std::string& deviceURI)>;
+
     /// Registers a backend for a scheme (RFC 3986, without the colon; case does not count),
-    /// replacing an earlier one; null takes the scheme away. Not while a status is being obtained.
-    void registerScheme(std::string_view scheme, Backend backend);
+    /// replacing an earlier one; null takes the scheme away. `check` may be null. Not while a
+    /// status is being obtained.
+    void registerScheme(std::string_view scheme, Backend backend, URICheck check = nullptr);
+
+    /// What is wrong with a device URI whatever the printer would say: it has no scheme, the scheme
+    /// has no backend, or the scheme's check refuses it. Nothing when the printer may be asked.
+    std::optional<OrbCSError> errorInURI(std::string_view deviceURI) const;
+
+    /// The scheme of a URI (RFC 3986, section 3.1) in lower case; nothing when it has none.
+    static std::optional<std::string> schemeOfURI(std::string_view URI);
 
     /// The registered schemes, sorted, in lower case.
     std::vector<std::string> schemes() const;
@@ -37,7 +49,12 @@ class DeviceStatusSchemes : public TkCommunicationServices {
         OrbCSError* error) const override;
 
   private:
-    std::map<std::string, Backend, std::less<>> backends_;
+    struct Scheme {
+        Backend backend;
+        URICheck check;
+    };
+
+    std::map<std::string, Scheme, std::less<>> schemes_;
 };
 
 }  // namespace TkPPDUpdating

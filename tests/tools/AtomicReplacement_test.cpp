@@ -191,7 +191,8 @@ TEST(AtomicReplacementTest, WritesToTheFileBehindStandardOutputWhereItStands) {
     const std::string ppd = directory.write("a.ppd", kPlainPPD);
     const std::string all = (directory.path() / "all").string();
     const ToolRun run = runScript(
-        "{ echo before; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+        "{ echo before; \"$0\" update \"$1\" --device-uri \"file:" TKPPDUPDATING_SOURCE_DIR
+        "/samples/status/zr-office-silent.json\" "
         "--output /dev/stdout; echo after; } >\"$2\"",
         {ppd, all});
     EXPECT_EQ(run.exitStatus, 0) << run.errors;
@@ -203,7 +204,9 @@ TEST(AtomicReplacementTest, MakesNoFileForStandardOutputThatHasNoNameAnyMore) {
     const std::string ppd = directory.write("a.ppd", kPlainPPD);
     const std::string gone = (directory.path() / "gone").string();
     const ToolRun run = runScript(
-        "exec 3<>\"$2\"; rm \"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+        "exec 3<>\"$2\"; rm \"$2\"; \"$0\" update \"$1\" --device-uri "
+        "\"file:" TKPPDUPDATING_SOURCE_DIR
+        "/samples/status/zr-office-silent.json\" "
         "--output /dev/stdout >&3 && cat /proc/self/fd/3",
         {ppd, gone});
     EXPECT_EQ(run.exitStatus, 0) << run.errors;
@@ -213,9 +216,11 @@ TEST(AtomicReplacementTest, MakesNoFileForStandardOutputThatHasNoNameAnyMore) {
 
 TEST(AtomicReplacementTest, FailsForStandardOutputThatIsClosed) {
     const TemporaryDirectory directory;
-    const ToolRun run = runTool({"update", directory.write("a.ppd", kPlainPPD), "--device-uri",
-                                 "file:/nonexistent", "--output", "/dev/stdout"},
-                                {.redirection = ">&-"});
+    const ToolRun run =
+        runTool({"update", directory.write("a.ppd", kPlainPPD), "--device-uri",
+                 "file:" TKPPDUPDATING_SOURCE_DIR "/samples/status/zr-office-silent.json",
+                 "--output", "/dev/stdout"},
+                {.redirection = ">&-"});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(run.errors, "tkppdupdate: /dev/stdout: cannot be written: Bad file descriptor\n");
 }
@@ -225,7 +230,8 @@ TEST(AtomicReplacementTest, RefusesAnOpenFileOfAnotherProcess) {
     const std::string ppd = directory.write("a.ppd", kPlainPPD);
     const std::string old = directory.write("old", "old");
     const ToolRun run = runScript(
-        "exec 3<>\"$2\"; \"$0\" update \"$1\" --device-uri file:/nonexistent "
+        "exec 3<>\"$2\"; \"$0\" update \"$1\" --device-uri \"file:" TKPPDUPDATING_SOURCE_DIR
+        "/samples/status/zr-office-silent.json\" "
         "--output /proc/$$/fd/3; exit $?",
         {ppd, old});
     EXPECT_EQ(run.exitStatus, 1);
@@ -240,7 +246,8 @@ TEST(AtomicReplacementTest, LeavesTheOldFileAndNothingElseWhenTheDiskIsFull) {
     // A limit on the size of files stands in for a full disk: the write fails half-way.
     const ToolRun run = runScript(
         "trap '' XFSZ; ulimit -f 1;"
-        "exec \"$0\" update \"$1\" --device-uri file:/nonexistent --output \"$2\"",
+        "exec \"$0\" update \"$1\" --device-uri \"file:" TKPPDUPDATING_SOURCE_DIR
+        "/samples/status/zr-office-silent.json\" --output \"$2\"",
         {directory.write("large.ppd",
                          "*PPD-Adobe: \"4.3\"\n*Long: " + std::string(100000, 'x') + "\n"),
          file});

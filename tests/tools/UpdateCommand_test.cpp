@@ -234,41 +234,159 @@ TEST_F(UpdateCommandTest, TakesTheFileAfterAClassName) {
     EXPECT_EQ(run.output, kSmallPPDWithDuplexer);
 }
 
-TEST_F(UpdateCommandTest, WarnsOfASilentDeviceAndGoesOn) {
-    const ToolRun run = runTool({"update", ppd_, "--device-uri", "file:/nonexistent/p.json"});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_EQ(run.output, kSmallPPD);
-    EXPECT_EQ(run.errors, "tkppdupdate: " + ppd_ +
-                              ": warning: the device \"file:/nonexistent/p.json\" gave no status: "
-                              "/nonexistent/p.json: No such file or directory\n");
+TEST_F(UpdateCommandTest, WarnsOfASilentDeviceAndGoesOnToStandardOutput) {
+    const std::string silent = directory_.write("silent.json", "null");
+    for (const std::vector<std::string>& more :
+         {std::vector<std::string>{}, std::vector<std::string>{"--without-device"}}) {
+        std::vector<std::string> arguments = {"update", ppd_, "--device-uri", "file:" + silent};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const ToolRun run = runTool(arguments);
+        EXPECT_EQ(run.exitStatus, 0);
+        EXPECT_EQ(run.output, kSmallPPD);
+        EXPECT_EQ(run.errors, "tkppdupdate: " + ppd_ + ": warning: the device \"file:" + silent +
+                                  "\" gave no status: " + silent +
+                                  ": the printer is recorded as silent\n");
+    }
 }
 
-TEST_F(UpdateCommandTest, EndsWithThreeWhenARequiredDeviceIsSilent) {
+TEST_F(UpdateCommandTest, ASilentDeviceEndsWithThreeAndNothingIsWrittenIntoAFile) {
+    const std::string silent = "file:" + directory_.write("silent.json", "null");
     const std::string output = directory_.write("old.ppd", "old");
-    const ToolRun run = runTool({"update", ppd_, "--device-uri", "file:/nonexistent/p.json",
-                                 "--require-device", "--output", output});
-    EXPECT_EQ(run.exitStatus, 3);
-    EXPECT_EQ(run.output, "");
-    EXPECT_EQ(lineCount(run.errors), 1U) << run.errors;
-    EXPECT_NE(run.errors.find(ppd_), std::string::npos);
+    for (const std::vector<std::string>& more : {std::vector<std::string>{"--output", output},
+                                                 {"--in-place"},
+                                                 {"--require-device"},
+                                                 {"--in-place", "--diff"}}) {
+        std::vector<std::string> arguments = {"update", ppd_, "--device-uri", silent};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const ToolRun run = runTool(arguments);
+        EXPECT_EQ(run.exitStatus, 3);
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(lineCount(run.errors), 1U) << run.errors;
+        EXPECT_NE(run.errors.find(ppd_), std::string::npos);
+    }
     EXPECT_EQ(contentsOfFile(output), "old");
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
+}
+
+TEST_F(UpdateCommandTest, WithoutDeviceWritesIntoAFileWhatTheUpdatersDefine) {
+    const std::string silent = "file:" + directory_.write("silent.json", "null");
+    const std::string ppd = directory_.write(
+        "open.ppd",
+        "*PPD-Adobe: \"4.3\"\n*ZrDeviceCapabilities: Unknown\n*ZrAutoDuplexCapability: Unknown\n");
+    const ToolRun run =
+        runTool({"update", ppd, "--device-uri", silent, "--in-place", "--without-device"});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_EQ(lineCount(run.errors), 1U) << run.errors;
+    EXPECT_NE(contentsOfFile(ppd).find("*ZrAutoDuplexCapability: True\n"), std::string::npos);
 }
 
 TEST_F(UpdateCommandTest, AsksARequiredDeviceEvenWhenNoUpdaterDoes) {
     const std::string plain = directory_.write("plain.ppd", kPlainPPD);
-    EXPECT_EQ(
-        runTool({"update", plain, "--device-uri", "file:/nonexistent/p.json", "--require-device"})
-            .exitStatus,
-        3);
+    const std::string silent = "file:" + directory_.write("silent.json", "null");
+    EXPECT_EQ(runTool({"update", plain, "--device-uri", silent, "--require-device"}).exitStatus, 3);
     EXPECT_EQ(runTool({"update", plain, "--device-uri", deviceURI_, "--require-device"}).output,
               kPlainPPD);
 }
 
 TEST_F(UpdateCommandTest, DoesNotAskForAStatusThatNoUpdaterNeeds) {
     const std::string plain = directory_.write("plain.ppd", kPlainPPD);
-    const ToolRun run = runTool({"update", plain, "--device-uri", "file:/nonexistent/p.json"});
+    const std::string silent = "file:" + directory_.write("silent.json", "null");
+    const std::string output = directory_.write("old.ppd", "old");
+    const ToolRun run = runTool({"update", plain, "--device-uri", silent, "--output", output});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(contentsOfFile(output), kPlainPPD);
+}
+
+TEST_F(UpdateCommandTest, KeepsWhatTheDeviceDidNotTellAndSaysSoUnlessAllUpdatersRun) {
+    directory_.write("printer.json", R"({"Told": []})");
+    const ToolRun kept = update({});
+    EXPECT_EQ(kept.exitStatus, 0);
+    EXPECT_EQ(kept.output, kSmallPPD);
+    EXPECT_EQ(kept.errors,
+              "tkppdupdate: " + ppd_ + ": kept: duplexer, which the printer did not tell\n");
+    const std::string due =
+        directory_.write("due.ppd", "*PPD-Adobe: \"4.3\"\n*BPECalibrationDue: False\n");
+    EXPECT_EQ(runTool({"update", due, "--device-uri", deviceURI_}).output, contentsOfFile(due));
+    const ToolRun all = runTool({"update", due, "--device-uri", deviceURI_, "--all-updaters"});
+    EXPECT_EQ(all.output, "*PPD-Adobe: \"4.3\"\n*BPECalibrationDue: True\n");
+    EXPECT_EQ(all.errors, "");
+}
+
+/// A PPD with room for custom media, and the default of its option.
+std::string mediaPPD(const std::string& defaultType) {
+    return "*PPD-Adobe: \"4.3\"\n*ZrCustomMediaSupported: True\n"
+           "*OpenUI *MediaType/Media Type: PickOne\n*DefaultMediaType: " +
+           defaultType +
+           "\n*MediaType Plain/Plain Paper: \"\"\n*CloseUI: *MediaType\n"
+           "*OpenUI *ZrICCProfileId2/Profile: PickOne\n*DefaultZrICCProfileId2: Auto\n"
+           "*ZrICCProfileId2 Auto/Automatic: \"\"\n*CloseUI: *ZrICCProfileId2\n";
+}
+
+constexpr const char* kGloss = R"({"name": "Gloss", "mediaID": "1"})";
+constexpr const char* kCanvas = R"({"name": "Canvas", "mediaID": "2"})";
+
+std::string recordingOf(const std::string& types) {
+    return R"({"CustomMediaTypes": [)" + types + "]}";
+}
+
+TEST_F(UpdateCommandTest, IntoAFileADefaultKeepsItsMeaningAndStandardOutputIsAsWritten) {
+    const std::string ppd = directory_.write("media.ppd", mediaPPD("custom2"));
+    const std::vector<std::string> inPlace = {"update", ppd, "--device-uri", deviceURI_,
+                                              "--in-place"};
+    directory_.write("printer.json", recordingOf(std::string(kGloss) + "," + kCanvas));
+    ASSERT_EQ(runTool(inPlace).exitStatus, 0);
+    const std::string first = contentsOfFile(ppd);
+    ASSERT_NE(first.find("*MediaType custom2/Canvas:"), std::string::npos);
+
+    directory_.write("printer.json", recordingOf(std::string(kCanvas) + "," + kGloss));
+    EXPECT_NE(runTool({"update", ppd, "--device-uri", deviceURI_})
+                  .output.find("*MediaType custom1/Canvas:"),
+              std::string::npos);
+    EXPECT_EQ(runTool({"update", ppd, "--device-uri", deviceURI_, "--diff"}).output, "");
+
+    directory_.write("printer.json", recordingOf(kCanvas));
+    ASSERT_EQ(runTool(inPlace).exitStatus, 0);
+    EXPECT_NE(contentsOfFile(ppd).find("*DefaultMediaType: custom1\n"), std::string::npos);
+
+    directory_.write("printer.json", recordingOf(kGloss));
+    const ToolRun gone = runTool(inPlace);
+    EXPECT_EQ(gone.exitStatus, 0) << gone.errors;
+    EXPECT_NE(contentsOfFile(ppd).find("*DefaultMediaType: Plain\n"), std::string::npos);
+    EXPECT_EQ(gone.errors, "tkppdupdate: " + ppd +
+                               ": warning: the default Media Type \"Canvas\" is gone: it is "
+                               "\"Plain Paper\" now\n");
+}
+
+TEST_F(UpdateCommandTest, FromAQueueADefaultKeepsItsMeaningToo) {
+    const std::string ppd = directory_.write("media.ppd", mediaPPD("custom2"));
+    directory_.write("printer.json", recordingOf(std::string(kGloss) + "," + kCanvas));
+    ASSERT_EQ(runTool({"update", ppd, "--device-uri", deviceURI_, "--in-place"}).exitStatus, 0);
+    // Read back from a queue's PPD, a type needs its parent's media ID.
+    std::string queue = mediaPPD("Plain");
+    queue +=
+        "*MediaType custom1/Canvas: \"\"\n"
+        "*ZrChoiceProperties MediaType.custom1: \"MediaID=2;ParentMediaID=1;\"\n"
+        "*ZrMediaTypeCategory custom/Custom: \"custom1\"\n";
+    directory_.write("etc/ppd/office.ppd", queue);
+    const ToolRun run =
+        runTool({"update", ppd, "--queue", "office", "--in-place"},
+                {.environment = {{"CUPS_SERVERROOT", (directory_.path() / "etc").string()},
+                                 {"CUPS_SERVER", "/nonexistent/cups.sock"}}});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_NE(contentsOfFile(ppd).find("*DefaultMediaType: custom1\n"), std::string::npos);
+}
+
+TEST_F(UpdateCommandTest, RefusesAnUpdateTimeThatCannotStandInALine) {
+    for (const std::string time : {"1\"2", "1\n*cupsFilter: x", "\xFF"}) {
+        const ToolRun run =
+            update({"--in-place"}, {.environment = {{"ZrEPRLastUpdateTime", time}}});
+        EXPECT_EQ(run.exitStatus, 1);
+        EXPECT_EQ(lineCount(run.errors), 1U);
+        EXPECT_NE(run.errors.find("ZrEPRLastUpdateTime: "), std::string::npos) << run.errors;
+    }
+    EXPECT_EQ(contentsOfFile(ppd_), kSmallPPD);
+    EXPECT_EQ(update({}, {.environment = {{"ZrEPRLastUpdateTime", "any time"}}}).exitStatus, 0);
 }
 
 TEST_F(UpdateCommandTest, WarnsOfEachTextOfARecordingThatWasDropped) {

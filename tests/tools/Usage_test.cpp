@@ -56,6 +56,11 @@ INSTANTIATE_TEST_SUITE_P(
         UsageError{"SkipAnUnknownClass",
                    {"update", "PPD", "--device-uri", kDevice, "--in-place", "--skip", ""}},
         UsageError{"RequiredDeviceOfAQueue", {"update", "PPD", "--queue", "q", "--require-device"}},
+        UsageError{
+            "WithoutARequiredDevice",
+            {"update", "PPD", "--device-uri", kDevice, "--require-device", "--without-device"}},
+        UsageError{"WithoutTheDeviceOfAQueue",
+                   {"update", "PPD", "--queue", "q", "--without-device"}},
         UsageError{"ValuesOfNothing", {"values", "--device-uri", kDevice}},
         UsageError{"ValuesOfQueueAndFile",
                    {"values", "--ppd", "PPD", "--queue", "q", "--device-uri", kDevice}},
@@ -74,12 +79,14 @@ struct Help {
 };
 
 TEST(UsageTest, HelpGoesToStandardOutput) {
-    for (const Help& help : std::vector<Help>{
-             {{"--help"}, {"update", "values", "updaters", "status", "--version"}},
-             {{"update", "--help"}, {"--device-uri", "--in-place", "--require-device"}},
-             {{"values", "--help"}, {"--queue", "--ppd"}},
-             {{"updaters", "--help"}, {"updaters"}},
-             {{"status", "--help"}, {"status"}}}) {
+    for (const Help& help :
+         std::vector<Help>{{{"--help"}, {"update", "values", "updaters", "status", "--version"}},
+                           {{"update", "--help"},
+                            {"--device-uri", "--in-place", "--require-device", "--without-device",
+                             "--all-updaters"}},
+                           {{"values", "--help"}, {"--queue", "--ppd"}},
+                           {{"updaters", "--help"}, {"updaters"}},
+                           {{"status", "--help"}, {"status"}}}) {
         const ToolRun run = runTool(help.arguments);
         EXPECT_EQ(run.exitStatus, 0);
         EXPECT_NE(run.output.find("tkppdupdate"), std::string::npos) << run.output;
