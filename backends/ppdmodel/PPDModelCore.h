@@ -6,11 +6,12 @@
 #include <optional>
 #include <string>
 
-#include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/TkCore.h"
 #include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
+
+class PPDModelFile;
 
 /// The core library of this project: parses PPDs with `PPDModelFile` and finds the PPDs of queues.
 class PPDModelCore : public TkCore {
