@@ -1,5 +1,6 @@
 // A whole update: a printer's recorded status, a line "====", and a PPD. However hostile both are,
-// the result is UTF-8 and holds no line that lets the scheduler run something which was not there.
+// the result is UTF-8 and holds no line that lets the scheduler run something which was not there,
+// and what changed can be told.
 #include <algorithm>
 #include <array>
 #include <map>
@@ -13,6 +14,7 @@
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "ppd/UTF8.h"
+#include "sync/ChangeDescription.h"
 
 using namespace TkPPDUpdating;
 using namespace TkPPDUpdating::Fuzzing;
@@ -48,6 +50,20 @@ PPDText updated(PPDText text, const OrbPPDFile& file, OrbDictionary& context) {
     return text;
 }
 
+/// What changed is told where the texts differ, in valid UTF-8, and equal texts have no changes.
+void requireThatChangesAreTold(const PPDModelFile& before, const PPDText& result) {
+    const auto after = PPDModelFile::fileWithText(result);
+    if (!after) {
+        return;
+    }
+    const auto changes = PPDChangesBetween(before, *after);
+    const auto lines = describedChanges(before, *after, changes, {"de", "en"});
+    require((*result == *before.text()) == lines.empty(), "what changed is told");
+    for (const std::string& line : lines) {
+        require(!firstInvalidUTF8Byte(line), "what is told is UTF-8");
+    }
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -71,6 +87,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         require(result != nullptr, "a text stays a text");
         require(!firstInvalidUTF8Byte(*result), "the result is UTF-8");
         require(dangerousLines(*result) <= dangerousLines(*text), "nothing dangerous is added");
+        requireThatChangesAreTold(*file, result);
     } catch (const std::out_of_range&) {
         // How an operation ends at an attribute that has nothing after its colon.
     }
