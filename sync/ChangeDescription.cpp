@@ -1,14 +1,17 @@
 #include "sync/ChangeDescription.h"
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <utility>
 
 #include "ppd/UTF8.h"
 #include "sync/ChangeSubjects.h"
-#include "sync/CustomMediaTypes.h"
+#include "sync/CustomMediaBlock.h"
+#include "sync/CustomMediaDifference.h"
 #include "sync/PPDLocalizedTexts.h"
 
 namespace TkPPDUpdating {
@@ -39,7 +42,7 @@ std::string counted(std::size_t count, std::string_view noun) {
 }
 
 /// "2 custom types added, 1 removed"; empty when all are 0.
-std::string phraseOf(const CustomMediaTypes::Difference& counts, std::string_view noun) {
+std::string phraseOf(const DifferenceCounts& counts, std::string_view noun) {
     std::string phrase;
     const auto add = [&](std::size_t count, const char* verb) {
         if (count > 0) {
@@ -63,7 +66,11 @@ std::string shownValue(const std::optional<PPDChange::State>& state) {
 /// One state of the PPD, and its texts.
 struct Side {
     Side(const PPDModelFile& file, const std::vector<std::string>& languages)
-        : PPD(file), texts(file, languages), customTypes(file) {}
+        : PPD(file), texts(file, languages), customTypes(customMediaBlock(file)) {
+        for (const CustomMediaEntry& type : customTypes) {
+            customChoices.insert(type.choice);
+        }
+    }
 
     bool hasOption(std::string_view name) const { return PPD.optionForName(name); }
 
@@ -87,7 +94,8 @@ struct Side {
 
     const PPDModelFile& PPD;
     PPDLocalizedTexts texts;
-    CustomMediaTypes customTypes;
+    std::vector<CustomMediaEntry> customTypes;
+    std::set<std::string, std::less<>> customChoices;
 };
 
 /// The text of the group in which each option of a PPD stands.
@@ -205,12 +213,12 @@ class Describer {
     }
 
     bool isCustomType(std::string_view option, std::string_view choice) const {
-        return option == kMediaType && (choice.empty() || before_.customTypes.contains(choice) ||
-                                        after_.customTypes.contains(choice));
+        return option == kMediaType && (choice.empty() || before_.customChoices.contains(choice) ||
+                                        after_.customChoices.contains(choice));
     }
 
-    CustomMediaTypes::Difference countsOfChoices(const ChangeSubject& subject) const {
-        CustomMediaTypes::Difference counts;
+    DifferenceCounts countsOfChoices(const ChangeSubject& subject) const {
+        DifferenceCounts counts;
         for (const std::string_view choice : subject.choices) {
             if (isCustomType(subject.option, choice)) {
                 continue;
@@ -238,7 +246,7 @@ class Describer {
     }
 
     void tellCustomTypes(const std::string& label) {
-        const auto counts = CustomMediaTypes::between(before_.customTypes, after_.customTypes);
+        const auto counts = differenceOfMediaTypes(before_.customTypes, after_.customTypes);
         const std::string phrase = phraseOf(counts, "custom type");
         add(label, phrase.empty() ? "custom types in another order" : phrase);
     }

@@ -126,9 +126,22 @@ std::string PPDUpdate::wordsForKeptEntries(const std::vector<std::string>& entri
 }
 
 PPDText PPDUpdate::updatedText(std::optional<std::string_view> deviceURI) {
-    PPDText text = manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
+    return withFollowedDefaults(manager_->updatedPPDContentsForContents_PPDFile_deviceURI_context(
         PPD_->text(), *PPD_, deviceURI,
-        OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status_, nullptr));
+        OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status_, nullptr)));
+}
+
+ExplainedPPDUpdate PPDUpdate::explainedText(std::optional<std::string_view> deviceURI) {
+    ExplainedPPDUpdate update = explainedPPDUpdate(*manager_, *PPD_, deviceURI, {answer_, status_});
+    PPDText followed = withFollowedDefaults(update.text);
+    if (*followed != *update.text) {
+        update.steps.push_back(stepBetween("tkppdupdate", *update.text, *followed));
+        update.text = std::move(followed);
+    }
+    return update;
+}
+
+PPDText PPDUpdate::withFollowedDefaults(PPDText text) {
     if (defaults_ == Defaults::areAsWritten) {
         return text;
     }

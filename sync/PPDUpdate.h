@@ -60,10 +60,9 @@ class PPDUpdate {
     /// What else is to be told of the updated text, one phrase each.
     const std::vector<std::string>& notes() const { return notes_; }
 
-    /// What each updater does, one after the other; it repeats the update. Raises as above.
-    std::vector<PPDUpdateStep> steps(std::optional<std::string_view> deviceURI) const {
-        return stepsOfPPDUpdate(*manager_, *PPD_, deviceURI, {answer_, status_});
-    }
+    /// The same text with what each updater did to it. The last step, "tkppdupdate", is what
+    /// keeps the meaning of defaults. Raises as above.
+    ExplainedPPDUpdate explainedText(std::optional<std::string_view> deviceURI);
 
     /// The values that the updaters would write; nothing without an answer. Raises as above.
     std::optional<OrbPPDUpdatingValues> updatingValues(
@@ -78,6 +77,7 @@ class PPDUpdate {
     void placeMediaTypes();
     const OrbCustomMediaTypes* mediaTypes() const;
     void setMediaTypes(OrbCustomMediaTypes types);
+    PPDText withFollowedDefaults(PPDText text);
 
     std::unique_ptr<OrbPPDConcreteUpdatingManager> manager_;
     std::shared_ptr<const PPDModelFile> PPD_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <unordered_map>
+#include <utility>
 
 #include "core_interface/OrbCSPartialStatus.h"
 #include "manager/ITkPPDStatusReading.h"
@@ -67,31 +68,37 @@ std::vector<PPDUpdateStep::Reading> readingsOf(const ITkPPDUpdater& updater,
 
 }  // namespace
 
-std::vector<PPDUpdateStep> stepsOfPPDUpdate(const OrbPPDConcreteUpdatingManager& manager,
-                                            const PPDModelFile& PPD,
-                                            std::optional<std::string_view> deviceURI,
-                                            const PPDUpdateAnswer& answer) {
+PPDUpdateStep stepBetween(std::string updater, std::string_view before, std::string_view after) {
+    const auto linesBefore = linesOf(before);
+    const auto linesAfter = linesOf(after);
+    return {std::move(updater),
+            {},
+            linesWithout(linesBefore, linesAfter),
+            linesWithout(linesAfter, linesBefore)};
+}
+
+ExplainedPPDUpdate explainedPPDUpdate(const OrbPPDConcreteUpdatingManager& manager,
+                                      const PPDModelFile& PPD,
+                                      std::optional<std::string_view> deviceURI,
+                                      const PPDUpdateAnswer& answer) {
     OrbDictionary context =
         OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(answer.completed, nullptr);
-    PPDText text = PPD.text();
-    std::vector<PPDUpdateStep> steps;
+    ExplainedPPDUpdate update{PPD.text(), {}};
     for (const OrbClass* updaterClass : manager.registeredClasses()) {
         const auto updater = updaterClass->newInstance();
-        const PPDText updated = updater && updater->isApplicableForPPDFile(&PPD)
-                                    ? updater->updatedPPDContentsForContents_deviceURI_context(
-                                          text, deviceURI, &context)
-                                    : nullptr;
-        if (!updated || *updated == *text) {
+        PPDText updated = updater && updater->isApplicableForPPDFile(&PPD)
+                              ? updater->updatedPPDContentsForContents_deviceURI_context(
+                                    update.text, deviceURI, &context)
+                              : nullptr;
+        if (!updated || *updated == *update.text) {
             continue;
         }
-        const auto linesBefore = linesOf(*text);
-        const auto linesAfter = linesOf(*updated);
-        steps.push_back({std::string(updaterClass->name()), readingsOf(*updater, answer),
-                         linesWithout(linesBefore, linesAfter),
-                         linesWithout(linesAfter, linesBefore)});
-        text = updated;
+        update.steps.push_back(
+            stepBetween(std::string(updaterClass->name()), *update.text, *updated));
+        update.steps.back().readings = readingsOf(*updater, answer);
+        update.text = std::move(updated);
     }
-    return steps;
+    return update;
 }
 
 }  // namespace TkPPDUpdating

@@ -9,6 +9,7 @@
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSStatusSources.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "ppd/PPDText.h"
 
 namespace TkPPDUpdating {
 
@@ -24,7 +25,7 @@ struct PPDUpdateStep {
         std::vector<OrbCSStatusSource> sources;
     };
 
-    /// The name of the updater's class.
+    /// The name of the updater's class, or of what else edited the text.
     std::string updater;
     /// Empty for an updater that reads no status or does not say what it reads.
     std::vector<Reading> readings;
@@ -41,12 +42,21 @@ struct PPDUpdateAnswer {
     std::shared_ptr<const OrbCSDeviceStatus> completed;
 };
 
-/// Runs the applicable updaters of a manager over the PPD, in their order, one at a time, and gives
-/// a step for each that changed a line. A line that only moved did not change. It repeats the work
-/// of the update: for explanations. Raises `std::out_of_range` as the manager does.
-std::vector<PPDUpdateStep> stepsOfPPDUpdate(const OrbPPDConcreteUpdatingManager& manager,
-                                            const PPDModelFile& PPD,
-                                            std::optional<std::string_view> deviceURI,
-                                            const PPDUpdateAnswer& answer);
+/// An update, and what was done in it: a step for each updater that changed a line. A line that
+/// only moved did not change.
+struct ExplainedPPDUpdate {
+    PPDText text;
+    std::vector<PPDUpdateStep> steps;
+};
+
+/// The same text as that of the manager's operation: runs the applicable updaters over the PPD, in
+/// their order, and compares the text after each. Raises `std::out_of_range` as the manager does.
+ExplainedPPDUpdate explainedPPDUpdate(const OrbPPDConcreteUpdatingManager& manager,
+                                      const PPDModelFile& PPD,
+                                      std::optional<std::string_view> deviceURI,
+                                      const PPDUpdateAnswer& answer);
+
+/// A step that made `after` of `before`, with the lines that differ and nothing read.
+PPDUpdateStep stepBetween(std::string updater, std::string_view before, std::string_view after);
 
 }  // namespace TkPPDUpdating

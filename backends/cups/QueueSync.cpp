@@ -168,7 +168,12 @@ class QueueSync::Work::Steps {
 
     bool updateText() {
         try {
-            outcome_.after = update_->updatedText(queue_.deviceURI);
+            ExplainedPPDUpdate update =
+                options_.isExplained
+                    ? update_->explainedText(queue_.deviceURI)
+                    : ExplainedPPDUpdate{update_->updatedText(queue_.deviceURI), {}};
+            outcome_.after = std::move(update.text);
+            outcome_.steps = std::move(update.steps);
         } catch (const std::out_of_range&) {
             return end(queueSyncCause("no-result"),
                        "its PPD has an attribute that ends before its value does");
@@ -176,6 +181,7 @@ class QueueSync::Work::Steps {
         if (*outcome_.after == *outcome_.before ||
             differInTimeOfEstimationsOnly(*outcome_.before, *outcome_.after)) {
             outcome_.after = nullptr;
+            outcome_.steps.clear();
             return end(QueueSyncResult::unchanged);
         }
         return true;
@@ -193,9 +199,6 @@ class QueueSync::Work::Steps {
             update_->manager().applicableUpdatersForPPDFile(before_.get()));
         if (refusal) {
             return end(queueSyncCause("refused-result"), "the updated PPD is refused: " + *refusal);
-        }
-        if (options_.isDryRun && options_.isExplained) {
-            outcome_.steps = update_->steps(queue_.deviceURI);
         }
         return !options_.isDryRun || end(QueueSyncResult::wouldUpdate);
     }

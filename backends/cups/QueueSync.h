@@ -33,7 +33,7 @@ class QueueSync {
 
     struct Options {
         bool isDryRun = false;
-        /// In a dry run, also gives the steps of the update.
+        /// Also gives the steps of the update.
         bool isExplained = false;
         /// Set by anybody at any time to abandon what has not begun to install. May be null.
         const std::atomic<bool>* isCancelled = nullptr;

@@ -7,6 +7,7 @@
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDToldRule.h"
+#include "manager/OrbPPDUpdatingContext.h"
 #include "tests/support/ParsedPPD.h"
 
 namespace TkPPDUpdating::Testing {
@@ -38,8 +39,9 @@ PPDUpdateAnswer answerWith(ReportedDeviceStatus::Values values,
 }
 
 std::vector<PPDUpdateStep> steps(std::string_view lines, const PPDUpdateAnswer& answer) {
-    return stepsOfPPDUpdate(OrbPPDConcreteUpdatingManager(), *parsedPPD(lines), "my:printer",
-                            answer);
+    return explainedPPDUpdate(OrbPPDConcreteUpdatingManager(), *parsedPPD(lines), "my:printer",
+                              answer)
+        .steps;
 }
 
 ReportedDeviceStatus::Values valuesWithDuplexer() {
@@ -98,6 +100,22 @@ TEST(PPDUpdateStep, AValueThatWasCompletedFromThePPDSaysSo) {
     EXPECT_EQ(all[0].readings[1].value, "18 (from the PPD: the printer did not tell)");
 }
 
+TEST(PPDUpdateStep, TheTextIsThatOfTheManagersOperation) {
+    OrbPPDConcreteUpdatingManager manager;
+    const PPDUpdateAnswer answer = answerWith(valuesWithDuplexer());
+    for (const char* sample : {"inkjet", "office", "compact"}) {
+        const auto PPD = PPDModelFile::fileWithContentsOfFile(
+            std::string(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-") + sample + ".ppd");
+        ASSERT_TRUE(PPD) << sample;
+        const PPDText expected = manager.updatedPPDContentsForContents_PPDFile_deviceURI_context(
+            PPD->text(), *PPD, "my:printer",
+            OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(answer.status, nullptr));
+        EXPECT_NE(*expected, *PPD->text()) << sample;
+        EXPECT_EQ(*explainedPPDUpdate(manager, *PPD, "my:printer", answer).text, *expected)
+            << sample;
+    }
+}
+
 TEST(PPDUpdateStep, NothingIsExplainedWhereNothingChanges) {
     EXPECT_THAT(steps("*ZrMaxSupportedResolution: 1200\n", answerWith(valuesWithDuplexer())),
                 IsEmpty());
@@ -131,7 +149,8 @@ TEST(PPDUpdateStep, AnUpdaterOfTheApplicationIsNamedWithoutReadings) {
     OrbPPDConcreteUpdatingManager manager;
     manager.registerUpdaterClass(&OrbClassOf<OwnUpdater>());
     for (const PPDUpdateAnswer& answer : {PPDUpdateAnswer(), answerWith({})}) {
-        const auto all = stepsOfPPDUpdate(manager, *parsedPPD("*A: 1\n"), "my:printer", answer);
+        const auto all =
+            explainedPPDUpdate(manager, *parsedPPD("*A: 1\n"), "my:printer", answer).steps;
         ASSERT_EQ(all.size(), 1U);
         EXPECT_EQ(all[0].updater, "OwnUpdater");
         EXPECT_THAT(all[0].readings, IsEmpty());

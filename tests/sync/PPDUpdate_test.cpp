@@ -145,6 +145,30 @@ TEST(PPDUpdateTest, KnownMediaTypesKeepTheirChoiceAndTheDefaultIsToldWhenItsType
               Words{"the default Media Type \"Canvas\" is gone: it is \"Plain Paper\" now"});
 }
 
+TEST(PPDUpdateTest, AnExplanationGivesTheSameTextAndSaysWhatKeepsTheMeaningOfADefault) {
+    const auto gloss = mediaType("Gloss", "1");
+    const auto canvas = mediaType("Canvas", "2");
+    const auto file = parsedPPD(customMediaLines("custom2"));
+    const PPDText first =
+        updatedWithTypes(file->text(), {gloss, canvas}, PPDUpdate::Defaults::keepTheirMeaning)
+            .updatedText("x:");
+    for (const OrbCustomMediaTypes& types :
+         {OrbCustomMediaTypes{canvas}, OrbCustomMediaTypes{gloss}}) {
+        PPDUpdate update = updatedWithTypes(first, types, PPDUpdate::Defaults::keepTheirMeaning);
+        const PPDText text = update.updatedText("x:");
+        const Words notes = update.notes();
+        const ExplainedPPDUpdate explained = update.explainedText("x:");
+        EXPECT_EQ(*explained.text, *text);
+        EXPECT_EQ(update.notes(), notes);
+        ASSERT_EQ(explained.steps.size(), 2U);
+        EXPECT_EQ(explained.steps[0].updater, "OrbPPDCustomMediaUpdater");
+        EXPECT_EQ(explained.steps[1].updater, "tkppdupdate");
+        EXPECT_EQ(explained.steps[1].removedLines, Words{"*DefaultMediaType: custom2"});
+    }
+    PPDUpdate asWritten = updatedWithTypes(first, {canvas}, PPDUpdate::Defaults::areAsWritten);
+    EXPECT_EQ(asWritten.explainedText("x:").steps.size(), 1U);
+}
+
 TEST(PPDUpdateTest, AsWrittenTheTypesAreInThePrintersOrderAndTheDefaultStays) {
     const auto file = parsedPPD(customMediaLines("custom2"));
     const OrbCustomMediaTypes two = {mediaType("Gloss", "1"), mediaType("Canvas", "2")};
