@@ -99,7 +99,9 @@ void readValue(std::string_view rest, PPDStatement& statement) {
     rest.remove_suffix(hasEnd ? kEnd.size() : 0);
     rest = withoutBlanksAround(rest);
     statement.isQuoted = rest.size() > 1 && rest.starts_with('"') && rest.ends_with('"');
-    statement.value = statement.isQuoted ? rest.substr(1, rest.size() - 2) : rest;
+    // libcups looks at the last character only, and takes the first off with it.
+    const bool hasQuote = rest.size() > 1 && rest.ends_with('"');
+    statement.value = hasQuote ? rest.substr(1, rest.size() - 2) : rest;
 }
 
 void readFields(PPDStatement& statement) {
@@ -199,7 +201,9 @@ std::string decodedPPDTranslation(std::string_view text) {
         text.remove_prefix(1);
         while (!text.empty() && hexadecimalDigit(text.front())) {
             const auto low = text.size() > 1 ? hexadecimalDigit(text[1]) : std::nullopt;
-            decoded += static_cast<char>(*hexadecimalDigit(text.front()) * 16 + low.value_or(0));
+            if (low) {  // a digit alone counts for nothing
+                decoded += static_cast<char>(*hexadecimalDigit(text.front()) * 16 + *low);
+            }
             text.remove_prefix(low ? 2 : 1);
         }
         // What stands before the closing sign and is no digit counts for nothing.

@@ -20,7 +20,8 @@ struct PPDStatement {
     /// The translation text as it is written, up to the first colon; empty when there is none.
     std::string_view text;
     /// What follows the first colon behind keyword, option keyword and text, without blanks around
-    /// it and without its quotes; for a choice that is the code. Empty when there is none.
+    /// it; when it ends with a quote, also without that and its first character, which is a quote
+    /// as a rule. For a choice that is the code. Empty when there is none.
     std::string_view value;
     /// Whether the value stands between double quotes.
     bool isQuoted = false;

@@ -69,7 +69,7 @@ TEST(PPDStatements, TheFirstColonEndsTheText) {
     const PPDStatement statement = statementOf(
         "*MediaType custom1/Glossy:  (/etc/passwd)(r)file: \"<</MediaType(custom1)>>\"");
     EXPECT_EQ(statement.text, "Glossy");
-    EXPECT_EQ(statement.value, "(/etc/passwd)(r)file: \"<</MediaType(custom1)>>\"");
+    EXPECT_EQ(statement.value, "/etc/passwd)(r)file: \"<</MediaType(custom1)>>");
     EXPECT_FALSE(statement.isQuoted);
 }
 
@@ -116,9 +116,9 @@ TEST(PPDStatements, DecodesHexadecimalPartsOfATranslation) {
     EXPECT_EQ(decodedPPDTranslation("a<0A>b"), "a\nb");
     EXPECT_EQ(decodedPPDTranslation("caf<C3a9>"), "caf\xC3\xA9");
     EXPECT_EQ(decodedPPDTranslation("<41 42>x"), "Ax") << "a blank ends the digits";
-    EXPECT_EQ(decodedPPDTranslation("<4>"), "@");
+    EXPECT_EQ(decodedPPDTranslation("a<4>b<414>c"), "abAc") << "a digit alone is nothing";
     EXPECT_EQ(decodedPPDTranslation("<41"), "A");
-    EXPECT_EQ(decodedPPDTranslation("<g> a<b"), "<g> a\xB0");
+    EXPECT_EQ(decodedPPDTranslation("<g> a<b"), "<g> a");
     EXPECT_EQ(decodedPPDTranslation("<>"), "<>");
 }
 

@@ -1,0 +1,168 @@
+// What no printer can do to a PPD, tried with random hostile recordings and IPP answers; libcups is
+// the judge. How many of each is set by the environment variable HOSTILE_TEXTS_CASES, the first
+// seed by HOSTILE_TEXTS_SEED; HOSTILE_TEXTS_PPDS is a folder of further PPDs, which get the
+// attributes of the samples.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "ppd/PPDTextFile.h"
+#include "tests/hostile/HostileStatuses.h"
+#include "tests/hostile/UpdateUnderTest.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using Status = std::shared_ptr<const OrbCSDeviceStatus>;
+
+unsigned long numberFromEnvironment(const char* name, unsigned long otherwise) {
+    const char* const value = std::getenv(name);
+    return value ? std::strtoul(value, nullptr, 10) : otherwise;
+}
+
+/// What the samples have and a driver of another maker has not, so that most updaters apply.
+constexpr std::string_view kAttributes =
+    "*ZrCustomMediaSupported: True\n"
+    "*ZrMaxSupportedResolution: 600\n"
+    "*BPECalibrationDue: Unknown\n"
+    "*ZrEPRInfoSupported: True\n"
+    "*ZrPensConfigName: Unknown\n"
+    "*ZrPenDyes: C,M,Y,K\n"
+    "*ZrPenFamilyIDs: 1,1,1,1\n"
+    "*ZrPenInkSufficient: 1,1,1,1\n"
+    "*ZrDeviceCapabilities: Unknown\n"
+    "*ZrAutoDuplexCapability: Unknown\n"
+    "*OpenUI *ZrLowerTrayInstalled/Lower Tray: Boolean\n"
+    "*DefaultZrLowerTrayInstalled: False\n"
+    "*ZrLowerTrayInstalled False/Not Installed: \"\"\n"
+    "*ZrLowerTrayInstalled True/Installed: \"\"\n"
+    "*CloseUI: *ZrLowerTrayInstalled\n"
+    "*OpenUI *ZrICCProfileId2/Color Profile: PickOne\n"
+    "*DefaultZrICCProfileId2: Auto\n"
+    "*ZrICCProfileId2 Auto/Chosen by Media Type: \"\"\n"
+    "*ZrICCProfileId2 sRGB/sRGB: \"\"\n"
+    "*CloseUI: *ZrICCProfileId2\n";
+constexpr std::string_view kMediaType =
+    "*OpenUI *MediaType/Media Type: PickOne\n"
+    "*DefaultMediaType: Plain\n"
+    "*MediaType Plain/Plain: \"<</MediaType(Plain)>>setpagedevice\"\n"
+    "*CloseUI: *MediaType\n";
+
+PPDText withAttributes(const std::string& text) {
+    const bool hasMediaType = text.find("\n*CloseUI: *MediaType") != std::string::npos;
+    std::string made = text;
+    made += text.ends_with('\n') ? "" : "\n";
+    made += hasMediaType ? std::string_view() : kMediaType;
+    made += kAttributes;
+    return makePPDText(std::move(made));
+}
+
+class HostileTexts : public testing::Test {
+  protected:
+    void SetUp() override {
+        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
+        OrbCoreInterface::setEnvironment(
+            std::make_shared<const FakeEnvironment>(std::map<std::string, std::string>{
+                {"ZrCurrentLocaleIdentifier", "en_US"}, {"ZrEPRLastUpdateTime", "252532800"}}));
+        for (const char* const sample : {"zr-inkjet", "zr-office", "zr-compact"}) {
+            add(sample,
+                PPDTextWithContentsOfFile(std::string(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/") +
+                                          sample + ".ppd"));
+        }
+        // Custom media on all of the samples.
+        add("zr-office with media", withAttributes(*texts_.at("zr-office")));
+        if (const char* const folder = std::getenv("HOSTILE_TEXTS_PPDS")) {
+            for (const auto& file : std::filesystem::directory_iterator(folder)) {
+                const PPDText text = PPDTextWithContentsOfFile(file.path().string());
+                ASSERT_NE(text, nullptr) << file.path();
+                add(file.path().filename().string(), withAttributes(*text));
+            }
+        }
+    }
+
+    void tryAll(const std::function<Status()>& nextStatus) {
+        const unsigned long cases = numberFromEnvironment("HOSTILE_TEXTS_CASES", 120);
+        std::size_t findings = 0;
+        std::map<std::string, std::size_t> refusals;
+        std::size_t withMedia = 0;
+        std::size_t withProfiles = 0;
+        for (unsigned long number = 0; number < cases && findings < 20; ++number) {
+            auto& [name, ppd] = ppds_[number % ppds_.size()];
+            const Status status = nextStatus();
+            ASSERT_NE(status, nullptr);
+            const auto outcome = ppd->outcomeWith(status);
+            for (const std::string& finding : outcome.findings) {
+                ADD_FAILURE() << "case " << number << ", " << name << ": " << finding << "\n"
+                              << RecordedDeviceStatus::JSONForStatus(*status);
+            }
+            findings += outcome.findings.size();
+            withMedia += outcome.mediaTypes > 0 ? 1 : 0;
+            withProfiles += outcome.profiles > 0 ? 1 : 0;
+            ++refusals[outcome.refusal.value_or("accepted")];
+        }
+        std::cout << cases << " cases on " << ppds_.size() << " PPDs, " << withMedia
+                  << " with custom media, " << withProfiles << " with profiles, "
+                  << cases - refusals["accepted"] << " refused by the guard, " << findings
+                  << " findings\n";
+        for (const auto& [reason, count] : refusals) {
+            std::cout << "  " << count << " times: " << reason << "\n";
+        }
+        // Not so hostile that nothing gets through.
+        EXPECT_GT(withMedia, cases / 20);
+        refusals_ = std::move(refusals);
+    }
+
+    std::map<std::string, std::size_t> refusals_;
+    const unsigned seed_ = static_cast<unsigned>(numberFromEnvironment("HOSTILE_TEXTS_SEED", 1));
+
+  private:
+    void add(const std::string& name, const PPDText& text) {
+        ASSERT_NE(text, nullptr) << name;
+        texts_[name] = text;
+        ppds_.emplace_back(name, std::make_unique<UpdateUnderTest>(text));
+    }
+
+    CoreInterfaceScope scope_;
+    std::map<std::string, PPDText> texts_;
+    std::vector<std::pair<std::string, std::unique_ptr<UpdateUnderTest>>> ppds_;
+};
+
+TEST_F(HostileTexts, OfRecordingsDoNoHarm) {
+    HostileStatuses statuses(seed_);
+    tryAll([&]() -> Status {
+        std::string error;
+        const std::string recording = statuses.recording();
+        const Status status = RecordedDeviceStatus::statusWithJSON(recording, error);
+        EXPECT_NE(status, nullptr) << error << "\n" << recording;
+        return status;
+    });
+    for (const auto& [reason, count] : refusals_) {
+        // What a table of characters cannot see: a name that is taken.
+        EXPECT_TRUE(reason == "accepted" || reason.ends_with(" would be there twice"))
+            << count << " times: " << reason;
+    }
+}
+
+TEST_F(HostileTexts, OfIPPAnswersDoNoHarm) {
+    HostileStatuses statuses(seed_);
+    tryAll([&]() -> Status { return statuses.answer().status(); });
+    for (const auto& [reason, count] : refusals_) {
+        EXPECT_EQ(reason, "accepted") << count << " times";
+    }
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
