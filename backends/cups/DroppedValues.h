@@ -16,6 +16,12 @@ namespace TkPPDUpdating {
 /// attribute's name and holds none of the printer's own text. Bounded, whatever the printer sends.
 class DroppedValues {
   public:
+    /// Says of an attribute what it means when one of its values is dropped ("this tray description
+    /// is left out"), which is told behind the reason; empty for nothing.
+    using Meaning = std::string_view (*)(std::string_view attribute);
+
+    explicit DroppedValues(Meaning meaning = nullptr) : meaning_(meaning) {}
+
     void add(std::string_view attribute, std::string_view reason) {
         constexpr std::size_t kMost = 100;
         markIncomplete(attribute.substr(0, attribute.find(',')));
@@ -27,7 +33,9 @@ class DroppedValues {
     }
 
     void add(std::string_view attribute, std::size_t valueFromOne, std::string_view reason) {
-        add(attribute, valueText(valueFromOne) + std::string(reason));
+        const std::string_view meaning = meaning_ ? meaning_(attribute) : std::string_view();
+        add(attribute, valueText(valueFromOne) + std::string(reason) +
+                           (meaning.empty() ? "" : ", ") + std::string(meaning));
     }
 
     /// For a reason that also fits the gap of a value that was taken out before: not told when one
@@ -65,6 +73,7 @@ class DroppedValues {
         return "value " + std::to_string(valueFromOne) + " ";
     }
 
+    Meaning meaning_;
     std::vector<std::string> reasons_;
     std::set<std::string, std::less<>> incomplete_;
 };

@@ -1,104 +1,167 @@
 #include "backends/cups/IPPAccessories.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
+#include <vector>
 
 #include "backends/cups/KeywordText.h"
+#include "backends/schemes/TrayNames.h"
 #include "core_interface/TkCSKeys.h"
 
 namespace TkPPDUpdating {
 
 namespace {
 
-void addAccessory(std::string_view name, bool isInstalled, IPPDeviceStatus::Values& values) {
+constexpr const char* kSides = "sides-supported";
+constexpr const char* kSources = "media-source-supported";
+constexpr const char* kDescriptions = "printer-input-tray";
+
+void addAccessory(std::string_view name, bool isInstalled, IPPDeviceStatus::Values& values,
+                  OrbCSToldEntries& told) {
     auto& value =
         values.try_emplace(std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories())
             .first->second;
     std::get<OrbCSDeviceAccessories>(value).push_back({std::string(name), isInstalled});
-}
-
-void tellAccessory(std::string_view name, OrbCSToldEntries& told) {
     told.insert(OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, name));
 }
 
-bool isTray(std::string_view source) {
-    const std::string name = comparableKeyword(source);
-    const auto has = [&name](std::string_view part) {
-        return name.find(part) != std::string::npos;
-    };
-    return !has("auto") && !has("manual") && !has("bypass") && !has("envelope");
+/// What is used of a description.
+struct Description {
+    std::string type;
+    std::string name;
+};
+
+/// One input of the printer, as far as it is known.
+struct Input {
+    std::optional<std::string> source;
+    std::optional<Description> description;
+};
+
+/// RFC 3805, prtInputType; some printers leave the last word off.
+bool isFedAutomatically(const Description& description) {
+    constexpr std::array<std::string_view, 4> kTypes = {
+        "sheetfeedautoremovabletray", "sheetfeedautoremovable", "sheetfeedautononremovabletray",
+        "sheetfeedautononremovable"};
+    return std::find(kTypes.begin(), kTypes.end(), comparableKeyword(description.type)) !=
+           kTypes.end();
 }
 
-/// Whether the text is a description of a tray or another input at all (PWG 5100.13).
-bool isInputDescription(std::string_view description) {
-    return !fieldOfList(description, "type").empty() || !fieldOfList(description, "name").empty();
+/// PWG 5101.1, media source names.
+bool isSourceOfNoTray(std::string_view source) {
+    constexpr std::array<std::string_view, 7> kNoTrays = {
+        "hagaki", "disc", "cd", "virtual", "roll", "mainroll", "alternateroll"};
+    std::string word = comparableKeyword(source);
+    word.erase(word.find_last_not_of("0123456789") + 1);  // "roll-1" and so on.
+    return isNameOfNoTray(source) ||
+           std::find(kNoTrays.begin(), kNoTrays.end(), word) != kNoTrays.end();
 }
 
-bool isTrayDescription(std::string_view description) {
-    // RFC 3805, prtInputType: a manual feed is no tray, whatever its name.
-    return comparableKeyword(fieldOfList(description, "type")) != "sheetfeedmanual" &&
-           isTray(fieldOfList(description, "name"));
+enum class Judgement { tray, noTray, unknown };
+
+Judgement judgementOf(const Input& input) {
+    const auto& [source, description] = input;
+    if ((source && isSourceOfNoTray(*source)) ||
+        (description && !isFedAutomatically(*description))) {
+        return Judgement::noTray;
+    }
+    if (source) {
+        const bool mayBeAnything = !description && comparableKeyword(*source) == "alternate";
+        return mayBeAnything ? Judgement::noTray : Judgement::tray;
+    }
+    if (!description || description->name.empty()) {
+        return Judgement::unknown;
+    }
+    return isNameOfNoTray(description->name) ? Judgement::noTray : Judgement::tray;
+}
+
+std::vector<std::optional<std::string>> readSources(IPPAnswer& answer) {
+    std::vector<std::optional<std::string>> sources;
+    if (auto values = answer.keywordsOrNames(kSources)) {
+        for (auto& value : *values) {
+            sources.push_back(value ? std::optional(std::move(value->text)) : std::nullopt);
+        }
+    }
+    return sources;
+}
+
+std::vector<std::optional<Description>> readDescriptions(IPPAnswer& answer) {
+    std::vector<std::optional<Description>> descriptions;
+    for (const auto& text : answer.uncheckedTexts(kDescriptions)) {
+        const std::string_view list =
+            text ? withoutOwnName(*text, kDescriptions) : std::string_view();
+        Description description{std::string(fieldOfList(list, "type")),
+                                std::string(fieldOfList(list, "name"))};
+        const bool isUsable = !description.type.empty();
+        descriptions.push_back(isUsable ? std::optional(std::move(description)) : std::nullopt);
+        if (!isUsable) {
+            answer.dropped().addUnlessTold(kDescriptions, descriptions.size(), "has no type");
+        }
+    }
+    return descriptions;
+}
+
+std::vector<Input> readInputs(IPPAnswer& answer) {
+    auto sources = readSources(answer);
+    auto descriptions = readDescriptions(answer);
+    if (!sources.empty() && !descriptions.empty() && sources.size() != descriptions.size()) {
+        answer.dropped().add(kDescriptions, "has not as many values as " + std::string(kSources) +
+                                                ", the tray descriptions are left out");
+        descriptions.clear();
+    }
+    std::vector<Input> inputs(std::max(sources.size(), descriptions.size()));
+    for (std::size_t index = 0; index < inputs.size(); ++index) {
+        inputs[index].source = sources.empty() ? std::nullopt : std::move(sources[index]);
+        inputs[index].description =
+            descriptions.empty() ? std::nullopt : std::move(descriptions[index]);
+    }
+    return inputs;
 }
 
 }  // namespace
 
 void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
-    const auto sides = answer.keywordsOrNames("sides-supported");
+    const auto sides = answer.keywordsOrNames(kSides);
     if (!sides) {
         return;
     }
-    bool isOneSided = false;
     bool isTwoSided = false;
-    for (const IPPAnswer::Text& side : *sides) {
-        if (side.text == "one-sided") {
-            isOneSided = true;
-        } else if (side.text == "two-sided-long-edge" || side.text == "two-sided-short-edge") {
+    bool isKnown = true;
+    for (std::size_t index = 0; index < sides->size(); ++index) {
+        const auto& side = (*sides)[index];
+        if (side && (side->text == "two-sided-long-edge" || side->text == "two-sided-short-edge")) {
             isTwoSided = true;
-        } else {
-            answer.dropped().add("sides-supported", side.valueFromOne, "is no keyword of RFC 8011");
+        } else if (!side || side->text != "one-sided") {
+            isKnown = false;
+            answer.dropped().addUnlessTold(kSides, index + 1, "is no keyword of RFC 8011");
         }
     }
-    if (isOneSided || isTwoSided) {
-        addAccessory(kTkCSDeviceAccessoryDuplexer, isTwoSided, values);
-    }
-    if (isTwoSided || (isOneSided && !answer.dropped().areFrom({"sides-supported"}))) {
-        tellAccessory(kTkCSDeviceAccessoryDuplexer, told);
+    if (isTwoSided || isKnown) {
+        addAccessory(kTkCSDeviceAccessoryDuplexer, isTwoSided, values, told);
     }
 }
 
 void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
-    bool isReported = false;
-    std::set<std::string> sources;
-    if (const auto keywords = answer.keywordsOrNames("media-source-supported")) {
-        for (const IPPAnswer::Text& source : *keywords) {
-            isReported = true;
-            if (isTray(source.text)) {
-                sources.insert(source.text);
-            }
+    const std::vector<Input> inputs = readInputs(answer);
+    std::set<std::pair<bool, std::string>> trays;
+    bool isKnown = !inputs.empty();
+    for (const Input& input : inputs) {
+        const Judgement judgement = judgementOf(input);
+        isKnown = isKnown && judgement != Judgement::unknown;
+        if (judgement == Judgement::tray) {
+            trays.emplace(input.source.has_value(), input.source ? comparableKeyword(*input.source)
+                                                                 : input.description->name);
         }
     }
-    constexpr std::size_t kLongestDescription = 1023;
-    const auto descriptions = answer.texts("printer-input-tray", kLongestDescription);
-    std::size_t described = 0;
-    for (std::size_t index = 0; index < descriptions.size(); ++index) {
-        const auto& description = descriptions[index];
-        if (description && !isInputDescription(*description)) {
-            answer.dropped().add("printer-input-tray", index + 1, "describes no tray");
-        } else if (description) {
-            isReported = true;
-            described += isTrayDescription(*description) ? 1 : 0;
-        }
-    }
-    if (isReported) {
-        const bool isInstalled = std::max(sources.size(), described) >= 2;
-        addAccessory(kTkCSDeviceAccessoryTray2, isInstalled, values);
-        if (isInstalled ||
-            !answer.dropped().areFrom({"media-source-supported", "printer-input-tray"})) {
-            tellAccessory(kTkCSDeviceAccessoryTray2, told);
-        }
+    constexpr std::size_t kWithLowerTray = 2;
+    if (trays.size() >= kWithLowerTray || isKnown) {
+        addAccessory(kTkCSDeviceAccessoryTray2, trays.size() >= kWithLowerTray, values, told);
     }
 }
 

@@ -23,7 +23,7 @@ bool isOutOfBand(ipp_tag_t tag) {
     return tag >= IPP_TAG_UNSUPPORTED_VALUE && tag < IPP_TAG_INTEGER;
 }
 
-bool isName(ipp_tag_t tag) {
+bool isNameSyntax(ipp_tag_t tag) {
     return tag == IPP_TAG_NAME || tag == IPP_TAG_NAMELANG;
 }
 
@@ -37,6 +37,12 @@ std::optional<std::string> bytesOf(ipp_attribute_t* attribute, int index) {
     }
     const char* text = ippGetString(attribute, index, nullptr);
     return text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+std::optional<std::string> reasonNotToUse(std::string_view text, PrinterText kind) {
+    return text.size() > IPPAnswer::kLongestText
+               ? "is longer than " + std::to_string(IPPAnswer::kLongestText) + " bytes"
+               : reasonPrinterTextIsRefused(kind, text);
 }
 
 }  // namespace
@@ -63,30 +69,54 @@ ipp_attribute_t* IPPAnswer::attribute(const std::string& name,
     return found;
 }
 
-std::optional<std::vector<IPPAnswer::Text>> IPPAnswer::keywordsOrNames(const std::string& name) {
+std::optional<std::vector<std::optional<IPPAnswer::Text>>> IPPAnswer::keywordsOrNames(
+    const std::string& name) {
     ipp_attribute_t* found = attribute(name, kKeywordOrName);
     if (!found) {
         return std::nullopt;
     }
-    std::vector<Text> values;
+    std::vector<std::optional<Text>> values;
     for (int index = 0; index < ippGetCount(found); ++index) {
-        auto value = text(found, index, name, kLongestText);
-        if (value) {
-            values.push_back({std::move(*value), isName(ippGetValueTag(found)),
-                              static_cast<std::size_t>(index) + 1});
-        }
+        auto value = text(found, index, name);
+        values.push_back(value ? std::optional(Text{std::move(*value), isName(found, index)})
+                               : std::nullopt);
     }
     return values;
 }
 
-std::vector<std::optional<std::string>> IPPAnswer::texts(const std::string& name,
-                                                         std::size_t longest) {
+bool IPPAnswer::isName(ipp_attribute_t* attribute, int index) const {
+    // The attributes of the message stand in the order of their syntaxes.
+    std::size_t place = 0;
+    ipp_attribute_t* each = syntaxes_.empty() ? nullptr : ippFirstAttribute(answer_);
+    while (each && each != attribute) {
+        each = ippNextAttribute(answer_);
+        ++place;
+    }
+    const auto value = static_cast<std::size_t>(index);
+    if (each && place < syntaxes_.size() && value < syntaxes_[place].size()) {
+        return syntaxes_[place][value] == static_cast<char>(IPP_TAG_NAME);
+    }
+    return isNameSyntax(ippGetValueTag(attribute));
+}
+
+std::vector<std::optional<std::string>> IPPAnswer::uncheckedTexts(const std::string& name) {
     ipp_attribute_t* found = attribute(name, kAnyText);
     std::vector<std::optional<std::string>> values;
     for (int index = 0; found && index < ippGetCount(found); ++index) {
-        values.push_back(text(found, index, name, longest));
+        auto bytes = bytesOf(found, index);
+        values.push_back(bytes && !bytes->empty() ? std::move(bytes) : std::nullopt);
     }
     return values;
+}
+
+std::optional<std::string> IPPAnswer::usable(std::string_view text, PrinterText kind,
+                                             const std::string& place) {
+    const auto reason = reasonNotToUse(text, kind);
+    if (reason) {
+        dropped_.add(place, *reason + ", this text is left out");
+        return std::nullopt;
+    }
+    return std::string(text);
 }
 
 std::vector<int> IPPAnswer::integers(const std::string& name) {
@@ -120,25 +150,21 @@ IPPAnswer::Member IPPAnswer::member(ipp_t* collection, const char* name, Printer
         dropped_.add(memberPlace, "is no text");
         return {std::nullopt, false, true};
     }
-    auto value = text(found, 0, memberPlace, kLongestText, kind);
+    auto value = text(found, 0, memberPlace, kind);
     const bool isRefused = !value;
-    return {std::move(value), isName(ippGetValueTag(found)), isRefused};
+    return {std::move(value), isNameSyntax(ippGetValueTag(found)), isRefused};
 }
 
 std::optional<std::string> IPPAnswer::text(ipp_attribute_t* attribute, int index,
-                                           const std::string& place, std::size_t longest,
-                                           PrinterText kind) {
+                                           const std::string& place, PrinterText kind) {
     const auto valueFromOne = static_cast<std::size_t>(index) + 1;
     auto bytes = bytesOf(attribute, index);
     if (!bytes || bytes->empty()) {
         dropped_.addUnlessTold(place, valueFromOne, "is empty");
         return std::nullopt;
     }
-    if (bytes->size() > longest) {
-        dropped_.add(place, valueFromOne, "is longer than " + std::to_string(longest) + " bytes");
-        return std::nullopt;
-    }
-    if (const auto reason = reasonPrinterTextIsRefused(kind, *bytes)) {
+    const auto reason = reasonNotToUse(*bytes, kind);
+    if (reason) {
         dropped_.add(place, valueFromOne, *reason);
         return std::nullopt;
     }

@@ -24,30 +24,37 @@ class IPPAnswer {
     /// Texts longer than this (bytes) are dropped: no name that a PPD shows is nearly as long.
     static constexpr std::size_t kLongestText = 255;
 
-    /// `answer` is not owned and may be null; it must outlive the object.
-    explicit IPPAnswer(ipp_t* answer, DroppedValues dropped = {})
-        : answer_(answer), dropped_(std::move(dropped)) {}
+    /// `answer` is not owned and may be null; it must outlive the object. `syntaxes` are those that
+    /// `IPPAnswerFilter` saw; without them, libcups's word for the whole set counts. `dropped`
+    /// holds the reasons for what was dropped before, and the names of attributes that were not
+    /// asked for.
+    explicit IPPAnswer(ipp_t* answer, DroppedValues dropped = DroppedValues(),
+                       std::vector<std::string> syntaxes = {})
+        : answer_(answer), dropped_(std::move(dropped)), syntaxes_(std::move(syntaxes)) {}
 
     struct Text {
         std::string text;
         /// Whether it has the syntax of a name rather than of a keyword (RFC 8011, section 5.1).
         bool isName = false;
-        /// Its place in the printer's set.
-        std::size_t valueFromOne = 1;
     };
 
     /// The first attribute of that name with one of the syntaxes, or null. Others of the name are
     /// dropped; an out-of-band value ("no-value", "unknown") is not reported, and no error.
     ipp_attribute_t* attribute(const std::string& name, std::initializer_list<ipp_tag_t> accepted);
 
-    /// Keywords and names. Nothing when the attribute is missing or of another syntax.
-    std::optional<std::vector<Text>> keywordsOrNames(const std::string& name);
+    /// Keywords and names, one element for each value, in the printer's order; nothing for one that
+    /// was dropped. Nothing when the attribute is missing or of another syntax.
+    std::optional<std::vector<std::optional<Text>>> keywordsOrNames(const std::string& name);
 
-    /// Texts, names, keywords or octet strings, one element for each value, in the printer's order;
-    /// nothing for one that was dropped. `longest` replaces the usual limit. Empty when the
-    /// attribute is missing.
-    std::vector<std::optional<std::string>> texts(const std::string& name,
-                                                  std::size_t longest = kLongestText);
+    /// Texts, names, keywords or octet strings as they are, one element for each value, in the
+    /// printer's order; nothing for one that is empty. For what is only compared, and for lists of
+    /// fields: what is used of them goes through `usable`. Empty when the attribute is missing.
+    std::vector<std::optional<std::string>> uncheckedTexts(const std::string& name);
+
+    /// The text, when it may be handed over as one of that kind; else nothing, with the reason kept
+    /// under that place.
+    std::optional<std::string> usable(std::string_view text, PrinterText kind,
+                                      const std::string& place);
 
     /// Integers, in the printer's order; empty when the attribute is missing.
     std::vector<int> integers(const std::string& name);
@@ -76,10 +83,12 @@ class IPPAnswer {
 
   private:
     std::optional<std::string> text(ipp_attribute_t* attribute, int index, const std::string& place,
-                                    std::size_t longest, PrinterText kind = PrinterText::plain);
+                                    PrinterText kind = PrinterText::plain);
+    bool isName(ipp_attribute_t* attribute, int index) const;
 
     ipp_t* answer_;
     DroppedValues dropped_;
+    std::vector<std::string> syntaxes_;
 };
 
 }  // namespace TkPPDUpdating

@@ -340,9 +340,9 @@ class Run {
         DroppedValues& dropped)
         : wanted_(wanted), mostAttributes_(mostAttributes), dropped_(dropped) {}
 
-    /// Empty and the reason in `error` when the answer is no whole message.
-    std::string filter(std::string_view answer, std::string& error) {
-        result_ = answer.substr(0, kHeaderLength);
+    /// No bytes and the reason in `error` when the answer is no whole message.
+    IPPFilteredAnswer filter(std::string_view answer, std::string& error) {
+        result_.bytes = answer.substr(0, kHeaderLength);
         Records records(answer);
         auto record = records.next(error);
         while (record && record->tag != kEndOfAttributes) {
@@ -357,7 +357,7 @@ class Run {
         if (!record) {
             return {};
         }
-        result_ += static_cast<char>(kEndOfAttributes);
+        result_.bytes += static_cast<char>(kEndOfAttributes);
         return std::move(result_);
     }
 
@@ -375,6 +375,7 @@ class Run {
             attribute_.emplace();
             attribute_->name = first.name;
             attribute_->isWanted = isWanted;
+            result_.hasWanted = result_.hasWanted || isWanted;
         }
         Value value;
         value.take(first);
@@ -428,10 +429,10 @@ class Run {
         if (!attribute_->syntax) {
             attribute_->syntax = withoutLanguage(tag);
             for (; attribute_->leadingGaps > 0; --attribute_->leadingGaps) {
-                append(placeholder(*attribute_->syntax));
+                append(placeholder(*attribute_->syntax), *attribute_->syntax);
             }
         }
-        append(value.bytes());
+        append(value.bytes(), withoutLanguage(tag));
     }
 
     const char* reasonNotToKeep(Tag tag, const Value& value) const {
@@ -455,22 +456,27 @@ class Run {
             ++attribute_->leadingGaps;
         } else if (hasRoomFor(1)) {
             ++values_;
-            append(placeholder(*attribute_->syntax));
+            append(placeholder(*attribute_->syntax), *attribute_->syntax);
         }
     }
 
     /// The records of one value, which have no name: the first value of an attribute gets it.
-    void append(std::string_view records) {
+    void append(std::string_view records, Tag syntax) {
         const std::string_view name = attribute_->isNamed ? std::string_view() : attribute_->name;
-        attribute_->isNamed = true;
-        if (result_.size() == kHeaderLength) {
-            result_ += static_cast<char>(kPrinterGroup);
+        std::string& bytes = result_.bytes;
+        if (!attribute_->isNamed) {
+            attribute_->isNamed = true;
+            result_.syntaxes.emplace_back();
         }
-        result_ += records.front();
-        result_ += static_cast<char>(name.size() >> 8U);
-        result_ += static_cast<char>(name.size() & 0xFFU);
-        result_ += name;
-        result_ += records.substr(3);
+        if (bytes.size() == kHeaderLength) {
+            bytes += static_cast<char>(kPrinterGroup);
+        }
+        result_.syntaxes.back() += static_cast<char>(syntax);
+        bytes += records.front();
+        bytes += static_cast<char>(name.size() >> 8U);
+        bytes += static_cast<char>(name.size() & 0xFFU);
+        bytes += name;
+        bytes += records.substr(3);
     }
 
     static constexpr const char* kNoValueInSet = "says that there is no value";
@@ -478,7 +484,7 @@ class Run {
     const std::set<std::string, std::less<>>& wanted_;
     std::size_t mostAttributes_;
     DroppedValues& dropped_;
-    std::string result_;
+    IPPFilteredAnswer result_;
     Tag group_ = 0;
     std::optional<Attribute> attribute_;
     std::size_t attributes_ = 0;
@@ -487,8 +493,8 @@ class Run {
 
 }  // namespace
 
-std::string IPPAnswerFilter::filtered(std::string_view answer, DroppedValues& dropped,
-                                      std::string& error) const {
+IPPFilteredAnswer IPPAnswerFilter::filtered(std::string_view answer, DroppedValues& dropped,
+                                            std::string& error) const {
     if (answer.size() < kHeaderLength) {
         error = "the answer is cut short: it has no whole header";
         return {};

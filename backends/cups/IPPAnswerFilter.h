@@ -6,10 +6,22 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "backends/cups/DroppedValues.h"
 
 namespace TkPPDUpdating {
+
+/// What is left of an answer.
+struct IPPFilteredAnswer {
+    /// A message; empty when there is none.
+    std::string bytes;
+    /// For each attribute of the message, in its order, the syntax of each of its values, one byte
+    /// each: libcups says of a set of keywords and names that all of them are of one kind.
+    std::vector<std::string> syntaxes;
+    /// Whether the printer sent a wanted attribute at all, be it without a value or malformed.
+    bool hasWanted = false;
+};
 
 /// Takes out of the bytes of an IPP answer (RFC 8010) what was asked for and is well formed, before
 /// libcups reads it.
@@ -35,10 +47,11 @@ class IPPAnswerFilter {
 
     /// The bytes of an equal answer with only the wanted, well-formed values in its printer group.
     /// In a set that has others, a value that was dropped leaves a gap in its place: an empty text
-    /// or collection, the smallest integer, a resolution of nothing. Empty, with the reason in
+    /// or collection, the smallest integer, a resolution of nothing. No bytes, with the reason in
     /// `error`, when the answer is cut short or has too many attributes. Reasons for dropped values
     /// go to `dropped`.
-    std::string filtered(std::string_view answer, DroppedValues& dropped, std::string& error) const;
+    IPPFilteredAnswer filtered(std::string_view answer, DroppedValues& dropped,
+                               std::string& error) const;
 
   private:
     std::set<std::string, std::less<>> wanted_;

@@ -43,6 +43,10 @@ std::string mediaIDOfType(const std::string& type) {
     return canBeID ? type : hashedMediaID(type);
 }
 
+std::string placeOf(const std::string& attribute, std::size_t index) {
+    return attribute + ", value " + std::to_string(index + 1);
+}
+
 /// Gathers media types, each once.
 class CustomMediaTypes {
   public:
@@ -63,23 +67,22 @@ class CustomMediaTypes {
     }
 
     /// One of "media-type-supported".
-    void addType(const std::string& type, const std::string& place) {
+    void addType(const IPPAnswer::Text& type, const std::string& place) {
         isAnyTypeNamed_ = true;
-        // libcups keeps one syntax for all values of a set, so that among keywords and names the
-        // standard list alone tells which are the printer's own.
-        if (isNewCustomType(type, false)) {
-            add(type, std::nullopt, std::nullopt, place);
+        if (isNewCustomType(type.text, type.isName)) {
+            add(type.text, std::nullopt, std::nullopt, place);
         }
     }
 
-    /// Whether the printer named any media type, a standard one included.
+    /// Whether the printer named any media type, a registered one included.
     bool isAnyTypeNamed() const { return isAnyTypeNamed_; }
 
     OrbCustomMediaTypes take() { return std::move(types_); }
 
   private:
     bool isNewCustomType(const std::string& type, bool isName) {
-        return (isName || !isStandardMediaType(type)) && seen_.insert(type).second;
+        const bool isCustom = isName ? !isStandardMediaType(type) : type.starts_with("custom-");
+        return isCustom && seen_.insert(type).second;
     }
 
     void add(const std::string& type, std::optional<std::string> info,
@@ -116,26 +119,27 @@ class CustomMediaTypes {
 
 void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values,
                           OrbCSToldEntries& told) {
+    constexpr const char* kDatabase = "media-col-database";
+    constexpr const char* kTypes = "media-type-supported";
     CustomMediaTypes types(answer);
-    const auto collections = answer.collections("media-col-database");
+    const auto collections = answer.collections(kDatabase);
     for (std::size_t index = 0; index < collections.size(); ++index) {
-        types.addCollection(collections[index],
-                            "media-col-database, value " + std::to_string(index + 1));
+        types.addCollection(collections[index], placeOf(kDatabase, index));
     }
-    const auto supported = answer.keywordsOrNames("media-type-supported");
-    for (const IPPAnswer::Text& type : supported.value_or(std::vector<IPPAnswer::Text>())) {
-        types.addType(type.text,
-                      "media-type-supported, value " + std::to_string(type.valueFromOne));
+    const auto supported = answer.keywordsOrNames(kTypes);
+    for (std::size_t index = 0; supported && index < supported->size(); ++index) {
+        if (const auto& type = (*supported)[index]) {
+            types.addType(*type, placeOf(kTypes, index));
+        }
     }
     if (!collections.empty() || supported) {
         values.insert_or_assign(std::string(kTkCSCustomMediaTypesKey), types.take());
     }
     if (types.isAnyTypeNamed()) {
-        const bool areAll =
-            !answer.dropped().areFrom({"media-col-database", "media-type-supported"});
-        told.insert(areAll ? std::string(kTkCSCustomMediaTypesKey)
-                           : OrbCSPartialStatus::entryForPart(kTkCSCustomMediaTypesKey,
-                                                              kTkCSReportedMediaTypesPart));
+        told.insert(answer.dropped().areFrom({kDatabase, kTypes})
+                        ? OrbCSPartialStatus::entryForPart(kTkCSCustomMediaTypesKey,
+                                                           kTkCSReportedMediaTypesPart)
+                        : std::string(kTkCSCustomMediaTypesKey));
     }
 }
 

@@ -7,7 +7,11 @@
 namespace TkPPDUpdating {
 
 /// Adds the custom media types: of the media types in "media-col-database" and then of
-/// "media-type-supported" those that are names, or keywords that no standard lists, each once.
+/// "media-type-supported" those that an administrator made, each once. These are names (RFC 8011,
+/// section 5.1.4) that are no registered word, and keywords that begin with "custom-" (PWG 5101.1).
+/// Other keywords that nobody registered are the maker's, and its driver has them anyway. Where a
+/// value was dropped, or "media-col-database" was not asked for, those that are there are told
+/// (`kTkCSReportedMediaTypesPart`), and not whether there are others.
 ///
 /// The display name is "media-info", else the type's own name; the media ID is "media-key". Without
 /// one it is the type itself when that can be an ID (`PrinterText::mediaID`) of at most 100 bytes,

@@ -9,9 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "backends/cups/DroppedValues.h"
 #include "backends/cups/HTTPTalk.h"
@@ -72,12 +72,30 @@ std::optional<Printer> printerWithURI(std::string deviceURI) {
     return printer;
 }
 
-IPPMessage requestForPrinter(const std::string& URI, int majorVersion, int minorVersion) {
+constexpr const char* kMediaDatabase = "media-col-database";
+
+/// What a printer is asked.
+struct Question {
+    int majorVersion = 2;
+    int minorVersion = 0;
+    /// Whether the media database is asked for, which some printers cannot answer.
+    bool withMediaDatabase = true;
+
+    std::vector<const char*> attributes() const {
+        auto names = IPPStatusMapping::requestedAttributes();
+        if (!withMediaDatabase) {
+            std::erase_if(names, [](std::string_view name) { return name == kMediaDatabase; });
+        }
+        return names;
+    }
+};
+
+IPPMessage requestForPrinter(const std::string& URI, const Question& question) {
     IPPMessage request = newIPPRequest(IPP_OP_GET_PRINTER_ATTRIBUTES);
-    ippSetVersion(request.get(), majorVersion, minorVersion);
+    ippSetVersion(request.get(), question.majorVersion, question.minorVersion);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
                  URI.c_str());
-    const auto names = IPPStatusMapping::requestedAttributes();
+    const auto names = question.attributes();
     ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
                   static_cast<int>(names.size()), nullptr, names.data());
     return request;
@@ -104,75 +122,86 @@ OrbCSError errorForHTTPStatus(http_status_t status) {
     }
 }
 
-/// Sends the request and reads the answer's bytes; false and the cause when there is none.
-bool exchange(http_t* connection, const std::string& resource, ipp_t* request,
-              std::size_t mostBytes, std::string& answer, OrbCSError& error) {
+/// Why there is no status, and whether the same printer may give one to a smaller question. Who
+/// does not let us in, sends us elsewhere or does not speak IPP will not.
+struct Failure {
+    OrbCSError error;
+    bool isWorthAnotherQuestion = false;
+};
+
+bool isWorthAnotherQuestion(http_status_t status) {
+    return status == HTTP_STATUS_ERROR || status == HTTP_STATUS_BAD_REQUEST ||
+           status >= HTTP_STATUS_SERVER_ERROR;
+}
+
+/// Sends the request and reads the answer's bytes; the reason when there is none.
+std::optional<Failure> exchange(http_t* connection, const std::string& resource, ipp_t* request,
+                                std::size_t mostBytes, std::string& answer) {
     httpClearFields(connection);
     httpSetField(connection, HTTP_FIELD_CONTENT_TYPE, "application/ipp");
     httpSetLength(connection, ippLength(request));
     ippSetState(request, IPP_STATE_IDLE);
     if (httpPost(connection, resource.c_str()) != 0 ||
         ippWrite(connection, request) != IPP_STATE_DATA) {
-        error = {OrbCSError::Cause::brokenAnswer, "the request could not be sent"};
-        return false;
+        return Failure{{OrbCSError::Cause::brokenAnswer, "the request could not be sent"}, true};
     }
     const http_status_t status = readHTTPHead(connection);
     if (status != HTTP_STATUS_OK) {
-        error = errorForHTTPStatus(status);
-        return false;
+        return Failure{errorForHTTPStatus(status), isWorthAnotherQuestion(status)};
     }
     const std::string_view type = httpGetField(connection, HTTP_FIELD_CONTENT_TYPE);
     if (!type.empty() && !type.starts_with("application/ipp")) {
-        error = {OrbCSError::Cause::notIPP, "the answer is not IPP"};
-        return false;
+        return Failure{{OrbCSError::Cause::notIPP, "the answer is not IPP"}, false};
     }
-    return readHTTPBody(connection, mostBytes, answer, error);
+    OrbCSError error;
+    return readHTTPBody(connection, mostBytes, answer, error) ? std::nullopt
+                                                              : std::optional(Failure{error, true});
 }
 
-/// The status code of an answer (RFC 8010, section 3.1.1), which has a whole header.
-ipp_status_t statusOfAnswer(std::string_view answer) {
+/// The status code of an answer (RFC 8010, section 3.1.1); nothing without a whole header.
+std::optional<ipp_status_t> statusOfAnswer(std::string_view answer) {
+    constexpr std::size_t kHeaderLength = 8;
+    if (answer.size() < kHeaderLength) {
+        return std::nullopt;
+    }
     return static_cast<ipp_status_t>(static_cast<unsigned char>(answer[2]) << 8U |
                                      static_cast<unsigned char>(answer[3]));
 }
 
+/// The status that the bytes of an answer mean; null and the cause when they are no usable one.
 std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
+                                                      const Question& question,
                                                       std::size_t mostAttributes,
-                                                      OrbCSError& error) {
-    std::set<std::string, std::less<>> wanted;
-    for (const char* name : IPPStatusMapping::requestedAttributes()) {
-        wanted.emplace(name);
-    }
-    DroppedValues dropped;
+                                                      DroppedValues dropped, OrbCSError& error) {
+    const auto names = question.attributes();
+    const IPPAnswerFilter filter({names.begin(), names.end()}, mostAttributes);
     std::string reason;
-    const std::string bytes =
-        IPPAnswerFilter(std::move(wanted), mostAttributes).filtered(answer, dropped, reason);
-    if (bytes.empty()) {
+    IPPFilteredAnswer filtered = filter.filtered(answer, dropped, reason);
+    if (filtered.bytes.empty()) {
         error = {OrbCSError::Cause::notIPP, reason};
         return nullptr;
     }
     // RFC 8011, appendix B: every code below is a success, also one that we do not know.
     constexpr int kFirstAfterSuccess = 0x0100;
-    if (static_cast<int>(statusOfAnswer(answer)) >= kFirstAfterSuccess) {
+    const auto code = statusOfAnswer(answer);
+    if (code && static_cast<int>(*code) >= kFirstAfterSuccess) {
         error = {OrbCSError::Cause::deviceError,
-                 "the printer answers " + std::string(ippErrorString(statusOfAnswer(answer)))};
+                 "the printer answers " + std::string(ippErrorString(*code))};
         return nullptr;
     }
-    const IPPMessage message = IPPMessageWithBytes(bytes);
+    if (!filtered.hasWanted) {
+        error = {OrbCSError::Cause::deviceError,
+                 "the answer has none of the attributes that it was asked for"};
+        return nullptr;
+    }
+    const IPPMessage message = IPPMessageWithBytes(filtered.bytes);
     if (!message) {
         error = {OrbCSError::Cause::notIPP,
                  "the answer cannot be read as IPP, or there is not enough memory for it"};
         return nullptr;
     }
-    return IPPStatusMapping::statusForAnswer(message.get(), std::move(dropped));
-}
-
-/// Whether the printer may know no IPP of the version that it was asked in: some old ones call the
-/// request a bad one and not its version.
-bool isVersionRefused(std::string_view answer) {
-    constexpr std::size_t kHeaderLength = 8;
-    return answer.size() >= kHeaderLength &&
-           (statusOfAnswer(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED ||
-            statusOfAnswer(answer) == IPP_STATUS_ERROR_BAD_REQUEST);
+    return IPPStatusMapping::statusForAnswer(
+        IPPAnswer(message.get(), std::move(dropped), std::move(filtered.syntaxes)));
 }
 
 bool isDNSSD(const std::string& deviceURI) {
@@ -206,6 +235,73 @@ http_t* resolvedConnection(const std::string& deviceURI, std::chrono::millisecon
     return connection;
 }
 
+/// Asks one printer, as often as need be, within one limit of time.
+class Asking {
+  public:
+    Asking(const IPPDeviceStatusLimits& limits, std::chrono::milliseconds time,
+           std::shared_ptr<Printer> printer, HTTPOpening opening)
+        : limits_(limits),
+          deadline_(std::chrono::steady_clock::now() + time),
+          remaining_(time),
+          printer_(std::move(printer)),
+          opening_(std::move(opening)) {}
+
+    std::shared_ptr<const IPPDeviceStatus> status(OrbCSError& error) {
+        auto status = statusForQuestion({});
+        if (status || !failure_.isWorthAnotherQuestion) {
+            error = failure_.error;
+            return status;
+        }
+        // What the first question met is the reason to tell, whatever the second one meets.
+        error = failure_.error;
+        // A printer that says that it does not know the version has said nothing of the database.
+        const bool isVersionRefused =
+            statusOfAnswer(answer_) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED;
+        remaining_ = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline_ - std::chrono::steady_clock::now());
+        return remaining_.count() > 0 ? statusForQuestion({1, 1, isVersionRefused}) : nullptr;
+    }
+
+  private:
+    std::shared_ptr<const IPPDeviceStatus> statusForQuestion(const Question& question) {
+        DroppedValues dropped(IPPStatusMapping::meaningOfDrop);
+        if (!question.withMediaDatabase) {
+            dropped.add(kMediaDatabase, failure_.error.reason +
+                                            ", so it was asked again without: media types "
+                                            "that are in it alone are left out");
+        }
+        failure_ = {};
+        answer_.clear();
+        std::optional<Failure> failure;
+        const bool isWhole = talkOverHTTP(
+            opening_, {remaining_, limits_.isCancelled},
+            [&](HTTPConnection& connection) {
+                const IPPMessage request = requestForPrinter(printer_->URI, question);
+                failure = exchange(connection.http(), printer_->resource, request.get(),
+                                   limits_.bytes, answer_);
+            },
+            failure_.error);
+        if (!isWhole) {
+            return nullptr;
+        }
+        if (failure) {
+            failure_ = std::move(*failure);
+            return nullptr;
+        }
+        failure_.isWorthAnotherQuestion = true;
+        return statusForBytes(answer_, question, limits_.attributes, std::move(dropped),
+                              failure_.error);
+    }
+
+    const IPPDeviceStatusLimits& limits_;
+    std::chrono::steady_clock::time_point deadline_;
+    std::chrono::milliseconds remaining_;
+    std::shared_ptr<Printer> printer_;
+    HTTPOpening opening_;
+    std::string answer_;
+    Failure failure_;
+};
+
 }  // namespace
 
 std::optional<OrbCSError> IPPPrinterRequest::errorInURI(const std::string& deviceURI) {
@@ -235,36 +331,7 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
                                                            : HTTP_ENCRYPTION_IF_REQUESTED,
                                       cause);
     };
-    const auto deadline = std::chrono::steady_clock::now() + time_;
-    std::string answer;
-    const auto ask = [&](int majorVersion, int minorVersion, std::chrono::milliseconds time) {
-        answer.clear();
-        OrbCSError cause;
-        bool isAnswered = false;
-        const bool isWhole = talkOverHTTP(
-            opening, {time, limits_.isCancelled},
-            [&](HTTPConnection& connection) {
-                const IPPMessage request =
-                    requestForPrinter(printer->URI, majorVersion, minorVersion);
-                isAnswered = exchange(connection.http(), printer->resource, request.get(),
-                                      limits_.bytes, answer, cause);
-            },
-            error);
-        if (isWhole && !isAnswered) {
-            error = cause;
-        }
-        return isWhole && isAnswered;
-    };
-    // A printer of IPP 1.1 may also be one that closes the connection after each answer.
-    const bool isRefused =
-        !ask(2, 0, time_) ||
-        (isVersionRefused(answer) && !ask(1, 1,
-                                          std::chrono::duration_cast<std::chrono::milliseconds>(
-                                              deadline - std::chrono::steady_clock::now())));
-    if (isRefused) {
-        return nullptr;
-    }
-    return statusForBytes(answer, limits_.attributes, error);
+    return Asking(limits_, time_, printer, opening).status(error);
 }
 
 }  // namespace TkPPDUpdating

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 namespace TkPPDUpdating {
 
-/// Whether the keyword is a value of "media-type" that a standard lists (PWG 5100.7, PWG 5101.1 and
-/// the IANA registry of IPP keywords), so that every PPD has words of its own for it.
-bool isStandardMediaType(std::string_view keyword);
+/// The keywords of "media-type" in the IANA registry of IPP attributes (PWG 5100.7, PWG 5101.1 and
+/// later registrations), sorted. Every driver has words of its own for them.
+std::span<const std::string_view> standardMediaTypes();
+
+/// Whether the text is one of them, to the letter.
+bool isStandardMediaType(std::string_view text);
 
 }  // namespace TkPPDUpdating

@@ -17,22 +17,30 @@ namespace {
 
 using Attribute = IPPStatusMapping::Attribute;
 
-constexpr std::array kDuplexerAttributes = {Attribute{"sides-supported", "RFC 8011"}};
-constexpr std::array kLowerTrayAttributes = {Attribute{"media-source-supported", "PWG 5100.7"},
-                                             Attribute{"printer-input-tray", "PWG 5100.13"}};
-constexpr std::array kPensAttributes = {Attribute{"printer-supply", "PWG 5100.13"},
-                                        Attribute{"printer-supply-description", "PWG 5100.13"},
-                                        Attribute{"marker-names", "CUPS extension"},
-                                        Attribute{"marker-types", "CUPS extension"},
-                                        Attribute{"marker-colors", "CUPS extension"},
-                                        Attribute{"marker-levels", "CUPS extension"},
-                                        Attribute{"marker-low-levels", "CUPS extension"}};
+constexpr std::string_view kName = "this name is left out";
+constexpr std::string_view kSupply = "this supply is left out";
+constexpr std::string_view kResolution = "this resolution is left out";
+constexpr std::string_view kMediaType = "this media type is left out";
+
+constexpr std::array kDuplexerAttributes = {
+    Attribute{"sides-supported", "RFC 8011", "this value is left out"}};
+constexpr std::array kLowerTrayAttributes = {
+    Attribute{"media-source-supported", "PWG 5100.7", "this paper source is left out"},
+    Attribute{"printer-input-tray", "PWG 5100.13", "this tray description is left out"}};
+constexpr std::array kPensAttributes = {
+    Attribute{"printer-supply", "PWG 5100.13", kSupply},
+    Attribute{"printer-supply-description", "PWG 5100.13", kName},
+    Attribute{"marker-types", "CUPS extension", kSupply},
+    Attribute{"marker-names", "CUPS extension", kName},
+    Attribute{"marker-colors", "CUPS extension", "this colour is left out"},
+    Attribute{"marker-levels", "CUPS extension", "this level is not known"}};
 constexpr std::array kResolutionAttributes = {
-    Attribute{"printer-resolution-supported", "RFC 8011"},
-    Attribute{"pwg-raster-document-resolution-supported", "PWG 5102.4"},
-    Attribute{"urf-supported", "CUPS extension"}};
-constexpr std::array kMediaTypeAttributes = {Attribute{"media-col-database", "PWG 5100.7"},
-                                             Attribute{"media-type-supported", "PWG 5100.7"}};
+    Attribute{"printer-resolution-supported", "RFC 8011", kResolution},
+    Attribute{"pwg-raster-document-resolution-supported", "PWG 5102.4", kResolution},
+    Attribute{"urf-supported", "CUPS extension", kResolution}};
+constexpr std::array kMediaTypeAttributes = {
+    Attribute{"media-col-database", "PWG 5100.7", kMediaType},
+    Attribute{"media-type-supported", "PWG 5100.7", kMediaType}};
 
 constexpr std::array kRows = {
     IPPStatusMapping::Row{kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer,
@@ -93,17 +101,26 @@ std::vector<const char*> IPPStatusMapping::requestedAttributes() {
     return names;
 }
 
-std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(ipp_t* answer,
-                                                                         DroppedValues dropped) {
-    IPPAnswer reader(answer, std::move(dropped));
+std::string_view IPPStatusMapping::meaningOfDrop(std::string_view attribute) {
+    for (const Row& row : kRows) {
+        for (const Attribute& each : row.attributes) {
+            if (each.name == attribute) {
+                return each.meaningOfDrop;
+            }
+        }
+    }
+    return {};
+}
+
+std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(IPPAnswer answer) {
     IPPDeviceStatus::Values values;
     OrbCSToldEntries told;
     for (const Row& row : kRows) {
-        row.read(reader, values, told);
+        row.read(answer, values, told);
     }
     nameAccessoriesAsOne(told);
     return std::make_shared<const IPPDeviceStatus>(
-        std::move(values), reader.dropped().takeReasons(), std::move(told), sourcesIn(reader));
+        std::move(values), answer.dropped().takeReasons(), std::move(told), sourcesIn(answer));
 }
 
 }  // namespace TkPPDUpdating

@@ -16,10 +16,12 @@ namespace TkPPDUpdating {
 /// What the attributes of an IPP printer mean as a device status: one table.
 class IPPStatusMapping {
   public:
-    /// One row: an attribute that is asked for, and the standard that defines it.
+    /// One row: an attribute that is asked for, the standard that defines it, and what it means
+    /// when one of its values is dropped.
     struct Attribute {
         const char* name;
         std::string_view standard;
+        std::string_view meaningOfDrop;
     };
 
     /// A status key with the attributes that it is read from, and how. `read` adds to `values` what
@@ -45,13 +47,13 @@ class IPPStatusMapping {
     /// by one, since "all" leaves out "media-col-database" (PWG 5100.7).
     static std::vector<const char*> requestedAttributes();
 
-    /// The status that an answer means; null (no answer) gives an empty one. What was not reported
-    /// is not in it, and a bad value is dropped with its reason while the rest counts. `dropped`
-    /// holds the reasons for what was dropped before, and the names of attributes that were not
-    /// asked for. The attributes of the answer are its sources, at most `kLongestSource` bytes of
-    /// each.
-    static std::shared_ptr<const IPPDeviceStatus> statusForAnswer(ipp_t* answer,
-                                                                  DroppedValues dropped = {});
+    /// What it means that a value of the attribute is dropped; empty for one that is not asked for.
+    static std::string_view meaningOfDrop(std::string_view attribute);
+
+    /// The status that an answer means. What was not reported is not in it, and a bad value is
+    /// dropped with its reason while the rest counts. No answer gives an empty status. The
+    /// attributes of the answer are its sources, at most `kLongestSource` bytes of each.
+    static std::shared_ptr<const IPPDeviceStatus> statusForAnswer(IPPAnswer answer);
 };
 
 }  // namespace TkPPDUpdating

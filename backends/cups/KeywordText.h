@@ -21,6 +21,20 @@ inline std::string comparableKeyword(std::string_view text) {
     return comparable;
 }
 
+/// A list of fields without the name of its attribute, which one maker puts in front of it
+/// ("printer-input-tray[0] =type=other;").
+inline std::string_view withoutOwnName(std::string_view list, std::string_view attribute) {
+    const auto skip = [](std::string_view text, std::string_view characters) {
+        text.remove_prefix(std::min(text.size(), text.find_first_not_of(characters)));
+        return text;
+    };
+    if (!list.starts_with(attribute)) {
+        return list;
+    }
+    const std::string_view rest = skip(list.substr(attribute.size()), "[0123456789] ");
+    return rest.starts_with('=') ? skip(rest.substr(1), " ") : list;
+}
+
 /// The value of one field in a list "key=value;key=value;" (PWG 5100.13: printer-supply,
 /// printer-input-tray); empty when the field is missing.
 inline std::string_view fieldOfList(std::string_view list, std::string_view key) {

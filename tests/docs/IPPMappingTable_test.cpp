@@ -1,11 +1,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <regex>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "backends/cups/IPPStandardMediaTypes.h"
 #include "backends/cups/IPPStatusMapping.h"
+#include "backends/schemes/InkColours.h"
+#include "core_interface/TkCSKeys.h"
+#include "tests/backends/cups/IPPTestMessage.h"
 #include "tests/support/CodeBlocks.h"
 
 namespace TkPPDUpdating::Testing {
@@ -67,6 +74,69 @@ TEST(IPPMappingTable, BeginsEachCellOfAttributesWithOneThatIsAskedFor) {
         }
     }
     EXPECT_GE(cells, IPPStatusMapping::rows().size());
+}
+
+TEST(IPPMappingTable, NamesNoAttributeAsAskedForThatIsNot) {
+    const auto asked = IPPStatusMapping::requestedAttributes();
+    for (const char* name : {"marker-low-levels", "marker-message", "printer-icc-profiles"}) {
+        EXPECT_TRUE(std::ranges::find(asked, std::string_view(name)) == asked.end()) << name;
+    }
+    for (const DocumentedRow& row : documentedRows()) {
+        EXPECT_FALSE(contains(row.attributes, "marker-low-levels"));
+    }
+}
+
+TEST(IPPMappingTable, HasTheColoursOfTheCode) {
+    std::vector<std::string> expected;
+    for (const PrimaryInkColour& colour : primaryInkColours()) {
+        expected.push_back(
+            std::string(colour.dye) + ": " +
+            (colour.firstHue > colour.lastHue
+                 ? std::string("any")
+                 : std::to_string(colour.firstHue) + " to " + std::to_string(colour.lastHue)));
+    }
+    std::vector<std::string> documented;
+    const std::regex row("\\| ([A-Z]) \\| ([^|]+) \\|");
+    const std::string page = textOfSource("docs/ipp-mapping.md");
+    for (std::sregex_iterator each(page.begin(), page.end(), row), end; each != end; ++each) {
+        documented.push_back(each->str(1) + ": " + each->str(2));
+    }
+    EXPECT_EQ(documented, expected);
+}
+
+/// The words between backticks in the item of the page that begins so.
+std::vector<std::string> wordsOfItem(const std::string& begin) {
+    const std::string page = textOfSource("docs/ipp-mapping.md");
+    const std::size_t at = page.find(begin);
+    const std::string item =
+        at == std::string::npos ? "" : page.substr(at, page.find("\n-", at) - at);
+    std::vector<std::string> words;
+    const std::regex word("`([^`]+)`");
+    for (std::sregex_iterator each(item.begin(), item.end(), word), end; each != end; ++each) {
+        words.push_back(each->str(1));
+    }
+    return words;
+}
+
+TEST(IPPMappingTable, NamesSourcesThatAreNoTrays) {
+    const auto words = wordsOfItem("- its source is none of");
+    ASSERT_GE(words.size(), 10U);
+    for (const std::string& word : words) {
+        IPPTestMessage answer;
+        answer.keywords("media-source-supported", {"main", word.c_str()})
+            .octets("printer-input-tray", {"type=sheetFeedAutoRemovableTray;name=A;",
+                                           "type=sheetFeedAutoRemovableTray;name=B;"});
+        const auto status = answer.status();
+        const auto* accessories =
+            status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey);
+        ASSERT_NE(accessories, nullptr) << word;
+        EXPECT_EQ(*accessories, (OrbCSDeviceAccessories{{"Tray2", false}})) << word;
+    }
+}
+
+TEST(IPPMappingTable, TellsHowManyMediaTypesAreRegistered) {
+    EXPECT_TRUE(contains(textOfSource("docs/ipp-mapping.md"),
+                         "the " + std::to_string(standardMediaTypes().size()) + " keywords"));
 }
 
 }  // namespace

@@ -15,7 +15,7 @@
 
 namespace TkPPDUpdating::Testing {
 
-bool ResponderConnection::readRequest() const {
+bool ResponderConnection::readRequest(std::string* whole) const {
     std::string request;
     std::array<char, 4096> buffer{};
     for (;;) {
@@ -30,6 +30,9 @@ bool ResponderConnection::readRequest() const {
                     : std::strtoul(headers.c_str() + field + sizeof("content-length:") - 1, nullptr,
                                    10);
             if (request.size() >= head + 4 + length) {
+                if (whole) {
+                    *whole = std::move(request);
+                }
                 return true;
             }
         }

@@ -19,8 +19,8 @@ class ResponderConnection {
   public:
     explicit ResponderConnection(int socket) : socket_(socket) {}
 
-    /// Reads one HTTP request with its body.
-    bool readRequest() const;
+    /// Reads one HTTP request with its body, into `whole` unless that is null.
+    bool readRequest(std::string* whole = nullptr) const;
     bool send(std::string_view bytes) const;
     /// Sends byte by byte.
     bool drip(std::string_view bytes, std::chrono::milliseconds pause) const;

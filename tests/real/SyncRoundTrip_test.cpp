@@ -28,7 +28,7 @@ const std::string kOfficePPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.
 
 constexpr const char* kFullPrinter =
     "ATTR keyword sides-supported one-sided,two-sided-long-edge,two-sided-short-edge\n"
-    "ATTR keyword media-source-supported auto,main,alternate\n"
+    "ATTR keyword media-source-supported auto,tray-1,tray-2\n"
     "ATTR resolution printer-resolution-supported 300dpi,4800x1200dpi\n";
 constexpr const char* kBarePrinter =
     "ATTR keyword sides-supported one-sided\n"
@@ -182,7 +182,7 @@ TEST_F(SyncRoundTrip, AnAnswerThatTellsLessTakesNothingAway) {
     const std::string installed = contentsOfFile(scheduler_->PPDPath("inkjet"));
     ASSERT_THAT(installed, HasSubstr("*MediaType custom2/My Canvas:"));
     for (const char* less :
-         {"ATTR keyword media-source-supported main,alternate\n",
+         {"ATTR keyword media-source-supported auto,tray-1,tray-2\n",
           "ATTR keyword sides-supported one-sided,two\"sided\n",
           "ATTR collection media-col-database {\n  MEMBER name media-type \"My Gloss\"\n},{\n"
           "  MEMBER name media-type \"My: Canvas\"\n}\n"}) {
@@ -300,7 +300,7 @@ TEST_F(SyncRoundTrip, AnExplanationNamesUpdaterStatusAttributeAndLinesAndInstall
     EXPECT_THAT(run.standardOutput, HasSubstr("\n  Lower Tray: Not Installed -> Installed\n"));
     EXPECT_THAT(run.standardOutput, HasSubstr("\n  OrbPPDLowerTrayInstalledUpdater\n"
                                               "    DeviceAccessories.Tray2: installed\n"
-                                              "      media-source-supported: auto,main,alternate\n"
+                                              "      media-source-supported: auto,tray-1,tray-2\n"
                                               "    -*DefaultZrLowerTrayInstalled: False\n"
                                               "    +*DefaultZrLowerTrayInstalled: True\n"));
     EXPECT_THAT(run.standardOutput,
@@ -312,7 +312,7 @@ TEST_F(SyncRoundTrip, AnExplanationNamesUpdaterStatusAttributeAndLinesAndInstall
     EXPECT_THAT(forPrograms.standardOutput,
                 HasSubstr(R"({"updater":"OrbPPDLowerTrayInstalledUpdater","reads":[{"status":)"
                           R"("DeviceAccessories.Tray2","value":"installed","from":[{"attribute":)"
-                          R"("media-source-supported","value":"auto,main,alternate"})"));
+                          R"("media-source-supported","value":"auto,tray-1,tray-2"})"));
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
 }
 

@@ -21,27 +21,25 @@ using namespace std::string_literals;
 using namespace std::string_view_literals;
 
 struct Filtered {
-    std::string bytes;
+    IPPFilteredAnswer answer;
     std::string error;
-    DroppedValues dropped;
+    DroppedValues dropped{IPPStatusMapping::meaningOfDrop};
 };
 
 Filtered filtered(const std::string& answer) {
-    std::set<std::string, std::less<>> wanted;
-    for (const char* name : IPPStatusMapping::requestedAttributes()) {
-        wanted.emplace(name);
-    }
+    const auto names = IPPStatusMapping::requestedAttributes();
     Filtered result;
-    result.bytes =
-        IPPAnswerFilter(std::move(wanted), 10'000).filtered(answer, result.dropped, result.error);
+    result.answer = IPPAnswerFilter({names.begin(), names.end()}, 10'000)
+                        .filtered(answer, result.dropped, result.error);
     return result;
 }
 
 /// The status of an answer that the filter takes, as far as libcups takes what it hands on.
 std::shared_ptr<const IPPDeviceStatus> statusOf(const std::string& answer) {
     Filtered result = filtered(answer);
-    const IPPMessage message = IPPMessageWithBytes(result.bytes);
-    return message ? IPPStatusMapping::statusForAnswer(message.get(), std::move(result.dropped))
+    const IPPMessage message = IPPMessageWithBytes(result.answer.bytes);
+    return message ? IPPStatusMapping::statusForAnswer(IPPAnswer(
+                         message.get(), std::move(result.dropped), result.answer.syntaxes))
                    : nullptr;
 }
 
@@ -63,7 +61,7 @@ TEST(IPPAnswerFilter, TakesAResolutionWithAnUnknownUnitOut) {
         EXPECT_THAT(
             status->droppedValues(),
             ElementsAre("printer-resolution-supported: value 2 has a unit that IPP does not "
-                        "know"));
+                        "know, this resolution is left out"));
     }
 }
 
@@ -87,7 +85,8 @@ TEST(IPPAnswerFilter, TakesACollectionWhoseEndHasAValueOut) {
     EXPECT_NE(status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey),
               nullptr);
     EXPECT_THAT(status->droppedValues(),
-                ElementsAre("media-col-database: value 1 has the wrong length for its syntax"));
+                ElementsAre("media-col-database: value 1 has the wrong length for its syntax, this "
+                            "media type is left out"));
 }
 
 TEST(IPPAnswerFilter, LeavesLanguagesOut) {
@@ -102,8 +101,8 @@ TEST(IPPAnswerFilter, LeavesLanguagesOut) {
         .value(0x37, "", "");
     const Filtered result = filtered(bytes.end());
     EXPECT_THAT(result.dropped.reasons(), IsEmpty());
-    EXPECT_EQ(result.bytes.find("\0\2de"sv), std::string::npos);
-    EXPECT_EQ(result.bytes.find("\0\2en"sv), std::string::npos);
+    EXPECT_EQ(result.answer.bytes.find("\0\2de"sv), std::string::npos);
+    EXPECT_EQ(result.answer.bytes.find("\0\2en"sv), std::string::npos);
     const auto status = statusOf(bytes.bytes());
     ASSERT_NE(status, nullptr);
     const auto* pens =
@@ -143,6 +142,28 @@ std::string answerOfAllSyntaxes() {
     return bytes.end();
 }
 
+TEST(IPPAnswerFilter, HandsTheSyntaxOfEachValueOn) {
+    IPPBytes bytes;
+    bytes.keyword("sides-supported", "one-sided");
+    bytes.keyword("nobody-asked", "for-this");
+    bytes.keyword("media-type-supported", "stationery")
+        .value(0x42, "", "My Gloss")
+        .value(0x42, "", "Nul\0"s)
+        .value(0x36, "", "\0\2en\0\7My Silk"sv)
+        .keyword("", "vendor-felt");
+    EXPECT_THAT(filtered(bytes.end()).answer.syntaxes, ElementsAre("\x44", "\x44\x42\x44\x42\x44"));
+}
+
+TEST(IPPAnswerFilter, KnowsWhetherAnythingWantedWasThere) {
+    EXPECT_FALSE(filtered(IPPBytes().end()).answer.hasWanted);
+    IPPBytes other;
+    other.keyword("nobody-asked", "for-this").delimiter(0x02).keyword("sides-supported", "x");
+    EXPECT_FALSE(filtered(other.end()).answer.hasWanted);
+    IPPBytes empty;
+    empty.value(0x13, "sides-supported", "");
+    EXPECT_TRUE(filtered(empty.end()).answer.hasWanted);
+}
+
 TEST(IPPAnswerFilter, GivesNothingThatLibcupsRefusesOrHoldsLessOf) {
     const std::string whole = answerOfAllSyntaxes();
     std::mt19937 random(7);
@@ -169,9 +190,9 @@ TEST(IPPAnswerFilter, GivesNothingThatLibcupsRefusesOrHoldsLessOf) {
             }
         }
         const Filtered result = filtered(answer);
-        if (!result.bytes.empty()) {
+        if (!result.answer.bytes.empty()) {
             ++taken;
-            ASSERT_NE(IPPMessageWithBytes(result.bytes), nullptr) << "answer " << number;
+            ASSERT_NE(IPPMessageWithBytes(result.answer.bytes), nullptr) << "answer " << number;
         }
     }
     EXPECT_GT(taken, 1'000U);

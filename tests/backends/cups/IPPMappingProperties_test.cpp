@@ -134,9 +134,10 @@ class RandomAnswers {
     }
 
     ipp_tag_t textSyntax() {
-        constexpr std::array<ipp_tag_t, 4> kSyntaxes = {IPP_TAG_KEYWORD, IPP_TAG_NAME, IPP_TAG_TEXT,
-                                                        IPP_TAG_URI};
-        return kSyntaxes[static_cast<std::size_t>(below(4))];
+        // Most often a name: of media types, only those are the administrator's.
+        constexpr std::array<ipp_tag_t, 6> kSyntaxes = {IPP_TAG_NAME,    IPP_TAG_NAME, IPP_TAG_NAME,
+                                                        IPP_TAG_KEYWORD, IPP_TAG_TEXT, IPP_TAG_URI};
+        return kSyntaxes[static_cast<std::size_t>(below(6))];
     }
 
     void addAttribute(IPPTestMessage& answer, const char* name) {

@@ -3,10 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "backends/cups/IPPStandardMediaTypes.h"
 #include "core_interface/TkCSKeys.h"
@@ -55,7 +58,7 @@ OrbCustomMediaTypes mediaTypes(const IPPTestMessage& answer) {
 }
 
 TEST(IPPStatusMapping, NoAnswerIsAnEmptyStatus) {
-    const auto status = IPPStatusMapping::statusForAnswer(nullptr);
+    const auto status = IPPStatusMapping::statusForAnswer(IPPAnswer(nullptr));
     for (const auto& row : IPPStatusMapping::rows()) {
         EXPECT_EQ(status->statusValueForKey_error(row.statusKey, nullptr), nullptr);
     }
@@ -124,11 +127,17 @@ INSTANTIATE_TEST_SUITE_P(
         AccessoryCase{
             "UnknownSidesAloneAreNotReported", {"three-sided", "two-sided-diagonal"}, {}, {}},
         AccessoryCase{"TwoTrays", {}, {"tray-1", "tray-2"}, {{"Tray2", true}}},
-        AccessoryCase{"MainAndAlternate", {}, {"auto", "main", "alternate"}, {{"Tray2", true}}},
+        AccessoryCase{
+            "AlternateAloneMayBeAnything", {}, {"auto", "main", "alternate"}, {{"Tray2", false}}},
+        AccessoryCase{"AWordThatIsNoSideLeavesOpenWhetherThereIsNoDuplexer",
+                      {"one-sided", "three-sided"},
+                      {},
+                      {}},
         AccessoryCase{"OneTray", {}, {"main"}, {{"Tray2", false}}},
         AccessoryCase{"WhatIsNoTray",
                       {},
-                      {"auto", "manual", "by-pass-tray", "envelope", "main"},
+                      {"auto", "manual", "by-pass-tray", "envelope", "hagaki", "disc", "virtual",
+                       "main-roll", "roll-2", "main"},
                       {{"Tray2", false}}},
         AccessoryCase{"TheSameTrayTwice", {}, {"main", "main"}, {{"Tray2", false}}},
         AccessoryCase{"Both",
@@ -152,21 +161,42 @@ TEST(IPPStatusMapping, AManualInputTrayIsNoSecondTray) {
     EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", false}}));
 }
 
-TEST(IPPStatusMapping, WhatDescribesNoInputTrayReportsNothing) {
+TEST(IPPStatusMapping, InputsThatCannotBeJudgedLeaveOpenWhetherThereIsNoSecondTray) {
     const auto status =
-        IPPTestMessage().octets("printer-input-tray", {"garbage", "level=3;"}).status();
+        IPPTestMessage()
+            .octets("printer-input-tray", {"garbage", "type=sheetFeedAutoRemovableTray;name=A;"})
+            .status();
     EXPECT_EQ(status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey),
               nullptr);
     EXPECT_THAT(status->droppedValues(),
-                ElementsAre("printer-input-tray: value 1 describes no tray",
-                            "printer-input-tray: value 2 describes no tray"));
+                ElementsAre("printer-input-tray: value 1 has no type, this tray description is "
+                            "left out"));
 }
 
-TEST(IPPStatusMapping, ASecondTrayInEitherAttributeCounts) {
+TEST(IPPStatusMapping, TwoTraysAreTwoWhateverTheOthersAre) {
     IPPTestMessage answer;
-    answer.keywords("media-source-supported", {"main", "alternate"})
-        .octets("printer-input-tray", {"type=sheetFeedAutoRemovableTray;name=Tray 1;"});
+    answer.octets("printer-input-tray", {"garbage", "type=sheetFeedAutoRemovableTray;name=A;",
+                                         "type=sheetFeedAutoRemovableTray;name=B;"});
     EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", true}}));
+}
+
+TEST(IPPStatusMapping, SourcesAndDescriptionsAreReadInPairs) {
+    IPPTestMessage answer;
+    answer.keywords("media-source-supported", {"main", "alternate", "by-pass-tray"})
+        .octets("printer-input-tray", {"type=sheetFeedAutoRemovableTray;name=Tray 1;",
+                                       "type=sheetFeedManual;name=Tray 2;",
+                                       "type=sheetFeedAutoNonRemovableTray;name=Tray 3;"});
+    EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", false}}));
+}
+
+TEST(IPPStatusMapping, DescriptionsThatAreNoPairsAreLeftOut) {
+    IPPTestMessage answer;
+    answer.keywords("media-source-supported", {"tray-1", "tray-2"})
+        .octets("printer-input-tray", {"type=sheetFeedManual;name=Tray 1;"});
+    EXPECT_EQ(accessories(answer), (OrbCSDeviceAccessories{{"Tray2", true}}));
+    EXPECT_THAT(answer.status()->droppedValues(),
+                ElementsAre("printer-input-tray: has not as many values as "
+                            "media-source-supported, the tray descriptions are left out"));
 }
 
 TEST(IPPStatusMapping, TheHighestResolutionIsTheLargestOfTheFinerDirections) {
@@ -184,14 +214,23 @@ TEST(IPPStatusMapping, TheHighestResolutionMayStandInTheURFList) {
     EXPECT_EQ(resolution(answer), "1200");
 }
 
+TEST(IPPStatusMapping, OneResolutionIsNoHighest) {
+    IPPTestMessage answer;
+    answer.resolution("printer-resolution-supported", 600, 600)
+        .resolution("pwg-raster-document-resolution-supported", 600, 600)
+        .keywords("urf-supported", {"RS600"});
+    EXPECT_EQ(resolution(answer), std::nullopt);
+}
+
 TEST(IPPStatusMapping, DotsPerCentimetreBecomeDotsPerInch) {
-    // 118 / cm * 2.54 cm = 299.72; 236 * 2.54 = 599.44.
-    IPPTestMessage low;
-    low.resolution("printer-resolution-supported", 118, 118, IPP_RES_PER_CM);
-    EXPECT_EQ(resolution(low), "300");
-    IPPTestMessage high;
-    high.resolution("printer-resolution-supported", 236, 118, IPP_RES_PER_CM);
-    EXPECT_EQ(resolution(high), "599");
+    IPPTestMessage answer;
+    answer.resolution("printer-resolution-supported", 118, 118, IPP_RES_PER_CM)
+        .resolution("pwg-raster-document-resolution-supported", 236, 118, IPP_RES_PER_CM);
+    EXPECT_EQ(resolution(answer), "600");
+    IPPTestMessage same;
+    same.resolution("printer-resolution-supported", 118, 118, IPP_RES_PER_CM)
+        .keywords("urf-supported", {"RS300"});
+    EXPECT_EQ(resolution(same), std::nullopt);
 }
 
 TEST(IPPStatusMapping, WhatIsNoResolutionIsDroppedAndTheRestCounts) {
@@ -200,10 +239,12 @@ TEST(IPPStatusMapping, WhatIsNoResolutionIsDroppedAndTheRestCounts) {
         .resolution("pwg-raster-document-resolution-supported", 600, 600)
         .keywords("urf-supported", {"RS99999999999-x-300"});
     EXPECT_EQ(resolution(answer), "600");
+    const std::string URF =
+        "urf-supported: value 1 holds what is no resolution, this resolution is left out";
     EXPECT_THAT(answer.status()->droppedValues(),
-                ElementsAre("printer-resolution-supported: value 1 is no resolution",
-                            "urf-supported: value 1 holds what is no resolution",
-                            "urf-supported: value 1 holds what is no resolution"));
+                ElementsAre("printer-resolution-supported: value 1 is no resolution, this "
+                            "resolution is left out",
+                            URF, URF));
 }
 
 TEST(IPPStatusMapping, PensComeFromTheSupplies) {
@@ -220,41 +261,49 @@ TEST(IPPStatusMapping, PensComeFromTheSupplies) {
     EXPECT_EQ(pens(answer)->PPDAttributeValues.size(), 2U);
 }
 
-IPPTestMessage markers(std::vector<int> levels, std::vector<int> lowLevels) {
+IPPTestMessage markers(std::vector<int> levels) {
     IPPTestMessage answer;
     answer.keywords("marker-types", {"ink-cartridge", "tonerCartridge", "waste-ink", "fuser"})
         .texts("marker-names", IPP_TAG_NAME, {"Cyan Ink", "Black Toner", "Waste", "Fuser"})
         .texts("marker-colors", IPP_TAG_NAME, {"#00FFFF", "none", "none", "none"});
     answer.integers("marker-levels", std::move(levels));
-    answer.integers("marker-low-levels", std::move(lowLevels));
     return answer;
 }
 
 TEST(IPPStatusMapping, PensComeFromTheMarkersElse) {
-    const auto answer = markers({80, 5, 300, -7}, {10, 10, 10, 10});
+    const auto answer = markers({80, 0, 300, -7});
     EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "C,Black Toner");
     EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "1,0");
 }
 
 TEST(IPPStatusMapping, TheSuppliesGoBeforeTheMarkers) {
-    auto answer = markers({80, 5, 1, 1}, {10, 10, 10, 10});
-    answer.octets("printer-supply", {"type=ink;level=50;colorantname=yellow;"});
-    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "Y");
+    auto answer = markers({80, 5, 1, 1});
+    answer.octets("printer-supply", {"type=ink;level=50;colorantname=yellow;",
+                                     "type=ink;level=0;colorantname=Spot;"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "Y,Spot");
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "1,0");
 }
 
-TEST(IPPStatusMapping, ALevelAtTheLowLevelIsNotSufficient) {
-    EXPECT_EQ(penValue(markers({10, 11, 0, 0}, {10, 10, 0, 0}), kTkCSPPDPenInkSufficientKey),
-              "0,1");
+TEST(IPPStatusMapping, WhereTheNumbersOfInksDifferTheMarkersAreRight) {
+    auto answer = markers({80, 5, 1, 1});
+    answer.octets("printer-supply", {"type=ink;level=50;colorantname=yellow;"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "C,Black Toner");
+}
+
+TEST(IPPStatusMapping, ALowLevelIsAWarningAndNotEmpty) {
+    auto answer = markers({1, 11, 0, 0});
+    answer.integers("marker-low-levels", {18, 18, 0, 0});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "1,1");
+    EXPECT_EQ(penValue(markers({0, 1, 0, 0}), kTkCSPPDPenInkSufficientKey), "0,1");
 }
 
 TEST(IPPStatusMapping, SomeLeftAndUnlimitedAreSufficient) {
-    EXPECT_EQ(penValue(markers({-1, -3, 0, 0}, {10, 10, 0, 0}), kTkCSPPDPenInkSufficientKey),
-              "1,1");
+    EXPECT_EQ(penValue(markers({-1, -3, 0, 0}), kTkCSPPDPenInkSufficientKey), "1,1");
 }
 
 TEST(IPPStatusMapping, AnUnknownLevelLeavesSufficiencyUnreported) {
     for (const int unknown : {-2, -7}) {
-        const auto answer = markers({80, unknown, 0, 0}, {10, 10, 0, 0});
+        const auto answer = markers({80, unknown, 0, 0});
         EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "not reported") << unknown;
         EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "C,Black Toner");
     }
@@ -267,21 +316,23 @@ TEST(IPPStatusMapping, MissingLevelsLeaveSufficiencyUnreported) {
     EXPECT_EQ(penValue(answer, kTkCSPPDPenInkSufficientKey), "not reported");
 }
 
-TEST(IPPStatusMapping, ADyeWithACommaIsNoDye) {
+TEST(IPPStatusMapping, ADyeWithACommaLeavesTheDyesUnreported) {
     IPPTestMessage answer;
     answer.keywords("marker-types", {"ink", "ink"})
-        .texts("marker-names", IPP_TAG_NAME, {"Black, Photo", "Cyan"});
-    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "Cyan");
+        .texts("marker-names", IPP_TAG_NAME, {"Cyan", "Black, Photo"});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "no pens");
     EXPECT_THAT(answer.status()->droppedValues(),
-                ElementsAre("marker-types: value 1 has no usable name"));
+                ElementsAre("marker-types, value 2: has no usable name, the names of the inks are "
+                            "not reported"));
 }
 
 TEST(IPPStatusMapping, AListThatWouldNotFitInALineIsDropped) {
-    const std::string longName(122, 'x');
+    const std::string longName(121, 'x');
+    const std::string other = longName + "y";
     IPPTestMessage answer;
     answer.keywords("marker-types", {"ink", "ink"})
-        .texts("marker-names", IPP_TAG_NAME, {longName.c_str(), longName.c_str()});
-    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "not reported");
+        .texts("marker-names", IPP_TAG_NAME, {longName.c_str(), other.c_str()});
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "no pens");
     EXPECT_THAT(answer.status()->droppedValues(),
                 ElementsAre("ZrPenDyes: would make a line of more than 255 bytes"));
 }
@@ -292,7 +343,7 @@ TEST(IPPStatusMapping, WithoutInkOrTonerThereAreNoPens) {
     EXPECT_EQ(pens(answer), std::nullopt);
 }
 
-TEST(IPPStatusMapping, NamesAndUnlistedKeywordsAreCustomMediaTypes) {
+TEST(IPPStatusMapping, NamesAndCustomKeywordsAreCustomMediaTypes) {
     IPPTestMessage answer;
     answer.collections("media-col-database", {{{"media-type", IPP_TAG_KEYWORD, "stationery"}},
                                               {{"media-type", IPP_TAG_NAME, "My Gloss"},
@@ -301,16 +352,16 @@ TEST(IPPStatusMapping, NamesAndUnlistedKeywordsAreCustomMediaTypes) {
                                               {{"media-type", IPP_TAG_NAME, "My Gloss"},
                                                {"media-key", IPP_TAG_NAME, "gloss-2"}},
                                               {{"media-type", IPP_TAG_KEYWORD, "vendor-felt"}},
+                                              {{"media-type", IPP_TAG_KEYWORD, "custom-felt"}},
                                               {{"media-type", IPP_TAG_NAME, "stationery"}}});
     const auto types = mediaTypes(answer);
-    ASSERT_EQ(types.size(), 3U);
+    ASSERT_EQ(types.size(), 2U);
     EXPECT_EQ(types[0]->name(), "Glossy Brochure");
     EXPECT_EQ(types[0]->mediaID(), "gloss-1");
     EXPECT_EQ(types[0]->parentMediaID(), std::nullopt);
     EXPECT_EQ(types[0]->ICCProfile(), nullptr);
-    EXPECT_EQ(types[1]->name(), "vendor-felt");
-    EXPECT_EQ(types[1]->mediaID(), "vendor-felt");
-    EXPECT_EQ(types[2]->name(), "stationery");
+    EXPECT_EQ(types[1]->name(), "custom-felt");
+    EXPECT_EQ(types[1]->mediaID(), "custom-felt");
 }
 
 TEST(IPPStatusMapping, SupportedMediaTypesAreAddedOnce) {
@@ -419,9 +470,12 @@ TEST(IPPStatusMapping, AListOfDyesThatCouldBeginAKeywordIsDropped) {
     IPPTestMessage answer;
     answer.keywords("marker-types", {"ink", "ink"})
         .texts("marker-names", IPP_TAG_NAME, {"Cyan", "*UIConstraints"});
-    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "not reported");
+    EXPECT_EQ(penValue(answer, kTkCSPPDPenDyesKey), "no pens");
     EXPECT_THAT(answer.status()->droppedValues(),
-                ElementsAre("ZrPenDyes: has the character U+002A at byte 5"));
+                ElementsAre("marker-names, value 2: has the character U+002A at byte 0, this text "
+                            "is left out",
+                            "marker-types, value 2: has no usable name, the names of the inks are "
+                            "not reported"));
 }
 
 TEST(IPPStatusMapping, OutOfBandValuesAreNotReportedAndNoFault) {
@@ -449,7 +503,8 @@ TEST(IPPStatusMapping, TheFirstOfARepeatedAttributeCounts) {
 }
 
 std::vector<OrbCSStatusSource> sourcesOf(const IPPTestMessage& answer, std::string_view entry) {
-    return OrbCSStatusSources::sourcesOf(*IPPStatusMapping::statusForAnswer(answer.get()), entry);
+    return OrbCSStatusSources::sourcesOf(
+        *IPPStatusMapping::statusForAnswer(IPPAnswer(answer.get())), entry);
 }
 
 TEST(IPPStatusMapping, TheAttributesOfTheAnswerAreItsSources) {
@@ -565,13 +620,19 @@ INSTANTIATE_TEST_SUITE_P(
                      answer.keywords("media-source-supported", {"main", "bottom", "tray\"2"});
                  },
                  {"DeviceAccessories.Tray2"}},
-        ToldCase{"TheResolution",
-                 [](auto& answer) { answer.resolution("printer-resolution-supported", 600, 600); },
+        ToldCase{"TheHighestResolutionOfSeveral",
+                 [](auto& answer) {
+                     answer.resolution("printer-resolution-supported", 600, 600)
+                         .keywords("urf-supported", {"RS300"});
+                 },
                  {"MaxSupportedResolution"}},
+        ToldCase{"NoResolutionByOne",
+                 [](auto& answer) { answer.resolution("printer-resolution-supported", 600, 600); },
+                 {}},
         ToldCase{"NoResolutionBesideOneThatIsNone",
                  [](auto& answer) {
                      answer.resolution("printer-resolution-supported", 600, 600)
-                         .keywords("urf-supported", {"RSmany"});
+                         .keywords("urf-supported", {"RS300-many"});
                  },
                  {}},
         ToldCase{"PensWithTheirLevels",
@@ -588,13 +649,13 @@ INSTANTIATE_TEST_SUITE_P(
                          .integers("marker-levels", {-2});
                  },
                  {kPens + "ZrPenDyes"}},
-        ToldCase{"NoPensOfWhichOneHasNoName",
+        ToldCase{"NoDyesOfWhichOneHasNoName",
                  [](auto& answer) {
                      answer.keywords("marker-types", {"ink", "ink"})
                          .texts("marker-names", IPP_TAG_NAME, {"Cyan", "a,b"})
                          .integers("marker-levels", {40, 40});
                  },
-                 {}},
+                 {kPens + "ZrPenInkSufficient"}},
         ToldCase{"NoDyesThatDoNotFitInALine",
                  [](auto& answer) {
                      static const std::string name(250, 'x');
@@ -639,7 +700,8 @@ TEST(IPPStatusMapping, MediaTypesOfAnAnswerThatWasNotAskedForAllAreSome) {
     answer.keywords("media-type-supported", {"my-gloss"});
     DroppedValues dropped;
     dropped.markIncomplete("media-col-database");
-    const auto status = IPPStatusMapping::statusForAnswer(answer.get(), std::move(dropped));
+    const auto status =
+        IPPStatusMapping::statusForAnswer(IPPAnswer(answer.get(), std::move(dropped)));
     EXPECT_EQ(status->toldEntries(), OrbCSToldEntries{"CustomMediaTypes.reported"});
     EXPECT_THAT(status->droppedValues(), IsEmpty());
 }
@@ -657,12 +719,34 @@ TEST(DroppedValuesTest, KnowsTheAttributesHoweverManyReasonsThereAre) {
 }
 
 TEST(IPPStandardMediaTypes, AreKnownExactly) {
-    for (const char* keyword : {"auto", "stationery", "photographic-glossy", "wet-film"}) {
+    for (const char* keyword : {"auto", "stationery", "photographic-glossy", "wet-film",
+                                "stationery-recycled", "cardstock-lightweight-coated"}) {
         EXPECT_TRUE(isStandardMediaType(keyword)) << keyword;
     }
     for (const char* keyword : {"", "Stationery", "stationery-x", "gloss"}) {
         EXPECT_FALSE(isStandardMediaType(keyword)) << keyword;
     }
+}
+
+TEST(IPPStandardMediaTypes, AreThoseOfTheFileOfFacts) {
+    std::ifstream facts(TKPPDUPDATING_SOURCE_DIR "/backends/cups/MediaTypeKeywords.txt");
+    std::vector<std::string_view> expected;
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(facts, line);) {
+        lines.push_back(line);
+    }
+    for (const std::string& line : lines) {
+        if (!line.starts_with('#')) {
+            expected.emplace_back(line);
+        }
+    }
+    const auto known = standardMediaTypes();
+    EXPECT_THAT(std::vector<std::string_view>(known.begin(), known.end()),
+                testing::ElementsAreArray(expected));
+    // As many as the registry had at the date that the file names.
+    ASSERT_FALSE(lines.empty());
+    EXPECT_TRUE(lines.front().ends_with("2025-10: 135.")) << lines.front();
+    EXPECT_EQ(known.size(), 135U);
 }
 
 }  // namespace

@@ -73,7 +73,8 @@ class IPPTestMessage {
     }
 
     std::shared_ptr<const IPPDeviceStatus> status() const {
-        return IPPStatusMapping::statusForAnswer(get());
+        return IPPStatusMapping::statusForAnswer(
+            IPPAnswer(get(), DroppedValues(IPPStatusMapping::meaningOfDrop)));
     }
 
   private:

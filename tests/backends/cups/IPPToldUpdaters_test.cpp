@@ -18,6 +18,7 @@ IPPTestMessage fullAnswer() {
     answer.keywords("sides-supported", {"one-sided", "two-sided-long-edge"})
         .keywords("media-source-supported", {"main", "bottom"})
         .resolution("printer-resolution-supported", 1200, 600)
+        .keywords("urf-supported", {"RS300-600"})
         .keywords("marker-types", {"ink", "ink"})
         .texts("marker-names", IPP_TAG_NAME, {"Cyan", "Black"})
         .texts("marker-colors", IPP_TAG_NAME, {"#00FFFF", "#000000"})
