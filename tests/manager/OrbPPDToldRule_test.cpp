@@ -10,6 +10,7 @@
 #include "core_interface/TkCSKeys.h"
 #include "manager/ITkPPDStatusReading.h"
 #include "manager/OrbClassTable.h"
+#include "tests/support/QuietUpdater.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -17,27 +18,6 @@ namespace {
 
 using Kind = OrbPPDToldDecision::Kind;
 using Entries = std::vector<std::string>;
-
-/// An updater without behaviour.
-class QuietUpdater : public ITkPPDUpdater {
-  public:
-    bool isApplicableForPPDFile(const OrbPPDFile* /*PPDFile*/) override { return true; }
-    PPDText updatedPPDContentsForContents_deviceURI_context(
-        const PPDText& /*contents*/, std::optional<std::string_view> /*deviceURI*/,
-        OrbDictionary* /*context*/) override {
-        return nullptr;
-    }
-    PPDText updatedPPDContentsForContents_PPDFile_context(const PPDText& /*contents*/,
-                                                          const OrbPPDFile* /*PPDFile*/,
-                                                          OrbDictionary* /*context*/) override {
-        return nullptr;
-    }
-    std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
-        const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
-        OrbDictionary* /*context*/) override {
-        return std::nullopt;
-    }
-};
 
 class ReadingUpdater : public QuietUpdater, public ITkPPDStatusReading {
   public:

@@ -14,6 +14,8 @@
 #include <system_error>
 #include <utility>
 
+#include "ppd/FileDescriptor.h"
+
 namespace TkPPDUpdating::Testing {
 namespace {
 
@@ -27,28 +29,6 @@ void check(int error, const char* what) {
         throw std::system_error(error, std::generic_category(), what);
     }
 }
-
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int descriptor = -1) : descriptor_(descriptor) {}
-    FileDescriptor(FileDescriptor&& other) noexcept
-        : descriptor_(std::exchange(other.descriptor_, -1)) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-        std::swap(descriptor_, other.descriptor_);
-        return *this;
-    }
-    ~FileDescriptor() { close(); }
-
-    int get() const { return descriptor_; }
-    void close() {
-        if (descriptor_ >= 0) {
-            ::close(std::exchange(descriptor_, -1));
-        }
-    }
-
-  private:
-    int descriptor_;
-};
 
 /// One of the program's outputs: the end that the program writes, the end that we read, what came.
 struct Output {

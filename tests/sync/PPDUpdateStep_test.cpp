@@ -9,6 +9,7 @@
 #include "manager/OrbPPDToldRule.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "tests/support/ParsedPPD.h"
+#include "tests/support/QuietUpdater.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -123,25 +124,14 @@ TEST(PPDUpdateStep, NothingIsExplainedWhereNothingChanges) {
 }
 
 /// A class that does not say what it reads.
-class OwnUpdater : public ITkPPDUpdater {
+class OwnUpdater : public QuietUpdater {
   public:
     static constexpr std::string_view kClassName = "OwnUpdater";
 
-    bool isApplicableForPPDFile(const OrbPPDFile* /*PPDFile*/) override { return true; }
     PPDText updatedPPDContentsForContents_deviceURI_context(
         const PPDText& contents, std::optional<std::string_view> deviceURI,
         OrbDictionary* /*context*/) override {
         return makePPDText(*contents + "*Own: " + std::string(deviceURI.value_or("")) + "\n");
-    }
-    PPDText updatedPPDContentsForContents_PPDFile_context(const PPDText& /*contents*/,
-                                                          const OrbPPDFile* /*PPDFile*/,
-                                                          OrbDictionary* /*context*/) override {
-        return nullptr;
-    }
-    std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
-        const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
-        OrbDictionary* /*context*/) override {
-        return std::nullopt;
     }
 };
 

@@ -14,6 +14,7 @@
 
 #include "manager/ITkPPDLineOwnership.h"
 #include "manager/OrbClassTable.h"
+#include "tests/support/QuietUpdater.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -449,28 +450,7 @@ TEST(UpdateGuard, AnOptionMayNotLoseItsEndWithTheGroup) {
               "the line of Other a would belong to another option or group");
 }
 
-/// An application's own class, which does what its subclasses say.
-class OwnUpdater : public ITkPPDUpdater {
-  public:
-    bool isApplicableForPPDFile(const OrbPPDFile* /*PPDFile*/) override { return true; }
-    PPDText updatedPPDContentsForContents_deviceURI_context(
-        const PPDText& /*contents*/, std::optional<std::string_view> /*deviceURI*/,
-        OrbDictionary* /*context*/) override {
-        return nullptr;
-    }
-    PPDText updatedPPDContentsForContents_PPDFile_context(const PPDText& /*contents*/,
-                                                          const OrbPPDFile* /*PPDFile*/,
-                                                          OrbDictionary* /*context*/) override {
-        return nullptr;
-    }
-    std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
-        const OrbPPDFile* /*PPDFile*/, std::optional<std::string_view> /*deviceURI*/,
-        OrbDictionary* /*context*/) override {
-        return std::nullopt;
-    }
-};
-
-class DeclaringUpdater : public OwnUpdater, public ITkPPDLineOwnership {
+class DeclaringUpdater : public QuietUpdater, public ITkPPDLineOwnership {
   public:
     OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> /*before*/,
                                 std::span<const PPDStatement> /*after*/) override {
@@ -490,7 +470,7 @@ std::string reasonOfOwn(std::unique_ptr<ITkPPDUpdater> updater, const Edits& edi
 
 TEST(UpdateGuard, AClassThatDeclaresNothingMayChangeDefaultsOnly) {
     const auto reason = [](const Edits& edits) {
-        return reasonOfOwn(std::make_unique<OwnUpdater>(), edits);
+        return reasonOfOwn(std::make_unique<QuietUpdater>(), edits);
     };
     EXPECT_EQ(reason({{"*DefaultMediaType: Plain", "*DefaultMediaType: Photo"}}), "accepted");
     EXPECT_EQ(reason({{"*DefaultPageSize: A4", "*DefaultPageSize: A4.ZrDuplex"}}), "accepted");
