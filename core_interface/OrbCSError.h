@@ -29,6 +29,8 @@ struct OrbCSError {
         brokenAnswer,
         /// What answers does not speak the protocol of the scheme.
         notIPP,
+        /// What answers is no printer, or stands for several.
+        notAPrinter,
         /// The caller no longer waits.
         cancelled,
     };

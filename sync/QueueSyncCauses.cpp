@@ -24,6 +24,8 @@ const QueueSyncCause& queueSyncCauseForError(OrbCSError::Cause cause) {
             return queueSyncCause("broken-answer");
         case OrbCSError::Cause::notIPP:
             return queueSyncCause("not-ipp");
+        case OrbCSError::Cause::notAPrinter:
+            return queueSyncCause("not-a-printer");
         case OrbCSError::Cause::cancelled:
             return queueSyncCause("interrupted");
         case OrbCSError::Cause::unknown:

@@ -30,6 +30,7 @@ inline constexpr auto kQueueSyncCauses = [] {
         {"printer-error", unreachable, "the printer answers with an error"},
         {"broken-answer", unreachable, "the printer's answer ends too early or never"},
         {"not-ipp", unreachable, "what answers does not speak IPP"},
+        {"not-a-printer", unreachable, "what answers is no printer, or stands for several"},
         {"bad-recording", unreachable, "the recording behind the device URI cannot be read"},
         {"no-status", unreachable, "the printer gave no status, and no cause is known"},
         {"no-backend", unsupported, "printers of the device URI's scheme cannot be asked"},

@@ -2,10 +2,11 @@
 
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "core_interface/OrbCoreInterface.h"
+#include "tools/BackendModules.h"
+#include "tools/InterruptionWatch.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
 #include "backends/cups/CUPSScheduler.h"
 #include "backends/cups/IPPDeviceStatus.h"
-#include "tools/InterruptionWatch.h"
 #endif
 
 namespace TkPPDUpdating {
@@ -19,6 +20,9 @@ std::shared_ptr<const DeviceStatusSchemes> builtInSchemes() {
     IPPDeviceStatusLimits limits;
     limits.isCancelled = &InterruptionWatch::isInterrupted();
     registerCUPSDeviceStatus(*schemes, limits);
+#endif
+#ifdef TKPPDUPDATING_WITH_SNMP
+    registerSchemesOfModule(*schemes, "snmp", {"snmp"}, &InterruptionWatch::isInterrupted());
 #endif
     return schemes;
 }

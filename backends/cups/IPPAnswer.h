@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "backends/cups/DroppedValues.h"
+#include "backends/schemes/DroppedValues.h"
 #include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {

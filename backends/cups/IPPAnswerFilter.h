@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "backends/cups/DroppedValues.h"
+#include "backends/schemes/DroppedValues.h"
 
 namespace TkPPDUpdating {
 

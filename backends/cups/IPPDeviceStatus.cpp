@@ -1,25 +1,11 @@
 #include "backends/cups/IPPDeviceStatus.h"
 
-#include <any>
 #include <memory>
 
 #include "backends/cups/IPPPrinterRequest.h"
-#include "core_interface/TkCSKeys.h"
+#include "backends/schemes/RequestParameters.h"
 
 namespace TkPPDUpdating {
-
-namespace {
-
-bool isCUPSFilterMode(const OrbDictionary* parameters) {
-    if (!parameters) {
-        return false;
-    }
-    const auto entry = parameters->find(kTkCSIsCUPSFilterModeKey);
-    const bool* value = entry == parameters->end() ? nullptr : std::any_cast<bool>(&entry->second);
-    return value && *value;
-}
-
-}  // namespace
 
 void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatusLimits& limits) {
     for (const char* scheme : {"ipp", "ipps", "dnssd"}) {

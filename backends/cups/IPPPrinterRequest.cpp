@@ -13,11 +13,11 @@
 #include <utility>
 #include <vector>
 
-#include "backends/cups/DroppedValues.h"
 #include "backends/cups/HTTPTalk.h"
 #include "backends/cups/IPPAnswerFilter.h"
 #include "backends/cups/IPPMessage.h"
 #include "backends/cups/IPPStatusMapping.h"
+#include "backends/schemes/DroppedValues.h"
 
 namespace TkPPDUpdating {
 

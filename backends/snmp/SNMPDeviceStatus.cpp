@@ -1,0 +1,18 @@
+#include "backends/snmp/SNMPDeviceStatus.h"
+
+#include <string>
+
+#include "backends/schemes/RequestParameters.h"
+#include "backends/snmp/SNMPPrinterRequest.h"
+
+namespace TkPPDUpdating {
+
+void registerSNMPDeviceStatus(DeviceStatusSchemes& schemes, const SNMPDeviceStatusLimits& limits) {
+    schemes.registerScheme("snmp", [limits](const std::string& deviceURI,
+                                            const OrbDictionary* parameters, OrbCSError& error) {
+        const auto time = isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
+        return SNMPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
+    });
+}
+
+}  // namespace TkPPDUpdating

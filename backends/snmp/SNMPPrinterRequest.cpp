@@ -1,0 +1,128 @@
+#include "backends/snmp/SNMPPrinterRequest.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "backends/schemes/NetworkPlace.h"
+#include "backends/snmp/SNMPAddresses.h"
+#include "backends/snmp/SNMPCommunity.h"
+#include "backends/snmp/SNMPSession.h"
+#include "backends/snmp/SNMPStatusMapping.h"
+#include "backends/snmp/SNMPTableWalk.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::uint16_t kUsualPort = 161;
+
+/// A lost packet is sent again, and a printer that knows version 1 only is silent to 2c: with two
+/// tries of a sixth of the time in either, there is still a third left for its tables.
+constexpr int kFirstTries = 2;
+constexpr int kLaterTries = 3;
+constexpr int kTriesInTime = 6;
+
+std::optional<NetworkPlace> printerWithURI(const std::string& deviceURI) {
+    auto place = NetworkPlace::placeOfURI(deviceURI);
+    const bool isPrinter = place && !place->hasUserInfo && !place->hasQuery &&
+                           (place->path.empty() || place->path == "/");
+    return isPrinter ? place : std::nullopt;
+}
+
+enum class Outcome { done, silent, failed };
+
+/// The tables of the printer behind one address, in one version of SNMP.
+class Conversation {
+  public:
+    Conversation(const SNMPDeviceStatusLimits& limits, std::chrono::milliseconds time,
+                 Clock::time_point deadline, std::size_t addresses) {
+        limits_.deadline = deadline;
+        limits_.oneTry = time / kTriesInTime / std::max<int>(1, static_cast<int>(addresses));
+        limits_.cells = limits.cells;
+        limits_.isCancelled = limits.isCancelled;
+    }
+
+    Outcome readTables(const SNMPAddress& address, SNMPVersion version,
+                       const std::string& community, SNMPRows& rows, OrbCSError& error) const {
+        const auto session = SNMPSession::opened(address, version, community, error);
+        if (!session) {
+            return Outcome::silent;
+        }
+        SNMPTableWalk walk(*session);
+        auto limits = limits_;
+        limits.tries = kFirstTries;
+        for (const auto& columns : SNMPStatusMapping::tables()) {
+            if (!walk.read(columns, limits, rows)) {
+                error = errorOf(walk);
+                const bool mayAnswerOtherwise =
+                    !walk.hasAnswered() && walk.end() != SNMPSession::End::cancelled;
+                return mayAnswerOtherwise ? Outcome::silent : Outcome::failed;
+            }
+            limits.tries = kLaterTries;
+        }
+        return Outcome::done;
+    }
+
+  private:
+    OrbCSError errorOf(const SNMPTableWalk& walk) const {
+        using Cause = OrbCSError::Cause;
+        if (walk.hasTooMany()) {
+            return {Cause::brokenAnswer,
+                    "its tables have more than " + std::to_string(limits_.cells) + " cells"};
+        }
+        switch (walk.end()) {
+            case SNMPSession::End::cancelled:
+                return {Cause::cancelled, "interrupted"};
+            case SNMPSession::End::refused:
+                return {Cause::noConnection, "nothing answers SNMP there"};
+            default:
+                return {Cause::timeout, walk.hasAnswered() ? "there was no whole answer over SNMP"
+                                                           : "there was no answer over SNMP"};
+        }
+    }
+
+    SNMPTableWalk::Limits limits_;
+};
+
+}  // namespace
+
+std::shared_ptr<const ReportedDeviceStatus> SNMPPrinterRequest::statusOfPrinter(
+    const std::string& deviceURI, OrbCSError& error) const {
+    const auto printer = printerWithURI(deviceURI);
+    if (!printer) {
+        error = {OrbCSError::Cause::malformedURI,
+                 "the URI names no SNMP printer (snmp://HOST or snmp://HOST:PORT does)"};
+        return nullptr;
+    }
+    const auto deadline = Clock::now() + time_;
+    std::string warning;
+    const std::string community = SNMPCommunity::configured(warning);
+    const auto addresses = addressesOfHost(printer->host, printer->port.value_or(kUsualPort),
+                                           deadline, limits_.isCancelled, error);
+    const Conversation conversation(limits_, time_, deadline, addresses.size());
+    for (const SNMPAddress& address : addresses) {
+        for (const SNMPVersion version : {SNMPVersion::two, SNMPVersion::one}) {
+            SNMPRows rows;
+            const Outcome outcome =
+                conversation.readTables(address, version, community, rows, error);
+            if (outcome == Outcome::done) {
+                return SNMPStatusMapping::statusForRows(rows, error);
+            }
+            if (outcome == Outcome::failed) {
+                return nullptr;
+            }
+        }
+    }
+    if (!warning.empty()) {
+        error.reason += " (" + warning + ")";
+    }
+    return nullptr;
+}
+
+}  // namespace TkPPDUpdating

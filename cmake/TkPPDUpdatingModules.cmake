@@ -1,0 +1,32 @@
+# Modules of backends (backends/schemes/BackendModule.h): shared objects in a folder of their own
+# beside the library, which the tool loads when a run needs one.
+#
+#   tkppdupdating_add_backend_module(<name> SOURCES <file>... LIBRARIES <target>...)
+#
+# The way from the tool to that folder is the same in the build tree as where it is installed, so
+# that a relocated tool finds its own modules, and no others.
+set(TKPPDUPDATING_MODULE_FOLDER "${CMAKE_INSTALL_FULL_LIBDIR}/TkPPDUpdating")
+file(RELATIVE_PATH TKPPDUPDATING_WAY_TO_MODULES
+    "${CMAKE_INSTALL_FULL_BINDIR}" "${TKPPDUPDATING_MODULE_FOLDER}")
+
+function(tkppdupdating_add_backend_module name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    set(target TkPPDUpdatingModule_${name})
+    add_library(${target} MODULE ${arg_SOURCES})
+    tkppdupdating_compiler_settings(${target})
+    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
+    target_compile_definitions(${target} PRIVATE TKPPDUPDATING_VERSION="${PROJECT_VERSION}")
+    # What is linked in statically is the module's own business.
+    target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL)
+    # A moved module finds the shared library beside its folder.
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME "${name}"
+        PREFIX ""
+        CXX_VISIBILITY_PRESET hidden
+        INSTALL_RPATH "$ORIGIN/.."
+        LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tools/${TKPPDUPDATING_WAY_TO_MODULES}")
+    if(TKPPDUPDATING_BUILD_TOOL)
+        install(TARGETS ${target} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/TkPPDUpdating")
+        set_property(GLOBAL APPEND PROPERTY TKPPDUPDATING_BACKEND_MODULES ${target})
+    endif()
+endfunction()

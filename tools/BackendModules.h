@@ -1,0 +1,38 @@
+#pragma once
+
+#include <atomic>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "backends/schemes/DeviceStatusSchemes.h"
+
+namespace TkPPDUpdating {
+
+/// A module of backends (backends/schemes/BackendModule.h) that is loaded into the process and
+/// stays there until its end.
+class BackendModule {
+  public:
+    /// Loads "NAME.so" from the tool's own folder of modules, which lies at a fixed way from the
+    /// program's file: neither the environment nor the working directory has a part in it. Null,
+    /// with the reason (one phrase) in `error`, when it cannot be loaded.
+    static std::unique_ptr<BackendModule> loaded(const std::string& name, std::string& error);
+
+    /// The address of what it exports under that name, or null.
+    void* exported(const char* name) const;
+
+  private:
+    explicit BackendModule(void* handle) : handle_(handle) {}
+
+    void* handle_;
+};
+
+/// Registers schemes whose backends a module has. It is loaded when the first URI of one of them is
+/// asked for, and no earlier; when that fails, its schemes give no status and say why.
+/// `isCancelled` is handed on to the module.
+void registerSchemesOfModule(DeviceStatusSchemes& schemes, const std::string& moduleName,
+                             std::initializer_list<std::string_view> names,
+                             const std::atomic<bool>* isCancelled);
+
+}  // namespace TkPPDUpdating
