@@ -50,7 +50,7 @@ struct Exchange {
 };
 
 std::chrono::milliseconds timeUntil(Clock::time_point deadline) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    return std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
 }
 
 /// libcups says EHOSTDOWN of every address that it could not connect in the end, whatever it met.
