@@ -16,8 +16,8 @@ namespace TkPPDUpdating {
 /// Callers: a null value means that the printer did not report it. Nothing is raised.
 ///
 /// Implementers: the value under a key has the type that `OrbCSStatusValue.h` gives for it. Every
-/// text must be harmless where it will stand in a PPD (`ppd/PPDTextSafety.h`); a text that is not is
-/// not handed over. Answers never change during the life of the object.
+/// text must be harmless where it will stand in a PPD (`ppd/PPDTextSafety.h`); a text that is not
+/// is not handed over. Answers never change during the life of the object.
 class OrbCSDeviceStatus {
   public:
     virtual ~OrbCSDeviceStatus() = default;

@@ -66,7 +66,8 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
 #ifdef TKPPDUPDATING_WITH_CUPS
     SyncCommand sync(application);
     RestoreCommand restore(application);
-    const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status, &sync, &restore});
+    const auto commands =
+        std::to_array<Command*>({&update, &values, &updaters, &status, &sync, &restore});
 #else
     const auto commands = std::to_array<Command*>({&update, &values, &updaters, &status});
 #endif

@@ -257,8 +257,8 @@ class Asking {
         // A printer that says that it does not know the version has said nothing of the database.
         const bool isVersionRefused =
             statusOfAnswer(answer_) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED;
-        remaining_ = std::chrono::ceil<std::chrono::milliseconds>(
-            deadline_ - std::chrono::steady_clock::now());
+        remaining_ = std::chrono::ceil<std::chrono::milliseconds>(deadline_ -
+                                                                  std::chrono::steady_clock::now());
         return remaining_.count() > 0 ? statusForQuestion({1, 1, isVersionRefused}) : nullptr;
     }
 

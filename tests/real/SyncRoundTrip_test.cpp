@@ -685,6 +685,26 @@ TEST_P(InterruptedSync, DoesNotWaitForASilentPrinter) {
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("one")), before);
 }
 
+TEST_P(InterruptedSync, DoesNotWaitForASilentScheduler) {
+    if (IsSkipped()) {
+        return;
+    }
+    HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
+    const std::string output = (scheduler_->directory().path() / "sync.output").string();
+    ChildProcess tool({TKPPDUPDATING_TOOL, "sync", "--server",
+                       "127.0.0.1:" + std::to_string(silent.port()), "one"},
+                      output);
+    while (silent.connections() == 0 && tool.isRunning()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    tool.signal(GetParam());
+    EXPECT_EQ(tool.wait(), 1);
+    // A scheduler has 30 seconds to answer.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(contentsOfFile(output), "one: abandoned: interrupted\n1 queue: 1 abandoned\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(BySignal, InterruptedSync, testing::Values(SIGINT, SIGTERM, SIGHUP),
                          [](const auto& number) {
                              return number.param == SIGINT    ? "SIGINT"

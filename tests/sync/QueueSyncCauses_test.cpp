@@ -65,9 +65,10 @@ TEST(QueueSyncCauses, TellAPrinterThatCannotBeAskedFromOneThatIsSilent) {
     for (const Cause cause : {Cause::malformedURI, Cause::noBackend}) {
         EXPECT_EQ(queueSyncCauseForError(cause).result, QueueSyncResult::unsupported);
     }
-    for (const Cause cause : {Cause::unknown, Cause::unreadableRecording, Cause::unknownHost,
-                              Cause::noConnection, Cause::timeout, Cause::accessDenied,
-                              Cause::deviceError, Cause::brokenAnswer, Cause::notIPP, Cause::notAPrinter}) {
+    for (const Cause cause :
+         {Cause::unknown, Cause::unreadableRecording, Cause::unknownHost, Cause::noConnection,
+          Cause::timeout, Cause::accessDenied, Cause::deviceError, Cause::brokenAnswer,
+          Cause::notIPP, Cause::notAPrinter}) {
         EXPECT_EQ(queueSyncCauseForError(cause).result, QueueSyncResult::unreachable);
     }
     EXPECT_EQ(queueSyncCauseForError(Cause::cancelled).result, QueueSyncResult::abandoned);
