@@ -42,7 +42,14 @@ struct Description {
 struct Input {
     std::optional<std::string> source;
     std::optional<Description> description;
+    /// Whether it has no source, or no usable description, where the other inputs have theirs.
+    bool isPartial = false;
 };
+
+/// RFC 3805, prtInputType, "unknown".
+bool isOfUnknownType(const Description& description) {
+    return comparableKeyword(description.type) == "unknown";
+}
 
 /// RFC 3805, prtInputType; some printers leave the last word off.
 bool isFedAutomatically(const Description& description) {
@@ -66,10 +73,14 @@ bool isSourceOfNoTray(std::string_view source) {
 enum class Judgement { tray, noTray, unknown };
 
 Judgement judgementOf(const Input& input) {
-    const auto& [source, description] = input;
+    const auto& [source, description, isPartial] = input;
+    const bool isTypeKnown = description && !isOfUnknownType(*description);
     if ((source && isSourceOfNoTray(*source)) ||
-        (description && !isFedAutomatically(*description))) {
+        (isTypeKnown && !isFedAutomatically(*description))) {
         return Judgement::noTray;
+    }
+    if (isPartial || (source && description && !isTypeKnown)) {
+        return Judgement::unknown;
     }
     if (source) {
         const bool mayBeAnything = !description && comparableKeyword(*source) == "alternate";
@@ -78,7 +89,9 @@ Judgement judgementOf(const Input& input) {
     if (!description || description->name.empty()) {
         return Judgement::unknown;
     }
-    return isNameOfNoTray(description->name) ? Judgement::noTray : Judgement::tray;
+    return isNameOfNoTray(description->name) ? Judgement::noTray
+           : isTypeKnown                     ? Judgement::tray
+                                             : Judgement::unknown;
 }
 
 std::vector<std::optional<std::string>> readSources(IPPAnswer& answer) {
@@ -117,9 +130,11 @@ std::vector<Input> readInputs(IPPAnswer& answer) {
     }
     std::vector<Input> inputs(std::max(sources.size(), descriptions.size()));
     for (std::size_t index = 0; index < inputs.size(); ++index) {
-        inputs[index].source = sources.empty() ? std::nullopt : std::move(sources[index]);
-        inputs[index].description =
-            descriptions.empty() ? std::nullopt : std::move(descriptions[index]);
+        Input& input = inputs[index];
+        input.source = sources.empty() ? std::nullopt : std::move(sources[index]);
+        input.description = descriptions.empty() ? std::nullopt : std::move(descriptions[index]);
+        input.isPartial =
+            (!sources.empty() && !input.source) || (!descriptions.empty() && !input.description);
     }
     return inputs;
 }
@@ -142,6 +157,8 @@ void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldE
             answer.dropped().addUnlessTold(kSides, index + 1, "is no keyword of RFC 8011");
         }
     }
+    // It may be given twice, of which one counts.
+    isKnown = isKnown && !answer.dropped().areFrom({kSides});
     if (isTwoSided || isKnown) {
         addAccessory(kTkCSDeviceAccessoryDuplexer, isTwoSided, values, told);
     }

@@ -4,9 +4,9 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <map>
+#include <cstdint>
+#include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,6 +14,7 @@
 
 #include "backends/cups/KeywordText.h"
 #include "backends/schemes/InkColours.h"
+#include "backends/schemes/InkSupplies.h"
 #include "core_interface/TkCSKeys.h"
 
 namespace TkPPDUpdating {
@@ -30,20 +31,10 @@ constexpr const char* kLevels = "marker-levels";
 /// PPD specification 4.3, section 3.6.
 constexpr std::size_t kLongestLine = 255;
 
-/// The dyes of one supply: one as a rule, several in a cartridge of joined colours.
-using Dyes = std::vector<std::string>;
-
-/// One ink or toner supply, as one of the two families tells it.
+/// One ink or toner supply, as one of the two families tells it, and where it stands in the answer.
 struct Ink {
-    /// Where it stands in the answer.
     std::string place;
-    /// The dyes that its colour stands for; empty when it has none that could be used.
-    Dyes ofColour;
-    /// Its own name, not looked at yet, and where that stands.
-    std::string name;
-    std::string placeOfName;
-    /// Whether it is not empty; nothing when that is not known.
-    std::optional<bool> isSufficient;
+    InkSupply supply;
 };
 
 std::string placeOf(std::string_view attribute, std::size_t index) {
@@ -56,171 +47,159 @@ bool isInkOrToner(std::string_view type) {
     return std::find(kInks.begin(), kInks.end(), comparableKeyword(type)) != kInks.end();
 }
 
-/// RFC 3805, prtMarkerSuppliesLevel: -1 no restriction, -2 unknown, -3 some is left.
-std::optional<bool> isSufficient(std::optional<int> level) {
-    const bool isKnown = level && *level >= -3 && *level != -2;
-    return isKnown ? std::optional(*level != 0) : std::nullopt;
-}
-
-std::optional<int> wholeNumber(std::string_view text) {
-    int number = 0;
+std::optional<std::int64_t> wholeNumber(std::string_view text) {
+    std::int64_t number = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
     const bool isNumber = read.ec == std::errc() && read.ptr == text.data() + text.size();
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
-/// The value at the place, or an empty one.
-std::string valueAt(const std::vector<std::optional<std::string>>& values, std::size_t index) {
-    return index < values.size() ? values[index].value_or("") : std::string();
-}
-
-/// A dye must not be taken for two, and a colour's number is no word.
-bool canBeDye(std::string_view text) {
-    return !text.empty() && !text.starts_with('#') && text.find(',') == std::string_view::npos;
+/// The texts that belong to the values of the other attribute place by place; all empty when they
+/// are not as many, since it is open then which belongs to which.
+std::vector<std::string> textsBeside(IPPAnswer& answer, const char* name, std::size_t count) {
+    const auto texts = answer.uncheckedTexts(name);
+    std::vector<std::string> beside(count);
+    if (!texts.empty() && texts.size() != count) {
+        answer.dropped().add(name,
+                             "has another number of values than there are supplies, so that "
+                             "all are left out");
+        return beside;
+    }
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+        beside[index] = texts[index].value_or("");
+    }
+    return beside;
 }
 
 /// The dyes that the text stands for, when all of them can stand in the list.
-Dyes usableDyes(IPPAnswer& answer, std::string_view text, const std::string& place) {
-    if (text.empty() || !answer.usable(text, PrinterText::unquotedValue, place)) {
-        return {};
-    }
-    Dyes dyes = dyesOfInkColour(text);
-    return std::all_of(dyes.begin(), dyes.end(), canBeDye) ? dyes : Dyes();
+InkDyes usableDyes(IPPAnswer& answer, const std::string& text, const std::string& place) {
+    const bool isUsable =
+        !text.empty() && answer.usable(text, PrinterText::unquotedValue, place).has_value();
+    return isUsable ? dyesOfInkColour(text) : InkDyes();
+}
+
+std::function<InkDyes()> dyesOfName(IPPAnswer& answer, std::string name, std::string place) {
+    return [&answer, name = std::move(name), place = std::move(place)] {
+        return usableDyes(answer, name, place);
+    };
+}
+
+/// Whether nothing can be said of a supply of that type.
+bool leavesTypeOpen(std::string_view type) {
+    return type.empty() || comparableKeyword(type) == "unknown";
 }
 
 /// The printer's inks and toners by its supplies; nothing when one of the supplies, which may be an
 /// ink, could not be read.
 std::optional<std::vector<Ink>> inksOfSupplies(IPPAnswer& answer) {
     const auto supplies = answer.uncheckedTexts(kSupplies);
-    const auto descriptions = answer.uncheckedTexts(kDescriptions);
+    const auto names = textsBeside(answer, kDescriptions, supplies.size());
     std::vector<Ink> inks;
     for (std::size_t index = 0; index < supplies.size(); ++index) {
-        if (!supplies[index]) {
+        const std::string_view supply =
+            supplies[index] ? withoutOwnName(*supplies[index], kSupplies) : std::string_view();
+        const std::string_view type = fieldOfList(supply, "type");
+        if (leavesTypeOpen(type)) {
+            answer.dropped().addUnlessTold(kSupplies, index + 1, "has no type");
             return std::nullopt;
         }
-        const std::string_view supply = withoutOwnName(*supplies[index], kSupplies);
-        if (!isInkOrToner(fieldOfList(supply, "type")) ||
+        if (!isInkOrToner(type) ||
             comparableKeyword(fieldOfList(supply, "class")) == "receptaclethatisfilled") {
             continue;
         }
         const std::string place = placeOf(kSupplies, index);
-        inks.push_back(
-            {place,
-             usableDyes(answer, fieldOfList(supply, "colorantname"), place + ", colorantname"),
-             valueAt(descriptions, index), placeOf(kDescriptions, index),
-             isSufficient(wholeNumber(fieldOfList(supply, "level")))});
+        const std::string colour(fieldOfList(supply, "colorantname"));
+        inks.push_back({place,
+                        {usableDyes(answer, colour, place + ", colorantname"),
+                         dyesOfName(answer, names[index], placeOf(kDescriptions, index)),
+                         isInkSufficient(wholeNumber(fieldOfList(supply, "level")))}});
     }
     return inks;
+}
+
+/// The levels of the markers, place by place; none when there is another number of them.
+std::vector<int> levelsOfMarkers(IPPAnswer& answer, std::size_t markers) {
+    std::vector<int> levels = answer.integers(kLevels);
+    if (!levels.empty() && levels.size() != markers) {
+        answer.dropped().add(kLevels,
+                             "has another number of values than there are supplies, so "
+                             "that all are left out");
+        levels.clear();
+    }
+    return levels;
 }
 
 /// The same by its markers.
 std::optional<std::vector<Ink>> inksOfMarkers(IPPAnswer& answer) {
     const auto types = answer.uncheckedTexts(kTypes);
-    const auto names = answer.uncheckedTexts(kNames);
-    const auto colours = answer.uncheckedTexts(kColours);
-    const auto levels = answer.integers(kLevels);
+    const auto names = textsBeside(answer, kNames, types.size());
+    const auto colours = textsBeside(answer, kColours, types.size());
+    const auto levels = levelsOfMarkers(answer, types.size());
     std::vector<Ink> inks;
     for (std::size_t index = 0; index < types.size(); ++index) {
-        if (!types[index]) {
+        if (leavesTypeOpen(types[index].value_or(""))) {
             return std::nullopt;
         }
         if (isInkOrToner(*types[index])) {
-            const auto level = index < levels.size() ? std::optional(levels[index]) : std::nullopt;
+            const auto level =
+                levels.empty() ? std::nullopt : std::optional<std::int64_t>(levels[index]);
             inks.push_back({placeOf(kTypes, index),
-                            usableDyes(answer, valueAt(colours, index), placeOf(kColours, index)),
-                            valueAt(names, index), placeOf(kNames, index), isSufficient(level)});
+                            {usableDyes(answer, colours[index], placeOf(kColours, index)),
+                             dyesOfName(answer, names[index], placeOf(kNames, index)),
+                             isInkSufficient(level)}});
         }
     }
     return inks;
 }
 
+using InkSupplies = std::vector<InkSupply>;
+
+/// One family as it is judged: its supplies, and where each stands.
+struct Family {
+    InkSupplies supplies;
+    std::vector<std::string> places;
+};
+
+Family familyOf(std::vector<Ink> inks) {
+    Family family;
+    for (Ink& ink : inks) {
+        family.supplies.push_back(std::move(ink.supply));
+        family.places.push_back(std::move(ink.place));
+    }
+    return family;
+}
+
 /// The families that count, the better one first.
-std::vector<std::vector<Ink>> familiesThatCount(IPPAnswer& answer) {
+std::vector<Family> familiesThatCount(IPPAnswer& answer) {
     auto supplies = inksOfSupplies(answer);
     auto markers = inksOfMarkers(answer);
     const bool hasMarkers = markers && !markers->empty();
     const bool hasSupplies =
         supplies && !supplies->empty() && (!hasMarkers || supplies->size() == markers->size());
-    std::vector<std::vector<Ink>> families;
+    std::vector<Family> families;
     if (hasSupplies) {
-        families.push_back(std::move(*supplies));
+        families.push_back(familyOf(std::move(*supplies)));
     }
     if (hasMarkers) {
-        families.push_back(std::move(*markers));
+        families.push_back(familyOf(std::move(*markers)));
     }
     return families;
 }
 
-/// The names of the inks that have that dye; nothing when they do not tell them apart.
-std::optional<std::map<std::size_t, Dyes>> namesOfInksWithDye(IPPAnswer& answer,
-                                                              const std::vector<Ink>& inks,
-                                                              const std::vector<Dyes>& dyes,
-                                                              const std::string& dye) {
-    std::map<std::size_t, Dyes> names;
-    std::set<Dyes> seen;
-    for (std::size_t index = 0; index < inks.size(); ++index) {
-        if (dyes[index] == Dyes{dye}) {
-            Dyes name = usableDyes(answer, inks[index].name, inks[index].placeOfName);
-            if (name.empty() || !seen.insert(name).second) {
-                return std::nullopt;
-            }
-            names.emplace(index, std::move(name));
-        }
-    }
-    return names;
+/// Whether nothing speaks against the supplies of both standing in the same order.
+bool mayBeInOneOrder(const InkSupplies& first, const InkSupplies& second) {
+    return std::ranges::equal(first, second, [](const InkSupply& one, const InkSupply& other) {
+        return one.ofColour.empty() || other.ofColour.empty() || one.ofColour == other.ofColour;
+    });
 }
 
-/// Gives supplies of one dye their own names.
-void tellSharedDyesApart(IPPAnswer& answer, const std::vector<Ink>& inks, std::vector<Dyes>& dyes) {
-    std::map<std::string, std::size_t> counts;
-    for (const Dyes& each : dyes) {
-        for (const std::string& dye : each) {
-            ++counts[dye];
-        }
-    }
-    const std::vector<Dyes> before = dyes;
-    for (const auto& [dye, count] : counts) {
-        const auto names = count > 1 ? namesOfInksWithDye(answer, inks, before, dye) : std::nullopt;
-        for (const auto& [index, name] : names.value_or(std::map<std::size_t, Dyes>())) {
-            dyes[index] = name;
-        }
-    }
-}
-
-/// The dyes of each supply; nothing, and that supply in `nameless`, when one of them has no name.
-std::optional<std::vector<Dyes>> dyesOf(IPPAnswer& answer, const std::vector<Ink>& inks,
-                                        std::string& nameless) {
-    std::vector<Dyes> dyes;
-    for (const Ink& ink : inks) {
-        dyes.push_back(ink.ofColour.empty() ? usableDyes(answer, ink.name, ink.placeOfName)
-                                            : ink.ofColour);
-        if (dyes.back().empty()) {
-            nameless = ink.place;
-            return std::nullopt;
-        }
-    }
-    tellSharedDyesApart(answer, inks, dyes);
-    return dyes;
-}
-
-void addToList(std::string& list, std::string_view value) {
-    list += list.empty() ? "" : ",";
-    list += value;
-}
-
-/// Whether each dye is sufficient; nothing when that is not known of all. A supply whose dyes are
-/// not known counts once.
-std::optional<std::string> sufficiencyOf(const std::vector<Ink>& inks,
-                                         const std::optional<std::vector<Dyes>>& dyes) {
-    std::string list;
-    for (std::size_t index = 0; index < inks.size(); ++index) {
-        if (!inks[index].isSufficient) {
-            return std::nullopt;
-        }
-        const std::size_t count =
-            dyes ? (*dyes)[index].size() : std::max<std::size_t>(1, inks[index].ofColour.size());
-        for (std::size_t dye = 0; dye < count; ++dye) {
-            addToList(list, *inks[index].isSufficient ? "1" : "0");
+/// Whether each of the dyes is sufficient, by the family that told them, else by the other one.
+std::optional<std::string> sufficiencyOf(const std::vector<Family>& families, const Family& teller,
+                                         const std::vector<InkDyes>& dyes) {
+    auto list = listOfInkSufficiency(teller.supplies, dyes);
+    for (auto other = families.begin(); other != families.end() && !list; ++other) {
+        if (mayBeInOneOrder(teller.supplies, other->supplies)) {
+            list = listOfInkSufficiency(other->supplies, dyes);
         }
     }
     return list;
@@ -231,13 +210,15 @@ class PensReport {
   public:
     PensReport(IPPAnswer& answer, OrbCSToldEntries& told) : answer_(answer), told_(told) {}
 
-    void setList(std::string_view keyword, std::string list) {
+    /// False when the list is too long.
+    bool setList(std::string_view keyword, std::string list) {
         if (std::string_view("*: ").size() + keyword.size() + list.size() > kLongestLine) {
             answer_.dropped().add(keyword, "would make a line of more than 255 bytes");
-            return;
+            return false;
         }
         configuration_.PPDAttributeValues.emplace(keyword, std::move(list));
         told_.insert(OrbCSPartialStatus::entryForPart(kTkCSInstalledPensConfigurationKey, keyword));
+        return true;
     }
 
     void addTo(IPPDeviceStatus::Values& values) {
@@ -253,38 +234,33 @@ class PensReport {
     OrbCSPensConfiguration configuration_;
 };
 
-std::string joined(const std::vector<Dyes>& dyes) {
-    std::string list;
-    for (const Dyes& each : dyes) {
-        for (const std::string& dye : each) {
-            addToList(list, dye);
-        }
-    }
-    return list;
-}
-
 }  // namespace
 
 void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
     const auto families = familiesThatCount(answer);
-    std::optional<std::vector<Dyes>> dyes;
+    std::optional<std::vector<InkDyes>> dyes;
+    auto teller = families.begin();
     std::string nameless;
-    for (auto inks = families.begin(); inks != families.end() && !dyes; ++inks) {
-        dyes = dyesOf(answer, *inks, nameless);
+    for (; teller != families.end(); ++teller) {
+        std::size_t place = 0;
+        dyes = dyesOfInkSupplies(teller->supplies, place);
+        if (dyes) {
+            break;
+        }
+        nameless = teller->places[place];
     }
-    std::optional<std::string> sufficiency;
-    for (auto inks = families.begin(); inks != families.end() && !sufficiency; ++inks) {
-        sufficiency = sufficiencyOf(*inks, dyes);
+    if (families.empty()) {
+        return;
+    }
+    if (!dyes) {
+        answer.dropped().add(nameless, "has no usable name, the inks are not reported");
+        return;
     }
     PensReport report(answer, told);
-    if (dyes) {
-        report.setList(kTkCSPPDPenDyesKey, joined(*dyes));
-    } else if (!families.empty()) {
-        answer.dropped().add(nameless,
-                             "has no usable name, the names of the inks are not reported");
-    }
-    if (sufficiency) {
-        report.setList(kTkCSPPDPenInkSufficientKey, std::move(*sufficiency));
+    auto sufficiency = sufficiencyOf(families, *teller, *dyes);
+    // Levels mean nothing without the dyes that they are of.
+    if (report.setList(kTkCSPPDPenDyesKey, listOfInkDyes(*dyes)) && sufficiency) {
+        report.setList(kTkCSPPDPenInkSufficientKey, *std::move(sufficiency));
     }
     report.addTo(values);
 }

@@ -103,7 +103,8 @@ std::vector<std::string> dyesOfInkColour(std::string_view colour) {
         return dyesOfNumbers(colour);
     }
     const std::string name = inLowerCase(colour);
-    if (name.empty() || name == "none" || name == "unknown" || name == "other") {
+    const bool isNone = name.empty() || name == "none" || name == "unknown" || name == "other";
+    if (isNone || name.find(',') != std::string::npos) {
         return {};
     }
     const auto primary =

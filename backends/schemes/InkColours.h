@@ -28,7 +28,9 @@ std::span<const PrimaryInkColour> primaryInkColours();
 ///   paper: saturation and value are at least 60 % and the hue is the primary's; black is at most
 ///   #33 in each part. Several joined ("#00FFFF#FF00FF#FFFF00") are a supply of several dyes.
 ///   Another colour is no word of a PPD.
-/// - "none", "unknown" and "other" are no colour.
+/// - "none", "unknown" and "other" are no colour, and neither is a text with a comma, which would
+/// be
+///   taken for two in a PPD's list of dyes.
 ///
 /// Empty when there is none. The text is not looked at otherwise: whether it can stand in a PPD is
 /// for the caller to find out.

@@ -41,14 +41,14 @@ void SNMPStatusValues::setHighestResolution(std::int64_t dotsPerInch) {
     told_.emplace(kTkCSMaxSupportedResolutionKey);
 }
 
-void SNMPStatusValues::setPensValue(std::string_view keyword, std::string value) {
+bool SNMPStatusValues::setPensValue(std::string_view keyword, std::string value) {
     if (keyword.size() + value.size() + kBesideKeywordAndValue > kLongestLine) {
         dropped_.add(keyword, "would make a line of more than 255 bytes");
-        return;
+        return false;
     }
     if (const auto reason = reasonPrinterTextIsRefused(PrinterText::unquotedValue, value)) {
         dropped_.add(keyword, *reason);
-        return;
+        return false;
     }
     auto& pens =
         values_
@@ -57,6 +57,7 @@ void SNMPStatusValues::setPensValue(std::string_view keyword, std::string value)
     std::get<OrbCSPensConfiguration>(pens).PPDAttributeValues.insert_or_assign(std::string(keyword),
                                                                                std::move(value));
     told_.insert(OrbCSPartialStatus::entryForPart(kTkCSInstalledPensConfigurationKey, keyword));
+    return true;
 }
 
 void SNMPStatusValues::drop(const SNMPColumn& column, const SNMPRows::Row& row,

@@ -23,8 +23,9 @@ class SNMPStatusValues {
 
     void addAccessory(std::string_view name, bool isInstalled);
     void setHighestResolution(std::int64_t dotsPerInch);
-    /// A value of the pens; left out when it would be refused in a PPD or make its line too long.
-    void setPensValue(std::string_view keyword, std::string value);
+    /// A value of the pens; left out, and false, when it would be refused in a PPD or make its line
+    /// too long.
+    bool setPensValue(std::string_view keyword, std::string value);
 
     /// Keeps the column's cells as what the entry was read from, as many as people may read.
     void addSources(const std::string& entry, const SNMPRows& rows, const SNMPColumn& column);

@@ -3,11 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <climits>
+#include <cstddef>
 #include <cstdlib>
+#include <iterator>
+#include <map>
+#include <memory>
 #include <random>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "backends/cups/IPPStatusMapping.h"
 #include "backends/ppdmodel/PPDModelCore.h"
@@ -288,6 +294,136 @@ TEST(IPPMappingProperties, NoAnswerMakesTheUpdatersWriteWhatIsNotTheirs) {
     }
     // The answers are not so wild that nothing gets through.
     EXPECT_GT(changed, answers / 20);
+}
+
+/// A printer as printers are, of which single values can be taken away, as the answer's filter does
+/// it with malformed ones.
+struct TameAnswer {
+    /// The values of each attribute.
+    std::map<std::string, std::vector<std::string>> texts;
+    std::vector<int> levels;
+
+    std::shared_ptr<const IPPDeviceStatus> status() const {
+        IPPTestMessage answer;
+        for (const auto& [name, values] : texts) {
+            std::vector<const char*> pointers;
+            for (const std::string& value : values) {
+                pointers.push_back(value.c_str());
+            }
+            if (name == "printer-input-tray" || name == "printer-supply") {
+                answer.octets(name.c_str(), values);
+            } else {
+                const bool isKeyword = name.find("supported") != std::string::npos;
+                answer.texts(name.c_str(), isKeyword ? IPP_TAG_KEYWORD : IPP_TAG_NAME, pointers);
+            }
+        }
+        if (!levels.empty()) {
+            answer.integers("marker-levels", levels);
+        }
+        return answer.status();
+    }
+};
+
+class TameAnswers {
+  public:
+    explicit TameAnswers(unsigned seed) : random_(seed) {}
+
+    TameAnswer next() {
+        TameAnswer answer;
+        set(answer, "sides-supported", 3, {"one-sided", "two-sided-long-edge", "sideways"});
+        const std::size_t inputs = below(5);
+        set(answer, "media-source-supported", inputs,
+            {"main", "tray-1", "tray-2", "by-pass-tray", "alternate", "auto", "envelope"});
+        const std::vector<std::string> types = {"sheetFeedAutoRemovableTray", "sheetFeedManual",
+                                                "sheetFeedAutoNonRemovableTray", "other",
+                                                "unknown"};
+        for (std::size_t index = 0; index < inputs; ++index) {
+            answer.texts["printer-input-tray"].push_back(
+                "type=" + oneOf(types) +
+                ";name=" + oneOf({"Tray 1", "Tray 2", "MP Tray", "Cassette", ""}) + ";");
+        }
+        const std::size_t supplies = below(5);
+        set(answer, "marker-types", supplies, {"ink", "toner", "ink", "fuser", "unknown"});
+        set(answer, "marker-names", supplies, {"Photo", "Matte", "Black", "Cyan"});
+        for (std::size_t index = 0; index < supplies; ++index) {
+            answer.levels.push_back(static_cast<int>(below(5)) - 3);
+        }
+        return answer;
+    }
+
+    std::size_t below(std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random_);
+    }
+
+    /// Leaves one value out; its place stays empty.
+    void damage(TameAnswer& answer) {
+        if (!answer.levels.empty() && below(6) == 0) {
+            answer.levels[below(answer.levels.size())] = INT_MIN;
+            return;
+        }
+        auto attribute = answer.texts.begin();
+        std::advance(attribute, static_cast<std::ptrdiff_t>(below(answer.texts.size())));
+        if (attribute->second.empty()) {
+            return;
+        }
+        std::string& value = attribute->second[below(attribute->second.size())];
+        const std::size_t field = value.find(below(2) == 0 ? "type=" : "name=");
+        if (field == std::string::npos) {
+            value.clear();
+        } else {
+            value.erase(field, value.find(';', field) + 1 - field);
+        }
+    }
+
+  private:
+    std::string oneOf(const std::vector<std::string>& list) { return list[below(list.size())]; }
+
+    void set(TameAnswer& answer, const std::string& name, std::size_t count,
+             const std::vector<std::string>& list) {
+        for (std::size_t index = 0; index < count; ++index) {
+            answer.texts[name].push_back(oneOf(list));
+        }
+    }
+
+    std::mt19937 random_;
+};
+
+/// What a status tells of accessories and pens.
+std::map<std::string, std::string> toldValues(const IPPDeviceStatus& status) {
+    std::map<std::string, std::string> told;
+    if (const auto* all =
+            status.statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey)) {
+        for (const OrbCSDeviceAccessory& each : *all) {
+            told[each.name.value_or("?")] = each.isInstalled ? "installed" : "not installed";
+        }
+    }
+    if (const auto* pens =
+            status.statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey)) {
+        told.insert(pens->PPDAttributeValues.begin(), pens->PPDAttributeValues.end());
+    }
+    return told;
+}
+
+TEST(IPPMappingProperties, AValueThatIsMissingNeverMakesAnotherStatus) {
+    const unsigned long answers = numberFromEnvironment("IPP_MAPPING_ANSWERS", 2000);
+    TameAnswers random(static_cast<unsigned>(numberFromEnvironment("IPP_MAPPING_SEED", 1)));
+    std::map<std::string, unsigned long> timesTold;
+    for (unsigned long number = 0; number < answers && !testing::Test::HasFailure(); ++number) {
+        TameAnswer answer = random.next();
+        const auto whole = toldValues(*answer.status());
+        random.damage(answer);
+        for (const auto& [key, value] : toldValues(*answer.status())) {
+            ++timesTold[key];
+            const auto before = whole.find(key);
+            EXPECT_TRUE(before == whole.end() || before->second == value)
+                << "answer " << number << ": " << key << " was " << before->second << " and is "
+                << value;
+        }
+    }
+    EXPECT_EQ(timesTold.size(), 4U);
+    for (const auto& [key, times] : timesTold) {
+        EXPECT_GT(times, answers / 50) << key;
+    }
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ TEST(InkColours, JoinedColoursAreASupplyOfSeveralDyes) {
 TEST(InkColours, WhatIsNoColourIsNone) {
     for (const char* text :
          {"", "none", "None", "unknown", "other", "#", "#00", "#00FFF", "#00FFFFF", "#00FFGG",
-          "#-1FFFF", "#00FFFF00FFFF", "#00FFFF#", "##00FFFF"}) {
+          "#-1FFFF", "#00FFFF00FFFF", "#00FFFF#", "##00FFFF", "Black, photo", ","}) {
         EXPECT_THAT(dyesOfInkColour(text), IsEmpty()) << text;
     }
 }

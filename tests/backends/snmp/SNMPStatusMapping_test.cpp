@@ -288,10 +288,26 @@ TEST(SNMPStatusMapping, AnInkWithoutAColorantIsNamedByItself) {
     EXPECT_EQ(dyes(supplies({{5, "", "Ink, cyan"}})), "not told");
 }
 
+TEST(SNMPStatusMapping, ColorantsAreReadAsColoursAreOverIPP) {
+    const auto three = supplies({{5, "#39D2E7#D945DD#DFD31D", "", 0}, {5, "#231F20", "", 9}});
+    EXPECT_EQ(dyes(three), "C,M,Y,K");
+    EXPECT_EQ(levels(three), "0,0,0,1");
+    // Near no primary: it says nothing, so that the supply's own name does.
+    EXPECT_EQ(dyes(supplies({{5, "#808080", "Grey"}, {5, "#808080", "BLACK"}})), "Grey,K");
+    EXPECT_EQ(dyes(supplies({{5, "#808080", ""}})), "not told");
+    EXPECT_EQ(dyes(supplies({{5, "", "Cyan"}})), "C");
+}
+
+TEST(SNMPStatusMapping, LevelsOfInksThatAreNotKnownAreNotTold) {
+    EXPECT_EQ(levels(supplies({{5, "cyan", "", 0}, {5, "", "", 50}})), "not told");
+    EXPECT_EQ(levels(supplies({{5, std::string(200, 'a'), ""}, {5, std::string(43, 'b'), ""}})),
+              "not told");
+}
+
 TEST(SNMPStatusMapping, InksOfOneColorantAreToldApartByTheirNames) {
     EXPECT_EQ(dyes(supplies({{5, "black", "Photo"}, {5, "cyan", "Cyan"}, {5, "black", "Matte"}})),
               "Photo,C,Matte");
-    EXPECT_EQ(dyes(supplies({{5, "black", "Ink"}, {5, "black", "Ink"}})), "not told");
+    EXPECT_EQ(dyes(supplies({{5, "black", "Ink"}, {5, "black", "Ink"}})), "K,K");
     EXPECT_EQ(dyes(supplies({{5, "black", "Photo"}, {5, "black", ""}})), "not told");
 }
 
