@@ -1,4 +1,4 @@
-# Modules of backends (backends/schemes/BackendModule.h): shared objects in a folder of their own
+# Modules of backends (backends/schemes/BackendModule.h, sync/SchedulerModule.h): shared objects in a folder of their own
 # beside the library, which the tool loads when a run needs one.
 #
 #   tkppdupdating_add_backend_module(<name> SOURCES <file>... LIBRARIES <target>...)

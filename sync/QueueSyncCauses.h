@@ -16,6 +16,11 @@ struct QueueSyncCause {
     QueueSyncResult result;
     /// For people, as docs/sync.md has it.
     std::string_view meaning;
+
+    /// A module has a table of its own: causes are compared, not where they stand.
+    friend bool operator==(const QueueSyncCause& one, const QueueSyncCause& other) {
+        return one.name == other.name;
+    }
 };
 
 /// All causes; there are no others.
@@ -67,6 +72,8 @@ struct QueueFailure {
     const QueueSyncCause* cause = nullptr;
     /// One phrase without the queue's name.
     std::string reason;
+
+    bool isOf(const QueueSyncCause& which) const { return cause && *cause == which; }
 };
 
 /// The cause for a printer that gave no status.

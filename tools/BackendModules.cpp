@@ -4,13 +4,19 @@
 
 #include <filesystem>
 #include <mutex>
+#include <optional>
 #include <system_error>
 
 #include "backends/schemes/BackendModule.h"
+#include "sync/SchedulerModule.h"
 
 namespace TkPPDUpdating {
 
 namespace {
+
+std::string reasonForOtherVersion(const std::string& moduleName) {
+    return "the module \"" + moduleName + "\" is not of this version";
+}
 
 /// The backends of a module, which is loaded when the first of them is needed.
 class LazyBackends {
@@ -29,16 +35,21 @@ class LazyBackends {
         return schemes_.deviceStatusWithURI_parameters_error(deviceURI, parameters, &error);
     }
 
+    /// What the backends say of a URI; nothing without them, which is no fault of the URI.
+    std::optional<OrbCSError> errorInURI(const std::string& deviceURI) {
+        std::call_once(once_, [this] { load(); });
+        return error_.empty() ? schemes_.errorInURI(deviceURI) : std::nullopt;
+    }
+
   private:
     void load() {
         module_ = BackendModule::loaded(moduleName_, error_);
         if (!module_) {
             return;
         }
-        auto* const registerBackends =
-            reinterpret_cast<RegisterBackends*>(module_->exported(kRegisterBackendsName));
+        auto* const registerBackends = module_->exported<RegisterBackends>(kRegisterBackendsName);
         if (!registerBackends || !registerBackends(TKPPDUPDATING_VERSION, schemes_, isCancelled_)) {
-            error_ = "the module \"" + moduleName_ + "\" is not of this version";
+            error_ = reasonForOtherVersion(moduleName_);
         }
     }
 
@@ -69,7 +80,7 @@ std::unique_ptr<BackendModule> BackendModule::loaded(const std::string& name, st
     return std::unique_ptr<BackendModule>(new BackendModule(handle));
 }
 
-void* BackendModule::exported(const char* name) const {
+void* BackendModule::addressOf(const char* name) const {
     return dlsym(handle_, name);
 }
 
@@ -79,11 +90,31 @@ void registerSchemesOfModule(DeviceStatusSchemes& schemes, const std::string& mo
     const auto backends = std::make_shared<LazyBackends>(moduleName, isCancelled);
     for (const std::string_view name : names) {
         schemes.registerScheme(
-            name, [backends](const std::string& deviceURI, const OrbDictionary* parameters,
-                             OrbCSError& error) {
+            name,
+            [backends](const std::string& deviceURI, const OrbDictionary* parameters,
+                       OrbCSError& error) {
                 return backends->status(deviceURI, parameters, error);
-            });
+            },
+            [backends](const std::string& deviceURI) { return backends->errorInURI(deviceURI); });
     }
+}
+
+std::unique_ptr<QueueScheduler> schedulerOfModule(const std::string& moduleName,
+                                                  const std::string& server,
+                                                  const std::atomic<bool>* isCancelled,
+                                                  std::string& error) {
+    const std::string what = "the scheduler cannot be asked: ";
+    std::unique_ptr<QueueScheduler> scheduler;
+    const auto module = BackendModule::loaded(moduleName, error);
+    if (!module) {
+        error.insert(0, what);
+        return nullptr;
+    }
+    auto* const makeScheduler = module->exported<MakeScheduler>(kMakeSchedulerName);
+    if (!makeScheduler || !makeScheduler(TKPPDUPDATING_VERSION, server, isCancelled, scheduler)) {
+        error = what + reasonForOtherVersion(moduleName);
+    }
+    return scheduler;
 }
 
 }  // namespace TkPPDUpdating

@@ -5,21 +5,23 @@
 #include "tools/BackendModules.h"
 #include "tools/InterruptionWatch.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
-#include "backends/cups/CUPSScheduler.h"
-#include "backends/cups/IPPDeviceStatus.h"
+#include "sync/QueuePPDSource.h"
 #endif
 
 namespace TkPPDUpdating {
 
 namespace {
 
+#ifdef TKPPDUPDATING_WITH_CUPS
+constexpr const char* kCUPSModule = "cups";
+#endif
+
 std::shared_ptr<const DeviceStatusSchemes> builtInSchemes() {
     auto schemes = std::make_shared<DeviceStatusSchemes>();
     registerRecordedDeviceStatus(*schemes);
 #ifdef TKPPDUPDATING_WITH_CUPS
-    IPPDeviceStatusLimits limits;
-    limits.isCancelled = &InterruptionWatch::isInterrupted();
-    registerCUPSDeviceStatus(*schemes, limits);
+    registerSchemesOfModule(*schemes, kCUPSModule, {"ipp", "ipps", "dnssd"},
+                            &InterruptionWatch::isInterrupted());
 #endif
 #ifdef TKPPDUPDATING_WITH_SNMP
     registerSchemesOfModule(*schemes, "snmp", {"snmp"}, &InterruptionWatch::isInterrupted());
@@ -30,7 +32,11 @@ std::shared_ptr<const DeviceStatusSchemes> builtInSchemes() {
 /// The scheduler's PPDs where the tool can ask it; else only those in the server root are found.
 PPDModelCore::QueuePPDSource builtInQueuePPDSource() {
 #ifdef TKPPDUPDATING_WITH_CUPS
-    return queuePPDSource(std::make_shared<const CUPSScheduler>());
+    return [](const std::string& queueName, std::string& reason) -> std::optional<PPDText> {
+        const std::shared_ptr<const QueueScheduler> scheduler =
+            Backends::scheduler({}, nullptr, reason);
+        return scheduler ? queuePPDSource(scheduler)(queueName, reason) : std::nullopt;
+    };
 #else
     return nullptr;
 #endif
@@ -45,6 +51,14 @@ Backends::Backends()
     OrbCoreInterface::setCore(core_);
     OrbCoreInterface::setCommunicationServices(devices_);
 }
+
+#ifdef TKPPDUPDATING_WITH_CUPS
+std::unique_ptr<const QueueScheduler> Backends::scheduler(const std::string& server,
+                                                          const std::atomic<bool>* isCancelled,
+                                                          std::string& error) {
+    return schedulerOfModule(kCUPSModule, server, isCancelled, error);
+}
+#endif
 
 std::optional<OrbCSError> Backends::mistakeInDeviceURI(const std::string& deviceURI) const {
     using Cause = OrbCSError::Cause;

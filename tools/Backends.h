@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "backends/cups/QueueScheduler.h"
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/OrbCSError.h"
@@ -18,8 +20,21 @@ class Backends {
     /// Sets them in `OrbCoreInterface`.
     Backends();
 
-    const PPDModelCore& core() const { return *core_; }
-    const OneAnswerServices& devices() const { return *devices_; }
+#ifdef TKPPDUPDATING_WITH_CUPS
+    /// The scheduler of that name, the machine's own for an empty one. `isCancelled` ends all talks
+    /// when anybody sets it; null for never, else it outlives the scheduler. Null, with the reason
+    /// (one phrase) in `error`, when the module that talks to it cannot be loaded.
+    static std::unique_ptr<const QueueScheduler> scheduler(const std::string& server,
+                                                           const std::atomic<bool>* isCancelled,
+                                                           std::string& error);
+#endif
+
+    const PPDModelCore& core() const {
+        return *core_;
+    }
+    const OneAnswerServices& devices() const {
+        return *devices_;
+    }
 
     /// What is wrong with a device URI that a user gave, and not with the printer: it has no scheme
     /// or an unknown one, cannot be taken apart, or names a recording that is not there, cannot be

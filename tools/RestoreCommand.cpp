@@ -31,13 +31,13 @@ ExitStatus RestoreCommand::run() {
     SystemLog::open();
     const PPDText PPD = keptPPD();
     const auto scheduler = schedulerOptions_.scheduler();
-    const auto lock = schedulerOptions_.lock();
-    const auto wish = wishFor(scheduler, PPD);
+    const auto lock = schedulerOptions_.lock(*scheduler);
+    const auto wish = wishFor(*scheduler, PPD);
     if (*wish.before == *wish.after) {
         StandardOutput::write(Diagnostics::printable(queueName_) + ": unchanged\n");
         return ExitStatus::done;
     }
-    return install(scheduler, wish);
+    return install(*scheduler, wish);
 }
 
 PPDText RestoreCommand::keptPPD() const {

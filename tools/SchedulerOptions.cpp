@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "core_interface/OrbCoreInterface.h"
+#include "tools/Backends.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
 
@@ -65,12 +66,17 @@ void SchedulerOptions::addTo(CLI::App& subcommand) {
         ->type_name("SECONDS");
 }
 
-CUPSScheduler SchedulerOptions::scheduler() const {
-    return CUPSScheduler(server_, {.isCancelled = &InterruptionWatch::isInterrupted()});
+std::unique_ptr<const QueueScheduler> SchedulerOptions::scheduler() const {
+    std::string reason;
+    auto scheduler = Backends::scheduler(server_, &InterruptionWatch::isInterrupted(), reason);
+    if (!scheduler) {
+        throw Failure(ExitStatus::noResult, std::nullopt, reason);
+    }
+    return scheduler;
 }
 
-std::unique_ptr<RunLock> SchedulerOptions::lock() const {
-    const std::string name = scheduler().name();
+std::unique_ptr<RunLock> SchedulerOptions::lock(const QueueScheduler& scheduler) const {
+    const std::string name = scheduler.name();
     auto lock = std::make_unique<RunLock>(lockPath(name));
     std::string reason;
     switch (lock->take(wait(), &InterruptionWatch::isInterrupted(), reason)) {

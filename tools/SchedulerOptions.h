@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "backends/cups/CUPSScheduler.h"
+#include "backends/cups/QueueScheduler.h"
 #include "sync/RunLock.h"
 
 namespace TkPPDUpdating {
@@ -15,8 +15,9 @@ class SchedulerOptions {
   public:
     void addTo(CLI::App& subcommand);
 
-    /// The scheduler, which no longer waits once the run is interrupted.
-    CUPSScheduler scheduler() const;
+    /// The scheduler, which no longer waits once the run is interrupted. Raises a `Failure` when
+    /// the module that talks to it cannot be loaded.
+    std::unique_ptr<const QueueScheduler> scheduler() const;
 
     /// How the user has named the scheduler; empty when he has not.
     const std::string& server() const { return server_; }
@@ -26,10 +27,10 @@ class SchedulerOptions {
 
     /// The lock that a run has which replaces PPDs of the scheduler's queues, after it has waited
     /// for another run. Raises a `Failure` when that one does not end in time.
-    std::unique_ptr<RunLock> lock() const;
+    std::unique_ptr<RunLock> lock(const QueueScheduler& scheduler) const;
 
-    /// The path of the lock's file for the scheduler of that name (`CUPSScheduler::name`): the same
-    /// for all names of this machine's own scheduler.
+    /// The path of the lock's file for the scheduler of that name (`QueueScheduler::name`): the
+    /// same for all names of this machine's own scheduler.
     static std::string lockPath(const std::string& schedulerName);
 
   private:

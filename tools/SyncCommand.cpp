@@ -6,7 +6,6 @@
 #include <set>
 #include <string_view>
 
-#include "backends/cups/CUPSScheduler.h"
 #include "backends/cups/QueueSync.h"
 #include "backends/cups/QueueSyncRun.h"
 #include "manager/OrbClassTable.h"
@@ -137,22 +136,22 @@ ExitStatus SyncCommand::run() {
     const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))
                                              : std::nullopt);
     SystemLog::open();
-    const CUPSScheduler scheduler = schedulerOptions_.scheduler();
-    const auto lock = isDryRun_ ? nullptr : schedulerOptions_.lock();
+    const auto scheduler = schedulerOptions_.scheduler();
+    const auto lock = isDryRun_ ? nullptr : schedulerOptions_.lock(*scheduler);
     const auto backups = openBackups();
-    const auto queueNames = queuesToSync(scheduler);
-    const QueueSync sync(scheduler, {.isDryRun = isDryRun_ || isExplained_,
-                                     .isExplained = isExplained_,
-                                     .isCancelled = &InterruptionWatch::isInterrupted(),
-                                     .isTimeOver = &InterruptionWatch::isTimeOver(),
-                                     .makeManager = [this] { return makeManager(); },
-                                     .rule = runOptions_.rule(),
-                                     .mostPrinters = jobs_,
-                                     .wait = schedulerOptions_.wait(),
-                                     .backups = backups.get(),
-                                     .installed = tellSystemLog});
+    const auto queueNames = queuesToSync(*scheduler);
+    const QueueSync sync(*scheduler, {.isDryRun = isDryRun_ || isExplained_,
+                                      .isExplained = isExplained_,
+                                      .isCancelled = &InterruptionWatch::isInterrupted(),
+                                      .isTimeOver = &InterruptionWatch::isTimeOver(),
+                                      .makeManager = [this] { return makeManager(); },
+                                      .rule = runOptions_.rule(),
+                                      .mostPrinters = jobs_,
+                                      .wait = schedulerOptions_.wait(),
+                                      .backups = backups.get(),
+                                      .installed = tellSystemLog});
     SyncReport::Options reportOptions = reportOptions_;
-    reportOptions.server = scheduler.name();
+    reportOptions.server = scheduler->name();
     const SyncReport report(reportOptions, queueNames.size());
     report.showProgress(0);
     const auto summary =
@@ -214,7 +213,7 @@ std::vector<std::string> SyncCommand::allQueues(const QueueScheduler& scheduler)
     if (!names) {
         const std::string& server = schedulerOptions_.server();
         const auto place = server.empty() ? std::nullopt : std::optional(server);
-        const bool isEnded = failure.cause == &queueSyncCause("interrupted");
+        const bool isEnded = failure.isOf(queueSyncCause("interrupted"));
         throw Failure(ExitStatus::noResult, place,
                       isEnded ? InterruptionWatch::reason() : failure.reason);
     }

@@ -1,18 +1,14 @@
 #include "tools/UnifiedDiff.h"
 
-#include <git2.h>
-
-#include <cstdint>
+#include <algorithm>
+#include <cstddef>
 
 #include "tools/Diagnostics.h"
-#include "tools/Failure.h"
 #include "tools/Terminal.h"
 
 namespace TkPPDUpdating {
 
 namespace {
-
-constexpr std::uint32_t kContextLines = 3;
 
 constexpr std::string_view kBold = "\033[1m";
 constexpr std::string_view kRed = "\033[31m";
@@ -20,34 +16,49 @@ constexpr std::string_view kGreen = "\033[32m";
 constexpr std::string_view kCyan = "\033[36m";
 constexpr std::string_view kPlain = "\033[0m";
 
-/// The library must be started and stopped; it counts.
-class GitLibrary {
-  public:
-    GitLibrary() { git_libgit2_init(); }
-    GitLibrary(const GitLibrary&) = delete;
-    GitLibrary& operator=(const GitLibrary&) = delete;
-    ~GitLibrary() { git_libgit2_shutdown(); }
-};
+/// A range of lines as a hunk's header has it, with its length even where diff(1) leaves out a
+/// length of one.
+std::string withLength(std::string_view range) {
+    return std::string(range) + (range.find(',') == std::string_view::npos ? ",1" : "");
+}
 
-/// Receives hunks and lines and writes them down.
+/// "@@ -1 +1,2 @@" as "@@ -1,1 +1,2 @@".
+std::string hunkHeader(std::string_view header) {
+    const std::size_t old = header.find('-');
+    const std::size_t updated = header.find(" +", old);
+    const std::size_t end = header.find(" @@", updated);
+    return std::string(header.substr(0, old)) + withLength(header.substr(old, updated - old)) +
+           withLength(header.substr(updated, end - updated)) + std::string(header.substr(end));
+}
+
+/// Writes down the lines of a diff for its reader.
 class DiffWriter {
   public:
     explicit DiffWriter(DiffStyle style)
         : isColoured_(style == DiffStyle::colouredForTerminal),
           isForTerminal_(style != DiffStyle::forPrograms) {}
 
-    void addLine(std::string_view colour, std::string_view mark, std::string_view content) {
-        const bool endsWithLineFeed = content.ends_with('\n');
-        content.remove_suffix(endsWithLineFeed ? 1 : 0);
+    /// Adds a line without its line feed.
+    void addLine(std::string_view colour, std::string_view line) {
         const std::string_view start = isColoured_ ? colour : "";
-        text_.append(start).append(mark);
-        text_.append(isForTerminal_ ? shown(content) : std::string(content));
-        text_.append(start.empty() ? "" : kPlain);
-        text_ += endsWithLineFeed ? "\n" : "";
+        text_.append(start);
+        text_.append(isForTerminal_ ? shown(line) : std::string(line));
+        text_.append(start.empty() ? "" : kPlain).append("\n");
     }
 
-    /// What the library says after a line without a line feed.
-    void addRemark(std::string_view remark) { text_ += remark; }
+    /// Adds a line of a hunk, which its first character tells from others.
+    void addHunkLine(std::string_view line) {
+        switch (line.empty() ? ' ' : line.front()) {
+            case '@':
+                return addLine(kCyan, hunkHeader(line));
+            case '+':
+                return addLine(kGreen, line);
+            case '-':
+                return addLine(kRed, line);
+            default:
+                return addLine("", line);
+        }
+    }
 
     const std::string& text() const { return text_; }
 
@@ -67,34 +78,6 @@ class DiffWriter {
     bool isForTerminal_;
     std::string text_;
 };
-
-int addHunk(const git_diff_delta* /*delta*/, const git_diff_hunk* hunk, void* writer) {
-    const std::string header =
-        "@@ -" + std::to_string(hunk->old_start) + "," + std::to_string(hunk->old_lines) + " +" +
-        std::to_string(hunk->new_start) + "," + std::to_string(hunk->new_lines) + " @@\n";
-    static_cast<DiffWriter*>(writer)->addLine(kCyan, "", header);
-    return 0;
-}
-
-int addLine(const git_diff_delta* /*delta*/, const git_diff_hunk* /*hunk*/,
-            const git_diff_line* line, void* payload) {
-    auto* writer = static_cast<DiffWriter*>(payload);
-    const std::string_view content(line->content, line->content_len);
-    switch (line->origin) {
-        case GIT_DIFF_LINE_ADDITION:
-            writer->addLine(kGreen, "+", content);
-            break;
-        case GIT_DIFF_LINE_DELETION:
-            writer->addLine(kRed, "-", content);
-            break;
-        case GIT_DIFF_LINE_CONTEXT:
-            writer->addLine("", " ", content);
-            break;
-        default:
-            writer->addRemark(content);
-    }
-    return 0;
-}
 
 /// A name as it may stand in a header line: GNU diff and patch read a name with other characters
 /// as a C string.
@@ -133,22 +116,18 @@ DiffStyle diffStyleForStandardOutput() {
 }
 
 std::string unifiedDiff(const std::string& name, std::string_view before, std::string_view after,
-                        DiffStyle style) {
+                        DiffStyle style, const DiffProgram& diff) {
     if (before == after) {
         return {};
     }
     DiffWriter writer(style);
-    writer.addLine(kBold, "--- ", nameInHeader(name) + "\n");
-    writer.addLine(kBold, "+++ ", nameInHeader(name) + "\n");
-
-    const GitLibrary library;
-    git_diff_options options{};
-    git_diff_options_init(&options, GIT_DIFF_OPTIONS_VERSION);
-    options.context_lines = kContextLines;
-    options.flags = GIT_DIFF_FORCE_TEXT;
-    if (git_diff_buffers(before.data(), before.size(), nullptr, after.data(), after.size(), nullptr,
-                         &options, nullptr, nullptr, addHunk, addLine, &writer) != 0) {
-        throw Failure(ExitStatus::noResult, name, "is too large for a diff");
+    writer.addLine(kBold, "--- " + nameInHeader(name));
+    writer.addLine(kBold, "+++ " + nameInHeader(name));
+    const std::string hunks = diff.hunks(name, before, after);
+    for (std::string_view rest = hunks; !rest.empty();) {
+        const std::size_t end = rest.find('\n');
+        writer.addHunkLine(rest.substr(0, end));
+        rest.remove_prefix(std::min(end, rest.size() - 1) + 1);
     }
     return writer.text();
 }

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "tools/DiffProgram.h"
+
 namespace TkPPDUpdating {
 
 /// Who a diff is for.
@@ -22,9 +24,8 @@ DiffStyle diffStyleForStandardOutput();
 /// they are equal. `name` is the file's name in both headers. The texts are compared byte by byte,
 /// line by line; a missing last line feed is told in diff's way.
 ///
-/// Only the style for programs is something to feed to patch. Raises a `Failure` when the texts are
-/// too large to be compared.
+/// Only the style for programs is something to feed to patch. Raises a `Failure` when `diff` does.
 std::string unifiedDiff(const std::string& name, std::string_view before, std::string_view after,
-                        DiffStyle style);
+                        DiffStyle style, const DiffProgram& diff = DiffProgram());
 
 }  // namespace TkPPDUpdating

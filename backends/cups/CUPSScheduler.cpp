@@ -12,6 +12,7 @@
 #include "backends/cups/HTTPTalk.h"
 #include "backends/cups/IPPMessage.h"
 #include "backends/cups/SchedulerRequests.h"
+#include "backends/ppdmodel/PPDModelCore.h"
 
 namespace TkPPDUpdating {
 
@@ -89,7 +90,7 @@ std::optional<std::vector<std::string>> askForQueueNames(HTTPConnection& connect
     requestAttributes(request, {"printer-name", "printer-type"});
     const IPPMessage answer =
         answerOfScheduler(connection, request, "/", nullptr, mostBytes, failure);
-    if (!answer && failure.cause == &queueSyncCause("no-queue")) {
+    if (!answer && failure.isOf(queueSyncCause("no-queue"))) {
         return std::vector<std::string>();  // It has no queues.
     }
     return answer ? std::optional(queueNamesIn(answer.get())) : std::nullopt;
@@ -123,7 +124,7 @@ class SchedulerTalk : public QueueTalk {
         if (readFromScheduler(connection_, path, limits_.bytes, text, failure)) {
             return {makePPDText(std::move(text)), false};
         }
-        return {nullptr, failure.cause == &queueSyncCause("no-queue")};
+        return {nullptr, failure.isOf(queueSyncCause("no-queue"))};
     }
 
     Delivery install(const std::string& text, QueueFailure& failure) override {
@@ -136,8 +137,8 @@ class SchedulerTalk : public QueueTalk {
         if (answerTo(request, "/admin/", &text, failure)) {
             return Delivery::taken;
         }
-        return failure.cause == &queueSyncCause("no-scheduler") ? Delivery::unknown
-                                                                : Delivery::notTaken;
+        return failure.isOf(queueSyncCause("no-scheduler")) ? Delivery::unknown
+                                                            : Delivery::notTaken;
     }
 
     bool setStateReasons(const std::vector<std::string>& reasons, QueueFailure& failure) override {
@@ -260,20 +261,6 @@ bool CUPSScheduler::talkAbout(const std::string& queueName,
         failure = failureOfTalk(error);
     }
     return isWhole;
-}
-
-PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler) {
-    return [scheduler = std::move(scheduler)](const std::string& queueName,
-                                              std::string& reason) -> std::optional<PPDText> {
-        QueueFailure failure;
-        SchedulerPPD PPD;
-        const bool isWhole = scheduler->talkAbout(
-            queueName, [&](QueueTalk& queue) { PPD = queue.PPD(failure); },
-            QueueScheduler::Patience::untilCancelled, failure);
-        reason = failure.reason;
-        return isWhole && (PPD.text || PPD.isRaw) ? std::optional(std::move(PPD.text))
-                                                  : std::nullopt;
-    };
 }
 
 }  // namespace TkPPDUpdating

@@ -3,11 +3,12 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
-#include <memory>
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "backends/cups/QueueScheduler.h"
-#include "backends/ppdmodel/PPDModelCore.h"
 
 namespace TkPPDUpdating {
 
@@ -31,10 +32,7 @@ class CUPSScheduler : public QueueScheduler {
     explicit CUPSScheduler(std::string server = {});
     CUPSScheduler(std::string server, const Limits& limits);
 
-    /// What the scheduler is called: as it was named, else as the environment and client.conf name
-    /// it.
-    std::string name() const;
-
+    std::string name() const override;
     std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override;
     bool talkAbout(const std::string& queueName, const std::function<void(QueueTalk& queue)>& talk,
                    Patience patience, QueueFailure& failure) const override;
@@ -43,8 +41,5 @@ class CUPSScheduler : public QueueScheduler {
     std::string server_;
     Limits limits_;
 };
-
-/// Gives the core library the PPDs of queues as the scheduler holds them.
-PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler);
 
 }  // namespace TkPPDUpdating

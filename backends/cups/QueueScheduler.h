@@ -98,6 +98,10 @@ class QueueScheduler {
     QueueScheduler& operator=(const QueueScheduler&) = delete;
     virtual ~QueueScheduler() = default;
 
+    /// What the scheduler is called: as it was named, else as the environment and configuration of
+    /// the machine name it.
+    virtual std::string name() const = 0;
+
     /// The names of the queues and classes of this machine, sorted; no queues that the scheduler
     /// has only found in the network. Nothing goes with the cause and reason in `failure`.
     virtual std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const = 0;

@@ -71,7 +71,7 @@ class QueueSync::Work::Steps {
     }
 
     bool end(const std::string& what, const QueueFailure& failure) {
-        return failure.cause == &queueSyncCause("interrupted")
+        return failure.isOf(queueSyncCause("interrupted"))
                    ? endAsCancelled()
                    : end(*failure.cause, what + failure.reason);
     }

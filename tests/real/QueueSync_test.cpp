@@ -19,6 +19,7 @@
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
+#include "sync/QueuePPDSource.h"
 #include "sync/QueueSyncCauses.h"
 #include "tests/real/ChildProcess.h"
 #include "tests/real/HostileIPPResponder.h"
@@ -39,6 +40,7 @@ class MeddledScheduler : public QueueScheduler {
   public:
     explicit MeddledScheduler(const QueueScheduler& scheduler) : scheduler_(scheduler) {}
 
+    std::string name() const override { return scheduler_.name(); }
     std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override {
         return scheduler_.queueNames(failure);
     }

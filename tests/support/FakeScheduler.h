@@ -32,6 +32,8 @@ class FakeScheduler : public QueueScheduler {
         return queue;
     }
 
+    std::string name() const override { return "fake"; }
+
     std::optional<std::vector<std::string>> queueNames(QueueFailure& /*failure*/) const override {
         std::vector<std::string> names;
         for (const auto& [name, queue] : queues) {

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <memory>
+
+#include "backends/cups/QueueScheduler.h"
+#include "backends/ppdmodel/PPDModelCore.h"
+
+namespace TkPPDUpdating {
+
+/// Gives the core library the PPDs of queues as the scheduler holds them.
+PPDModelCore::QueuePPDSource queuePPDSource(std::shared_ptr<const QueueScheduler> scheduler);
+
+}  // namespace TkPPDUpdating
