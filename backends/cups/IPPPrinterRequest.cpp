@@ -204,15 +204,26 @@ std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
         IPPAnswer(message.get(), std::move(dropped), std::move(filtered.syntaxes)));
 }
 
+constexpr std::string_view kDNSSD = "dnssd://";
+
 bool isDNSSD(const std::string& deviceURI) {
-    return strncasecmp(deviceURI.c_str(), "dnssd:", 6) == 0;
+    return strncasecmp(deviceURI.c_str(), kDNSSD.data(), kDNSSD.size()) == 0;
+}
+
+/// Whether the name is one of a service that speaks IPP (RFC 6763, section 7). What is sent to
+/// another one, as that of a raw port, might be printed.
+bool isOfIPPService(const std::string& deviceURI) {
+    const std::string name = deviceURI.substr(0, deviceURI.find_first_of("/?", kDNSSD.size()));
+    return strcasestr(name.c_str(), "._ipp._tcp") || strcasestr(name.c_str(), "._ipps._tcp");
 }
 
 /// Resolves a name of DNS-SD and connects to the printer; fills in where that is.
 http_t* resolvedConnection(const std::string& deviceURI, std::chrono::milliseconds time,
                            Printer& printer, OrbCSError& error) {
     std::array<char, HTTP_MAX_URI> resource{};
-    cups_dest_t* destination = cupsGetDestWithURI("printer", deviceURI.c_str());
+    // libcups makes a destination of "ipp" only, whatever the service is.
+    const std::string name = "ipp://" + deviceURI.substr(kDNSSD.size());
+    cups_dest_t* destination = cupsGetDestWithURI("printer", name.c_str());
     http_t* connection =
         destination
             ? cupsConnectDest(destination, CUPS_DEST_FLAGS_DEVICE, static_cast<int>(time.count()),
@@ -233,6 +244,11 @@ http_t* resolvedConnection(const std::string& deviceURI, std::chrono::millisecon
     printer.resource = resource.data();
     printer.URI = URI.data();
     return connection;
+}
+
+OrbCSError errorOfOtherService() {
+    return {OrbCSError::Cause::noBackend,
+            "its DNS-SD name is none of an IPP service (_ipp._tcp or _ipps._tcp)"};
 }
 
 /// Asks one printer, as often as need be, within one limit of time.
@@ -305,7 +321,10 @@ class Asking {
 }  // namespace
 
 std::optional<OrbCSError> IPPPrinterRequest::errorInURI(const std::string& deviceURI) {
-    if (isDNSSD(deviceURI) || printerWithURI(deviceURI)) {
+    if (isDNSSD(deviceURI)) {
+        return isOfIPPService(deviceURI) ? std::nullopt : std::optional(errorOfOtherService());
+    }
+    if (printerWithURI(deviceURI)) {
         return std::nullopt;
     }
     return OrbCSError{OrbCSError::Cause::malformedURI, kNoPrinter};
@@ -315,7 +334,12 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
     const std::string& deviceURI, OrbCSError& error) const {
     // Shared with the thread, which may outlive this call while it resolves a name.
     const auto printer = std::make_shared<Printer>();
-    if (!isDNSSD(deviceURI)) {
+    if (isDNSSD(deviceURI)) {
+        if (!isOfIPPService(deviceURI)) {
+            error = errorOfOtherService();
+            return nullptr;
+        }
+    } else {
         auto separated = printerWithURI(deviceURI);
         if (!separated) {
             error = {OrbCSError::Cause::malformedURI, kNoPrinter};

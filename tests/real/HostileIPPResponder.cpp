@@ -74,11 +74,12 @@ void ResponderConnection::waitForClose() const {
     }
 }
 
-HostileIPPResponder::HostileIPPResponder(Script script) : script_(std::move(script)) {
+HostileIPPResponder::HostileIPPResponder(Script script, int port) : script_(std::move(script)) {
     listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(port == 0 ? INADDR_LOOPBACK : INADDR_ANY);
+    address.sin_port = htons(static_cast<in_port_t>(port));
     socklen_t length = sizeof(address);
     constexpr int kBacklog = 256;
     if (bind(listener_, reinterpret_cast<sockaddr*>(&address), length) != 0 ||

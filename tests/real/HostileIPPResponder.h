@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/support/IPPBytes.h"
@@ -31,14 +32,17 @@ class ResponderConnection {
     int socket_;
 };
 
-/// A TCP server on a free port of 127.0.0.1 that does to each connection what a script says: for
-/// all that a decent printer would never do.
+/// A TCP server that does to each connection what a script says: for all that a decent printer
+/// would never do.
 class HostileIPPResponder {
   public:
     /// Called on a thread of its own for each connection, which is closed when it returns.
     using Script = std::function<void(const ResponderConnection& connection)>;
 
-    explicit HostileIPPResponder(Script script);
+    /// On a free port of 127.0.0.1.
+    explicit HostileIPPResponder(Script script) : HostileIPPResponder(std::move(script), 0) {}
+    /// On that port of all addresses of this computer (for a `PrivateNetwork`); 0 is as above.
+    HostileIPPResponder(Script script, int port);
     HostileIPPResponder(const HostileIPPResponder&) = delete;
     HostileIPPResponder& operator=(const HostileIPPResponder&) = delete;
     ~HostileIPPResponder();

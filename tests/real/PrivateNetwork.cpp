@@ -4,6 +4,7 @@
 #include <net/if.h>
 #include <sched.h>
 #include <sys/ioctl.h>
+#include <sys/mount.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -64,7 +65,25 @@ std::string enterOnce() {
     return wrong;
 }
 
+std::string hideRunFolderOnce() {
+    if (unshare(CLONE_NEWNS) != 0) {
+        return failure("no mount namespace of its own");
+    }
+    // In a bare root whose / is no mount there is nothing to be said of it (EINVAL).
+    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 && errno != EINVAL) {
+        return failure("the mounts are not its own");
+    }
+    return mount("tmpfs", "/run", "tmpfs", MS_NOSUID | MS_NODEV, nullptr) == 0
+               ? ""
+               : failure("no folder /run of its own");
+}
+
 }  // namespace
+
+std::string PrivateNetwork::hideRunFolder() {
+    static const std::string wrong = hideRunFolderOnce();
+    return wrong;
+}
 
 std::string PrivateNetwork::enter() {
     static const std::string wrong = enterOnce();

@@ -65,14 +65,18 @@ bool SNMPPrinter::start(const std::string& community) {
     const std::string script =
         std::string(TKPPDUPDATING_SOURCE_DIR) + "/tests/real/pass-rows " + folder + "/objects\n";
     const std::string configuration = directory_.write(
-        "printer.conf",
-        "rocommunity " + community + " 127.0.0.1\n" + "pass_persist .1.3.6.1.2.1.25.3.2 " + script +
-            "pass_persist .1.3.6.1.2.1.43 " + script + "pass_persist .1.3.6.1.4.1.2699 " + script);
+        "printer.conf", "rocommunity " + community + " 127.0.0.1\nrocommunity6 " + community +
+                            " ::1\n" + "pass_persist .1.3.6.1.2.1.25.3.2 " + script +
+                            "pass_persist .1.3.6.1.2.1.43 " + script +
+                            "pass_persist .1.3.6.1.4.1.2699 " + script);
     process_ = std::make_unique<ChildProcess>(
         std::vector<std::string>{"snmpd", "-f", "-C", "-c", configuration, "-Lo",
+                                 // Writes of each request down where it comes from.
+                                 "-a",
                                  // None of the computer's own tables.
                                  "-I", "vacm_conf,pass,pass_persist", "-p", folder + "/pid",
-                                 "udp:127.0.0.1:" + std::to_string(port_)},
+                                 "udp:127.0.0.1:" + std::to_string(port_),
+                                 "udp6:[::1]:" + std::to_string(port_)},
         folder + "/snmpd.output",
         ChildProcess::Environment{
             {"SNMP_PERSISTENT_DIR", folder}, {"SNMPCONFPATH", folder}, {"MIBS", ""}});
@@ -83,6 +87,16 @@ bool SNMPPrinter::start(const std::string& community) {
         }
     }
     return false;
+}
+
+std::size_t SNMPPrinter::requests() const {
+    const std::string log = contentsOfFile((directory_.path() / "snmpd.output").string());
+    const std::string line = "Received SNMP packet(s) from";
+    std::size_t count = 0;
+    for (std::size_t at = log.find(line); at != std::string::npos; at = log.find(line, at + 1)) {
+        ++count;
+    }
+    return count;
 }
 
 /// Whether it answers a request for its first object.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -8,8 +9,8 @@
 
 namespace TkPPDUpdating::Testing {
 
-/// An SNMP printer: snmpd of net-snmp on 127.0.0.1, which serves the rows of a printer through a
-/// script of its "pass_persist".
+/// An SNMP printer: snmpd of net-snmp on 127.0.0.1 and ::1, which serves the rows of a printer
+/// through a script of its "pass_persist".
 class SNMPPrinter {
   public:
     /// As `PrivateScheduler::missingPrograms`.
@@ -21,6 +22,9 @@ class SNMPPrinter {
                          const std::string& community = "public");
 
     std::string URI() const { return "snmp://127.0.0.1:" + std::to_string(port_); }
+
+    /// How many requests it has been sent.
+    std::size_t requests() const;
 
     void stop() { process_.reset(); }
 

@@ -1,8 +1,10 @@
 #include "tests/real/SimulatedPrinter.h"
 
 #include <chrono>
+#include <filesystem>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 #include "tests/real/LoopbackPort.h"
 
@@ -25,12 +27,16 @@ std::string SimulatedPrinter::missingPrograms() {
     return missing.empty() ? missing : "not installed: " + missing;
 }
 
-SimulatedPrinter::SimulatedPrinter(const std::string& attributes) {
-    startBus();
+SimulatedPrinter::SimulatedPrinter(const std::string& attributes, const Place& place)
+    : place_(place) {
+    if (place_.busAddress.empty()) {
+        bus_ = std::make_unique<MessageBus>();
+        place_.busAddress = bus_->address();
+    }
     directory_.write("attributes", attributes);
     constexpr int kPorts = 5;
     for (int attempt = 0; attempt < kPorts; ++attempt) {
-        port_ = freeLoopbackPort();
+        port_ = place_.port == 0 ? freeLoopbackPort() : place_.port;
         if (startPrinter()) {
             return;
         }
@@ -47,40 +53,21 @@ void SimulatedPrinter::setAttributes(const std::string& attributes) {
     }
 }
 
-void SimulatedPrinter::startBus() {
-    const std::string socket = (directory_.path() / "bus.sock").string();
-    const std::string configuration = directory_.write(
-        "bus.conf",
-        "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-        "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n<busconfig><listen>"
-        "unix:path=" +
-            socket +
-            "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
-            "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
-            "<allow own=\"*\"/></policy></busconfig>\n");
-    bus_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration, "--nofork",
-                                 "--nopidfile"},
-        (directory_.path() / "bus.output").string());
-    for (int attempt = 0; attempt < kTries && bus_->isRunning(); ++attempt) {
-        if (std::filesystem::exists(socket)) {
-            return;
-        }
-        std::this_thread::sleep_for(kPause);
-    }
-    throw std::runtime_error("dbus-daemon does not start");
-}
-
 bool SimulatedPrinter::startPrinter() {
     std::filesystem::create_directories(directory_.path() / "spool");
-    const std::string socket = (directory_.path() / "bus.sock").string();
+    std::vector<std::string> arguments = {"ippeveprinter", "-p", std::to_string(port_), "-d",
+                                          (directory_.path() / "spool").string()};
+    if (!place_.isAnnounced) {
+        arguments.insert(arguments.end(), {"-r", "off", "-n", "localhost"});
+    }
+    const std::string attributes = (directory_.path() / "attributes").string();
+    if (std::filesystem::file_size(attributes) > 0) {
+        arguments.insert(arguments.end(), {"-a", attributes});
+    }
+    arguments.emplace_back("Test");
     printer_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"ippeveprinter", "-r", "off", "-n", "localhost", "-p",
-                                 std::to_string(port_), "-a",
-                                 (directory_.path() / "attributes").string(), "-d",
-                                 (directory_.path() / "spool").string(), "Test"},
-        (directory_.path() / "printer.output").string(),
-        ChildProcess::Environment{{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + socket},
+        arguments, (directory_.path() / "printer.output").string(),
+        ChildProcess::Environment{{"DBUS_SYSTEM_BUS_ADDRESS", place_.busAddress},
                                   {"HOME", directory_.path().string()}});
     for (int attempt = 0; attempt < kTries && printer_->isRunning(); ++attempt) {
         if (isListening(port_)) {
