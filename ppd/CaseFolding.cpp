@@ -70,7 +70,13 @@ char32_t simpleCaseFolding(char32_t codePoint) {
 }
 
 std::size_t lengthOfPrefixIgnoringCase(std::string_view text, std::string_view prefix) {
+    // Nearly all is the same ASCII.
     std::size_t at = 0;
+    const std::size_t most = std::min(text.size(), prefix.size());
+    while (at < most && text[at] == prefix[at] && static_cast<unsigned char>(text[at]) < 0x80) {
+        ++at;
+    }
+    prefix.remove_prefix(at);
     while (!prefix.empty()) {
         if (at == text.size()) {
             return std::string_view::npos;

@@ -18,6 +18,7 @@ namespace {
 constexpr std::size_t kPasses = 8;
 constexpr std::size_t kFewLines = 1024;
 
+constexpr std::size_t kFewestInGap = 8;
 constexpr std::size_t kLeastStorage = 256;
 constexpr std::size_t kMostStorage = 64UL * 1024;
 
@@ -38,18 +39,20 @@ std::size_t endOfLanguage(std::string_view line, std::string_view keyword) {
 /// Whether the line is a translation of the attribute into some language.
 bool isTranslation(std::string_view line, std::string_view keyword,
                    std::optional<std::string_view> spec) {
+    if (!line.starts_with(kTkPPDAsterisk)) {
+        return false;
+    }
     const std::size_t stop = endOfLanguage(line, keyword);
     return stop != std::string_view::npos && stop > 0 &&
-           OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(
-               line, std::string(line.substr(1, stop)).append(keyword), spec, std::nullopt);
+           OrbPPDProcessor::isAttribute(line.substr(stop + 1), keyword, spec, std::nullopt);
 }
 
 }  // namespace
 
-OrbPPDLines::OrbPPDLines(const PPDText& text) : removed_(0) {
+OrbPPDLines::OrbPPDLines(const PPDText& text) {
     const OrbPPDLines* const changed = text.changedLines();
     // With as many new lines as old ones it is a text of its own.
-    if (changed && changed->insertedCount() <= changed->index_->size() / 2 + kFewLines / 16) {
+    if (changed && changed->insertedCount(changed->changes_->gaps.size()) <= changed->index_->size() / 2 + kFewLines / 16) {
         *this = *changed;
     } else {
         standOn(text);
@@ -66,22 +69,24 @@ void OrbPPDLines::throwUnlessThere(std::size_t index, std::size_t count) const {
 // Places.
 
 OrbPPDLines::Place OrbPPDLines::placeOf(std::size_t index, bool isForInsertion) const {
-    std::size_t inserted = 0;
-    std::size_t gap = 0;
-    for (; gap < gaps_.size() && index >= gaps_[gap].start; ++gap) {
-        const std::size_t offset = index - gaps_[gap].start;
-        const std::size_t here = gaps_[gap].lines->size();
+    const std::vector<Gap>& gaps = changes_->gaps;
+    const auto next =
+        std::upper_bound(gaps.begin(), gaps.end(), index,
+                         [](std::size_t each, const Gap& gap) { return each < gap.start; });
+    const auto gap = static_cast<std::size_t>(next - gaps.begin());
+    if (gap > 0) {
+        const std::size_t offset = index - gaps[gap - 1].start;
+        const std::size_t here = gaps[gap - 1].lines->size();
         if (offset < here || (offset == here && isForInsertion)) {
-            return {gap, true, offset, 0};
+            return {gap - 1, true, offset, 0};
         }
-        inserted += here;
     }
-    return {gap, false, 0, static_cast<LineID>(index - inserted)};
+    return {gap, false, 0, static_cast<LineID>(index - insertedCount(gap))};
 }
 
 std::size_t OrbPPDLines::indexOf(LineID line) const {
-    std::size_t index = line - removed_.countBefore(line);
-    for (const Gap& gap : gaps_) {
+    std::size_t index = line - changes_->removed.countBefore(line);
+    for (const Gap& gap : changes_->gaps) {
         if (gap.before > line) {
             break;
         }
@@ -92,38 +97,56 @@ std::size_t OrbPPDLines::indexOf(LineID line) const {
 
 /// The difference may be a negative number, modulo the word.
 void OrbPPDLines::moveGapsFrom(std::size_t gap, std::size_t difference) {
-    for (; gap < gaps_.size(); ++gap) {
-        gaps_[gap].start += difference;
+    std::vector<Gap>& gaps = changes_->gaps;
+    for (; gap < gaps.size(); ++gap) {
+        gaps[gap].start += difference;
     }
 }
 
-std::size_t OrbPPDLines::insertedCount() const {
-    return std::accumulate(gaps_.begin(), gaps_.end(), std::size_t{0},
+/// The lines in so many gaps.
+std::size_t OrbPPDLines::insertedCount(std::size_t gapCount) const {
+    const auto first = changes_->gaps.begin();
+    return std::accumulate(first, first + static_cast<std::ptrdiff_t>(gapCount), std::size_t{0},
                            [](std::size_t sum, const Gap& gap) { return sum + gap.lines->size(); });
 }
 
 std::string_view OrbPPDLines::at(std::size_t index) const {
     throwUnlessThere(index, 1);
     const Place place = placeOf(index, false);
-    return place.isInGap ? (*gaps_[place.gap].lines)[place.offset]
-                         : index_->line(removed_.lineAt(place.kept));
+    return place.isInGap ? (*changes_->gaps[place.gap].lines)[place.offset]
+                         : index_->line(changes_->removed.lineAt(place.kept));
 }
 
 // Edits.
 
-std::string_view OrbPPDLines::storedCopy(std::string_view line) {
-    const bool hasRoom = !storage_.empty() && storage_.back().use_count() == 1 &&
-                         storage_.back()->capacity() - storage_.back()->size() >= line.size();
-    if (!hasRoom) {
-        const std::size_t last = storage_.empty() ? 0 : storage_.back()->size();
-        storage_.push_back(std::make_shared<std::string>());
-        storage_.back()->reserve(
-            std::max(line.size(), std::clamp(2 * last, kLeastStorage, kMostStorage)));
+OrbPPDLines::Changes& OrbPPDLines::ownChanges() {
+    if (changes_.use_count() > 1) {
+        changes_ = std::make_shared<Changes>(*changes_);
     }
-    std::string& storage = *storage_.back();
-    const std::size_t start = storage.size();
-    storage += line;  // within its capacity: the views into it stay valid
-    return std::string_view(storage).substr(start);
+    return *changes_;
+}
+
+std::string_view OrbPPDLines::storedCopy(Changes& changes,
+                                         std::initializer_list<std::string_view> parts) {
+    std::size_t length = 0;
+    for (const std::string_view part : parts) {
+        length += part.size();
+    }
+    std::vector<Storage>& storage = changes.storage;
+    const bool hasRoom = !storage.empty() && storage.back().bytes.use_count() == 1 &&
+                         storage.back().room - storage.back().used >= length;
+    if (!hasRoom) {
+        const std::size_t last = storage.empty() ? 0 : storage.back().used;
+        const std::size_t room = std::max(length, std::clamp(2 * last, kLeastStorage, kMostStorage));
+        storage.push_back({std::make_shared<char[]>(room), room});  // NOLINT(*-avoid-c-arrays)
+    }
+    char* const start = storage.back().bytes.get() + storage.back().used;
+    char* end = start;
+    for (const std::string_view part : parts) {
+        end = std::copy(part.begin(), part.end(), end);
+    }
+    storage.back().used += length;
+    return {start, length};
 }
 
 OrbPPDLines::Texts& OrbPPDLines::ownLines(Gap& gap) {
@@ -133,60 +156,78 @@ OrbPPDLines::Texts& OrbPPDLines::ownLines(Gap& gap) {
     return *gap.lines;
 }
 
-void OrbPPDLines::insert(std::size_t index, std::string_view line) {
+void OrbPPDLines::insert(std::size_t index, std::initializer_list<std::string_view> parts) {
     throwUnlessThere(index, 0);
     settle(false);
     const Place place = placeOf(index, true);
+    Changes& changes = ownChanges();
+    std::vector<Gap>& gaps = changes.gaps;
     if (!place.isInGap) {
-        gaps_.insert(gaps_.begin() + static_cast<std::ptrdiff_t>(place.gap),
-                     {removed_.lineAt(place.kept), index, std::make_shared<Texts>()});
+        gaps.insert(gaps.begin() + static_cast<std::ptrdiff_t>(place.gap),
+                    {changes.removed.lineAt(place.kept), index, std::make_shared<Texts>()});
     }
-    Texts& lines = ownLines(gaps_[place.gap]);
-    changesRead_ += lines.size() - place.offset + gaps_.size() - place.gap - 1;
-    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place.offset), storedCopy(line));
+    Texts& lines = ownLines(gaps[place.gap]);
+    changesRead_ += lines.size() - place.offset + gaps.size() - place.gap - 1;
+    const std::string_view line = storedCopy(changes, parts);
+    if (lines.size() == lines.capacity()) {
+        lines.reserve(std::max(2 * lines.size(), kFewestInGap));
+    }
+    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place.offset), line);
     moveGapsFrom(place.gap + 1, 1);
     ++size_;
     hasLineFeedInLine_ = hasLineFeedInLine_ || line.find('\n') != std::string_view::npos;
+    changes.mayHaveTranslation =
+        changes.mayHaveTranslation ||
+        PPDTextIndex::keywordPart(line).find('.') != std::string_view::npos;
 }
 
 void OrbPPDLines::erase(std::size_t index, std::size_t count) {
     throwUnlessThere(index, count);
+    if (count == 0) {
+        return;
+    }
     size_ -= count;
+    Changes& changes = ownChanges();
+    std::vector<Gap>& gaps = changes.gaps;
     while (count > 0) {
         const Place place = placeOf(index, false);
         std::size_t here = 0;
         if (place.isInGap) {
-            Texts& lines = ownLines(gaps_[place.gap]);
+            Texts& lines = ownLines(gaps[place.gap]);
             here = std::min(count, lines.size() - place.offset);
             changesRead_ += lines.size() - place.offset;
             const auto first = lines.begin() + static_cast<std::ptrdiff_t>(place.offset);
             lines.erase(first, first + static_cast<std::ptrdiff_t>(here));
         } else {
-            const bool isLast = place.gap == gaps_.size();
-            here = isLast ? count : std::min(count, gaps_[place.gap].start - index);
-            removed_.add(removed_.lineAt(place.kept),
-                         removed_.lineAt(place.kept + static_cast<LineID>(here)));
+            const bool isLast = place.gap == gaps.size();
+            here = isLast ? count : std::min(count, gaps[place.gap].start - index);
+            changes.removed.add(changes.removed.lineAt(place.kept),
+                                changes.removed.lineAt(place.kept + static_cast<LineID>(here)));
         }
         moveGapsFrom(place.gap + (place.isInGap ? 1 : 0), 0 - here);
-        if (place.isInGap && gaps_[place.gap].lines->empty()) {
-            gaps_.erase(gaps_.begin() + static_cast<std::ptrdiff_t>(place.gap));
+        if (place.isInGap && gaps[place.gap].lines->empty()) {
+            gaps.erase(gaps.begin() + static_cast<std::ptrdiff_t>(place.gap));
         }
-        changesRead_ += gaps_.size() - place.gap;
+        changesRead_ += gaps.size() - place.gap;
         count -= here;
     }
 }
 
 void OrbPPDLines::erase(std::span<const LineID> lines) {
+    if (lines.empty()) {
+        return;
+    }
+    Changes& changes = ownChanges();
     auto line = lines.begin();
     std::size_t erased = 0;
-    for (Gap& gap : gaps_) {
+    for (Gap& gap : changes.gaps) {
         for (; line != lines.end() && *line < gap.before; ++line) {
-            erased += removed_.add(*line, *line + 1);
+            erased += changes.removed.add(*line, *line + 1);
         }
         gap.start -= erased;
     }
     for (; line != lines.end(); ++line) {
-        erased += removed_.add(*line, *line + 1);
+        erased += changes.removed.add(*line, *line + 1);
     }
     size_ -= erased;
 }
@@ -195,9 +236,7 @@ void OrbPPDLines::erase(std::span<const LineID> lines) {
 
 void OrbPPDLines::standOn(const PPDText& text) {
     index_ = text.index();
-    removed_ = RemovedLines(index_->size());
-    gaps_.clear();
-    storage_.clear();
+    changes_ = std::make_shared<Changes>(index_->size());
     keys_ = {};
     readInVain_ = 0;
     changesRead_ = 0;
@@ -219,7 +258,7 @@ void OrbPPDLines::settle(bool mustBe) {
 std::string OrbPPDLines::bytes() const {
     const std::string& whole = *index_->text();
     std::size_t room = whole.size() + 2;
-    for (const Gap& gap : gaps_) {
+    for (const Gap& gap : changes_->gaps) {
         for (const std::string_view line : *gap.lines) {
             room += line.size() + 1;
         }
@@ -227,9 +266,10 @@ std::string OrbPPDLines::bytes() const {
     std::string text;
     text.reserve(room);
     LineID line = 0;
+    const RemovedLines& removed = changes_->removed;
     const auto copyKept = [&](LineID end) {
-        while ((line = std::min(removed_.next(line, false), end)) < end) {
-            const LineID last = std::min(removed_.next(line, true), end);
+        while ((line = std::min(removed.next(line, false), end)) < end) {
+            const LineID last = std::min(removed.next(line, true), end);
             text.append(whole, index_->start(line), index_->start(last) - index_->start(line));
             line = last;
         }
@@ -237,7 +277,7 @@ std::string OrbPPDLines::bytes() const {
             text += '\n';  // behind the last line of a text that ends without one
         }
     };
-    for (const Gap& gap : gaps_) {
+    for (const Gap& gap : changes_->gaps) {
         copyKept(gap.before);
         for (const std::string_view each : *gap.lines) {
             (text += each) += '\n';
@@ -295,7 +335,7 @@ template <typename Visit>
 void OrbPPDLines::visitKept(std::string_view keyword, std::optional<std::string_view> spec,
                             const Visit& visit) const {
     const auto visitThere = [&](LineID line) {
-        if (removed_.contains(line)) {
+        if (isGone(line)) {
             ++changesRead_;
             return false;
         }
@@ -327,7 +367,7 @@ std::optional<std::size_t> OrbPPDLines::first(std::string_view keyword,
         }
         return kept.has_value();
     });
-    for (const Gap& gap : gaps_) {
+    for (const Gap& gap : changes_->gaps) {
         if (kept && gap.before > *kept) {
             break;
         }
@@ -387,14 +427,16 @@ std::string_view OrbPPDLines::languageOfTranslation(std::string_view line,
 
 std::optional<std::vector<OrbPPDLines::LineID>> OrbPPDLines::translations(
     std::string_view keyword, std::optional<std::string_view> spec) {
-    const bool isAmongInserted = std::any_of(gaps_.begin(), gaps_.end(), [&](const Gap& gap) {
-        changesRead_ += gap.lines->size();
-        return std::any_of(gap.lines->begin(), gap.lines->end(), [&](std::string_view line) {
-            return isTranslation(line, keyword, spec);
+    const std::vector<Gap>& gaps = changes_->gaps;
+    const bool isAmongInserted =
+        changes_->mayHaveTranslation && std::any_of(gaps.begin(), gaps.end(), [&](const Gap& gap) {
+            changesRead_ += gap.lines->size();
+            return std::any_of(gap.lines->begin(), gap.lines->end(), [&](std::string_view line) {
+                return isTranslation(line, keyword, spec);
+            });
         });
-    });
     settle(isAmongInserted);
-    if (isAmongInserted && !gaps_.empty()) {
+    if (isAmongInserted && !changes_->gaps.empty()) {
         return std::nullopt;
     }
     std::vector<LineID> lines;
@@ -411,16 +453,18 @@ std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const
     if (size_ == 0 || index >= size_ - 1) {
         return std::nullopt;
     }
+    const std::vector<Gap>& gaps = changes_->gaps;
     const Place next = placeOf(index + 1, false);
-    const auto from = next.isInGap ? gaps_[next.gap].before : removed_.lineAt(next.kept);
+    const auto from =
+        next.isInGap ? gaps[next.gap].before : changes_->removed.lineAt(next.kept);
     const auto ends = index_->endLines();
     auto end = std::lower_bound(ends.begin(), ends.end(), from);
-    for (; end != ends.end() && removed_.contains(*end); ++end) {
+    for (; end != ends.end() && isGone(*end); ++end) {
         ++changesRead_;
     }
-    for (std::size_t gap = next.gap; gap < gaps_.size(); ++gap) {
-        const Texts& lines = *gaps_[gap].lines;
-        if (end != ends.end() && gaps_[gap].before > *end) {
+    for (std::size_t gap = next.gap; gap < gaps.size(); ++gap) {
+        const Texts& lines = *gaps[gap].lines;
+        if (end != ends.end() && gaps[gap].before > *end) {
             break;
         }
         const std::size_t offset = gap == next.gap ? next.offset : 0;
@@ -428,7 +472,7 @@ std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const
         const auto found =
             std::find(lines.begin() + static_cast<std::ptrdiff_t>(offset), lines.end(), kTkPPDEnd);
         if (found != lines.end()) {
-            return gaps_[gap].start + static_cast<std::size_t>(found - lines.begin());
+            return gaps[gap].start + static_cast<std::size_t>(found - lines.begin());
         }
     }
     return end == ends.end() ? std::nullopt : std::optional(indexOf(*end));

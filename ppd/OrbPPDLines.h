@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -41,7 +42,11 @@ class OrbPPDLines {
     /// Inserts a copy of `line` before the line at `index`, or at the end when that is the size.
     /// Raises `std::out_of_range`, and changes nothing, beyond that. (A line feed in it makes lines
     /// of their own in the next text only.)
-    void insert(std::size_t index, std::string_view line);
+    void insert(std::size_t index, std::string_view line) {
+        insert(index, std::initializer_list<std::string_view>{line});
+    }
+    /// The same for a line that is made of `parts`, one behind the other.
+    void insert(std::size_t index, std::initializer_list<std::string_view> parts);
 
     /// Removes `count` lines from `index` on. Raises `std::out_of_range`, and changes nothing, when
     /// there are not that many.
@@ -87,16 +92,16 @@ class OrbPPDLines {
 
     /// The index beneath, with lines that may be gone, and which those are.
     const PPDTextIndex& base() const { return *index_; }
-    bool isGone(LineID line) const { return removed_.contains(line); }
+    bool isGone(LineID line) const { return changes_->removed.contains(line); }
 
     /// Calls `visit(index, line)` for every line that is not one of the index beneath, from the
     /// last to the first, so that it may be erased.
     template <typename Visit>
     void visitInserted(const Visit& visit) {
-        for (std::size_t gap = gaps_.size(); gap-- > 0;) {
-            const std::size_t start = gaps_[gap].start;
-            for (std::size_t offset = gaps_[gap].lines->size(); offset-- > 0;) {
-                visit(start + offset, (*gaps_[gap].lines)[offset]);
+        for (std::size_t gap = changes_->gaps.size(); gap-- > 0;) {
+            const std::size_t start = changes_->gaps[gap].start;
+            for (std::size_t offset = changes_->gaps[gap].lines->size(); offset-- > 0;) {
+                visit(start + offset, (*changes_->gaps[gap].lines)[offset]);
             }
         }
     }
@@ -113,6 +118,26 @@ class OrbPPDLines {
         std::shared_ptr<Texts> lines;
     };
 
+    /// What inserted lines are views into.
+    struct Storage {
+        std::shared_ptr<char[]> bytes;  // NOLINT(modernize-avoid-c-arrays)
+        std::size_t room = 0;
+        std::size_t used = 0;
+    };
+
+    /// What differs from the index. Shared with other lists until it is changed.
+    struct Changes {
+        explicit Changes(LineID lineCount) : removed(lineCount) {}
+
+        RemovedLines removed;
+        /// In line order, none of them empty.
+        std::vector<Gap> gaps;
+        /// The last one is filled up while no other list shares it.
+        std::vector<Storage> storage;
+        /// Whether a line with a full stop in its keyword was inserted.
+        bool mayHaveTranslation = false;
+    };
+
     /// Where a line is or goes: in a gap, or between it and the one before it.
     struct Place {
         std::size_t gap = 0;
@@ -125,9 +150,11 @@ class OrbPPDLines {
     void throwUnlessThere(std::size_t index, std::size_t count) const;
     Place placeOf(std::size_t index, bool isForInsertion) const;
     void moveGapsFrom(std::size_t gap, std::size_t difference);
-    std::string_view storedCopy(std::string_view line);
+    Changes& ownChanges();
+    static std::string_view storedCopy(Changes& changes,
+                                       std::initializer_list<std::string_view> parts);
     static Texts& ownLines(Gap& gap);
-    std::size_t insertedCount() const;
+    std::size_t insertedCount(std::size_t gapCount) const;
     std::string bytes() const;
     void standOn(const PPDText& text);
     void settle(bool mustBe);
@@ -144,11 +171,7 @@ class OrbPPDLines {
     friend class PPDText;
 
     std::shared_ptr<const PPDTextIndex> index_;
-    RemovedLines removed_;
-    /// In line order, none of them empty.
-    std::vector<Gap> gaps_;
-    /// What the inserted lines are views into: the last one may grow within its capacity.
-    std::vector<std::shared_ptr<std::string>> storage_;
+    std::shared_ptr<Changes> changes_;
     std::size_t size_ = 0;
     bool endsWithLineFeed_ = false;
     bool hasLineFeedInLine_ = false;

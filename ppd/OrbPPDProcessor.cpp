@@ -18,10 +18,9 @@ constexpr std::size_t kLongestWord = 255;
 /// A translation string of this many bytes or more is shortened.
 constexpr std::size_t kTranslationTooLong = 80;
 
-constexpr std::string_view kAttributeFormat = "*%@: %@";
-constexpr std::string_view kAttributeWithSpecFormat = "*%@ %@: %@";
-constexpr std::string_view kAttributeWithSpecAndTextFormat = "*%@ %@/%@: %@";
-constexpr std::string_view kTranslationFormat = "*%@.%@ %@/%@: \"\"";
+constexpr std::string_view kFullStop = ".";
+constexpr std::string_view kBeforeValue = ": ";
+constexpr std::string_view kValueOfTranslation = "\"\"";
 constexpr std::string_view kTranslationKeywordFormat = "%@.%@";
 /// Translations into it are looked for, and made of texts that are not ASCII, in every PPD.
 constexpr std::string_view kEnglish = "en";
@@ -50,16 +49,17 @@ class Scanner {
     std::string_view rest_;
 };
 
-std::vector<std::string_view> partsBetweenSpaces(std::string_view text) {
-    std::vector<std::string_view> parts;
-    while (true) {
-        const std::size_t end = text.find(' ');
-        parts.push_back(text.substr(0, end));
-        if (end == std::string_view::npos) {
-            return parts;
-        }
+std::size_t spacesIn(std::string_view text) {
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
+}
+
+template <typename Visit>
+void visitPartsBetweenSpaces(std::string_view text, const Visit& visit) {
+    for (std::size_t end = text.find(' '); end != std::string_view::npos; end = text.find(' ')) {
+        visit(text.substr(0, end));
         text.remove_prefix(end + 1);
     }
+    visit(text);
 }
 
 /// The value of an attribute whose text holds no quote: what follows the first colon and the
@@ -107,8 +107,11 @@ OrbPPDProcessor& OrbPPDProcessor::initWithPDDContent(PPDText content) {
 
 PPDText OrbPPDProcessor::content() {
     if (!content_ && lines_) {
-        lines_->insert(lines_->size(), kTkPPDEmptyString);
-        content_ = lines_->joined();
+        // As lines are read, the empty one at the end is but the line feed before it.
+        OrbPPDLines joined(*lines());
+        joined.setEndsWithLineFeed(true);
+        content_ = joined.text();
+        leavesEmptyLine_ = true;
     }
     return content_;
 }
@@ -125,6 +128,10 @@ OrbPPDLines* OrbPPDProcessor::lines() {
     if (!lines_ && content_) {
         lines_.emplace(content_);
     }
+    if (leavesEmptyLine_) {
+        leavesEmptyLine_ = false;
+        lines_->insert(lines_->size(), kTkPPDEmptyString);
+    }
     return lines_ ? &*lines_ : nullptr;
 }
 
@@ -138,10 +145,11 @@ const std::vector<std::string>& OrbPPDProcessor::localizations() {
         std::vector<std::string> languages;
         if (const auto value =
                 valueForAttributeWithKeyword_spec(kTkPPDCUPSLanguagesAttributeName, std::nullopt)) {
-            const auto parts = partsBetweenSpaces(*value);
-            languages.assign(parts.begin(), parts.end());
+            languages.reserve(spacesIn(*value) + 1);
+            visitPartsBetweenSpaces(*value,
+                                    [&](std::string_view part) { languages.emplace_back(part); });
         }
-        localizations_ = std::move(languages);
+        setLocalizations(std::move(languages));
     }
     return *localizations_;
 }
@@ -149,13 +157,28 @@ const std::vector<std::string>& OrbPPDProcessor::localizations() {
 void OrbPPDProcessor::setLocalizations(std::vector<std::string> localizations) {
     localizations_ = std::move(localizations);
     languages_.clear();
+    // Keywords that begin with such a code are not told from others by where they end.
+    uncommonLanguages_.clear();
+    for (std::size_t i = 0; i < localizations_->size(); ++i) {
+        const std::string& code = (*localizations_)[i];
+        if (PPDTextIndex::keywordPart(code).size() < code.size()) {
+            uncommonLanguages_.push_back(i);
+        }
+    }
 }
 
 bool OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(
     std::string_view line, std::string_view keyword, std::optional<std::string_view> spec,
     std::optional<std::string_view> value) {
-    Scanner scanner(line);
-    if (!scanner.scan(kTkPPDAsterisk) || !scanner.scan(keyword)) {
+    return line.starts_with(kTkPPDAsterisk) &&
+           isAttribute(line.substr(kTkPPDAsterisk.size()), keyword, spec, value);
+}
+
+bool OrbPPDProcessor::isAttribute(std::string_view text, std::string_view keyword,
+                                  std::optional<std::string_view> spec,
+                                  std::optional<std::string_view> value) {
+    Scanner scanner(text);
+    if (!scanner.scan(keyword)) {
         return false;
     }
     if (spec && (!scanner.scanSpaces() || !scanner.scan(*spec))) {
@@ -196,6 +219,12 @@ std::optional<std::string> OrbPPDProcessor::valueForAttributeWithKeyword_spec(
     if (range.length == 0) {
         return std::nullopt;
     }
+    const auto copied = [](std::optional<std::string_view> value) {
+        return value ? std::optional<std::string>(*value) : std::nullopt;
+    };
+    if (range.length == 1) {
+        return copied(valueInAttributeText(lines_->at(range.location)));
+    }
     std::string text(lines_->at(range.location));
     // Further lines belong to it when its quote is open. What follows the closing quote does not
     // count: in a hostile text every value goes on to the same "*End" far below.
@@ -205,8 +234,7 @@ std::optional<std::string> OrbPPDProcessor::valueForAttributeWithKeyword_spec(
         (text += kTkPPDSpace) += line;
         isOpen = line.find(kTkPPDQuote) == std::string_view::npos;
     }
-    const auto value = valueInAttributeText(text);
-    return value ? std::optional<std::string>(*value) : std::nullopt;
+    return copied(valueInAttributeText(text));
 }
 
 std::size_t OrbPPDProcessor::deleteAttributeWithKeyword_spec_value(
@@ -229,13 +257,8 @@ void OrbPPDProcessor::readLanguages() {
     if (!languages_.empty()) {
         return;
     }
-    uncommonLanguages_.clear();
     for (std::size_t i = 0; i < codes.size(); ++i) {
         languages_[foldedCase(codes[i])].push_back(i);
-        // Keywords that begin with such a code are not told from others by where they end.
-        if (PPDTextIndex::keywordPart(codes[i]).size() < codes[i].size()) {
-            uncommonLanguages_.push_back(i);
-        }
     }
     languages_[std::string(kEnglish)].push_back(codes.size());
 }
@@ -251,15 +274,19 @@ void OrbPPDProcessor::deleteTranslation(std::string_view language, std::string_v
 /// language; only languages of which there are translations cost anything.
 void OrbPPDProcessor::deleteTranslations(std::string_view keyword,
                                          std::optional<std::string_view> spec) {
-    readLanguages();
+    const std::vector<std::string>& codes = localizations();
     const auto lines = lines_->translations(keyword, spec);
+    if (lines && lines->empty() && uncommonLanguages_.empty()) {
+        return;
+    }
     if (!lines) {
-        for (const std::string& language : localizations()) {
+        for (const std::string& language : codes) {
             deleteTranslation(language, keyword, spec);
         }
         deleteTranslation(kEnglish, keyword, spec);
         return;
     }
+    readLanguages();
     struct Lines {
         std::vector<OrbPPDLines::LineID> all;
         std::size_t next = 0;
@@ -306,42 +333,48 @@ bool OrbPPDProcessor::insertAttributeWithKeyword_spec_text_value_wrap(
     if (!keyword || !value || !all) {
         return false;
     }
-    std::vector<std::string> newLines;
-    std::vector<std::string> translations;
-    std::string mainLine;
-    if (!spec) {
-        mainLine = PPDFormatted(kAttributeFormat, {*keyword, *value});
-    } else if (!text) {
-        mainLine = PPDFormatted(kAttributeWithSpecFormat, {*keyword, *spec, *value});
-    } else {
-        const std::string_view name = PPDSavvyNameFromString(*text);
-        const auto addTranslation = [&](std::string_view language) {
-            translations.push_back(
-                PPDFormatted(kTranslationFormat, {language, *keyword, *spec, name}));
-        };
-        if (isASCIIString(name)) {
-            mainLine =
-                PPDFormatted(kAttributeWithSpecAndTextFormat, {*keyword, *spec, name, *value});
-        } else {
-            mainLine = PPDFormatted(kAttributeWithSpecFormat, {*keyword, *spec, *value});
-            addTranslation(kEnglish);
-        }
-        for (const std::string& language : localizations()) {
-            addTranslation(language);
-        }
+    const std::string_view name = spec && text ? PPDSavvyNameFromString(*text) : kTkPPDEmptyString;
+    const bool standsInMainLine = spec && text && isASCIIString(name);
+    // Raises before anything has changed.
+    const std::vector<std::string>* const languages = spec && text ? &localizations() : nullptr;
+    newText_.assign(kTkPPDAsterisk).append(*keyword);
+    if (spec) {
+        newText_.append(kTkPPDSpace).append(*spec);
     }
-    if (mainLine.size() < kLineTooLong) {
-        newLines.push_back(std::move(mainLine));
-    } else if (auto wrapped =
-                   wrap ? linesWrapedToPPDMaxWidthForAttributeString(mainLine) : std::nullopt) {
-        newLines = std::move(*wrapped);
-    } else {
+    if (standsInMainLine) {
+        newText_.append(kTkPPDSlash).append(name);
+    }
+    newText_.append(kBeforeValue).append(*value);
+    const std::size_t length = newText_.size();
+    const auto wrapped = length < kLineTooLong || !wrap
+                             ? std::nullopt
+                             : linesWrapedToPPDMaxWidthForAttributeString(newText_);
+    if (length >= kLineTooLong && !wrapped) {
         return false;
     }
-    std::move(translations.begin(), translations.end(), std::back_inserter(newLines));
-    for (const std::string& line : newLines) {
-        all->insert(insertLocation_, line);
+    if (languages) {
+        newText_.append(kFullStop).append(*keyword).append(kTkPPDSpace).append(*spec);
+        newText_.append(kTkPPDSlash).append(name).append(kBeforeValue).append(kValueOfTranslation);
+    }
+    const std::string_view mainLine = std::string_view(newText_).substr(0, length);
+    const std::string_view behindLanguage = std::string_view(newText_).substr(length);
+    const auto insert = [&](std::initializer_list<std::string_view> parts) {
+        all->insert(insertLocation_, parts);
         ++insertLocation_;
+    };
+    if (wrapped) {
+        std::for_each(wrapped->begin(), wrapped->end(),
+                      [&](const std::string& line) { insert({std::string_view(line)}); });
+    } else {
+        insert({mainLine});
+    }
+    if (languages && !standsInMainLine) {
+        insert({kTkPPDAsterisk, kEnglish, behindLanguage});
+    }
+    if (languages) {
+        for (const std::string& language : *languages) {
+            insert({kTkPPDAsterisk, language, behindLanguage});
+        }
     }
     clearContent();
     return true;
@@ -353,10 +386,9 @@ std::optional<std::vector<std::string>> OrbPPDProcessor::linesWrapedToPPDMaxWidt
     std::string current;
     std::size_t currentLength = 0;
     bool isFirst = true;
-    for (const std::string_view word : partsBetweenSpaces(line)) {
-        if (word.size() > kLongestWord) {
-            return std::nullopt;
-        }
+    bool areWordsTooLong = false;
+    visitPartsBetweenSpaces(line, [&](std::string_view word) {
+        areWordsTooLong = areWordsTooLong || word.size() > kLongestWord;
         if (currentLength + word.size() >= kLineTooLong) {
             wrapped.push_back(std::exchange(current, std::string(word)));
             currentLength = word.size();
@@ -369,6 +401,9 @@ std::optional<std::vector<std::string>> OrbPPDProcessor::linesWrapedToPPDMaxWidt
             currentLength += word.size();
         }
         isFirst = false;
+    });
+    if (areWordsTooLong) {
+        return std::nullopt;
     }
     const bool didBreak = !wrapped.empty();
     wrapped.push_back(std::move(current));

@@ -85,6 +85,11 @@ class OrbPPDProcessor {
                                                             std::optional<std::string_view> spec,
                                                             std::optional<std::string_view> value);
 
+    /// The same for what stands behind the "*" of a line.
+    static bool isAttribute(std::string_view text, std::string_view keyword,
+                            std::optional<std::string_view> spec,
+                            std::optional<std::string_view> value);
+
     /// The lines of the first attribute that matches. A line with exactly one double quote opens a
     /// value that runs to the next line "*End", inclusive; without one the attribute counts as not
     /// found. A null keyword finds nothing.
@@ -151,6 +156,10 @@ class OrbPPDProcessor {
     std::map<std::string, std::vector<std::size_t>, std::less<>> languages_;
     /// The places of those that hold what ends a keyword.
     std::vector<std::size_t> uncommonLanguages_;
+    /// Whether `content` was joined since the lines were last asked for, which leaves an empty one.
+    bool leavesEmptyLine_ = false;
+    /// The lines to be inserted; kept because it has the room.
+    std::string newText_;
     std::size_t insertLocation_ = 0;
 };
 

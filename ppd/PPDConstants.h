@@ -37,4 +37,8 @@ inline constexpr std::size_t kTkPPDProcessorPPDEndLocation = PTRDIFF_MAX;
 std::string PPDFormatted(std::string_view format,
                          std::initializer_list<std::string_view> arguments);
 
+/// The same, appended to `text`.
+void appendPPDFormatted(std::string_view format, std::initializer_list<std::string_view> arguments,
+                        std::string& text);
+
 }  // namespace TkPPDUpdating

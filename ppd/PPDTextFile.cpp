@@ -17,6 +17,9 @@ namespace TkPPDUpdating {
 
 namespace {
 
+/// Memory that is cleared and read into before it leaves the processor's cache is written once.
+constexpr std::size_t kAtOnce = std::size_t{64} * 1024;
+
 std::string systemError() {
     return std::generic_category().message(errno);
 }
@@ -25,10 +28,11 @@ std::string systemError() {
 std::optional<std::string> bytesOf(int descriptor, std::size_t expectedSize,
                                    std::size_t largestSize, std::string& reason) {
     std::string bytes;
-    std::size_t length = 0;
-    for (std::size_t room = expectedSize; length <= largestSize; room = length) {
+    bytes.reserve(expectedSize + 1);
+    for (std::size_t length = 0; length <= largestSize;) {
         if (length == bytes.size()) {
-            bytes.resize(length + room + 1);
+            const std::size_t room = bytes.capacity() - length;
+            bytes.resize(length + (room == 0 ? kAtOnce : std::min(room, kAtOnce)));
         }
         const ssize_t count = ::read(descriptor, bytes.data() + length, bytes.size() - length);
         if (count == 0) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 #include <utility>
@@ -21,25 +22,80 @@ namespace {
 constexpr std::size_t kShortTypicalLine = 32;
 constexpr std::size_t kFewestSlots = 64;
 
+/// At most 16 bytes; which bytes stand twice in them follows from the length.
+struct Words {
+    std::uint64_t first = 0;
+    std::uint64_t second = 0;
+};
+
+template <typename Word>
+Words wordsAtBothEnds(std::string_view text) {
+    Word first = 0;
+    Word second = 0;
+    std::memcpy(&first, text.data(), sizeof first);
+    std::memcpy(&second, text.data() + text.size() - sizeof second, sizeof second);
+    return {first, second};
+}
+
+Words wordsOf(std::string_view text) {
+    if (text.size() >= sizeof(std::uint64_t)) {
+        return wordsAtBothEnds<std::uint64_t>(text);
+    }
+    if (text.size() >= sizeof(std::uint32_t)) {
+        return wordsAtBothEnds<std::uint32_t>(text);
+    }
+    Words words;
+    for (const char each : text) {
+        words.first = (words.first << 8U) | static_cast<unsigned char>(each);
+    }
+    return words;
+}
+
+/// Case ignored; nothing when it is not all ASCII, unless `isFolded`.
+std::optional<PPDTextIndex::Key> keyOfASCII(std::string_view name, bool isFolded = false) {
+    constexpr std::size_t kBoth = sizeof(Words);
+    // Of ASCII letters this bit is the case; that other characters may then be the same is no harm.
+    constexpr std::uint64_t kCase = 0x2020202020202020U;
+    constexpr std::uint64_t kWide = 0x8080808080808080U;
+    std::uint64_t hash = 0;
+    std::uint64_t all = 0;
+    const auto add = [&](const Words& words, std::size_t length) {
+        all |= words.first | words.second;
+        hash = SeededTextHash::ofWords(hash ^ (words.first | kCase),
+                                       (words.second | kCase) ^ length);
+    };
+    std::string_view rest = name;
+    for (; rest.size() > kBoth; rest.remove_prefix(kBoth)) {
+        add(wordsOf(rest.substr(0, kBoth)), 0);
+    }
+    add(wordsOf(rest), name.size());
+    return isFolded || (all & kWide) == 0
+               ? std::optional(static_cast<PPDTextIndex::Key>(hash >> 32U))
+               : std::nullopt;
+}
+
 }  // namespace
 
-/// The one pass.
+/// The one pass. What is called for each block and line is always inlined: a call would cost about as
+/// much as what it does.
 class PPDTextIndex::Reader {
   public:
     explicit Reader(PPDTextIndex& index) : index_(index), text_(*index.text_) {}
 
     void read() {
         index_.starts_.reserve(text_.size() / kShortTypicalLine + 2);
-        index_.runs_.reserve(text_.size() / (4 * kShortTypicalLine) + 2);
+        index_.runs_.reserve(text_.size() / (2 * kShortTypicalLine) + 2);
+        index_.innerAsterisks_.reserve(text_.size() / (4 * kShortTypicalLine) + 2);
         index_.slots_.resize(std::bit_ceil(text_.size() / 512 + kFewestSlots));
-        std::size_t at = 0;
-        for (; at + kTextBlock <= text_.size(); at += kTextBlock) {
-            readBlock(at, kTextBlock, masksOfTextBlock(text_.data() + at));
-        }
-        if (at < text_.size()) {
-            std::array<char, kTextBlock> rest{};
-            text_.copy(rest.data(), kTextBlock, at);
-            readBlock(at, text_.size() - at, masksOfTextBlock(rest.data()));
+        for (std::size_t at = 0; at < text_.size(); at += kTextBlock) {
+            if (at + kTextBlock <= text_.size()) {
+                block_ = text_.data() + at;
+            } else {
+                rest_.fill(' ');
+                text_.copy(rest_.data(), kTextBlock, at);
+                block_ = rest_.data();
+            }
+            readBlock(at, TextBlocks::masksOfTextBlock(block_));
         }
         if (lineStart_ < text_.size()) {
             endLine(text_.size());
@@ -48,9 +104,12 @@ class PPDTextIndex::Reader {
     }
 
   private:
-    void readBlock(std::size_t at, std::size_t length, const TextBlockMasks& masks) {
+    [[gnu::always_inline]] void readBlock(std::size_t at, const TextBlockMasks& masks) {
         if (masks.isWide) {
-            checkUTF8(at, at + length);
+            checkUTF8(at, std::min(at + kTextBlock, text_.size()));
+        }
+        if (masks.hasNUL && !index_.firstNULByte_) {
+            index_.firstNULByte_ = text_.find('\0', at);
         }
         std::uint64_t inner = masks.asterisks & ~((masks.lineFeeds << 1U) | lineBegins_);
         lineBegins_ = masks.lineFeeds >> 63U;
@@ -60,21 +119,17 @@ class PPDTextIndex::Reader {
         }
         std::uint64_t quotes = masks.quotes;
         for (std::uint64_t ends = masks.lineFeeds; ends != 0; ends &= ends - 1) {
-            const auto end = static_cast<unsigned>(std::countr_zero(ends));
-            const std::uint64_t before = (std::uint64_t{1} << end) - 1;
-            countQuotes(at, quotes & before);
-            quotes &= ~before;
-            endLine(at + end);
+            const std::uint64_t upToEnd = ends ^ (ends - 1);
+            readQuotes(at, quotes & upToEnd);
+            quotes &= ~upToEnd;
+            endLine(at + static_cast<std::size_t>(std::countr_zero(ends)));
         }
-        countQuotes(at, quotes);
+        readQuotes(at, quotes);
     }
 
-    void countQuotes(std::size_t at, std::uint64_t quotes) {
+    [[gnu::always_inline]] void readQuotes(std::size_t at, std::uint64_t quotes) {
         if (quotes != 0) {
-            lastQuote_ = at + static_cast<std::size_t>(63 - std::countl_zero(quotes));
-            for (; quotes != 0; quotes &= quotes - 1) {
-                ++quoteCount_;
-            }
+            behindLastQuote_ = at + static_cast<std::size_t>(std::bit_width(quotes));
         }
     }
 
@@ -85,6 +140,10 @@ class PPDTextIndex::Reader {
         }
         validTo_ = std::max(validTo_, at);
         while (validTo_ < end) {
+            if (static_cast<unsigned char>(text_[validTo_]) < 0x80) {
+                ++validTo_;
+                continue;
+            }
             const auto character = UTF8CharacterAtStart(text_.substr(validTo_));
             if (!character) {
                 index_.invalidByte_ = validTo_;
@@ -97,63 +156,76 @@ class PPDTextIndex::Reader {
     void endLine(std::size_t end) {
         const auto line = static_cast<Line>(index_.starts_.size());
         index_.starts_.push_back(static_cast<std::uint32_t>(lineStart_));
-        const bool hasKeyword = lineStart_ < end && text_[lineStart_] == '*';
-        if (!hasKeyword) {
-            if (index_.runs_.empty() || index_.runs_.back().hasKeyword) {
-                index_.runs_.push_back({line});
-            }
-        } else {
+        const bool hasKeyword = text_[lineStart_] == '*';
+        if (hasKeyword) {
             readKeyword(line);
             if (end - lineStart_ == kTkPPDEnd.size() &&
                 text_.substr(lineStart_, kTkPPDEnd.size()) == kTkPPDEnd) {
                 index_.endLines_.push_back(line);
             }
+        } else if (hasKeyword_ || line == 0) {
+            index_.runs_.push_back({line});
         }
-        if (quoteCount_ > 0) {
-            readQuotes(line, hasKeyword, end);
-            quoteCount_ = 0;
+        hasKeyword_ = hasKeyword;
+        if (behindLastQuote_ > lineStart_) {
+            readValue(line, hasKeyword, end);
         }
         lineStart_ = end + 1;
     }
 
     /// Whether the line has the keyword of the run before, and so belongs to it.
-    bool goesOn(std::size_t start) const {
-        if (index_.runs_.empty() || !index_.runs_.back().hasKeyword) {
+    [[gnu::always_inline]] bool goesOn(std::size_t start) const {
+        if (!hasKeyword_) {
             return false;
         }
         const std::size_t length = keyword_.size();
         const char* const bytes = text_.data() + start;
-        if (start + std::max(length, kSameBytes) >= text_.size()) {
+        if (start + std::max(length, kKeywordBlock) >= text_.size()) {
             return keywordPart(text_.substr(start)) == keyword_;
         }
         // Both stand in the text, the run before the line.
-        const bool isSame = length < kSameBytes
-                                ? lengthOfSameBytes(bytes, keyword_.data()) >= length
+        const bool isSame = length < kKeywordBlock
+                                ? TextBlocks::lengthOfSameBytes(bytes, keyword_.data()) >= length
                                 : text_.substr(start, length) == keyword_;
         return isSame && endsKeyword(bytes[length]);
     }
 
     /// Only the keyword of a new run is read.
-    void readKeyword(Line line) {
+    [[gnu::always_inline]] void readKeyword(Line line) {
         const std::size_t start = lineStart_ + 1;
         if (goesOn(start)) {
             return;
         }
-        keyword_ = keywordPart(text_.substr(start));
         const auto run = static_cast<std::uint32_t>(index_.runs_.size());
-        index_.runs_.push_back({line, kNone, keyOfKeyword(keyword_), true});
+        index_.runs_.push_back({line, kNone, readNewKeyword(start)});
         index_.link(run);
+    }
+
+    /// Nearly all keywords are short and have no language.
+    [[gnu::always_inline]] Key readNewKeyword(std::size_t start) {
+        if (start + kKeywordBlock <= text_.size()) {
+            const auto masks = TextBlocks::masksOfKeywordBlock(text_.data() + start);
+            if (masks.ends != 0) {
+                keyword_ = text_.substr(start, static_cast<std::size_t>(std::countr_zero(masks.ends)));
+                const unsigned inKeyword = (masks.ends & (0U - masks.ends)) - 1;
+                return keyOfName(keyword_.substr(
+                    static_cast<std::size_t>(std::bit_width(masks.fullStops & inKeyword))));
+            }
+        }
+        keyword_ = keywordPart(text_.substr(start));
+        return keyOfKeyword(keyword_);
     }
 
     /// A quoted value opens behind the first colon of a main-keyword line and runs to the next
     /// quote (PPD specification 4.3, section 3). Most lines have none or both quotes of one.
-    void readQuotes(Line line, bool hasKeyword, std::size_t end) {
+    void readValue(Line line, bool hasKeyword, std::size_t end) {
         if (isInValue_) {
             isInValue_ = false;
             index_.longValues_.back().closes = line;
             return;
         }
-        const char beforeLast = lastQuote_ > lineStart_ ? text_[lastQuote_ - 1] : '\0';
+        const std::size_t lastQuote = behindLastQuote_ - 1;
+        const char beforeLast = lastQuote > lineStart_ ? text_[lastQuote - 1] : '\0';
         const bool mayOpen = beforeLast == ':' || beforeLast == ' ' || beforeLast == '\t';
         if (!hasKeyword || !mayOpen || text_[lineStart_ + 1] == '%') {
             return;
@@ -162,7 +234,7 @@ class PPDTextIndex::Reader {
         const std::size_t colon = text.find(':');
         const std::size_t value =
             colon == std::string_view::npos ? colon : text.find_first_not_of(" \t", colon + 1);
-        if (value != std::string_view::npos && lineStart_ + value == lastQuote_) {
+        if (value != std::string_view::npos && lineStart_ + value == lastQuote) {
             isInValue_ = true;
             index_.longValues_.push_back({line, std::numeric_limits<Line>::max()});
         }
@@ -184,12 +256,14 @@ class PPDTextIndex::Reader {
     std::uint64_t lineBegins_ = 1;
     /// Up to there the text is known to be UTF-8, from the last block on that is not all ASCII.
     std::size_t validTo_ = 0;
-    /// Those of the line that is being read.
-    std::size_t quoteCount_ = 0;
-    std::size_t lastQuote_ = 0;
+    std::size_t behindLastQuote_ = 0;
     bool isInValue_ = false;
-    /// That of the last run that has one.
+    /// Whether the last line begins with "*", and then its keyword.
+    bool hasKeyword_ = false;
     std::string_view keyword_;
+    const char* block_ = nullptr;
+    /// The last block, with blanks behind the text.
+    std::array<char, kTextBlock> rest_{};
 };
 
 PPDTextIndex::PPDTextIndex(std::shared_ptr<const std::string> text) : text_(std::move(text)) {
@@ -199,34 +273,16 @@ PPDTextIndex::PPDTextIndex(std::shared_ptr<const std::string> text) : text_(std:
     Reader(*this).read();
 }
 
+/// A keyword and its translations share a key.
 PPDTextIndex::Key PPDTextIndex::keyOfKeyword(std::string_view keyword) {
-    // A keyword and its translations share a key.
-    std::size_t start = keyword.size();
-    unsigned char all = 0;
-    for (; start > 0 && keyword[start - 1] != '.'; --start) {
-        all |= static_cast<unsigned char>(keyword[start - 1]);
+    return keyOfName(keyword.substr(keyword.rfind('.') + 1));
+}
+
+PPDTextIndex::Key PPDTextIndex::keyOfName(std::string_view name) {
+    if (const auto key = keyOfASCII(name)) {
+        return *key;
     }
-    const std::string_view name = keyword.substr(start);
-    // Of ASCII letters this bit is the case; that other characters may then be the same is no harm.
-    constexpr std::uint64_t kCase = 0x2020202020202020U;
-    std::array<std::uint64_t, 8> words{};
-    const bool isPlain = all < 0x80 && name.size() <= sizeof words;
-    const std::string folded = isPlain ? std::string() : foldedCase(name);
-    const std::string_view whole = isPlain ? name : folded;
-    Key key = 0;
-    std::string_view rest = whole;
-    do {
-        const std::string_view part = rest.substr(0, sizeof words);
-        part.copy(reinterpret_cast<char*>(words.data()), part.size());
-        for (std::size_t i = 0; i * sizeof words[0] < part.size(); ++i) {
-            words[i] |= kCase;
-        }
-        key = static_cast<Key>(
-            SeededTextHash::of({reinterpret_cast<const char*>(words.data()), part.size()}, key) >>
-            32U);
-        rest.remove_prefix(part.size());
-    } while (!rest.empty());
-    return key;
+    return *keyOfASCII(foldedCase(name), true);
 }
 
 std::size_t PPDTextIndex::slotOf(Key key) const {

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "ppd/TextBlock.h"
+
 namespace TkPPDUpdating {
 
 /// What there is to know of a PPD text before it is parsed, found out in one pass: where its lines
@@ -68,7 +70,7 @@ class PPDTextIndex {
     template <typename Visit>
     void visitAllRuns(const Visit& visit) const {
         for (std::uint32_t run = 0; run + 1 < runs_.size(); ++run) {
-            if (runs_[run].hasKeyword) {
+            if (hasKeyword(runs_[run])) {
                 visit(runAt(run));
             }
         }
@@ -81,6 +83,9 @@ class PPDTextIndex {
 
     /// The offset of the first byte that is not part of valid UTF-8.
     const std::optional<std::size_t>& firstInvalidUTF8Byte() const { return invalidByte_; }
+
+    /// The offset of the first NUL.
+    const std::optional<std::size_t>& firstNULByte() const { return firstNULByte_; }
 
     /// Of a quoted value that takes several lines: the line whose first colon it follows, and the
     /// one where it closes (the number of lines when it never does).
@@ -106,7 +111,7 @@ class PPDTextIndex {
     static bool endsKeyword(char character) {
         static constexpr auto kEnds = [] {
             std::array<bool, 256> ends{};
-            for (const char end : {' ', '\t', '/', ':', '\n'}) {
+            for (const char end : kKeywordEnds) {
                 ends[static_cast<unsigned char>(end)] = true;
             }
             return ends;
@@ -121,7 +126,6 @@ class PPDTextIndex {
         /// The next run of that key.
         std::uint32_t next = kNone;
         Key key = 0;
-        bool hasKeyword = false;
     };
     struct Slot {
         std::uint32_t firstRun = kNone;
@@ -130,6 +134,9 @@ class PPDTextIndex {
     class Reader;
 
     static Key keyOfKeyword(std::string_view keyword);
+    static Key keyOfName(std::string_view name);
+    /// Whether it is one of lines that begin with "*"; not to be asked of the last run.
+    bool hasKeyword(const StoredRun& run) const { return (*text_)[starts_[run.first]] == '*'; }
     std::uint32_t firstRun(std::string_view keyword) const;
     Run runAt(std::uint32_t run) const;
     void link(std::uint32_t run);
@@ -148,6 +155,7 @@ class PPDTextIndex {
     std::vector<std::uint32_t> innerAsterisks_;
     std::vector<LongValue> longValues_;
     std::optional<std::size_t> invalidByte_;
+    std::optional<std::size_t> firstNULByte_;
 };
 
 }  // namespace TkPPDUpdating

@@ -49,6 +49,11 @@ std::uint64_t SeededTextHash::of(std::string_view text, std::uint64_t context) {
     return hash;
 }
 
+std::uint64_t SeededTextHash::ofWords(std::uint64_t first, std::uint64_t second) {
+    const Seeds& seeds = seedsOfProcess();
+    return mixed(first ^ seeds[0], second ^ seeds[1]);
+}
+
 std::uint64_t SeededTextHash::carriedOn(std::uint64_t hash, std::uint64_t word) {
     const Seeds& seeds = seedsOfProcess();
     return mixed(hash ^ word ^ seeds[0], seeds[1]);

@@ -13,6 +13,9 @@ class SeededTextHash {
     /// The hash of `text` in the context of an earlier hash (of a keyword, for its option keyword).
     static std::uint64_t of(std::string_view text, std::uint64_t context = 0);
 
+    /// The hash of two words.
+    static std::uint64_t ofWords(std::uint64_t first, std::uint64_t second);
+
     /// An earlier hash carried on by one more word.
     static std::uint64_t carriedOn(std::uint64_t hash, std::uint64_t word);
 

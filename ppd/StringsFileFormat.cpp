@@ -193,9 +193,14 @@ bool OrderByUTF16Units::operator()(std::string_view left, std::string_view right
 }
 
 std::string zrlumen_keysAndValuesInPPDStringsFileFormat(const StringsDictionary& dictionary) {
-    std::string text;
+    std::size_t size = 0;
     for (const auto& [key, value] : dictionary) {
-        text += PPDFormatted(kPairFormat, {key, value});
+        size += key.size() + value.size() + kPairFormat.size();
+    }
+    std::string text;
+    text.reserve(size);
+    for (const auto& [key, value] : dictionary) {
+        appendPPDFormatted(kPairFormat, {key, value}, text);
     }
     return text;
 }

@@ -93,6 +93,15 @@ const PPDModelAttribute* PPDModelAttributes::first(std::string_view keyword,
     return first;
 }
 
+void PPDModelAttributes::appendAll(std::string_view keyword,
+                                   std::vector<const OrbPPDAttribute*>& all) const {
+    const std::lock_guard lock(mutex_);
+    visit(keyword, [&](const PPDModelAttribute& each) {
+        all.push_back(&each);
+        return false;
+    });
+}
+
 std::vector<const PPDModelAttribute*> PPDModelAttributes::all(std::string_view keyword) const {
     const std::lock_guard lock(mutex_);
     std::vector<const PPDModelAttribute*> all;

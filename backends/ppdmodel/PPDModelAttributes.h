@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <memory_resource>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -31,6 +32,8 @@ class PPDModelAttributes {
     /// The first attribute of that keyword and option keyword, or null. An attribute without an
     /// option keyword is not found by an empty one.
     const PPDModelAttribute* first(std::string_view keyword, std::string_view spec) const;
+    /// The same, added to what the core interface hands out.
+    void appendAll(std::string_view keyword, std::vector<const OrbPPDAttribute*>& all) const;
     /// All of them, in file order.
     std::vector<const PPDModelAttribute*> all(std::string_view keyword) const;
     std::vector<const PPDModelAttribute*> all(std::string_view keyword,
@@ -52,7 +55,9 @@ class PPDModelAttributes {
     std::shared_ptr<const PPDTextIndex> index_;
     PPDModelReader reader_;
     mutable std::mutex mutex_;
-    mutable std::unordered_map<Line, PPDModelAttribute> attributes_;
+    /// Room for those that a run of all updaters asks for.
+    mutable std::pmr::monotonic_buffer_resource memory_{4096};
+    mutable std::pmr::unordered_map<Line, PPDModelAttribute> attributes_{&memory_};
     mutable std::optional<std::vector<PPDModelAttribute>> inFileOrder_;
     /// Made when reading the lines of a keyword has cost more.
     mutable std::optional<PPDLineKeys> keys_;

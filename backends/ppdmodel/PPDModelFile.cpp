@@ -97,8 +97,9 @@ const OrbPPDOption* PPDModelFile::optionForName(std::string_view optionName) con
 }
 
 std::vector<const OrbPPDAttribute*> PPDModelFile::attributesForName(std::string_view name) const {
-    const auto attributes = contents_->attributes.all(name);
-    return {attributes.begin(), attributes.end()};
+    std::vector<const OrbPPDAttribute*> all;
+    contents_->attributes.appendAll(name, all);
+    return all;
 }
 
 std::vector<const OrbPPDAttribute*> PPDModelFile::attributesForName_spec(

@@ -83,8 +83,8 @@ bool PPDModelReader::isPPD(std::string& reason) const {
     if (!beginsAsPPD(reason)) {
         return false;
     }
-    if (const std::size_t at = text_.find('\0'); at != std::string_view::npos) {
-        reason = "has a NUL byte at byte " + std::to_string(at);
+    if (const auto at = index_->firstNULByte()) {
+        reason = "has a NUL byte at byte " + std::to_string(*at);
         return false;
     }
     const auto values = index_->longValues();

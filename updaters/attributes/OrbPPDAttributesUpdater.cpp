@@ -20,30 +20,32 @@ bool OrbPPDAttributesUpdater::isApplicableForPPDFile(const OrbPPDFile* PPDFile) 
 
 PPDText OrbPPDAttributesUpdater::updatedPPDContentsForContents_deviceURI_context(
     const PPDText& contents, std::optional<std::string_view> deviceURI, OrbDictionary* context) {
-    const auto processor = OrbPPDProcessor::processorWithPPDContent(contents);
+    OrbPPDProcessor processor;
+    processor.initWithPDDContent(contents);
     const auto values = attributesFromDeviceWithURI_context(deviceURI, context);
     if (values) {
         for (const std::string_view name : attributeNames()) {
             const auto value = values->find(name);
             if (value != values->end()) {
                 updateAttributeName_attributeValue_withPPDProcessor(name, value->second,
-                                                                    *processor);
+                                                                    processor);
             }
         }
     }
-    return processor->content();
+    return processor.content();
 }
 
 PPDText OrbPPDAttributesUpdater::updatedPPDContentsForContents_PPDFile_context(
     const PPDText& contents, const OrbPPDFile* PPDFile, OrbDictionary* /*context*/) {
-    const auto processor = OrbPPDProcessor::processorWithPPDContent(contents);
+    OrbPPDProcessor processor;
+    processor.initWithPDDContent(contents);
     for (const std::string_view name : attributeNames()) {
         if (const auto* const attribute = OrbPPDFile::firstAttributeForName(PPDFile, name)) {
             updateAttributeName_attributeValue_withPPDProcessor(name, attribute->value(),
-                                                                *processor);
+                                                                processor);
         }
     }
-    return processor->content();
+    return processor.content();
 }
 
 std::optional<OrbPPDUpdatingValues>

@@ -26,7 +26,6 @@ constexpr std::string_view kCloseUI = "CloseUI";
 constexpr std::string_view kEnglishMediaType = "en.MediaType";
 
 constexpr std::string_view kOptionFormat = "*%@";
-constexpr std::string_view kQuotedFormat = "\"%@\"";
 
 std::vector<std::string> namesInCategory(std::string_view value) {
     const auto pieces = piecesBetweenWhiteSpace(value);
@@ -58,6 +57,22 @@ const std::string* nonEmptyValue(const StringsDictionary& properties, std::strin
 const std::string* writableValue(const StringsDictionary& properties, std::string_view key) {
     const std::string* const value = nonEmptyValue(properties, key);
     return value && !reasonTextCannotStandInPPDLine(*value) ? value : nullptr;
+}
+
+/// Puts the value under the key, or takes the entry away when there is none.
+template <typename Value>
+void setValue(StringsDictionary& properties, std::string_view key,
+              const std::optional<Value>& value) {
+    const auto entry = properties.find(key);
+    if (!value) {
+        if (entry != properties.end()) {
+            properties.erase(entry);
+        }
+    } else if (entry != properties.end()) {
+        entry->second = *value;
+    } else {
+        properties.emplace(key, *value);
+    }
 }
 
 /// The absolute path of the profile's file; nothing when the profile has no file URL.
@@ -213,11 +228,15 @@ bool OrbPPDCustomMediaUpdater::appendCustomMediaTypes() {
     if (!goToCloseUIOfOption(kMediaType)) {
         return false;
     }
+    customMediaNames_.reserve(customMediaTypes_.size());
     std::size_t number = 0;
+    std::string code;
     for (const auto& type : customMediaTypes_) {
         const std::string& name = customMediaNames_.emplace_back(std::string(kChoiceNamePrefix) +
                                                                  std::to_string(++number));
-        if (!insert(kMediaType, name, type->name(), PPDFormatted(kChoiceValueFormat, {name}))) {
+        code.clear();
+        appendPPDFormatted(kChoiceValueFormat, {name}, code);
+        if (!insert(kMediaType, name, type->name(), code)) {
             return false;
         }
     }
@@ -254,24 +273,21 @@ bool OrbPPDCustomMediaUpdater::appendCustomZrProfiles() {
 bool OrbPPDCustomMediaUpdater::appendZrChoiceProperties() {
     goToEnd();
     const EqualProfiles inserted(customICCProfiles_);
+    StringsDictionary properties;
+    std::string optionKeyword;
     for (std::size_t i = 0; i < customMediaTypes_.size(); ++i) {
         const OrbCustomMediaType& type = *customMediaTypes_[i];
-        StringsDictionary properties;
         // Entry stops at the first identifier that is missing.
-        if (const auto mediaID = type.mediaID()) {
-            properties.emplace(kMediaIDKey, *mediaID);
-            if (const auto parentMediaID = type.parentMediaID()) {
-                properties.emplace(kParentMediaIDKey, *parentMediaID);
-            }
-        }
+        const auto mediaID = type.mediaID();
+        setValue(properties, kMediaIDKey, mediaID);
+        setValue(properties, kParentMediaIDKey, mediaID ? type.parentMediaID() : std::nullopt);
         const auto profile = type.ICCProfile();
-        if (profile && inserted.contains(*profile)) {
-            if (auto qualifier = PPDProfileQualifierForProfile(profile.get())) {
-                properties.emplace(kZrICCProfileId2, std::move(*qualifier));
-            }
-        }
-        if (!insert(kZrChoiceProperties,
-                    std::string(kMediaTypePrefix).append(customMediaNames_.at(i)), std::nullopt,
+        setValue(properties, kZrICCProfileId2,
+                 profile && inserted.contains(*profile)
+                     ? PPDProfileQualifierForProfile(profile.get())
+                     : std::nullopt);
+        optionKeyword.assign(kMediaTypePrefix).append(customMediaNames_.at(i));
+        if (!insert(kZrChoiceProperties, optionKeyword, std::nullopt,
                     zrlumen_keysAndValuesInPPDStringsFileFormat(properties))) {
             return false;
         }
@@ -282,6 +298,7 @@ bool OrbPPDCustomMediaUpdater::appendZrChoiceProperties() {
 bool OrbPPDCustomMediaUpdater::appendZrMediaTypeCategory() {
     goToEnd();
     std::string names;
+    names.reserve(customMediaNames_.size() * (kChoiceNamePrefix.size() + 4));
     for (const std::string& name : customMediaNames_) {
         names += &name == customMediaNames_.data() ? kTkPPDEmptyString : kTkPPDSpace;
         names += name;
@@ -409,9 +426,9 @@ void OrbPPDCustomMediaUpdater::goToEnd() {
 bool OrbPPDCustomMediaUpdater::insert(std::string_view keyword, std::string_view spec,
                                       std::optional<std::string_view> text,
                                       std::string_view quotedValue, bool wrap) {
-    return PPDProcessor_ &&
-           PPDProcessor_->insertAttributeWithKeyword_spec_text_value_wrap(
-               keyword, spec, text, PPDFormatted(kQuotedFormat, {quotedValue}), wrap);
+    quotedValue_.assign(kTkPPDQuote).append(quotedValue).append(kTkPPDQuote);
+    return PPDProcessor_ && PPDProcessor_->insertAttributeWithKeyword_spec_text_value_wrap(
+                                keyword, spec, text, quotedValue_, wrap);
 }
 
 void OrbPPDCustomMediaUpdater::deleteAttribute(std::string_view keyword, std::string_view spec) {

@@ -165,6 +165,8 @@ class OrbPPDCustomMediaUpdater : public ITkPPDUpdater,
     ICCProfiles customICCProfiles_;
     OrbCustomMediaTypes customMediaTypes_;
     std::vector<std::string> customMediaNames_;
+    /// The value that is being inserted; kept because it has the room.
+    std::string quotedValue_;
 };
 
 }  // namespace TkPPDUpdating

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string>
+#include <initializer_list>
 #include <utility>
 
 #include "ppd/PPDConstants.h"
@@ -28,27 +28,29 @@ bool DefaultLineEditor::setDefaultChoice(std::string_view optionName, std::strin
         return false;
     }
     // Only a choice that a user can see, that is one with a translation, may become the default.
-    const std::string choiceLine = PPDFormatted(kTkPPDChoiceFormatPrefix, {optionName, choiceName});
-    const std::string defaultLine = PPDFormatted(kTkPPDDefaultChoiceFormatPrefix, {optionName});
-    const auto lineThatBegins = [this](std::string_view text) {
-        return lines_->indexOfLineBeginning(text.substr(kTkPPDNewLine.size()), kFirstLine);
+    const auto lineThatBegins = [this](std::string_view format,
+                                       std::initializer_list<std::string_view> arguments) {
+        text_.clear();
+        appendPPDFormatted(format, arguments, text_);
+        return lines_->indexOfLineBeginning(std::string_view(text_).substr(kTkPPDNewLine.size()),
+                                            kFirstLine);
     };
-    const auto choice = lineThatBegins(choiceLine);
-    const auto found = choice ? lineThatBegins(defaultLine) : std::nullopt;
+    const auto choice = lineThatBegins(kTkPPDChoiceFormatPrefix, {optionName, choiceName});
+    const auto found =
+        choice ? lineThatBegins(kTkPPDDefaultChoiceFormatPrefix, {optionName}) : std::nullopt;
     if (!found) {
         return fail();
     }
     // One line, unless the name of the option holds line feeds.
-    const auto count =
-        static_cast<std::size_t>(std::count(defaultLine.begin(), defaultLine.end(), '\n'));
+    const auto count = static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n'));
     if (*found + count == lines_->size() && !lines_->endsWithLineFeed()) {
         return fail();
     }
-    const std::string line =
-        PPDFormatted(kTkPPDDefaultChoiceFormatString, {optionName, choiceName});
-    if (count > 1 || lines_->at(*found) != line) {
+    text_.clear();
+    appendPPDFormatted(kTkPPDDefaultChoiceFormatString, {optionName, choiceName}, text_);
+    if (count > 1 || lines_->at(*found) != text_) {
         lines_->erase(*found, count);
-        lines_->insert(*found, line);
+        lines_->insert(*found, text_);
         isEdited_ = true;
     }
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "ppd/OrbPPDLines.h"
@@ -28,6 +29,8 @@ class DefaultLineEditor {
 
     PPDText contents_;
     std::optional<OrbPPDLines> lines_;
+    /// What is looked for or inserted; kept because it has the room.
+    std::string text_;
     bool isEdited_ = false;
 };
 
