@@ -18,8 +18,10 @@ namespace TkPPDUpdating {
 
 namespace {
 
-/// Room for lines of that many bytes is more than most PPDs need.
-constexpr std::size_t kShortTypicalLine = 32;
+/// There is room for a line, a run and an asterisk in so many bytes each; most PPDs need less.
+constexpr std::size_t kBytesOfLine = 40;
+constexpr std::size_t kBytesOfRun = 96;
+constexpr std::size_t kBytesOfAsterisk = 128;
 constexpr std::size_t kFewestSlots = 64;
 
 /// At most 16 bytes; which bytes stand twice in them follows from the length.
@@ -61,8 +63,8 @@ std::optional<PPDTextIndex::Key> keyOfASCII(std::string_view name, bool isFolded
     std::uint64_t all = 0;
     const auto add = [&](const Words& words, std::size_t length) {
         all |= words.first | words.second;
-        hash = SeededTextHash::ofWords(hash ^ (words.first | kCase),
-                                       (words.second | kCase) ^ length);
+        hash =
+            SeededTextHash::ofWords(hash ^ (words.first | kCase), (words.second | kCase) ^ length);
     };
     std::string_view rest = name;
     for (; rest.size() > kBoth; rest.remove_prefix(kBoth)) {
@@ -76,16 +78,16 @@ std::optional<PPDTextIndex::Key> keyOfASCII(std::string_view name, bool isFolded
 
 }  // namespace
 
-/// The one pass. What is called for each block and line is always inlined: a call would cost about as
-/// much as what it does.
+/// The one pass. What is called for each block and line is always inlined: a call would cost about
+/// as much as what it does.
 class PPDTextIndex::Reader {
   public:
     explicit Reader(PPDTextIndex& index) : index_(index), text_(*index.text_) {}
 
     void read() {
-        index_.starts_.reserve(text_.size() / kShortTypicalLine + 2);
-        index_.runs_.reserve(text_.size() / (2 * kShortTypicalLine) + 2);
-        index_.innerAsterisks_.reserve(text_.size() / (4 * kShortTypicalLine) + 2);
+        index_.starts_.reserve(text_.size() / kBytesOfLine + 2);
+        index_.runs_.reserve(text_.size() / kBytesOfRun + 2);
+        index_.innerAsterisks_.reserve(text_.size() / kBytesOfAsterisk + 2);
         index_.slots_.resize(std::bit_ceil(text_.size() / 512 + kFewestSlots));
         for (std::size_t at = 0; at < text_.size(); at += kTextBlock) {
             if (at + kTextBlock <= text_.size()) {
@@ -206,7 +208,8 @@ class PPDTextIndex::Reader {
         if (start + kKeywordBlock <= text_.size()) {
             const auto masks = TextBlocks::masksOfKeywordBlock(text_.data() + start);
             if (masks.ends != 0) {
-                keyword_ = text_.substr(start, static_cast<std::size_t>(std::countr_zero(masks.ends)));
+                keyword_ =
+                    text_.substr(start, static_cast<std::size_t>(std::countr_zero(masks.ends)));
                 const unsigned inKeyword = (masks.ends & (0U - masks.ends)) - 1;
                 return keyOfName(keyword_.substr(
                     static_cast<std::size_t>(std::bit_width(masks.fullStops & inKeyword))));
