@@ -31,6 +31,10 @@ inline constexpr std::string_view kTkCSDeviceAccessoryTray2 = "Tray2";
 /// is without asking a user for anything and with a short time limit.
 inline constexpr std::string_view kTkCSIsCUPSFilterModeKey = "IsCUPSFilterMode";
 
+/// Request parameter (`std::chrono::milliseconds`): the caller waits for the status no longer than
+/// this, while a backend's own limit of time may be shorter.
+inline constexpr std::string_view kTkCSTimeLimitKey = "TimeLimit";
+
 /// Keys into the `PPDAttributeValues` of a pens configuration; each is also the PPD main keyword.
 inline constexpr std::string_view kTkCSPPDPensConfigNameKey = "ZrPensConfigName";
 inline constexpr std::string_view kTkCSPPDPenDyesKey = "ZrPenDyes";

@@ -36,6 +36,9 @@ struct QueueSyncOutcome {
     std::string queueName;
     /// Where the queue's printer is; empty when the queue could not be looked up.
     std::string deviceURI;
+    /// Where something answered with a status, be it that of another printer; empty when nothing
+    /// did or was asked.
+    std::string statusURI;
     QueueSyncResult result = QueueSyncResult::failed;
     /// One of `QueueSyncCauses` for the results after `skipped`, else null.
     const QueueSyncCause* cause = nullptr;

@@ -78,11 +78,17 @@ std::string instead(const std::string& URI, const OrbCSError& error) {
 
 }  // namespace
 
+std::optional<std::string> phraseForMistakenDeviceURI(const Backends& backends,
+                                                      const std::string& deviceURI) {
+    const auto error = backends.mistakeInDeviceURI(deviceURI);
+    return error ? std::optional(error->reason + "; write " +
+                                 instead(Diagnostics::withoutUserInfo(deviceURI), *error))
+                 : std::nullopt;
+}
+
 void refuseMistakenDeviceURI(const Backends& backends, const std::string& deviceURI) {
-    if (const auto error = backends.mistakeInDeviceURI(deviceURI)) {
-        const std::string shown = Diagnostics::withoutUserInfo(deviceURI);
-        throw Failure(ExitStatus::noResult, Diagnostics::nameOfDevice(deviceURI),
-                      error->reason + "; write " + instead(shown, *error));
+    if (const auto phrase = phraseForMistakenDeviceURI(backends, deviceURI)) {
+        throw Failure(ExitStatus::noResult, Diagnostics::nameOfDevice(deviceURI), *phrase);
     }
 }
 

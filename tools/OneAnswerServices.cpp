@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "core_interface/TkCSKeys.h"
+
 namespace TkPPDUpdating {
 
 OneAnswerServices::OneAnswerServices(std::shared_ptr<const TkCommunicationServices> services)
@@ -10,7 +12,7 @@ OneAnswerServices::OneAnswerServices(std::shared_ptr<const TkCommunicationServic
 std::shared_ptr<const OrbCSDeviceStatus> OneAnswerServices::deviceStatusWithURI_parameters_error(
     std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
     OrbCSError* error) const {
-    if (!deviceURI) {
+    if (!deviceURI || (parameters && parameters->contains(kTkCSTimeLimitKey))) {
         return services_->deviceStatusWithURI_parameters_error(deviceURI, parameters, error);
     }
     std::shared_ptr<Request> request;

@@ -15,7 +15,9 @@ namespace TkPPDUpdating {
 /// there is no status.
 ///
 /// The updating context keeps only a status that it got: without this, each updater of a run would
-/// ask a printer that is switched off anew and wait for it to time out. Safe for several threads.
+/// ask a printer that is switched off anew and wait for it to time out. A request with a limit of
+/// time of its own (`kTkCSTimeLimitKey`) is passed on each time: that a device did not answer so
+/// soon is no answer for those who wait longer. Safe for several threads.
 class OneAnswerServices : public TkCommunicationServices {
   public:
     /// What a device answered.

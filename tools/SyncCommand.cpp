@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <utility>
 
 #include "backends/cups/QueueSync.h"
 #include "backends/cups/QueueSyncRun.h"
@@ -58,10 +59,12 @@ void tellSystemLog(const QueueSyncOutcome& outcome) {
 
 }  // namespace
 
-SyncCommand::SyncCommand(CLI::App& application)
-    : Command(application, "sync", "Bring the PPDs of print queues in step with their printers") {
+SyncCommand::SyncCommand(CLI::App& application, const Backends& backends)
+    : Command(application, "sync", "Bring the PPDs of print queues in step with their printers"),
+      backends_(backends) {
     addQueueOptions();
     schedulerOptions_.addTo(subcommand());
+    statusURIOptions_.addTo(subcommand());
     subcommand().add_flag("--dry-run", isDryRun_, "Install nothing");
     subcommand().add_flag("--explain", isExplained_,
                           "Say why each line would change, and install nothing");
@@ -133,6 +136,7 @@ ExitStatus SyncCommand::run() {
                       "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
     }
     RunOptions::refuseUnwritableUpdateTime();
+    auto statusURIs = statusURIOptions_.URIs(backends_);
     const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))
                                              : std::nullopt);
     SystemLog::open();
@@ -140,12 +144,14 @@ ExitStatus SyncCommand::run() {
     const auto lock = isDryRun_ ? nullptr : schedulerOptions_.lock(*scheduler);
     const auto backups = openBackups();
     const auto queueNames = queuesToSync(*scheduler);
+    statusURIOptions_.warnOfOtherQueues(queueNames);
     const QueueSync sync(*scheduler, {.isDryRun = isDryRun_ || isExplained_,
                                       .isExplained = isExplained_,
                                       .isCancelled = &InterruptionWatch::isInterrupted(),
                                       .isTimeOver = &InterruptionWatch::isTimeOver(),
                                       .makeManager = [this] { return makeManager(); },
                                       .rule = runOptions_.rule(),
+                                      .statusURIs = std::move(statusURIs),
                                       .mostPrinters = jobs_,
                                       .wait = schedulerOptions_.wait(),
                                       .backups = backups.get(),

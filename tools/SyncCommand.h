@@ -8,9 +8,11 @@
 
 #include "backends/cups/QueueScheduler.h"
 #include "sync/QueueBackups.h"
+#include "tools/Backends.h"
 #include "tools/Command.h"
 #include "tools/RunOptions.h"
 #include "tools/SchedulerOptions.h"
+#include "tools/StatusURIOptions.h"
 #include "tools/SyncReport.h"
 
 namespace TkPPDUpdating {
@@ -19,7 +21,8 @@ namespace TkPPDUpdating {
 /// scheduler. Interrupted by a signal, it finishes or abandons each queue whole and says which.
 class SyncCommand : public Command {
   public:
-    explicit SyncCommand(CLI::App& application);
+    /// `backends` is not owned and must outlive the object.
+    SyncCommand(CLI::App& application, const Backends& backends);
 
     ExitStatus run() override;
 
@@ -34,9 +37,11 @@ class SyncCommand : public Command {
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
     ExitStatus statusFor(const QueueSyncRun::Summary& summary) const;
 
+    const Backends& backends_;
     std::vector<std::string> queueNames_;
     bool areAllWanted_ = false;
     SchedulerOptions schedulerOptions_;
+    StatusURIOptions statusURIOptions_;
     std::vector<std::string> excluded_;
     bool isDryRun_ = false;
     bool isExplained_ = false;

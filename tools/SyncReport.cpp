@@ -58,6 +58,14 @@ bool needsAttention(const QueueSyncOutcome& outcome) {
                                       outcome.result != QueueSyncResult::skipped);
 }
 
+/// Where the status is from, when that is another place than the queue's; else empty. Why one is
+/// not believed names its place itself.
+std::string placeOfStatus(const QueueSyncOutcome& outcome) {
+    const bool isTold =
+        outcome.statusURI == outcome.deviceURI || outcome.result == QueueSyncResult::unsupported;
+    return isTold ? std::string() : Diagnostics::withoutUserInfo(outcome.statusURI);
+}
+
 ChangeReport changesOf(const QueueSyncOutcome& outcome) {
     return isChange(outcome) ? ChangeReport(outcome.before, outcome.after)
                              : ChangeReport(nullptr, nullptr);
@@ -139,11 +147,13 @@ std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
         details += (details.empty() ? "" : "; ") + note;
     }
     const std::string kept = PPDUpdate::wordsForKeptEntries(outcome.keptEntries);
+    const std::string place = placeOfStatus(outcome);
     return Diagnostics::printable(Diagnostics::nameOfPlace(outcome.queueName) + ": " +
                                   std::string(wordsOf(outcome.result).words) +
                                   (details.empty() ? "" : ": " + details)) +
-           "\n" + changesOf(outcome).lines("  ") + (kept.empty() ? "" : "  " + kept + "\n") +
-           ExplanationReport::lines(outcome.steps, "  ");
+           "\n" + changesOf(outcome).lines("  ") +
+           (place.empty() ? "" : "  status from " + Diagnostics::printable(place) + "\n") +
+           (kept.empty() ? "" : "  " + kept + "\n") + ExplanationReport::lines(outcome.steps, "  ");
 }
 
 std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
@@ -174,6 +184,9 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
     object["server"] = options_.server;
     if (!outcome.deviceURI.empty()) {
         object["deviceURI"] = Diagnostics::withoutUserInfo(outcome.deviceURI);
+    }
+    if (!outcome.statusURI.empty()) {
+        object["statusURI"] = Diagnostics::withoutUserInfo(outcome.statusURI);
     }
     object["time"] = timestampNow();
     object["version"] = toolVersion();

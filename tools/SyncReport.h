@@ -35,9 +35,9 @@ class SyncReport {
     /// Writes the summary; nothing as JSON, where every line is a queue.
     void finish(const QueueSyncRun::Summary& summary) const;
 
-    /// "QUEUE: updated" and the like, a line for each thing that changed, one for what was kept
-    /// because the printer did not tell it, and the explanation where there is one, with line
-    /// feeds.
+    /// "QUEUE: updated" and the like, a line for each thing that changed, one for where the status
+    /// is from when it is not from the device URI, one for what was kept because the printer did
+    /// not tell it, and the explanation where there is one, with line feeds.
     static std::string lineForOutcome(const QueueSyncOutcome& outcome);
 
     /// One JSON object on one line; the manual page says what is in it.

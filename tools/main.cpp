@@ -64,7 +64,7 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     UpdatersCommand updaters(application);
     StatusCommand status(application, backends);
 #ifdef TKPPDUPDATING_WITH_CUPS
-    SyncCommand sync(application);
+    SyncCommand sync(application, backends);
     RestoreCommand restore(application);
     const auto commands =
         std::to_array<Command*>({&update, &values, &updaters, &status, &sync, &restore});

@@ -321,7 +321,7 @@ class Value {
 /// The attribute that is being read.
 struct Attribute {
     std::string_view name;
-    bool isWanted = false;
+    bool isKept = false;
     std::size_t count = 0;
     /// Whether a value with the name stands in the result.
     bool isNamed = false;
@@ -336,9 +336,9 @@ struct Attribute {
 /// One run over an answer.
 class Run {
   public:
-    Run(const std::set<std::string, std::less<>>& wanted, std::size_t mostAttributes,
-        DroppedValues& dropped)
-        : wanted_(wanted), mostAttributes_(mostAttributes), dropped_(dropped) {}
+    Run(const IPPAnswerFilter::Names& wanted, const IPPAnswerFilter::Names& besides,
+        std::size_t mostAttributes, DroppedValues& dropped)
+        : wanted_(wanted), besides_(besides), mostAttributes_(mostAttributes), dropped_(dropped) {}
 
     /// No bytes and the reason in `error` when the answer is no whole message.
     IPPFilteredAnswer filter(std::string_view answer, std::string& error) {
@@ -374,7 +374,8 @@ class Run {
             const bool isWanted = group_ == kPrinterGroup && wanted_.contains(first.name);
             attribute_.emplace();
             attribute_->name = first.name;
-            attribute_->isWanted = isWanted;
+            attribute_->isKept =
+                isWanted || (group_ == kPrinterGroup && besides_.contains(first.name));
             result_.hasWanted = result_.hasWanted || isWanted;
         }
         Value value;
@@ -401,7 +402,7 @@ class Run {
     /// Values of parallel attributes (marker-names, marker-levels) belong together by their places,
     /// so that one that is taken out leaves a gap.
     void keep(Tag tag, const Value& value) {
-        if (!attribute_->isWanted) {
+        if (!attribute_->isKept) {
             return;
         }
         // RFC 8010, section 3.5.2: an out-of-band value stands for the whole attribute. It reports
@@ -481,7 +482,8 @@ class Run {
 
     static constexpr const char* kNoValueInSet = "says that there is no value";
 
-    const std::set<std::string, std::less<>>& wanted_;
+    const IPPAnswerFilter::Names& wanted_;
+    const IPPAnswerFilter::Names& besides_;
     std::size_t mostAttributes_;
     DroppedValues& dropped_;
     IPPFilteredAnswer result_;
@@ -499,7 +501,7 @@ IPPFilteredAnswer IPPAnswerFilter::filtered(std::string_view answer, DroppedValu
         error = "the answer is cut short: it has no whole header";
         return {};
     }
-    return Run(wanted_, mostAttributes_, dropped).filter(answer, error);
+    return Run(wanted_, besides_, mostAttributes_, dropped).filter(answer, error);
 }
 
 }  // namespace TkPPDUpdating

@@ -41,9 +41,14 @@ class IPPAnswerFilter {
     /// The deepest collection: media-col-database needs two levels.
     static constexpr std::size_t kDeepestCollection = 8;
 
-    /// `wanted` are the attribute names to keep.
-    IPPAnswerFilter(std::set<std::string, std::less<>> wanted, std::size_t mostAttributes)
-        : wanted_(std::move(wanted)), mostAttributes_(mostAttributes) {}
+    using Names = std::set<std::string, std::less<>>;
+
+    /// `wanted` are the names of the attributes to keep; those of `besides` are kept, too, but
+    /// without one of `wanted` the printer has sent nothing that was wanted.
+    IPPAnswerFilter(Names wanted, std::size_t mostAttributes, Names besides = {})
+        : wanted_(std::move(wanted)),
+          besides_(std::move(besides)),
+          mostAttributes_(mostAttributes) {}
 
     /// The bytes of an equal answer with only the wanted, well-formed values in its printer group.
     /// In a set that has others, a value that was dropped leaves a gap in its place: an empty text
@@ -54,7 +59,8 @@ class IPPAnswerFilter {
                                std::string& error) const;
 
   private:
-    std::set<std::string, std::less<>> wanted_;
+    Names wanted_;
+    Names besides_;
     std::size_t mostAttributes_;
 };
 

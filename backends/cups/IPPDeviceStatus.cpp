@@ -13,8 +13,7 @@ void registerCUPSDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatu
             scheme,
             [limits](const std::string& deviceURI, const OrbDictionary* parameters,
                      OrbCSError& error) {
-                const auto time =
-                    isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
+                const auto time = requestTime(parameters, limits.time, limits.filterModeTime);
                 return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
             },
             IPPPrinterRequest::errorInURI);

@@ -81,6 +81,7 @@ struct Question {
     /// Whether the media database is asked for, which some printers cannot answer.
     bool withMediaDatabase = true;
 
+    /// Those that a status is made of.
     std::vector<const char*> attributes() const {
         auto names = IPPStatusMapping::requestedAttributes();
         if (!withMediaDatabase) {
@@ -95,7 +96,9 @@ IPPMessage requestForPrinter(const std::string& URI, const Question& question) {
     ippSetVersion(request.get(), question.majorVersion, question.minorVersion);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
                  URI.c_str());
-    const auto names = question.attributes();
+    auto names = question.attributes();
+    const auto identity = IPPStatusMapping::identityAttributes();
+    names.insert(names.end(), identity.begin(), identity.end());
     ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
                   static_cast<int>(names.size()), nullptr, names.data());
     return request;
@@ -174,7 +177,9 @@ std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
                                                       std::size_t mostAttributes,
                                                       DroppedValues dropped, OrbCSError& error) {
     const auto names = question.attributes();
-    const IPPAnswerFilter filter({names.begin(), names.end()}, mostAttributes);
+    const auto identity = IPPStatusMapping::identityAttributes();
+    const IPPAnswerFilter filter({names.begin(), names.end()}, mostAttributes,
+                                 {identity.begin(), identity.end()});
     std::string reason;
     IPPFilteredAnswer filtered = filter.filtered(answer, dropped, reason);
     if (filtered.bytes.empty()) {

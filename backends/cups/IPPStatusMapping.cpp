@@ -53,6 +53,10 @@ constexpr std::array kRows = {
     IPPStatusMapping::Row{kTkCSCustomMediaTypesKey, "", kMediaTypeAttributes,
                           readCustomMediaTypes}};
 
+constexpr const char* kMakeAndModel = "printer-make-and-model";
+constexpr const char* kDeviceID = "printer-device-id";
+constexpr std::array kIdentityAttributes = {kMakeAndModel, kDeviceID};
+
 /// Both accessories that there are rows for are all of them.
 void nameAccessoriesAsOne(OrbCSToldEntries& told) {
     OrbCSToldEntries parts;
@@ -85,10 +89,27 @@ std::vector<OrbCSStatusSource> sourcesIn(IPPAnswer& answer) {
     return sources;
 }
 
+OrbCSPrinterIdentity identityIn(IPPAnswer& answer) {
+    OrbCSPrinterIdentity identity;
+    const auto addFirst = [&answer](const char* name, std::vector<std::string>& texts) {
+        const auto values = answer.uncheckedTexts(name);
+        if (!values.empty() && values.front()) {
+            texts.push_back(*values.front());
+        }
+    };
+    addFirst(kMakeAndModel, identity.models);
+    addFirst(kDeviceID, identity.deviceIDs);
+    return identity;
+}
+
 }  // namespace
 
 std::span<const IPPStatusMapping::Row> IPPStatusMapping::rows() {
     return kRows;
+}
+
+std::span<const char* const> IPPStatusMapping::identityAttributes() {
+    return kIdentityAttributes;
 }
 
 std::vector<const char*> IPPStatusMapping::requestedAttributes() {
@@ -119,8 +140,10 @@ std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(IPPAnsw
         row.read(answer, values, told);
     }
     nameAccessoriesAsOne(told);
-    return std::make_shared<const IPPDeviceStatus>(
-        std::move(values), answer.dropped().takeReasons(), std::move(told), sourcesIn(answer));
+    auto identity = identityIn(answer);
+    return std::make_shared<const IPPDeviceStatus>(std::move(values),
+                                                   answer.dropped().takeReasons(), std::move(told),
+                                                   sourcesIn(answer), std::move(identity));
 }
 
 }  // namespace TkPPDUpdating

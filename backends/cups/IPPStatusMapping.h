@@ -47,6 +47,10 @@ class IPPStatusMapping {
     /// by one, since "all" leaves out "media-col-database" (PWG 5100.7).
     static std::vector<const char*> requestedAttributes();
 
+    /// The names of those that say which printer it is, which are asked for besides: its make and
+    /// model (RFC 8011, section 5.4.9) and its IEEE 1284 device ID (PWG 5107.2).
+    static std::span<const char* const> identityAttributes();
+
     /// What it means that a value of the attribute is dropped; empty for one that is not asked for.
     static std::string_view meaningOfDrop(std::string_view attribute);
 

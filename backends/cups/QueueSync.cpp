@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "core_interface/OrbCSDeviceStatus.h"
 #include "ppd/UTF8.h"
 #include "sync/EstimationsTime.h"
 #include "sync/QueueInstallation.h"
@@ -39,7 +38,10 @@ PPDText readableText(const std::string& text) {
 class QueueSync::Work::Steps {
   public:
     Steps(const QueueSync& sync, const std::string& queueName)
-        : scheduler_(sync.scheduler_), options_(sync.options_), printers_(sync.printers_) {
+        : scheduler_(sync.scheduler_),
+          options_(sync.options_),
+          printers_(sync.printers_),
+          turns_(sync.turns_) {
         outcome_.queueName = queueName;
     }
 
@@ -149,19 +151,17 @@ class QueueSync::Work::Steps {
         if (!update_->needsStatus()) {
             return true;
         }
-        const PrinterTurn turn(printers_, options_.isCancelled);
+        const PrinterTurn turn(turns_, options_.isCancelled);
         if (!turn.isTaken()) {
             return goesOn();
         }
-        OrbCSError error;
-        auto status = OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(queue_.deviceURI,
-                                                                              nullptr, &error);
-        if (!status) {
+        auto answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
+        outcome_.statusURI = answer.URI;
+        if (!answer.status) {
             // One that was not waited for is not to blame.
-            return goesOn() && end(queueSyncCauseForError(error.cause),
-                                   "its printer gives no status: " + error.reason);
+            return goesOn() && end("", answer.failure);
         }
-        update_->setStatus(std::move(status), options_.rule);
+        update_->setStatus(std::move(answer.status), options_.rule);
         outcome_.keptEntries = update_->keptEntries();
         return true;
     }
@@ -269,7 +269,8 @@ class QueueSync::Work::Steps {
 
     const QueueScheduler& scheduler_;
     const Options& options_;
-    PrinterTurns& printers_;
+    const QueuePrinters& printers_;
+    PrinterTurns& turns_;
     QueueSyncOutcome outcome_;
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
@@ -283,7 +284,8 @@ class QueueSync::Work::Steps {
 QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)
     : scheduler_(scheduler),
       options_(std::move(options)),
-      printers_(std::max<std::size_t>(options_.mostPrinters, 1)) {}
+      printers_({.statusURIs = options_.statusURIs, .isCancelled = options_.isCancelled}),
+      turns_(std::max<std::size_t>(options_.mostPrinters, 1)) {}
 
 QueueSync::Work::Work(const QueueSync& sync, const std::string& queueName)
     : steps_(std::make_unique<Steps>(sync, queueName)) {}

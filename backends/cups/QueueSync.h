@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +16,7 @@
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "sync/PPDUpdate.h"
 #include "sync/QueueBackups.h"
+#include "sync/QueuePrinters.h"
 #include "sync/QueueSyncOutcome.h"
 
 namespace TkPPDUpdating {
@@ -24,7 +26,8 @@ namespace TkPPDUpdating {
 ///
 /// A printer that gives no status leaves its queue as it is: what the updaters assume of a silent
 /// printer is for a new queue, not for one that is in use. It is asked through `OrbCoreInterface`,
-/// once, and not at all for a PPD none of whose updaters reads a status. What its answer does not
+/// once, and not at all for a PPD none of whose updaters reads a status; where its device URI does
+/// not allow that, at its host's other places (`sync/QueuePrinters.h`). What its answer does not
 /// tell stays as it is, too.
 class QueueSync {
   public:
@@ -45,6 +48,9 @@ class QueueSync {
         ManagerMaker makeManager = nullptr;
         /// Which updaters run on an answer that does not tell everything.
         PPDUpdate::Rule rule = PPDUpdate::Rule::whatWasNotToldStays;
+        /// Where the printers of some queues are asked instead of at their device URIs, by queue
+        /// name. What is answered there is believed.
+        std::map<std::string, std::string> statusURIs = {};
         /// How many printers are asked at once, at least 1. While they are waited for, the threads
         /// that have no turn talk to the scheduler.
         std::size_t mostPrinters = 256;
@@ -80,7 +86,8 @@ class QueueSync {
   private:
     const QueueScheduler& scheduler_;
     Options options_;
-    mutable PrinterTurns printers_;
+    QueuePrinters printers_;
+    mutable PrinterTurns turns_;
 };
 
 class QueueSync::Work {

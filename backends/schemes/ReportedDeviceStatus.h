@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbCSIdentifiedStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/OrbCSStatusSources.h"
 #include "core_interface/OrbCSStatusValue.h"
@@ -19,21 +20,25 @@ namespace TkPPDUpdating {
 /// in it. What backends hand over.
 class ReportedDeviceStatus : public OrbCSDeviceStatus,
                              public OrbCSPartialStatus,
-                             public OrbCSStatusSources {
+                             public OrbCSStatusSources,
+                             public OrbCSIdentifiedStatus {
   public:
     using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
 
     /// `droppedValues` are one phrase each, which begins with the value's place in the answer and
     /// holds none of the printer's own text. `told` are the entries that the answer told, those
     /// without a value included (then the printer has none); nothing when it told everything.
-    /// `sources` are what the values were read from, as far as a backend keeps that.
+    /// `sources` are what the values were read from, and `identity` is what the printer calls
+    /// itself, as far as a backend keeps that.
     explicit ReportedDeviceStatus(Values values, std::vector<std::string> droppedValues = {},
                                   std::optional<OrbCSToldEntries> told = std::nullopt,
-                                  std::vector<OrbCSStatusSource> sources = {})
+                                  std::vector<OrbCSStatusSource> sources = {},
+                                  OrbCSPrinterIdentity identity = {})
         : values_(std::move(values)),
           droppedValues_(std::move(droppedValues)),
           told_(std::move(told)),
-          sources_(std::move(sources)) {}
+          sources_(std::move(sources)),
+          identity_(std::move(identity)) {}
 
     const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
                                                     std::string* error) const override;
@@ -41,6 +46,8 @@ class ReportedDeviceStatus : public OrbCSDeviceStatus,
     const std::optional<OrbCSToldEntries>& toldEntries() const override { return told_; }
 
     const std::vector<OrbCSStatusSource>& sources() const override { return sources_; }
+
+    const OrbCSPrinterIdentity& identity() const override { return identity_; }
 
     /// Why values of the answer were dropped.
     const std::vector<std::string>& droppedValues() const { return droppedValues_; }
@@ -53,6 +60,7 @@ class ReportedDeviceStatus : public OrbCSDeviceStatus,
     std::vector<std::string> droppedValues_;
     std::optional<OrbCSToldEntries> told_;
     std::vector<OrbCSStatusSource> sources_;
+    OrbCSPrinterIdentity identity_;
 };
 
 }  // namespace TkPPDUpdating

@@ -21,7 +21,7 @@ struct SNMPColumn {
 
 /// The columns by the names that their standards give them. The rows of the Printer MIB (RFC 3805)
 /// have two numbers: hrDeviceIndex, which tells printers behind one address apart, and that of the
-/// tray, supply, ... itself; those of a device one.
+/// tray, supply, ... itself; those of a device or of a whole printer one.
 namespace PrinterMIB {
 
 using enum SNMPColumn::Syntax;
@@ -29,7 +29,7 @@ using enum SNMPColumn::Syntax;
 inline constexpr SNMPColumn hrDeviceDescr = {"hrDeviceDescr", "RFC 2790", "1.3.6.1.2.1.25.3.2.1.3",
                                              text, 1};
 inline constexpr SNMPColumn prtGeneralPrinterName = {"prtGeneralPrinterName", "RFC 3805",
-                                                     "1.3.6.1.2.1.43.5.1.1.16", text};
+                                                     "1.3.6.1.2.1.43.5.1.1.16", text, 1};
 inline constexpr SNMPColumn ppmPrinterIEEE1284DeviceId = {
     "ppmPrinterIEEE1284DeviceId", "PWG 5107.1", "1.3.6.1.4.1.2699.1.2.1.2.1.1.3", text, 1};
 

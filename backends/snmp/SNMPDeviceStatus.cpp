@@ -10,7 +10,7 @@ namespace TkPPDUpdating {
 void registerSNMPDeviceStatus(DeviceStatusSchemes& schemes, const SNMPDeviceStatusLimits& limits) {
     schemes.registerScheme("snmp", [limits](const std::string& deviceURI,
                                             const OrbDictionary* parameters, OrbCSError& error) {
-        const auto time = isCUPSFilterMode(parameters) ? limits.filterModeTime : limits.time;
+        const auto time = requestTime(parameters, limits.time, limits.filterModeTime);
         return SNMPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
     });
 }

@@ -66,10 +66,20 @@ class Conversation {
             }
             limits.tries = kLaterTries;
         }
+        readIdentity(*session, rows);
         return Outcome::done;
     }
 
   private:
+    /// Who it is matters only where a queue does not name it, so that nothing fails for it.
+    void readIdentity(SNMPSession& session, SNMPRows& rows) const {
+        constexpr std::size_t kMostCells = 500;  // A host has a few devices.
+        auto limits = limits_;
+        limits.tries = kFirstTries;
+        limits.cells = std::min(limits.cells, kMostCells);
+        (void)SNMPTableWalk(session).read(SNMPStatusMapping::identityColumns(), limits, rows);
+    }
+
     OrbCSError errorOf(const SNMPTableWalk& walk) const {
         using Cause = OrbCSError::Cause;
         if (walk.hasTooMany()) {

@@ -37,6 +37,9 @@ constexpr std::array kRows = {
 constexpr std::array<std::span<const SNMPColumn>, 5> kTables = {
     kInputColumns, kMediaPathColumns, kSuppliesColumns, kColorantColumns, kMarkerColumns};
 
+constexpr std::array kIdentityColumns = {hrDeviceDescr, prtGeneralPrinterName,
+                                         ppmPrinterIEEE1284DeviceId};
+
 /// The first numbers (hrDeviceIndex) of all rows of the Printer MIB.
 std::set<std::uint32_t> printersOf(const SNMPRows& rows) {
     std::set<std::uint32_t> printers;
@@ -50,10 +53,33 @@ std::set<std::uint32_t> printersOf(const SNMPRows& rows) {
     return printers;
 }
 
+/// What the device with that hrDeviceIndex calls itself.
+OrbCSPrinterIdentity identityOfPrinter(const SNMPRows& rows, std::uint32_t printer) {
+    OrbCSPrinterIdentity identity;
+    const auto add = [&rows](const SNMPColumn& column, const SNMPRows::Row& row,
+                             std::vector<std::string>& texts) {
+        if (const auto text = rows.text(column, row); text && !text->empty()) {
+            texts.emplace_back(*text);
+        }
+    };
+    add(hrDeviceDescr, {printer}, identity.models);
+    add(prtGeneralPrinterName, {printer}, identity.models);
+    // Its rows have numbers of their own (PWG 5107.1): the only one is that of the only printer.
+    const auto IDs = rows.rowsOf({ppmPrinterIEEE1284DeviceId});
+    if (IDs.size() == 1) {
+        add(ppmPrinterIEEE1284DeviceId, IDs.front(), identity.deviceIDs);
+    }
+    return identity;
+}
+
 }  // namespace
 
 std::span<const SNMPStatusMapping::MappingRow> SNMPStatusMapping::rows() {
     return kRows;
+}
+
+std::span<const SNMPColumn> SNMPStatusMapping::identityColumns() {
+    return kIdentityColumns;
 }
 
 std::span<const std::span<const SNMPColumn>> SNMPStatusMapping::tables() {
@@ -79,7 +105,7 @@ std::shared_ptr<const ReportedDeviceStatus> SNMPStatusMapping::statusForRows(con
             values.addSources(entry, rows, column);
         }
     }
-    return values.takeStatus();
+    return values.takeStatus(identityOfPrinter(rows, *printers.begin()));
 }
 
 }  // namespace TkPPDUpdating

@@ -32,6 +32,9 @@ class SNMPStatusMapping {
     /// together.
     static std::span<const std::span<const SNMPColumn>> tables();
 
+    /// The columns that say which printer it is, to be asked for besides.
+    static std::span<const SNMPColumn> identityColumns();
+
     /// The status that the rows mean. What they do not tell is not told. Null, with the cause in
     /// `error`, when no printer answered (there is none of the rows that are asked for) or more
     /// than one did.

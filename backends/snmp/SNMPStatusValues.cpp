@@ -109,9 +109,11 @@ std::optional<std::string> SNMPStatusValues::text(const SNMPRows& rows, const SN
     return std::string(*cell);
 }
 
-std::shared_ptr<const ReportedDeviceStatus> SNMPStatusValues::takeStatus() {
+std::shared_ptr<const ReportedDeviceStatus> SNMPStatusValues::takeStatus(
+    OrbCSPrinterIdentity identity) {
     return std::make_shared<const ReportedDeviceStatus>(std::move(values_), dropped_.takeReasons(),
-                                                        std::move(told_), std::move(sources_));
+                                                        std::move(told_), std::move(sources_),
+                                                        std::move(identity));
 }
 
 }  // namespace TkPPDUpdating

@@ -42,8 +42,8 @@ class SNMPStatusValues {
     std::optional<std::string> text(const SNMPRows& rows, const SNMPColumn& column,
                                     const SNMPRows::Row& row);
 
-    /// The status that was made. To be called once.
-    std::shared_ptr<const ReportedDeviceStatus> takeStatus();
+    /// The status that was made, of that printer. To be called once.
+    std::shared_ptr<const ReportedDeviceStatus> takeStatus(OrbCSPrinterIdentity identity = {});
 
   private:
     ReportedDeviceStatus::Values values_;

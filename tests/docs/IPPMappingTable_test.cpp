@@ -63,6 +63,13 @@ TEST(IPPMappingTable, NamesEachAttributeUnderItsKeyWithItsStandard) {
     }
 }
 
+TEST(IPPMappingTable, NamesTheAttributesThatSayWhichPrinterItIs) {
+    for (const std::string_view name : IPPStatusMapping::identityAttributes()) {
+        EXPECT_TRUE(contains(textOfSource("docs/ipp-mapping.md"), "`" + std::string(name) + "`"))
+            << name;
+    }
+}
+
 TEST(IPPMappingTable, BeginsEachCellOfAttributesWithOneThatIsAskedFor) {
     const auto asked = IPPStatusMapping::requestedAttributes();
     std::size_t cells = 0;

@@ -334,6 +334,34 @@ TEST_F(SyncRoundTrip, AllQueuesGetALineAndOneThatIsNotInStepIsExitStatus4) {
     EXPECT_THAT(run.standardOutput, HasSubstr(R"(no backend for the scheme \"https\")"));
 }
 
+TEST_F(SyncRoundTrip, APrinterThatCannotBeAskedIsAskedWhereTheUserSays) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("cable", "usb://Zr/Office%2020", kOfficePPD);
+    scheduler_->addQueue("second", "socket://127.0.0.1:9101", kOfficePPD);
+    const ProgramResult alone = sync({"--all"});
+    EXPECT_EQ(alone.exitStatus, 4);
+    EXPECT_EQ(alone.standardOutput,
+              "cable: unsupported: its printer cannot be asked: no backend for the scheme "
+              "\"usb\"; name another place to ask with --status-uri cable=URI\n"
+              "second: unsupported: its printer cannot be asked: port 9101 may lead to another "
+              "printer than the host's own; name another place to ask with --status-uri "
+              "second=URI\n2 queues: 2 unsupported\n");
+
+    const std::string file = scheduler_->directory().write(
+        "places", "# The printers of this server\n\ncable = " + printer.URI() +
+                      "  # upstairs\r\nsecond=ipp://127.0.0.1:1/\n");
+    const ProgramResult named =
+        sync({"--all", "--status-uri", "second=" + printer.URI(), "--status-uris", file});
+    EXPECT_EQ(named.exitStatus, 0) << named.standardOutput << named.standardError;
+    EXPECT_THAT(named.standardOutput, HasSubstr("cable: updated\n"));
+    EXPECT_THAT(named.standardOutput, HasSubstr("second: updated\n"));
+    EXPECT_THAT(named.standardOutput, HasSubstr("\n  status from " + printer.URI() + "\n"));
+    EXPECT_EQ(named.standardError, "");
+    EXPECT_THAT(
+        sync({"cable", "--json", "--status-uris", file}).standardOutput,
+        HasSubstr(R"("deviceURI":"usb://Zr/Office%2020","statusURI":")" + printer.URI() + "\""));
+}
+
 TEST_F(SyncRoundTrip, AnUnknownQueueFailsAndIsNotCreated) {
     for (const char* name : {"nobody", "../etc/passwd", "a/b", "a#b", ".."}) {
         const ProgramResult run = sync({name});

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 
+#include "core_interface/TkCSKeys.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -46,6 +48,21 @@ TEST(OneAnswerServicesTest, AsksASilentDeviceOnceAndKeepsTheReason) {
     EXPECT_EQ(device->requests, 1);
     ASSERT_TRUE(services.answerOfDevice("x:1"));
     EXPECT_EQ(services.answerOfDevice("x:1")->error.reason, "switched off");
+}
+
+TEST(OneAnswerServicesTest, AnAnswerToALimitedWaitIsForNobodyElse) {
+    const auto device = std::make_shared<const SilentServices>();
+    const OneAnswerServices services(device);
+    const OrbDictionary limited = {{std::string(kTkCSTimeLimitKey), std::chrono::milliseconds(1)}};
+    OrbCSError error;
+    for (const int requests : {1, 2}) {
+        EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", &limited, &error), nullptr);
+        EXPECT_EQ(device->requests, requests);
+        EXPECT_EQ(error.reason, "switched off");
+    }
+    EXPECT_FALSE(services.answerOfDevice("x:1"));
+    EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), nullptr);
+    EXPECT_EQ(device->requests, 3);
 }
 
 TEST(OneAnswerServicesTest, TellsThatADeviceHasNotBeenAsked) {

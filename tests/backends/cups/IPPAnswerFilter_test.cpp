@@ -164,6 +164,18 @@ TEST(IPPAnswerFilter, KnowsWhetherAnythingWantedWasThere) {
     EXPECT_TRUE(filtered(empty.end()).answer.hasWanted);
 }
 
+TEST(IPPAnswerFilter, KeepsWhatIsAskedForBesidesWithoutCountingIt) {
+    IPPBytes bytes;
+    bytes.value(0x41, "printer-make-and-model", "Zr Office 20").keyword("other", "x");
+    DroppedValues dropped;
+    std::string error;
+    const auto answer = IPPAnswerFilter({"sides-supported"}, 10, {"printer-make-and-model"})
+                            .filtered(bytes.end(), dropped, error);
+    EXPECT_FALSE(answer.hasWanted);
+    EXPECT_NE(answer.bytes.find("Zr Office 20"), std::string::npos);
+    EXPECT_EQ(answer.bytes.find("other"), std::string::npos);
+}
+
 TEST(IPPAnswerFilter, GivesNothingThatLibcupsRefusesOrHoldsLessOf) {
     const std::string whole = answerOfAllSyntaxes();
     std::mt19937 random(7);

@@ -82,6 +82,19 @@ TEST(IPPStatusMapping, CalibrationAndRemainingPagesAreNeverReported) {
               nullptr);
 }
 
+TEST(IPPStatusMapping, KnowsWhichPrinterItIs) {
+    IPPTestMessage answer;
+    answer.texts("printer-make-and-model", IPP_TAG_TEXT, {"Zr Office 20 Series"})
+        .texts("printer-device-id", IPP_TAG_TEXT, {"MFG:Zr;MDL:Office 20;"});
+    const auto identity = OrbCSIdentifiedStatus::identityOf(*answer.status());
+    EXPECT_THAT(identity.models, ElementsAre("Zr Office 20 Series"));
+    EXPECT_THAT(identity.deviceIDs, ElementsAre("MFG:Zr;MDL:Office 20;"));
+    EXPECT_THAT(identity.makers, IsEmpty());
+    const auto unnamed = OrbCSIdentifiedStatus::identityOf(*IPPTestMessage().status());
+    EXPECT_THAT(unnamed.models, IsEmpty());
+    EXPECT_THAT(unnamed.deviceIDs, IsEmpty());
+}
+
 TEST(IPPStatusMapping, EveryAttributeOfTheTableIsAskedForOnce) {
     std::vector<std::string> names;
     for (const char* name : IPPStatusMapping::requestedAttributes()) {

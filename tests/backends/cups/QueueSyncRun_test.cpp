@@ -161,6 +161,27 @@ TEST_F(QueueSyncRunTest, TellsOfEachInstallationAtOnce) {
     EXPECT_THAT(installed, ElementsAre("a"));
 }
 
+TEST_F(QueueSyncRunTest, AQueueIsAskedWhereTheUserSaysAndTheOutcomeSaysSo) {
+    scheduler.add("a", kPPD);
+    scheduler.add("b", kPPD);
+    scheduler.queues["a"].attributes.deviceURI = "socket://box.example:9101";
+    const QueueSync sync(scheduler, {.statusURIs = {{"a", "fake:elsewhere"}}});
+    const QueueSyncOutcome named = sync.sync("a");
+    EXPECT_EQ(named.result, QueueSyncResult::updated) << named.reason;
+    EXPECT_EQ(named.statusURI, "fake:elsewhere");
+    EXPECT_EQ(sync.sync("b").statusURI, "fake:b");
+}
+
+TEST_F(QueueSyncRunTest, AQueueBehindWhichAnotherPrinterAnswersStaysAsItIs) {
+    scheduler.add("a", kPPD);
+    scheduler.queues["a"].attributes.deviceURI = "socket://box.example";
+    const QueueSyncOutcome outcome = QueueSync(scheduler, {}).sync("a");
+    EXPECT_EQ(outcome.cause, &queueSyncCause("another-printer"));
+    EXPECT_EQ(outcome.result, QueueSyncResult::unsupported);
+    EXPECT_EQ(outcome.statusURI, "ipp://box.example/ipp/print");
+    EXPECT_EQ(scheduler.count("install"), 0);
+}
+
 TEST_F(QueueSyncRunTest, RaisesWhatTheObserverRaises) {
     scheduler.add("a", kPPD);
     observer.finished = [](const QueueSyncOutcome&) { throw std::runtime_error("full disk"); };

@@ -428,6 +428,38 @@ TEST(SNMPStatusMapping, KnowsFromWhichCellsAValueWasRead) {
                                                   "Tray 1"}));
 }
 
+TEST(SNMPStatusMapping, KnowsWhichOfTheHostsDevicesThePrinterIs) {
+    SNMPRows rows = rowsOfText(paths({3}));
+    rows.set(PrinterMIB::hrDeviceDescr, {1}, "Zr Office 20; V 1.0");
+    rows.set(PrinterMIB::hrDeviceDescr, {2}, "Ethernet");
+    rows.set(PrinterMIB::prtGeneralPrinterName, {1}, "Office 20");
+    rows.set(PrinterMIB::ppmPrinterIEEE1284DeviceId, {7}, "MFG:Zr;MDL:Office 20;");
+    OrbCSError error;
+    const auto status = SNMPStatusMapping::statusForRows(rows, error);
+    ASSERT_NE(status, nullptr);
+    EXPECT_THAT(status->identity().models, ElementsAre("Zr Office 20; V 1.0", "Office 20"));
+    EXPECT_THAT(status->identity().deviceIDs, ElementsAre("MFG:Zr;MDL:Office 20;"));
+}
+
+TEST(SNMPStatusMapping, OfSeveralDeviceIDsNoneIsKnownToBeThePrinters) {
+    SNMPRows rows = rowsOfText(paths({3}));
+    rows.set(PrinterMIB::ppmPrinterIEEE1284DeviceId, {1}, "MDL:Office 20;");
+    rows.set(PrinterMIB::ppmPrinterIEEE1284DeviceId, {2}, "MDL:Office 30;");
+    OrbCSError error;
+    const auto status = SNMPStatusMapping::statusForRows(rows, error);
+    ASSERT_NE(status, nullptr);
+    EXPECT_THAT(status->identity().deviceIDs, IsEmpty());
+    EXPECT_THAT(status->identity().models, IsEmpty());
+}
+
+TEST(SNMPStatusMapping, NamesAloneAreNoPrinter) {
+    SNMPRows rows;
+    rows.set(PrinterMIB::hrDeviceDescr, {1}, "Zr Office 20");
+    OrbCSError error;
+    EXPECT_EQ(SNMPStatusMapping::statusForRows(rows, error), nullptr);
+    EXPECT_EQ(error.cause, OrbCSError::Cause::notAPrinter);
+}
+
 TEST(SNMPStatusMapping, AsksForEachColumnOfItsTableOnce) {
     std::map<std::string_view, int> asked;
     for (const auto& table : SNMPStatusMapping::tables()) {
