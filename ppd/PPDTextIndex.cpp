@@ -53,8 +53,13 @@ Words wordsOf(std::string_view text) {
     return words;
 }
 
-/// Case ignored; nothing when it is not all ASCII, unless `isFolded`.
-std::optional<PPDTextIndex::Key> keyOfASCII(std::string_view name, bool isFolded = false) {
+struct HashedName {
+    std::uint64_t hash = 0;
+    bool isASCII = false;
+};
+
+/// Case ignored, of a name that is ASCII or folded.
+HashedName hashed(std::string_view name) {
     constexpr std::size_t kBoth = sizeof(Words);
     // Of ASCII letters this bit is the case; that other characters may then be the same is no harm.
     constexpr std::uint64_t kCase = 0x2020202020202020U;
@@ -71,9 +76,7 @@ std::optional<PPDTextIndex::Key> keyOfASCII(std::string_view name, bool isFolded
         add(wordsOf(rest.substr(0, kBoth)), 0);
     }
     add(wordsOf(rest), name.size());
-    return isFolded || (all & kWide) == 0
-               ? std::optional(static_cast<PPDTextIndex::Key>(hash >> 32U))
-               : std::nullopt;
+    return {hash, (all & kWide) == 0};
 }
 
 }  // namespace
@@ -155,7 +158,7 @@ class PPDTextIndex::Reader {
         }
     }
 
-    void endLine(std::size_t end) {
+    [[gnu::always_inline]] void endLine(std::size_t end) {
         const auto line = static_cast<Line>(index_.starts_.size());
         index_.starts_.push_back(static_cast<std::uint32_t>(lineStart_));
         const bool hasKeyword = text_[lineStart_] == '*';
@@ -169,8 +172,8 @@ class PPDTextIndex::Reader {
             index_.runs_.push_back({line});
         }
         hasKeyword_ = hasKeyword;
-        if (behindLastQuote_ > lineStart_) {
-            readValue(line, hasKeyword, end);
+        if (behindLastQuote_ > lineStart_ && (isInValue_ || (hasKeyword && mayOpenValue()))) {
+            readValue(line, end);
         }
         lineStart_ = end + 1;
     }
@@ -219,25 +222,28 @@ class PPDTextIndex::Reader {
         return keyOfKeyword(keyword_);
     }
 
+    /// Most lines with quotes have both of one value.
+    bool mayOpenValue() const {
+        const char beforeLast = behindLastQuote_ > 1 ? text_[behindLastQuote_ - 2] : '\0';
+        return beforeLast == ':' || beforeLast == ' ' || beforeLast == '\t';
+    }
+
     /// A quoted value opens behind the first colon of a main-keyword line and runs to the next
-    /// quote (PPD specification 4.3, section 3). Most lines have none or both quotes of one.
-    void readValue(Line line, bool hasKeyword, std::size_t end) {
+    /// quote (PPD specification 4.3, section 3).
+    void readValue(Line line, std::size_t end) {
         if (isInValue_) {
             isInValue_ = false;
             index_.longValues_.back().closes = line;
             return;
         }
-        const std::size_t lastQuote = behindLastQuote_ - 1;
-        const char beforeLast = lastQuote > lineStart_ ? text_[lastQuote - 1] : '\0';
-        const bool mayOpen = beforeLast == ':' || beforeLast == ' ' || beforeLast == '\t';
-        if (!hasKeyword || !mayOpen || text_[lineStart_ + 1] == '%') {
+        if (text_[lineStart_ + 1] == '%') {
             return;
         }
         const std::string_view text = text_.substr(lineStart_, end - lineStart_);
         const std::size_t colon = text.find(':');
         const std::size_t value =
             colon == std::string_view::npos ? colon : text.find_first_not_of(" \t", colon + 1);
-        if (value != std::string_view::npos && lineStart_ + value == lastQuote) {
+        if (value != std::string_view::npos && lineStart_ + value + 1 == behindLastQuote_) {
             isInValue_ = true;
             index_.longValues_.push_back({line, std::numeric_limits<Line>::max()});
         }
@@ -282,10 +288,11 @@ PPDTextIndex::Key PPDTextIndex::keyOfKeyword(std::string_view keyword) {
 }
 
 PPDTextIndex::Key PPDTextIndex::keyOfName(std::string_view name) {
-    if (const auto key = keyOfASCII(name)) {
-        return *key;
+    HashedName key = hashed(name);
+    if (!key.isASCII) {
+        key = hashed(foldedCase(name));
     }
-    return *keyOfASCII(foldedCase(name), true);
+    return static_cast<Key>(key.hash >> 32U);
 }
 
 std::size_t PPDTextIndex::slotOf(Key key) const {
