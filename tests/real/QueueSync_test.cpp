@@ -11,6 +11,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <map>
 #include <string>
 #include <thread>
 
@@ -610,8 +611,11 @@ TEST_F(RealQueueSync, AJobThatIsBeingPrintedReachesThePrinterOnce) {
     ASSERT_EQ(real_->runClient({"lp", "-d", "office", "-o", "raw", document}).exitStatus, 0);
     ASSERT_TRUE(comesTrue([&] { return printer.documents() == 1; }));
 
+    // It only prints: what it has, is asked elsewhere.
+    const std::map<std::string, std::string> statusURIs = {{"office", "fake:office"}};
     QueueSyncOutcome outcome =
-        QueueSync(*scheduler_, {.wait = std::chrono::milliseconds(0)}).sync("office");
+        QueueSync(*scheduler_, {.statusURIs = statusURIs, .wait = std::chrono::milliseconds(0)})
+            .sync("office");
     EXPECT_EQ(outcome.result, QueueSyncResult::busy) << outcome.reason;
     EXPECT_EQ(outcome.cause, &queueSyncCause("printing"));
     EXPECT_TRUE(installedPPD() == before);
@@ -620,8 +624,10 @@ TEST_F(RealQueueSync, AJobThatIsBeingPrintedReachesThePrinterOnce) {
         comesTrue([&, talks = scheduler_->talks.load()] { return scheduler_->talks > talks + 2; });
         printer.mayPrint = true;
     });
-    outcome = QueueSync(*scheduler_, {.pause = std::chrono::milliseconds(50)}).sync("office");
-    EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+    outcome =
+        QueueSync(*scheduler_, {.statusURIs = statusURIs, .pause = std::chrono::milliseconds(50)})
+            .sync("office");
+    ASSERT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
     EXPECT_TRUE(installedPPD() == *outcome.after);
     EXPECT_THAT(outcome.notes, testing::IsEmpty());
     EXPECT_EQ(printer.documents(), 1);
