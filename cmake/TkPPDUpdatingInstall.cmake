@@ -80,9 +80,13 @@ install(FILES "${PROJECT_BINARY_DIR}/TkPPDUpdating.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 if(TKPPDUPDATING_BUILD_TOOL)
-    # A moved tool finds the shared library beside it.
+    # A moved tool finds the shared library beside it. Without one there is no path: the loader would
+    # look there for the system's libraries, and in the build tree, whose path CMake pads with empty
+    # entries, in the working directory.
     file(RELATIVE_PATH way_to_library "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-    set_target_properties(tkppdupdate PROPERTIES INSTALL_RPATH "$ORIGIN/${way_to_library}")
+    if(TKPPDUPDATING_IS_SHARED)
+        set_target_properties(tkppdupdate PROPERTIES INSTALL_RPATH "$ORIGIN/${way_to_library}")
+    endif()
     install(TARGETS tkppdupdate RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
     install(FILES docs/tkppdupdate.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()

@@ -18,12 +18,14 @@ function(tkppdupdating_add_backend_module name)
     target_compile_definitions(${target} PRIVATE TKPPDUPDATING_VERSION="${PROJECT_VERSION}")
     # What is linked in statically is the module's own business.
     target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL)
-    # A moved module finds the shared library beside its folder.
+    if(TKPPDUPDATING_IS_SHARED)
+        # A moved module finds the shared library beside its folder.
+        set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/..")
+    endif()
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME "${name}"
         PREFIX ""
         CXX_VISIBILITY_PRESET hidden
-        INSTALL_RPATH "$ORIGIN/.."
         LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tools/${TKPPDUPDATING_WAY_TO_MODULES}")
     if(TKPPDUPDATING_BUILD_TOOL)
         install(TARGETS ${target} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/TkPPDUpdating")

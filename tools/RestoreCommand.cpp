@@ -17,7 +17,7 @@
 namespace TkPPDUpdating {
 
 RestoreCommand::RestoreCommand(CLI::App& application)
-    : Command(application, "restore", "Put back the PPD of a queue that sync replaced") {
+    : Command(application, kName, "Put back the PPD of a queue that sync replaced") {
     subcommand()
         .add_option("--backup", folder_, "The folder in which \"sync --backup\" has kept it")
         ->required()

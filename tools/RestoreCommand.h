@@ -12,6 +12,8 @@ namespace TkPPDUpdating {
 /// "restore": puts back the PPD of a queue that "sync --backup" replaced.
 class RestoreCommand : public Command {
   public:
+    static constexpr const char* kName = "restore";
+
     explicit RestoreCommand(CLI::App& application);
 
     ExitStatus run() override;

@@ -11,7 +11,7 @@
 namespace TkPPDUpdating {
 
 StatusCommand::StatusCommand(CLI::App& application, const Backends& backends)
-    : Command(application, "status", "Write what a printer reports, as a recorded status"),
+    : Command(application, kName, "Write what a printer reports, as a recorded status"),
       backends_(backends) {
     subcommand()
         .add_option("URI", deviceURI_, "The printer; file:PATH names a recorded status")

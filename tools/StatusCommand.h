@@ -11,6 +11,8 @@ namespace TkPPDUpdating {
 /// and replayed anywhere.
 class StatusCommand : public Command {
   public:
+    static constexpr const char* kName = "status";
+
     /// Neither is owned; both outlive the command.
     StatusCommand(CLI::App& application, const Backends& backends);
 

@@ -60,7 +60,7 @@ void tellSystemLog(const QueueSyncOutcome& outcome) {
 }  // namespace
 
 SyncCommand::SyncCommand(CLI::App& application, const Backends& backends)
-    : Command(application, "sync", "Bring the PPDs of print queues in step with their printers"),
+    : Command(application, kName, "Bring the PPDs of print queues in step with their printers"),
       backends_(backends) {
     addQueueOptions();
     schedulerOptions_.addTo(subcommand());

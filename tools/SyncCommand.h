@@ -21,6 +21,8 @@ namespace TkPPDUpdating {
 /// scheduler. Interrupted by a signal, it finishes or abandons each queue whole and says which.
 class SyncCommand : public Command {
   public:
+    static constexpr const char* kName = "sync";
+
     /// `backends` is not owned and must outlive the object.
     SyncCommand(CLI::App& application, const Backends& backends);
 

@@ -15,7 +15,7 @@
 namespace TkPPDUpdating {
 
 UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
-    : Command(application, "update", "Write a PPD with its printer's values put in"),
+    : Command(application, kName, "Write a PPD with its printer's values put in"),
       backends_(backends) {
     subcommand().add_option("FILE", file_, "The PPD to update")->required()->type_name("");
     auto* source = subcommand().add_option_group("Values", "Where the values come from");

@@ -18,6 +18,8 @@ namespace TkPPDUpdating {
 /// file.
 class UpdateCommand : public Command {
   public:
+    static constexpr const char* kName = "update";
+
     /// Neither is owned; both outlive the command.
     UpdateCommand(CLI::App& application, const Backends& backends);
 

@@ -10,7 +10,7 @@
 namespace TkPPDUpdating {
 
 UpdatersCommand::UpdatersCommand(CLI::App& application)
-    : Command(application, "updaters", "List the updater classes, or those that apply to a PPD") {
+    : Command(application, kName, "List the updater classes, or those that apply to a PPD") {
     subcommand().add_option("FILE", file_, "The PPD that they shall apply to")->type_name("");
 }
 

@@ -10,6 +10,8 @@ namespace TkPPDUpdating {
 /// "updaters": the registered updater classes, or those that apply to a PPD.
 class UpdatersCommand : public Command {
   public:
+    static constexpr const char* kName = "updaters";
+
     /// Not owned; outlives the command.
     explicit UpdatersCommand(CLI::App& application);
 

@@ -31,7 +31,7 @@ std::string JSONForValues(const OrbPPDUpdatingValues& values) {
 }  // namespace
 
 ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
-    : Command(application, "values", "Write the values that the updaters would set, as JSON"),
+    : Command(application, kName, "Write the values that the updaters would set, as JSON"),
       backends_(backends) {
     auto* PPD = subcommand().add_option_group("PPD", "The PPD that the values are for");
     PPD->add_option("--queue", queueName_, "The print queue whose installed PPD is meant")

@@ -16,6 +16,8 @@ namespace TkPPDUpdating {
 /// "values": what the updaters would write into a PPD, as one JSON object.
 class ValuesCommand : public Command {
   public:
+    static constexpr const char* kName = "values";
+
     /// Neither is owned; both outlive the command.
     ValuesCommand(CLI::App& application, const Backends& backends);
 

@@ -23,6 +23,16 @@ bool isCharacter(std::uint32_t codePoint) {
            (codePoint >= 0x10000 && codePoint <= 0x10FFFF);
 }
 
+/// Whether a byte of character data stands for itself, whatever follows it.
+bool isPlain(char each) {
+    const auto byte = static_cast<unsigned char>(each);
+    return (byte >= 0x20 && byte != 0xEF) || each == '\t' || each == '\n';
+}
+
+bool isMarkup(char each) {
+    return each == '<' || each == '&';
+}
+
 }  // namespace
 
 void XMLScanner::failAfter(std::string_view before, const std::string& cause) {
@@ -168,20 +178,29 @@ XMLScanner::Tag XMLScanner::nextTag() {
 }
 
 void XMLScanner::append(std::string_view characters, std::string& data) const {
-    for (std::size_t i = 0; i < characters.size(); ++i) {
-        const char each = characters[i];
-        const bool isNonCharacter =  // U+FFFE and U+FFFF
-            each == '\xEF' && (characters.substr(i).starts_with("\xEF\xBF\xBE") ||
-                               characters.substr(i).starts_with("\xEF\xBF\xBF"));
-        if (isNonCharacter || (static_cast<unsigned char>(each) < 0x20 &&
-                               kSpaces.find(each) == std::string_view::npos)) {
-            fail("a character that XML does not allow");
+    while (!characters.empty()) {
+        const auto* const odd = std::find_if_not(characters.begin(), characters.end(), isPlain);
+        const auto length = static_cast<std::size_t>(odd - characters.begin());
+        data += characters.substr(0, length);
+        characters.remove_prefix(length);
+        if (!characters.empty()) {
+            appendOddByte(characters, data);
+            characters.remove_prefix(1);
         }
-        if (each != '\r') {
-            data += each;
-        } else if (characters.substr(i + 1, 1) != "\n") {  // XML 1.0, 2.11: line ends
-            data += '\n';
-        }
+    }
+}
+
+void XMLScanner::appendOddByte(std::string_view characters, std::string& data) const {
+    const char first = characters.front();
+    const bool isNonCharacter = characters.starts_with("\xEF\xBF\xBE") ||  // U+FFFE
+                                characters.starts_with("\xEF\xBF\xBF");    // U+FFFF
+    if (isNonCharacter || (first != '\xEF' && first != '\r')) {
+        fail("a character that XML does not allow");
+    }
+    if (first != '\r') {
+        data += first;
+    } else if (characters.substr(1, 1) != "\n") {  // XML 1.0, 2.11: line ends
+        data += '\n';
     }
 }
 
@@ -218,13 +237,15 @@ void XMLScanner::readReference(std::string& data) {
 std::string XMLScanner::characterData() {
     std::string data;
     while (true) {
-        const std::size_t end = std::min(text_.find_first_of("<&", position_), text_.size());
-        const std::string_view plain = text_.substr(position_, end - position_);
+        const std::string_view rest = text_.substr(position_);
+        const auto* const markup = std::find_if(rest.begin(), rest.end(), isMarkup);
+        const std::string_view plain =
+            rest.substr(0, static_cast<std::size_t>(markup - rest.begin()));
         if (plain.find("]]>") != std::string_view::npos) {
             fail("\"]]>\" outside a CDATA section");
         }
         append(plain, data);
-        position_ = end;
+        position_ += plain.size();
         if (skip("&")) {
             readReference(data);
         } else if (skip("<![CDATA[")) {

@@ -68,6 +68,8 @@ class XMLScanner {
     void readReference(std::string& data);
     void readCharacterReference(std::string_view reference, std::string& data);
     void append(std::string_view characters, std::string& data) const;
+    /// Appends the first of the characters, one byte that does not stand for itself.
+    void appendOddByte(std::string_view characters, std::string& data) const;
 
     std::string_view text_;
     std::size_t position_ = 0;
