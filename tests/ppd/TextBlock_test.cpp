@@ -23,6 +23,8 @@ void PrintTo(const KeywordBlockMasks& masks, std::ostream* out) {
 namespace Testing {
 namespace {
 
+using namespace std::string_view_literals;
+
 using Block = std::array<char, kTextBlock>;
 
 TextBlockMasks masksByteByByte(const Block& block) {
@@ -42,8 +44,7 @@ KeywordBlockMasks keywordMasksByteByByte(const char* bytes) {
     KeywordBlockMasks masks;
     for (unsigned i = 0; i < kKeywordBlock; ++i) {
         const char byte = bytes[i];
-        const bool ends =
-            byte == ' ' || byte == '\t' || byte == '/' || byte == ':' || byte == '\n';
+        const bool ends = byte == ' ' || byte == '\t' || byte == '/' || byte == ':' || byte == '\n';
         masks.ends |= ends ? 1U << i : 0;
         masks.fullStops |= byte == '.' ? 1U << i : 0;
     }
@@ -71,8 +72,8 @@ class Blocks {
     }
 
   private:
-    static constexpr std::string_view kTelling{
-        "\n\x0B\x8A\"\xA2#*\xAA+\0\x01\x80\xFF\x7F \xA0!\t\x89/\xAF.\xAE:\xBA;aaaaaaaa", 37};
+    static constexpr std::string_view kTelling =
+        "\n\x0B\x8A\"\xA2#*\xAA+\0\x01\x80\xFF\x7F \xA0!\t\x89/\xAF.\xAE:\xBA;aaaaaaaa"sv;
     std::mt19937 random_{1};
 };
 
