@@ -10,6 +10,7 @@
 
 #include "tests/real/ChildProcess.h"
 #include "tests/real/HostileIPPResponder.h"
+#include "tests/real/PrivateNetwork.h"
 #include "tests/real/PrivateScheduler.h"
 
 namespace {
@@ -17,6 +18,7 @@ namespace {
 using namespace TkPPDUpdating::Testing;
 
 constexpr const char* kPPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd";
+constexpr int kIPPPort = 631;
 constexpr double kMostOverlaps = 1.3;
 constexpr double kMostMegabytes = 100;
 
@@ -45,35 +47,62 @@ Measurement measure(const PrivateScheduler& scheduler, const std::string& jobs,
             WIFEXITED(status) ? WEXITSTATUS(status) : -1};
 }
 
-int run(int queues, int milliseconds, int jobs) {
-    const HostileIPPResponder printers([milliseconds](const ResponderConnection& c) {
+/// Takes its time and tells two accessories, and that it is the printer of the PPD.
+HostileIPPResponder::Script slowPrinter(int milliseconds) {
+    return [milliseconds](const ResponderConnection& c) {
+        constexpr unsigned char kTextWithoutLanguage = 0x41;
         c.readRequest();
         std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-        c.send(HostileIPPResponder::HTTPAnswer(IPPBytes()
-                                                   .keyword("sides-supported", "one-sided")
-                                                   .keyword("", "two-sided-long-edge")
-                                                   .keyword("media-source-supported", "tray-1")
-                                                   .keyword("", "tray-2")
-                                                   .end()));
-    });
+        c.send(HostileIPPResponder::HTTPAnswer(
+            IPPBytes()
+                .value(kTextWithoutLanguage, "printer-make-and-model", "Zr Inkjet 40")
+                .keyword("sides-supported", "one-sided")
+                .keyword("", "two-sided-long-edge")
+                .keyword("media-source-supported", "tray-1")
+                .keyword("", "tray-2")
+                .end()));
+    };
+}
+
+/// Each has a host of its own, as printers have; every third is printed to at its raw port.
+std::string deviceURIOfQueue(int number) {
+    constexpr int kHosts = 250;
+    const std::string host =
+        "127.1." + std::to_string(number / kHosts) + "." + std::to_string(number % kHosts + 1);
+    return number % 3 == 0 ? "socket://" + host : "ipp://" + host + "/ipp/print";
+}
+
+/// Whether every queue was updated, by the last line of the report.
+bool areAllUpdated(const std::string& summary, int queues) {
+    const std::string count = std::to_string(queues);
+    return summary.starts_with(count + " queues: " + count + " updated");
+}
+
+int run(int queues, int milliseconds, int jobs) {
+    if (const std::string wrong = PrivateNetwork::enter(); !wrong.empty()) {
+        std::fprintf(stderr, "%s\n", wrong.c_str());
+        return EXIT_FAILURE;
+    }
+    const HostileIPPResponder printers(slowPrinter(milliseconds), kIPPPort);
     const PrivateScheduler scheduler;
     for (int number = 0; number < queues; ++number) {
         const std::string name = "queue" + std::to_string(number);
-        scheduler.addQueue(name, printers.URI("/" + name), kPPD);
+        scheduler.addQueue(name, deviceURIOfQueue(number), kPPD);
     }
     const std::string output = (scheduler.directory().path() / "sync.output").string();
     const Measurement sync = measure(scheduler, std::to_string(jobs), output);
     const std::string lines = contentsOfFile(output);
+    const std::string summary =
+        lines.size() < 2 ? lines : lines.substr(lines.rfind('\n', lines.size() - 2) + 1);
     const int rounds = (queues + jobs - 1) / jobs;
     const double perfect = rounds * milliseconds / 1000.0;
     std::printf(
         "%s%d queues, %d ms each, %d jobs: %.2f s, %.2f times the perfect overlap of %.2f "
         "s; processor %.2f s; peak memory %.1f MB; exit status %d\n",
-        lines.substr(lines.rfind('\n', lines.size() - 2) + 1).c_str(), queues, milliseconds, jobs,
-        sync.seconds, sync.seconds / perfect, perfect, sync.processorSeconds, sync.megabytes,
-        sync.exitStatus);
-    const bool isGood = sync.exitStatus == 0 && sync.seconds <= kMostOverlaps * perfect &&
-                        sync.megabytes <= kMostMegabytes;
+        summary.c_str(), queues, milliseconds, jobs, sync.seconds, sync.seconds / perfect, perfect,
+        sync.processorSeconds, sync.megabytes, sync.exitStatus);
+    const bool isGood = sync.exitStatus == 0 && areAllUpdated(summary, queues) &&
+                        sync.seconds <= kMostOverlaps * perfect && sync.megabytes <= kMostMegabytes;
     return isGood ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -12,8 +12,8 @@ namespace TkPPDUpdating::Testing {
 
 namespace {
 
-/// The daemon wants its folder to belong to the user "avahi", to whom only root can give it: who is
-/// not root goes by that name in the process's own mounts.
+/// The daemon wants its folder to belong to the user "avahi", to whom only root can give it, and
+/// not in a user namespace: in the process's own mounts, whoever runs the test goes by that name.
 void goByItsUsersName(const TemporaryDirectory& directory) {
     const std::string user = std::to_string(geteuid());
     const std::string group = std::to_string(getegid());
@@ -33,9 +33,7 @@ std::string MulticastDNSResponder::missingPrograms() {
 }
 
 MulticastDNSResponder::MulticastDNSResponder() {
-    if (geteuid() != 0) {
-        goByItsUsersName(directory_);
-    }
+    goByItsUsersName(directory_);
     const std::string configuration = directory_.write(
         "avahi.conf",
         "[server]\nhost-name=printer-host\nallow-interfaces=lo\n[wide-area]\n"

@@ -5,11 +5,15 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tests/backends/snmp/SNMPTestRows.h"
+#include "tests/real/ChildProcess.h"
 #include "tests/real/PrivateNetwork.h"
+#include "tests/real/PrivateScheduler.h"
 #include "tests/real/SNMPPrinter.h"
+#include "tests/real/SimulatedPrinter.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -19,12 +23,27 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
+constexpr int kIPPPort = 631;
 constexpr int kSNMPPort = 161;
+
+constexpr const char* kOfficePPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd";
+
+/// The laser printer, of the model that the PPD is for.
+std::string officePrinter() {
+    std::string rows = SNMPTables::kLaser;
+    for (std::size_t at = rows.find("Office 1"); at != std::string::npos;
+         at = rows.find("Office 1", at + 1)) {
+        rows.replace(at, std::string_view("Office 1").size(), "Office 20");
+    }
+    return rows;
+}
 
 class SNMPQueues : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_EQ(SNMPPrinter::missingPrograms(), "");
+        ASSERT_EQ(PrivateScheduler::missingPrograms() + SimulatedPrinter::missingPrograms() +
+                      SNMPPrinter::missingPrograms(),
+                  "");
         ASSERT_EQ(PrivateNetwork::enter(), "");
     }
 
@@ -42,6 +61,12 @@ class SNMPQueues : public testing::Test {
         const ProgramResult run = runTool({"status", URI});
         EXPECT_EQ(run.exitStatus, 0) << URI << ": " << run.standardError;
         return run.standardOutput;
+    }
+
+    ProgramResult sync(const PrivateScheduler& scheduler,
+                       std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), {"sync", "--server", scheduler.server()});
+        return runTool(arguments);
     }
 
     TemporaryDirectory folder_;
@@ -76,6 +101,55 @@ TEST_F(SNMPQueues, ALabelPrinterAtTheUsualPort) {
     EXPECT_THAT(status, HasSubstr("\"Tray2\",\n      \"isInstalled\": false"));
     EXPECT_THAT(status, Not(HasSubstr("ZrPen")));
     EXPECT_THAT(status, HasSubstr("\"MaxSupportedResolution\": 203"));
+}
+
+TEST_F(SNMPQueues, ASocketQueueGetsWhatItsPrinterSaysOverSNMP) {
+    const SNMPPrinter printer(officePrinter(), kSNMPPort);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("office", "socket://127.0.0.1", kOfficePPD);
+    const ProgramResult run = sync(scheduler, {"office", "--json"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardOutput << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("{\"queue\":\"office\",\"result\":\"updated\","));
+    EXPECT_THAT(run.standardOutput, HasSubstr("\"statusURI\":\"snmp://127.0.0.1\""));
+    const std::string installed = contentsOfFile(scheduler.PPDPath("office"));
+    EXPECT_THAT(contentsOfFile(kOfficePPD), HasSubstr("\n*DefaultZrLowerTrayInstalled: False\n"));
+    EXPECT_THAT(installed, HasSubstr("\n*DefaultZrLowerTrayInstalled: True\n"));
+    EXPECT_THAT(installed, HasSubstr("\n*ZrMaxSupportedResolution: 1200\n"));
+    EXPECT_THAT(sync(scheduler, {"office"}).standardOutput, HasSubstr("office: unchanged\n"));
+    EXPECT_EQ(contentsOfFile(scheduler.PPDPath("office")), installed);
+}
+
+TEST_F(SNMPQueues, AnotherPrinterBehindTheSocketChangesNothing) {
+    const SNMPPrinter printer(SNMPTables::kInkjet, kSNMPPort);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("office", "socket://127.0.0.1", kOfficePPD);
+    const std::string before = contentsOfFile(scheduler.PPDPath("office"));
+    const ProgramResult run = sync(scheduler, {"office", "--json"});
+    EXPECT_EQ(run.exitStatus, 4) << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("{\"queue\":\"office\",\"result\":\"unsupported\","));
+    EXPECT_THAT(run.standardOutput, HasSubstr("\"another-printer\""));
+    EXPECT_THAT(run.standardOutput, HasSubstr("ZR Inkjet 6"));
+    EXPECT_EQ(contentsOfFile(scheduler.PPDPath("office")), before);
+}
+
+TEST_F(SNMPQueues, APrinterThatHasBothIsAskedOverIPPOnly) {
+    const SNMPPrinter slow(officePrinter(), kSNMPPort);
+    const SimulatedPrinter printer(
+        "ATTR text printer-make-and-model \"Zr Office 20\"\n"
+        "ATTR keyword sides-supported one-sided\n"
+        "ATTR keyword media-source-supported tray-1\n",
+        {.port = kIPPPort});
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("office", "socket://127.0.0.1", kOfficePPD);
+    const std::size_t before = slow.requests();
+    const ProgramResult run = sync(scheduler, {"office", "--json"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardOutput << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("\"statusURI\":\"ipp://127.0.0.1/ipp/print\""));
+    EXPECT_THAT(contentsOfFile(scheduler.PPDPath("office")),
+                HasSubstr("\n*DefaultZrLowerTrayInstalled: False\n"));
+    EXPECT_EQ(slow.requests(), before);
+    statusOf("snmp://127.0.0.1");
+    EXPECT_GT(slow.requests(), before);
 }
 
 }  // namespace
