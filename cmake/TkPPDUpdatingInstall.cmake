@@ -10,6 +10,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     backends/schemes/ReportedDeviceStatus.h
     core_interface/OrbCSDeviceStatus.h
     core_interface/OrbCSError.h
+    core_interface/OrbCSIdentifiedStatus.h
     core_interface/OrbCSNumberOrString.h
     core_interface/OrbCSPartialStatus.h
     core_interface/OrbCSStatusSources.h
