@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/OrbCSStatusValue.h"
 #include "ppd/PPDText.h"
 
@@ -38,7 +38,7 @@ inline PPDText PPDWithLanguages(std::size_t languages, std::size_t constraints) 
 
 inline OrbCustomMediaTypes mediaTypes(std::size_t count, Profiles profiles) {
     const auto profile = [](const std::string& number) {
-        return std::make_shared<const PPDModelICCProfile>(
+        return std::make_shared<const PlainICCProfile>(
             "file:///usr/share/color/icc/printer/profile" + number + ".icc", "q" + number,
             std::nullopt);
     };
@@ -46,7 +46,7 @@ inline OrbCustomMediaTypes mediaTypes(std::size_t count, Profiles profiles) {
     OrbCustomMediaTypes types;
     for (std::size_t i = 1; i <= count; ++i) {
         const std::string number = std::to_string(i);
-        types.push_back(std::make_shared<const PPDModelCustomMediaType>(
+        types.push_back(std::make_shared<const PlainCustomMediaType>(
             "Glossy Brochure " + number, number, "3",
             profiles == Profiles::kNone      ? nullptr
             : profiles == Profiles::kOneEach ? profile(number)

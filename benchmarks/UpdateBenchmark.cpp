@@ -20,7 +20,7 @@
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "benchmarks/HeapWatch.h"
 #include "benchmarks/UpdateRun.h"
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 
 // The PPD functions are deprecated in libcups 2; they are what is compared with.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"

@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelCore.h"
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
 
@@ -64,10 +64,10 @@ OrbCustomMediaTypes mediaTypes(std::size_t count) {
     OrbCustomMediaTypes types;
     for (std::size_t i = 1; i <= count; ++i) {
         const std::string number = std::to_string(i);
-        types.push_back(std::make_shared<const PPDModelCustomMediaType>(
+        types.push_back(std::make_shared<const PlainCustomMediaType>(
             "Glossy Brochure " + number, number, "3",
-            std::make_shared<const PPDModelICCProfile>("file:///profiles/gloss" + number + ".icc",
-                                                       "q" + number, std::nullopt)));
+            std::make_shared<const PlainICCProfile>("file:///profiles/gloss" + number + ".icc",
+                                                    "q" + number, std::nullopt)));
     }
     return types;
 }

@@ -12,7 +12,7 @@
 
 #include "benchmarks/GeneratedPPD.h"
 #include "benchmarks/Yardstick.h"
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating::Benchmarks {
 

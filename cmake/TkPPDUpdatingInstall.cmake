@@ -4,8 +4,8 @@ include(CMakePackageConfigHelpers)
 
 set(TKPPDUPDATING_PUBLIC_HEADERS
     backends/ppdmodel/PPDModelCore.h
-    backends/ppdmodel/PPDModelCustomMediaType.h
-    backends/ppdmodel/PPDModelICCProfile.h
+    backends/schemes/PlainCustomMediaType.h
+    backends/schemes/PlainICCProfile.h
     backends/schemes/DeviceStatusSchemes.h
     backends/schemes/ReportedDeviceStatus.h
     core_interface/OrbCSDeviceStatus.h
@@ -43,7 +43,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     ppd/PPDStatements.h
     ppd/PPDText.h
     ppd/PPDTextSafety.h
-    updaters/capabilities/ResourceFolder.h)
+    resources/ResourceFolder.h)
 
 set_target_properties(TkPPDUpdating PROPERTIES
     VERSION "${PROJECT_VERSION}"

@@ -1,6 +1,6 @@
 // The property list reader: any text is read or refused with a reason.
 #include "fuzz/FuzzTarget.h"
-#include "updaters/capabilities/PropertyListReader.h"
+#include "resources/PropertyListReader.h"
 
 using namespace TkPPDUpdating;
 using namespace TkPPDUpdating::Fuzzing;

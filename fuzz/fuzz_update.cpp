@@ -13,8 +13,8 @@
 #include "fuzz/FuzzTarget.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "manager/OrbPPDUpdatingContext.h"
-#include "ppd/UTF8.h"
 #include "sync/ChangeDescription.h"
+#include "text/UTF8.h"
 
 using namespace TkPPDUpdating;
 using namespace TkPPDUpdating::Fuzzing;

@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "ppd/CaseFolding.h"
 #include "ppd/OrbPPDProcessor.h"
 #include "ppd/PPDConstants.h"
+#include "text/CaseFolding.h"
 
 namespace TkPPDUpdating {
 
@@ -52,7 +52,8 @@ bool isTranslation(std::string_view line, std::string_view keyword,
 OrbPPDLines::OrbPPDLines(const PPDText& text) {
     const OrbPPDLines* const changed = text.changedLines();
     // With as many new lines as old ones it is a text of its own.
-    if (changed && changed->insertedCount(changed->changes_->gaps.size()) <= changed->index_->size() / 2 + kFewLines / 16) {
+    if (changed && changed->insertedCount(changed->changes_->gaps.size()) <=
+                       changed->index_->size() / 2 + kFewLines / 16) {
         *this = *changed;
     } else {
         standOn(text);
@@ -137,7 +138,8 @@ std::string_view OrbPPDLines::storedCopy(Changes& changes,
                          storage.back().room - storage.back().used >= length;
     if (!hasRoom) {
         const std::size_t last = storage.empty() ? 0 : storage.back().used;
-        const std::size_t room = std::max(length, std::clamp(2 * last, kLeastStorage, kMostStorage));
+        const std::size_t room =
+            std::max(length, std::clamp(2 * last, kLeastStorage, kMostStorage));
         storage.push_back({std::make_shared<char[]>(room), room});  // NOLINT(*-avoid-c-arrays)
     }
     char* const start = storage.back().bytes.get() + storage.back().used;
@@ -176,9 +178,8 @@ void OrbPPDLines::insert(std::size_t index, std::initializer_list<std::string_vi
     moveGapsFrom(place.gap + 1, 1);
     ++size_;
     hasLineFeedInLine_ = hasLineFeedInLine_ || line.find('\n') != std::string_view::npos;
-    changes.mayHaveTranslation =
-        changes.mayHaveTranslation ||
-        PPDTextIndex::keywordPart(line).find('.') != std::string_view::npos;
+    changes.mayHaveTranslation = changes.mayHaveTranslation || PPDTextIndex::keywordPart(line).find(
+                                                                   '.') != std::string_view::npos;
 }
 
 void OrbPPDLines::erase(std::size_t index, std::size_t count) {
@@ -455,8 +456,7 @@ std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const
     }
     const std::vector<Gap>& gaps = changes_->gaps;
     const Place next = placeOf(index + 1, false);
-    const auto from =
-        next.isInGap ? gaps[next.gap].before : changes_->removed.lineAt(next.kept);
+    const auto from = next.isInGap ? gaps[next.gap].before : changes_->removed.lineAt(next.kept);
     const auto ends = index_->endLines();
     auto end = std::lower_bound(ends.begin(), ends.end(), from);
     for (; end != ends.end() && isGone(*end); ++end) {

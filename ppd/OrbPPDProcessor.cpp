@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "ppd/CaseFolding.h"
-#include "ppd/UTF8.h"
+#include "text/CaseFolding.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 

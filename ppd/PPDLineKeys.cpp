@@ -1,7 +1,7 @@
 #include "ppd/PPDLineKeys.h"
 
-#include "ppd/CaseFolding.h"
-#include "ppd/SeededTextHash.h"
+#include "text/CaseFolding.h"
+#include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 

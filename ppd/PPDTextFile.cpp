@@ -10,8 +10,8 @@
 #include <system_error>
 #include <utility>
 
-#include "ppd/FileDescriptor.h"
 #include "ppd/PPDTextIndex.h"
+#include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating {
 

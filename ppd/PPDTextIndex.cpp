@@ -8,11 +8,11 @@
 #include <stdexcept>
 #include <utility>
 
-#include "ppd/CaseFolding.h"
 #include "ppd/PPDConstants.h"
-#include "ppd/SeededTextHash.h"
 #include "ppd/TextBlock.h"
-#include "ppd/UTF8.h"
+#include "text/CaseFolding.h"
+#include "text/SeededTextHash.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 

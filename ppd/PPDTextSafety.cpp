@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "core_interface/FileURL.h"
-#include "ppd/UTF8.h"
-#include "ppd/UnicodeWhiteSpace.h"
+#include "text/FileURL.h"
+#include "text/UTF8.h"
+#include "text/UnicodeWhiteSpace.h"
 
 namespace TkPPDUpdating {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 

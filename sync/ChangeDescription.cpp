@@ -8,11 +8,11 @@
 #include <string_view>
 #include <utility>
 
-#include "ppd/UTF8.h"
 #include "sync/ChangeSubjects.h"
 #include "sync/CustomMediaBlock.h"
 #include "sync/CustomMediaDifference.h"
 #include "sync/PPDLocalizedTexts.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "ppd/SeededTextHash.h"
 #include "sync/PPDChange.h"
+#include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 

@@ -7,13 +7,13 @@
 #include <set>
 #include <utility>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
-#include "core_interface/FileURL.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "ppd/OrbPPDProcessor.h"
 #include "ppd/PPDTextSafety.h"
 #include "ppd/StringsFileFormat.h"
-#include "ppd/UnicodeWhiteSpace.h"
+#include "text/FileURL.h"
+#include "text/UnicodeWhiteSpace.h"
 
 namespace TkPPDUpdating {
 
@@ -95,13 +95,13 @@ std::shared_ptr<const OrbCustomMediaType> typeOfEntry(const CustomMediaEntry& en
     }
     std::shared_ptr<const OrbICCProfile> profile;
     if (!entry.profilePath.empty()) {
-        profile = std::make_shared<const PPDModelICCProfile>(
+        profile = std::make_shared<const PlainICCProfile>(
             fileURLFromPath(absolutePath(entry.profilePath)), entry.profileQualifier, std::nullopt);
     }
     const auto parent =
         entry.parentMediaID.empty() ? std::nullopt : std::optional(entry.parentMediaID);
-    return std::make_shared<const PPDModelCustomMediaType>(
-        entry.identity.name, entry.identity.mediaID, parent, std::move(profile));
+    return std::make_shared<const PlainCustomMediaType>(entry.identity.name, entry.identity.mediaID,
+                                                        parent, std::move(profile));
 }
 
 /// Pairs those of both sides that have the same key, in their order, and are not paired yet.

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "ppd/SeededTextHash.h"
+#include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 

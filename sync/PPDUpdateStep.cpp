@@ -8,8 +8,8 @@
 #include "core_interface/OrbCSPartialStatus.h"
 #include "manager/ITkPPDStatusReading.h"
 #include "manager/OrbPPDUpdatingContext.h"
-#include "ppd/SeededTextHash.h"
 #include "sync/StatusValueText.h"
+#include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "ppd/FileDescriptor.h"
 #include "ppd/PPDText.h"
+#include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "backends/cups/QueueScheduler.h"
 #include "ppd/PPDText.h"
+#include "sync/QueueScheduler.h"
 #include "sync/QueueSyncCauses.h"
 
 namespace TkPPDUpdating {

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "backends/cups/QueueScheduler.h"
 #include "backends/ppdmodel/PPDModelCore.h"
+#include "sync/QueueScheduler.h"
 
 namespace TkPPDUpdating {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "ppd/FileDescriptor.h"
+#include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "backends/cups/QueueScheduler.h"
+#include "sync/QueueScheduler.h"
 
 /// What a module exports (backends/schemes/BackendModule.h) behind which there is a scheduler.
 namespace TkPPDUpdating {

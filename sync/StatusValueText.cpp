@@ -6,7 +6,7 @@
 
 #include "core_interface/OrbCSStatusValue.h"
 #include "core_interface/TkCSKeys.h"
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 

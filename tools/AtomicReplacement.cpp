@@ -9,8 +9,8 @@
 #include <system_error>
 #include <utility>
 
-#include "ppd/FileDescriptor.h"
 #include "ppd/PPDTextFile.h"
+#include "text/FileDescriptor.h"
 #include "tools/Failure.h"
 #include "tools/FileAttributes.h"
 #include "tools/SpecialFile.h"

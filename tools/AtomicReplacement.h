@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "ppd/FileDescriptor.h"
 #include "ppd/PPDText.h"
+#include "text/FileDescriptor.h"
 #include "tools/FilePlace.h"
 
 namespace TkPPDUpdating {

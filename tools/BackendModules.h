@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "backends/cups/QueueScheduler.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "sync/QueueScheduler.h"
 
 namespace TkPPDUpdating {
 

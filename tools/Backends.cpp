@@ -12,15 +12,11 @@ namespace TkPPDUpdating {
 
 namespace {
 
-#ifdef TKPPDUPDATING_WITH_CUPS
-constexpr const char* kCUPSModule = "cups";
-#endif
-
 std::shared_ptr<const DeviceStatusSchemes> builtInSchemes() {
     auto schemes = std::make_shared<DeviceStatusSchemes>();
     registerRecordedDeviceStatus(*schemes);
 #ifdef TKPPDUPDATING_WITH_CUPS
-    registerSchemesOfModule(*schemes, kCUPSModule, {"ipp", "ipps", "dnssd"},
+    registerSchemesOfModule(*schemes, "ipp", {"ipp", "ipps", "dnssd"},
                             &InterruptionWatch::isInterrupted());
 #endif
 #ifdef TKPPDUPDATING_WITH_SNMP
@@ -56,7 +52,7 @@ Backends::Backends()
 std::unique_ptr<const QueueScheduler> Backends::scheduler(const std::string& server,
                                                           const std::atomic<bool>* isCancelled,
                                                           std::string& error) {
-    return schedulerOfModule(kCUPSModule, server, isCancelled, error);
+    return schedulerOfModule("cups", server, isCancelled, error);
 }
 #endif
 

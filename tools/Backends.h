@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "backends/cups/QueueScheduler.h"
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/OrbCSError.h"
+#include "sync/QueueScheduler.h"
 #include "tools/OneAnswerServices.h"
 
 namespace TkPPDUpdating {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "core_interface/FileURL.h"
+#include "text/FileURL.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 

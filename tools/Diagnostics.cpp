@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 #include "tools/Terminal.h"
 
 namespace TkPPDUpdating {

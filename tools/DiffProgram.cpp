@@ -12,7 +12,7 @@
 #include <system_error>
 #include <vector>
 
-#include "ppd/FileDescriptor.h"
+#include "text/FileDescriptor.h"
 #include "tools/Failure.h"
 
 namespace TkPPDUpdating {

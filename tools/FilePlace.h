@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ppd/FileDescriptor.h"
+#include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating {
 

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <thread>
 
-#include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/ppdmodel/PPDModelFile.h"
+#include "backends/schemes/QueueName.h"
 #include "sync/QueueBackups.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
@@ -41,8 +41,8 @@ ExitStatus RestoreCommand::run() {
 }
 
 PPDText RestoreCommand::keptPPD() const {
-    if (!PPDModelCore::couldBeQueueName(queueName_)) {
-        throw Failure(ExitStatus::noResult, queueName_, PPDModelCore::kNoQueueName);
+    if (!couldBeQueueName(queueName_)) {
+        throw Failure(ExitStatus::noResult, queueName_, kNoQueueName);
     }
     std::string reason;
     const auto backups = QueueBackups::openExisting(folder_, reason);

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "backends/cups/QueueScheduler.h"
+#include "sync/QueueScheduler.h"
 #include "sync/RunLock.h"
 
 namespace TkPPDUpdating {

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <string>
 
-#include "ppd/FileDescriptor.h"
+#include "text/FileDescriptor.h"
 #include "tools/Failure.h"
 
 namespace TkPPDUpdating {

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "backends/schemes/QueueName.h"
 #include "ppd/PPDTextFile.h"
 #include "tools/DeviceURIMistake.h"
 #include "tools/Diagnostics.h"
@@ -74,8 +74,8 @@ std::optional<StatusURIOptions::Pair> StatusURIOptions::pairIn(std::string_view 
     }
     Pair pair{std::string(withoutBlanksAround(text.substr(0, mark))),
               std::string(withoutBlanksAround(text.substr(mark + 1)))};
-    if (!PPDModelCore::couldBeQueueName(pair.queueName)) {
-        reason = "\"" + Diagnostics::printable(pair.queueName) + "\" " + PPDModelCore::kNoQueueName;
+    if (!couldBeQueueName(pair.queueName)) {
+        reason = "\"" + Diagnostics::printable(pair.queueName) + "\" " + kNoQueueName;
         return std::nullopt;
     }
     if (pair.URI.empty()) {

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <utility>
 
-#include "backends/cups/QueueSync.h"
-#include "backends/cups/QueueSyncRun.h"
 #include "manager/OrbClassTable.h"
+#include "sync/QueueSync.h"
 #include "sync/QueueSyncCauses.h"
+#include "sync/QueueSyncRun.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"

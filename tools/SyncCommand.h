@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "backends/cups/QueueScheduler.h"
 #include "sync/QueueBackups.h"
+#include "sync/QueueScheduler.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
 #include "tools/RunOptions.h"

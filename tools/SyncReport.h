@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "backends/cups/QueueSyncRun.h"
+#include "sync/QueueSyncRun.h"
 
 namespace TkPPDUpdating {
 

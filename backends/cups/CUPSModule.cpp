@@ -1,29 +1,12 @@
-// What the module of this backend exports (backends/schemes/BackendModule.h,
-// sync/SchedulerModule.h).
+// What the module of this backend exports (sync/SchedulerModule.h).
 #include <memory>
 #include <string_view>
 
 #include "backends/cups/CUPSScheduler.h"
-#include "backends/cups/IPPDeviceStatus.h"
-#include "backends/schemes/BackendModule.h"
 #include "sync/SchedulerModule.h"
 
-extern "C" TkPPDUpdating::RegisterBackends TkPPDUpdatingRegisterBackends
-    __attribute__((visibility("default")));
 extern "C" TkPPDUpdating::MakeScheduler TkPPDUpdatingMakeScheduler
     __attribute__((visibility("default")));
-
-extern "C" bool TkPPDUpdatingRegisterBackends(const char* version,
-                                              TkPPDUpdating::DeviceStatusSchemes& schemes,
-                                              const std::atomic<bool>* isCancelled) {
-    if (std::string_view(version) != TKPPDUPDATING_VERSION) {
-        return false;
-    }
-    TkPPDUpdating::IPPDeviceStatusLimits limits;
-    limits.isCancelled = isCancelled;
-    TkPPDUpdating::registerCUPSDeviceStatus(schemes, limits);
-    return true;
-}
 
 extern "C" bool TkPPDUpdatingMakeScheduler(
     const char* version, const std::string& server, const std::atomic<bool>* isCancelled,

@@ -9,10 +9,10 @@
 #include <string_view>
 #include <utility>
 
-#include "backends/cups/HTTPTalk.h"
-#include "backends/cups/IPPMessage.h"
 #include "backends/cups/SchedulerRequests.h"
-#include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/libcups/HTTPTalk.h"
+#include "backends/libcups/IPPMessage.h"
+#include "backends/schemes/QueueName.h"
 
 namespace TkPPDUpdating {
 
@@ -244,8 +244,8 @@ std::optional<std::vector<std::string>> CUPSScheduler::queueNames(QueueFailure& 
 bool CUPSScheduler::talkAbout(const std::string& queueName,
                               const std::function<void(QueueTalk& queue)>& talk, Patience patience,
                               QueueFailure& failure) const {
-    if (!PPDModelCore::couldBeQueueName(queueName)) {
-        failure = {&queueSyncCause("no-queue"), PPDModelCore::kNoQueueName};
+    if (!couldBeQueueName(queueName)) {
+        failure = {&queueSyncCause("no-queue"), kNoQueueName};
         return false;
     }
     std::atomic<bool> mustFinish{patience == Patience::finishing};

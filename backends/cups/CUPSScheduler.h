@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "backends/cups/QueueScheduler.h"
+#include "sync/QueueScheduler.h"
 
 namespace TkPPDUpdating {
 

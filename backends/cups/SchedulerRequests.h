@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string>
 
-#include "backends/cups/HTTPTalk.h"
-#include "backends/cups/IPPMessage.h"
+#include "backends/libcups/HTTPTalk.h"
+#include "backends/libcups/IPPMessage.h"
 #include "sync/QueueSyncCauses.h"
 
 namespace TkPPDUpdating {

@@ -5,19 +5,16 @@
 #include <string_view>
 #include <utility>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
+#include "backends/schemes/QueueName.h"
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
-#include "ppd/UTF8.h"
-#include "ppd/UnicodeWhiteSpace.h"
 
 namespace TkPPDUpdating {
 
 namespace {
-
-constexpr std::size_t kLongestQueueName = 127;
 
 class DecimalSpecifier : public OrbCUPSICCProfileSpecifier {
   public:
@@ -38,11 +35,6 @@ const Value* entry(const OrbDictionary& parameters, std::string_view key) {
 std::optional<std::string> text(const OrbDictionary& parameters, std::string_view key) {
     const auto* value = entry<std::string>(parameters, key);
     return value ? std::optional(*value) : std::nullopt;
-}
-
-bool canStandInQueueName(char32_t codePoint) {
-    const bool isControl = codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
-    return !isControl && codePoint != U'/' && codePoint != U'#' && !isUnicodeWhiteSpace(codePoint);
 }
 
 std::string pathOfQueuePPD(const std::string& queueName) {
@@ -103,7 +95,7 @@ std::shared_ptr<const OrbCustomMediaType> PPDModelCore::customMediaTypeWithPPDPa
     const OrbDictionary& parameters) const {
     const auto* profile =
         entry<std::shared_ptr<const OrbICCProfile>>(parameters, kTkPPDCustomMediaTypeICCProfileKey);
-    return std::make_shared<const PPDModelCustomMediaType>(
+    return std::make_shared<const PlainCustomMediaType>(
         text(parameters, kTkPPDCustomMediaTypeNameKey),
         text(parameters, kTkPPDCustomMediaTypeIDKey),
         text(parameters, kTkPPDCustomMediaTypeParentIDKey), profile ? *profile : nullptr);
@@ -111,29 +103,14 @@ std::shared_ptr<const OrbCustomMediaType> PPDModelCore::customMediaTypeWithPPDPa
 
 std::shared_ptr<const OrbICCProfile> PPDModelCore::profileWithPPDParameters(
     const OrbDictionary& parameters) const {
-    return std::make_shared<const PPDModelICCProfile>(
-        text(parameters, kTkPPDProfileURLKey), text(parameters, kTkPPDProfileQualifierVer2Key),
-        std::nullopt);
+    return std::make_shared<const PlainICCProfile>(text(parameters, kTkPPDProfileURLKey),
+                                                   text(parameters, kTkPPDProfileQualifierVer2Key),
+                                                   std::nullopt);
 }
 
 std::shared_ptr<const OrbCUPSICCProfileSpecifier> PPDModelCore::specifierVer2WithProfileID(
     std::uint64_t profileID) const {
     return std::make_shared<const DecimalSpecifier>(profileID);
-}
-
-bool PPDModelCore::couldBeQueueName(const std::string& queueName) {
-    if (queueName.empty() || queueName.size() > kLongestQueueName || queueName == "." ||
-        queueName == "..") {
-        return false;
-    }
-    for (std::string_view rest = queueName; !rest.empty();) {
-        const auto character = UTF8CharacterAtStart(rest);
-        if (!character || !canStandInQueueName(character->codePoint)) {
-            return false;
-        }
-        rest.remove_prefix(character->length);
-    }
-    return true;
 }
 
 }  // namespace TkPPDUpdating

@@ -46,13 +46,6 @@ class PPDModelCore : public TkCore {
     std::shared_ptr<const PPDModelFile> queuePPDFile(const std::string& queueName,
                                                      std::string& reason) const;
 
-    /// Whether the name could be that of a CUPS queue: 1 to 127 bytes, no "/", "#", white space or
-    /// control character, not "." or "..".
-    static bool couldBeQueueName(const std::string& queueName);
-
-    /// The reason that is given for a name that could not be.
-    static constexpr const char* kNoQueueName = "cannot be the name of a queue";
-
   private:
     QueuePPDSource source_;
 };

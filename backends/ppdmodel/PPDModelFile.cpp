@@ -13,7 +13,7 @@
 #include "backends/ppdmodel/PPDModelReader.h"
 #include "ppd/PPDTextFile.h"
 #include "ppd/PPDTextIndex.h"
-#include "ppd/SeededTextHash.h"
+#include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 

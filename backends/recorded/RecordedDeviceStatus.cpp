@@ -5,8 +5,8 @@
 #include "backends/recorded/BoundedJSON.h"
 #include "backends/recorded/RecordingReader.h"
 #include "backends/recorded/RecordingWriter.h"
-#include "core_interface/FileURL.h"
 #include "ppd/PPDTextFile.h"
+#include "text/FileURL.h"
 
 namespace TkPPDUpdating {
 

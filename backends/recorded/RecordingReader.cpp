@@ -7,10 +7,10 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
-#include "core_interface/FileURL.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/TkCSKeys.h"
+#include "text/FileURL.h"
 
 namespace TkPPDUpdating {
 
@@ -302,7 +302,7 @@ std::shared_ptr<const OrbICCProfile> RecordingReader::profile(const json& object
     if (countOfDroppedTexts_ != droppedBefore || !URL || (!qualifier && !ID)) {
         return nullptr;
     }
-    return std::make_shared<const PPDModelICCProfile>(std::move(URL), std::move(qualifier), ID);
+    return std::make_shared<const PlainICCProfile>(std::move(URL), std::move(qualifier), ID);
 }
 
 std::shared_ptr<const OrbCustomMediaType> RecordingReader::mediaType(const json& value,
@@ -314,7 +314,7 @@ std::shared_ptr<const OrbCustomMediaType> RecordingReader::mediaType(const json&
     const bool isRefused = countOfDroppedTexts_ != droppedBefore;
     auto itsProfile = profile(value, place);
     return isRefused ? nullptr
-                     : std::make_shared<const PPDModelCustomMediaType>(
+                     : std::make_shared<const PlainCustomMediaType>(
                            std::move(name), std::move(mediaID), std::move(parentMediaID),
                            std::move(itsProfile));
 }

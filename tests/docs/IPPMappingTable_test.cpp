@@ -8,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "backends/cups/IPPStandardMediaTypes.h"
-#include "backends/cups/IPPStatusMapping.h"
+#include "backends/ipp/IPPStandardMediaTypes.h"
+#include "backends/ipp/IPPStatusMapping.h"
 #include "backends/schemes/InkColours.h"
 #include "core_interface/TkCSKeys.h"
-#include "tests/backends/cups/IPPTestMessage.h"
+#include "tests/backends/ipp/IPPTestMessage.h"
 #include "tests/support/CodeBlocks.h"
 
 namespace TkPPDUpdating::Testing {

@@ -57,7 +57,7 @@ Statuses statusesIn(const std::string& cell) {
 
 /// What is told by the status of an answer's file.
 Statuses statusesOfAnswer(const std::string& name) {
-    std::istringstream file(textOfSource("tests/backends/cups/answers/" + name + ".txt"));
+    std::istringstream file(textOfSource("tests/backends/ipp/answers/" + name + ".txt"));
     Statuses statuses;
     bool isStatus = false;
     for (std::string line; std::getline(file, line);) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/backends/cups/IPPTestMessage.h"
+#include "tests/backends/ipp/IPPTestMessage.h"
 
 namespace TkPPDUpdating::Testing {
 

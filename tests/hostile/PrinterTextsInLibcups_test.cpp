@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "backends/ppdmodel/PPDModelCore.h"
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/TkCSKeys.h"
 #include "ppd/PPDTextFile.h"
 #include "tests/hostile/LibcupsReading.h"
@@ -31,13 +31,13 @@ PPDText sample(const std::string& name) {
 
 std::shared_ptr<const OrbCustomMediaType> mediaType(std::string name, std::string mediaID,
                                                     std::shared_ptr<const OrbICCProfile> profile) {
-    return std::make_shared<const PPDModelCustomMediaType>(std::move(name), std::move(mediaID), "3",
-                                                           std::move(profile));
+    return std::make_shared<const PlainCustomMediaType>(std::move(name), std::move(mediaID), "3",
+                                                        std::move(profile));
 }
 
 std::shared_ptr<const OrbICCProfile> profile(std::string URL, std::string qualifier) {
-    return std::make_shared<const PPDModelICCProfile>(std::move(URL), std::move(qualifier),
-                                                      std::nullopt);
+    return std::make_shared<const PlainICCProfile>(std::move(URL), std::move(qualifier),
+                                                   std::nullopt);
 }
 
 std::shared_ptr<const OrbCSDeviceStatus> statusWith(

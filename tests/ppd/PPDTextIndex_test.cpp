@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ppd/CaseFolding.h"
-#include "ppd/UTF8.h"
+#include "text/CaseFolding.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -29,7 +29,8 @@ PPDTextIndex indexOf(std::string text) {
 std::vector<std::string> linesOf(const std::string& text) {
     std::vector<std::string> lines;
     std::size_t start = 0;
-    for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', start)) {
+    for (std::size_t end = text.find('\n'); end != std::string::npos;
+         end = text.find('\n', start)) {
         lines.push_back(text.substr(start, end - start));
         start = end + 1;
     }
@@ -63,11 +64,13 @@ class Texts {
         return all;
     }
     std::string keyword() {
-        return oneOf({"", "A", "a", "Key", "KEY", "\xE2\x84\xAA"
-                                                  "ey",
-                      "ke", "Keys", "PageSize", "pagesize", "ImageableArea", "ThisKeywordIsVeryLong",
-                      "thiskeywordisverylong", "ThisKeywordIsVeryLonG2", "Sixteen_letters_",
-                      "Seventeen_letters", "\xC3\x89t\xC3\xA9", "\xC3\xA9T\xC3\x89"});
+        return oneOf({"", "A", "a", "Key", "KEY",
+                      "\xE2\x84\xAA"
+                      "ey",
+                      "ke", "Keys", "PageSize", "pagesize", "ImageableArea",
+                      "ThisKeywordIsVeryLong", "thiskeywordisverylong", "ThisKeywordIsVeryLonG2",
+                      "Sixteen_letters_", "Seventeen_letters", "\xC3\x89t\xC3\xA9",
+                      "\xC3\xA9T\xC3\x89"});
     }
 
   private:
@@ -83,7 +86,8 @@ class Texts {
                oneOf({"", "", "", "de.", "zh_TW.", ".", "de.fr."}) + keyword() +
                oneOf({"", " A", " *B", "\tA", "/T", " A/T\"t", " A/\xC3\xA9"}) +
                oneOf({":", ":", ": ", ":\t", " : ", "", "::"}) +
-               oneOf({"\"", "\"\"", "\"a\"", "\"a", "12", "a\"b\"", "*a b", "\xF0\x9F\x98\x80", ""});
+               oneOf(
+                   {"\"", "\"\"", "\"a\"", "\"a", "12", "a\"b\"", "*a b", "\xF0\x9F\x98\x80", ""});
     }
 
     std::mt19937 random_;
@@ -145,9 +149,9 @@ void expectItsPlaces(const PPDTextIndex& index, const std::string& text,
             asterisks.push_back(static_cast<std::uint32_t>(i));
         }
     }
-    ASSERT_EQ(std::vector<std::uint32_t>(index.innerAsterisks().begin(),
-                                         index.innerAsterisks().end()),
-              asterisks);
+    ASSERT_EQ(
+        std::vector<std::uint32_t>(index.innerAsterisks().begin(), index.innerAsterisks().end()),
+        asterisks);
     ASSERT_EQ(index.firstInvalidUTF8Byte(), firstInvalidUTF8Byte(text));
     const std::size_t NUL = text.find('\0');
     ASSERT_EQ(index.firstNULByte(), NUL == std::string::npos ? std::nullopt : std::optional(NUL));

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ppd/UnicodeWhiteSpace.h"
-#include "tests/ppd/UTF8Encoding.h"
+#include "tests/text/UTF8Encoding.h"
+#include "text/UnicodeWhiteSpace.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {

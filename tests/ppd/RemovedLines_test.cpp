@@ -51,7 +51,7 @@ class PlainList {
 
 void expectTheSame(const RemovedLines& lines, const PlainList& expected) {
     // Not each line of a long list.
-    for (Line line = 0; line < expected.size(); line += expected.size() > 100 ? 13 : 1) {
+    for (Line line = 0; line<expected.size(); line += expected.size()> 100 ? 13 : 1) {
         ASSERT_EQ(lines.contains(line), expected.contains(line)) << line;
         ASSERT_EQ(lines.countBefore(line), expected.countBefore(line)) << line;
         ASSERT_EQ(lines.next(line, false), expected.next(line, false)) << line;

@@ -15,8 +15,8 @@
 #include <thread>
 #include <vector>
 
-#include "backends/cups/HTTPTalk.h"
-#include "backends/cups/IPPDeviceStatus.h"
+#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/libcups/HTTPTalk.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/real/HostileIPPResponder.h"
@@ -43,7 +43,7 @@ struct Answer {
 Answer ask(const std::string& URI, const IPPDeviceStatusLimits& limits,
            const OrbDictionary* parameters = nullptr) {
     DeviceStatusSchemes schemes;
-    registerCUPSDeviceStatus(schemes, limits);
+    registerIPPDeviceStatus(schemes, limits);
     Answer answer;
     OrbCSError error;
     const auto begin = Clock::now();

@@ -16,11 +16,11 @@
 #include <thread>
 
 #include "backends/cups/CUPSScheduler.h"
-#include "backends/cups/QueueSync.h"
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "sync/QueuePPDSource.h"
+#include "sync/QueueSync.h"
 #include "sync/QueueSyncCauses.h"
 #include "tests/real/ChildProcess.h"
 #include "tests/real/HostileIPPResponder.h"

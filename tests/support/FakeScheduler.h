@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "backends/cups/QueueScheduler.h"
+#include "sync/QueueScheduler.h"
 
 namespace TkPPDUpdating::Testing {
 

@@ -14,7 +14,7 @@
 #include <system_error>
 #include <utility>
 
-#include "ppd/FileDescriptor.h"
+#include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {

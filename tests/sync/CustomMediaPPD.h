@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
 #include "backends/ppdmodel/PPDModelFile.h"
+#include "backends/schemes/PlainCustomMediaType.h"
 #include "core_interface/OrbCSStatusValue.h"
 #include "tests/support/ParsedPPD.h"
 
@@ -35,8 +35,8 @@ inline std::string customMediaLines(std::string_view defaultType = "Plain",
 inline std::shared_ptr<const OrbCustomMediaType> mediaType(
     const std::string& name, const std::string& mediaID,
     std::shared_ptr<const OrbICCProfile> profile = nullptr) {
-    return std::make_shared<const PPDModelCustomMediaType>(name, mediaID, std::nullopt,
-                                                           std::move(profile));
+    return std::make_shared<const PlainCustomMediaType>(name, mediaID, std::nullopt,
+                                                        std::move(profile));
 }
 
 /// The names of types, "-" for none.

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "tests/sync/CustomMediaPPD.h"
 #include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 
@@ -10,8 +10,8 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 std::shared_ptr<const OrbICCProfile> profile(const std::string& qualifier) {
-    return std::make_shared<const PPDModelICCProfile>("file:///p/" + qualifier + ".icc", qualifier,
-                                                      std::nullopt);
+    return std::make_shared<const PlainICCProfile>("file:///p/" + qualifier + ".icc", qualifier,
+                                                   std::nullopt);
 }
 
 PPDText withTypes(const PPDText& text, OrbCustomMediaTypes types) {

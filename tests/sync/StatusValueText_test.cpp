@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
+#include "backends/schemes/PlainCustomMediaType.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/support/TestDoubles.h"
 
@@ -26,10 +26,10 @@ FakeDeviceStatus fullStatus() {
     values.emplace(kTkCSRemainingPagesEstimationsKey,
                    OrbCSRemainingPagesEstimations{{"Text", number(1), number(2), number(0)},
                                                   {std::nullopt, {}, {}, {}}});
-    values.emplace(kTkCSCustomMediaTypesKey,
-                   OrbCustomMediaTypes{std::make_shared<const PPDModelCustomMediaType>(
-                                           "Glossy", "1201", "3", nullptr),
-                                       nullptr});
+    values.emplace(
+        kTkCSCustomMediaTypesKey,
+        OrbCustomMediaTypes{
+            std::make_shared<const PlainCustomMediaType>("Glossy", "1201", "3", nullptr), nullptr});
     return FakeDeviceStatus(std::move(values));
 }
 
@@ -83,7 +83,7 @@ TEST(StatusValueText, LongTextsAreCutBetweenCharacters) {
 
 TEST(StatusValueText, ManyMediaTypesTakeNoMoreThanIsShown) {
     const OrbCustomMediaTypes types(
-        100'000, std::make_shared<const PPDModelCustomMediaType>("Glossy", "1201", "3", nullptr));
+        100'000, std::make_shared<const PlainCustomMediaType>("Glossy", "1201", "3", nullptr));
     FakeDeviceStatus::Values values;
     values.emplace(kTkCSCustomMediaTypesKey, types);
     EXPECT_EQ(statusValueText(FakeDeviceStatus(std::move(values)), "CustomMediaTypes").size(),

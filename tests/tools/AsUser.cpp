@@ -9,7 +9,7 @@
 #include <array>
 #include <exception>
 
-#include "ppd/FileDescriptor.h"
+#include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating::Testing {
 

@@ -12,10 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include "ppd/FileDescriptor.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"
+#include "text/FileDescriptor.h"
 #include "tools/Failure.h"
 
 namespace TkPPDUpdating::Testing {

@@ -45,8 +45,8 @@ std::vector<Module> modules() {
     modules.push_back({"snmp", TKPPDUPDATING_SNMP_MODULE, "libnetsnmp", "snmp://127.0.0.1:1",
                        "nothing answers SNMP there"});
 #endif
-#ifdef TKPPDUPDATING_CUPS_MODULE
-    modules.push_back({"cups", TKPPDUPDATING_CUPS_MODULE, "libcups", "ipp://127.0.0.1:1/ipp/print",
+#ifdef TKPPDUPDATING_IPP_MODULE
+    modules.push_back({"ipp", TKPPDUPDATING_IPP_MODULE, "libcups", "ipp://127.0.0.1:1/ipp/print",
                        "it does not take a connection"});
 #endif
     return modules;
@@ -174,7 +174,7 @@ GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(MovedTool);
 INSTANTIATE_TEST_SUITE_P(Modules, BackendModule, testing::ValuesIn(modules()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Modules, MovedTool, testing::ValuesIn(modules()), nameOf);
 
-#ifdef TKPPDUPDATING_CUPS_MODULE
+#ifdef TKPPDUPDATING_IPP_MODULE
 
 /// A copy of the tool without the module that talks to the scheduler.
 class ToolWithoutScheduler : public testing::Test {

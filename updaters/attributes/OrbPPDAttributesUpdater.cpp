@@ -27,8 +27,7 @@ PPDText OrbPPDAttributesUpdater::updatedPPDContentsForContents_deviceURI_context
         for (const std::string_view name : attributeNames()) {
             const auto value = values->find(name);
             if (value != values->end()) {
-                updateAttributeName_attributeValue_withPPDProcessor(name, value->second,
-                                                                    processor);
+                updateAttributeName_attributeValue_withPPDProcessor(name, value->second, processor);
             }
         }
     }

@@ -6,10 +6,10 @@
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDUpdatingContext.h"
+#include "resources/PropertyListCache.h"
+#include "resources/ResourceFolder.h"
 #include "updaters/capabilities/DuplexOwnership.h"
 #include "updaters/capabilities/PPDConstraintRemoval.h"
-#include "updaters/capabilities/PropertyListCache.h"
-#include "updaters/capabilities/ResourceFolder.h"
 
 namespace TkPPDUpdating {
 

@@ -11,7 +11,7 @@
 #include "manager/ITkPPDStatusReading.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
-#include "updaters/capabilities/PropertyList.h"
+#include "resources/PropertyList.h"
 
 namespace TkPPDUpdating {
 

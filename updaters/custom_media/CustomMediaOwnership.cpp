@@ -9,7 +9,7 @@
 
 #include "ppd/PPDConstants.h"
 #include "ppd/StringsFileFormat.h"
-#include "ppd/UnicodeWhiteSpace.h"
+#include "text/UnicodeWhiteSpace.h"
 #include "updaters/custom_media/CustomMediaKeywords.h"
 
 namespace TkPPDUpdating {

@@ -5,7 +5,6 @@
 #include <map>
 #include <unordered_set>
 
-#include "core_interface/FileURL.h"
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbCUPSICCProfileSpecifier.h"
 #include "core_interface/TkCSKeys.h"
@@ -13,7 +12,8 @@
 #include "ppd/PPDConstants.h"
 #include "ppd/PPDTextSafety.h"
 #include "ppd/StringsFileFormat.h"
-#include "ppd/UnicodeWhiteSpace.h"
+#include "text/FileURL.h"
+#include "text/UnicodeWhiteSpace.h"
 #include "updaters/custom_media/CustomMediaKeywords.h"
 #include "updaters/custom_media/CustomMediaOwnership.h"
 

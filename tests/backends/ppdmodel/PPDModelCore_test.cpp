@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -138,41 +138,6 @@ TEST_F(PPDModelCoreQueues, GivesNothingWhenTheSourcesTextIsNoPPD) {
     EXPECT_EQ(reason, "the queue's PPD is not valid UTF-8 at byte 12");
 }
 
-TEST(PPDModelCore, KnowsWhichNamesAQueueCanHave) {
-    for (const std::string& name :
-         {std::string("a"), std::string("Office-Printer_2"), std::string("a.b"), std::string("..."),
-          std::string(".a"), std::string("a\"'\\|<>"), std::string("B\xC3\xBCro"),
-          std::string("\xF0\x9F\x96\xA8"), std::string(127, 'a')}) {
-        EXPECT_TRUE(PPDModelCore::couldBeQueueName(name)) << name;
-    }
-}
-
-TEST(PPDModelCore, KnowsWhichNamesNoQueueCanHave) {
-    for (const std::string& name : {std::string(),
-                                    std::string("."),
-                                    std::string(".."),
-                                    std::string(128, 'a'),
-                                    std::string("a/b"),
-                                    std::string("/"),
-                                    std::string("a#b"),
-                                    std::string("a b"),
-                                    std::string("a\tb"),
-                                    std::string("a\nb"),
-                                    std::string("a\0b", 3),
-                                    std::string("a\x1F"),
-                                    std::string("a\x7F"),
-                                    std::string("a\xC2\x80"),
-                                    std::string("a\xC2\x85"),
-                                    std::string("a\xC2\x9F"),
-                                    std::string("a\xC2\xA0"),
-                                    std::string("a\xE2\x80\xA8"),
-                                    std::string("a\xE3\x80\x80"),
-                                    std::string("a\xFF"),
-                                    std::string("a\xC3")}) {
-        EXPECT_FALSE(PPDModelCore::couldBeQueueName(name)) << name;
-    }
-}
-
 TEST(PPDModelCore, ParsesAPPDFile) {
     const Testing::TemporaryDirectory directory;
     const PPDModelCore core;
@@ -185,7 +150,7 @@ TEST(PPDModelCore, ParsesAPPDFile) {
 TEST(PPDModelCore, MakesACustomMediaTypeOfItsParameters) {
     const PPDModelCore core;
     const std::shared_ptr<const OrbICCProfile> profile =
-        std::make_shared<const PPDModelICCProfile>("file:///p", "q", std::nullopt);
+        std::make_shared<const PlainICCProfile>("file:///p", "q", std::nullopt);
     const auto type = core.customMediaTypeWithPPDParameters(
         {{std::string(kTkPPDCustomMediaTypeCodeNameKey), std::string("custom1")},
          {std::string(kTkPPDCustomMediaTypeNameKey), std::string("Glossy")},
@@ -231,15 +196,15 @@ TEST(PPDModelCore, MakesAProfileOfItsParameters) {
 }
 
 TEST(PPDModelCore, ComparesProfilesByURLQualifierAndNumber) {
-    const PPDModelICCProfile profile("file:///p", "q", 7);
-    EXPECT_TRUE(profile.isEqual(PPDModelICCProfile("file:///p", "q", 7)));
-    EXPECT_FALSE(profile.isEqual(PPDModelICCProfile("file:///P", "q", 7)));
-    EXPECT_FALSE(profile.isEqual(PPDModelICCProfile("file:///p", "r", 7)));
-    EXPECT_FALSE(profile.isEqual(PPDModelICCProfile("file:///p", "q", 8)));
-    EXPECT_FALSE(profile.isEqual(PPDModelICCProfile("file:///p", "q", std::nullopt)));
-    EXPECT_FALSE(profile.isEqual(PPDModelICCProfile(std::nullopt, "q", 7)));
-    EXPECT_FALSE(profile.isEqual(PPDModelICCProfile("file:///p", std::nullopt, 7)));
-    EXPECT_TRUE(PPDModelICCProfile({}, {}, {}).isEqual(PPDModelICCProfile({}, {}, {})));
+    const PlainICCProfile profile("file:///p", "q", 7);
+    EXPECT_TRUE(profile.isEqual(PlainICCProfile("file:///p", "q", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///P", "q", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p", "r", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p", "q", 8)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p", "q", std::nullopt)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile(std::nullopt, "q", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p", std::nullopt, 7)));
+    EXPECT_TRUE(PlainICCProfile({}, {}, {}).isEqual(PlainICCProfile({}, {}, {})));
 }
 
 TEST(PPDModelCore, WritesTheQualifierOfASpecifierInDecimal) {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "ppd/SeededTextHash.h"
+#include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
 namespace {

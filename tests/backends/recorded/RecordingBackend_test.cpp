@@ -7,9 +7,9 @@
 #include <string>
 
 #include "backends/recorded/RecordedDeviceStatus.h"
-#include "core_interface/FileURL.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "text/FileURL.h"
 
 namespace TkPPDUpdating {
 namespace {

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/TkCSKeys.h"
 #include "ppd/PPDTextSafety.h"
 #include "tests/support/CodeBlocks.h"
@@ -118,13 +118,13 @@ class RandomStatus {
         std::shared_ptr<const OrbICCProfile> profile;
         if (chance()) {
             const bool hasID = chance();
-            profile = std::make_shared<const PPDModelICCProfile>(
+            profile = std::make_shared<const PlainICCProfile>(
                 "file:///" + std::to_string(below(9)) + "%20.icc",
                 hasID && chance() ? std::nullopt
                                   : std::optional("q" + text(PrinterText::profileQualifier)),
                 hasID ? std::optional<std::uint64_t>(UINT64_MAX - below(2)) : std::nullopt);
         }
-        return std::make_shared<const PPDModelCustomMediaType>(
+        return std::make_shared<const PlainCustomMediaType>(
             maybeText(PrinterText::mediaTypeName), maybeText(PrinterText::mediaID),
             maybeText(PrinterText::mediaID), profile);
     }
@@ -169,9 +169,9 @@ TEST(RecordingRoundTrip, ReadingBackWhatWasWrittenGivesAnEqualStatus) {
 TEST(RecordingRoundTrip, WritesKeysInTheOrderOfTheFormatWithTwoBlanksOfIndentation) {
     const FakeDeviceStatus status(
         Values{{std::string(kTkCSCustomMediaTypesKey),
-                OrbCustomMediaTypes{std::make_shared<const PPDModelCustomMediaType>(
+                OrbCustomMediaTypes{std::make_shared<const PlainCustomMediaType>(
                     "Glossy", "1201", "3",
-                    std::make_shared<const PPDModelICCProfile>("file:///g.icc", "q1", 7))}},
+                    std::make_shared<const PlainICCProfile>("file:///g.icc", "q1", 7))}},
                {std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories{{"Duplexer", true}}},
                {std::string(kTkCSInstalledPensConfigurationKey),
                 OrbCSPensConfiguration{"FourPens", {{"ZrPenDyes", "C"}}}},

@@ -12,7 +12,7 @@
 
 #include "backends/snmp/SNMPStatusMapping.h"
 #include "core_interface/TkCSKeys.h"
-#include "ppd/UTF8.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {

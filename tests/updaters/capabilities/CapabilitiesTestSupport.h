@@ -9,10 +9,10 @@
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
 #include "ppd/PPDText.h"
+#include "resources/ResourceFolder.h"
 #include "tests/support/ParsedPPD.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TestDoubles.h"
-#include "updaters/capabilities/ResourceFolder.h"
 
 /// Stand-ins that the tests of the capability updaters share.
 namespace TkPPDUpdating::Testing {

@@ -10,9 +10,9 @@
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelCore.h"
-#include "backends/ppdmodel/PPDModelCustomMediaType.h"
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "backends/ppdmodel/PPDModelICCProfile.h"
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/OrbCSStatusValue.h"
 #include "core_interface/OrbCoreInterface.h"
 #include "ppd/PPDText.h"
@@ -27,15 +27,14 @@ using MediaType = std::shared_ptr<const OrbCustomMediaType>;
 
 inline Profile profile(std::optional<std::string> URL, std::optional<std::string> qualifier,
                        std::optional<std::uint64_t> profileID = std::nullopt) {
-    return std::make_shared<const PPDModelICCProfile>(std::move(URL), std::move(qualifier),
-                                                      profileID);
+    return std::make_shared<const PlainICCProfile>(std::move(URL), std::move(qualifier), profileID);
 }
 
 inline MediaType mediaType(std::optional<std::string> name,
                            std::optional<std::string> mediaID = "1201",
                            std::optional<std::string> parentMediaID = "3",
                            Profile ICCProfile = nullptr) {
-    return std::make_shared<const PPDModelCustomMediaType>(
+    return std::make_shared<const PlainCustomMediaType>(
         std::move(name), std::move(mediaID), std::move(parentMediaID), std::move(ICCProfile));
 }
 

@@ -377,10 +377,10 @@ TEST_F(CustomMediaSteps, ChoicesAreNumberedFromOneInEveryCall) {
 
 /// A media type that takes the editor away when it is asked for its name, so that nothing can be
 /// inserted for it: no name is so long that its line would be refused.
-class DisruptiveMediaType : public PPDModelCustomMediaType {
+class DisruptiveMediaType : public PlainCustomMediaType {
   public:
     explicit DisruptiveMediaType(OrbPPDCustomMediaUpdater& updater)
-        : PPDModelCustomMediaType("Name", "1", "1", nullptr), updater_(updater) {}
+        : PlainCustomMediaType("Name", "1", "1", nullptr), updater_(updater) {}
     std::optional<std::string_view> name() const override {
         updater_.setPPDProcessor(nullptr);
         return "Name";
@@ -583,9 +583,9 @@ TEST_F(CustomMediaSteps, InsertedProfilesAreFoundByEquality) {
 }
 
 /// Equal to every profile with the same qualifier.
-class ProfileOfQualifier : public PPDModelICCProfile {
+class ProfileOfQualifier : public PlainICCProfile {
   public:
-    using PPDModelICCProfile::PPDModelICCProfile;
+    using PlainICCProfile::PlainICCProfile;
     bool isEqual(const OrbICCProfile& other) const override {
         return qualifierVer2() == other.qualifierVer2();
     }

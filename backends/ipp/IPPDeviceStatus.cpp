@@ -1,0 +1,23 @@
+#include "backends/ipp/IPPDeviceStatus.h"
+
+#include <memory>
+
+#include "backends/ipp/IPPPrinterRequest.h"
+#include "backends/schemes/RequestParameters.h"
+
+namespace TkPPDUpdating {
+
+void registerIPPDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatusLimits& limits) {
+    for (const char* scheme : {"ipp", "ipps", "dnssd"}) {
+        schemes.registerScheme(
+            scheme,
+            [limits](const std::string& deviceURI, const OrbDictionary* parameters,
+                     OrbCSError& error) {
+                const auto time = requestTime(parameters, limits.time, limits.filterModeTime);
+                return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
+            },
+            IPPPrinterRequest::errorInURI);
+    }
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,277 @@
+#include "backends/libcups/HTTPTalk.h"
+
+#include <cups/cups.h>
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <condition_variable>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* kNoPassword = nullptr;
+
+const char* refusePassword(const char* /*prompt*/, http_t* /*connection*/, const char* /*method*/,
+                           const char* /*resource*/, void* /*data*/) {
+    return kNoPassword;
+}
+
+/// The state that the caller and the thread share. It outlives both.
+struct Exchange {
+    std::mutex mutex;
+    std::condition_variable finishedChange;
+    /// The name has been looked up, so that the caller waits for the thread.
+    bool isOpen = false;
+    bool isFinished = false;
+    /// The caller no longer waits.
+    bool isAbandoned = false;
+    bool isConnected = false;
+    http_t* connection = nullptr;
+    /// What the talk raised.
+    std::exception_ptr failure;
+    /// Read by libcups while it connects.
+    int cancel = 0;
+    OrbCSError error;
+};
+
+std::chrono::milliseconds timeUntil(Clock::time_point deadline) {
+    return std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+}
+
+/// libcups says EHOSTDOWN of every address that it could not connect in the end, whatever it met.
+std::string reasonOfFailedConnection(int code) {
+    return code == 0 || code == EHOSTDOWN
+               ? "it does not take a connection"
+               : "it does not take a connection (" + std::generic_category().message(code) + ")";
+}
+
+enum class WaitEnd { finished, timeOver, cancelled };
+
+WaitEnd waitUntilFinished(Exchange& exchange, std::unique_lock<std::mutex>& lock,
+                          Clock::time_point deadline, const HTTPPatience& patience) {
+    // A signal handler, which may be the one to cancel, can set a flag but wake nobody.
+    constexpr auto kPause = std::chrono::milliseconds(50);
+    const auto isFinished = [&exchange] { return exchange.isFinished; };
+    bool isHurried = false;
+    for (;;) {
+        const auto until =
+            patience.isCancelled ? std::min(deadline, Clock::now() + kPause) : deadline;
+        if (exchange.finishedChange.wait_until(lock, until, isFinished)) {
+            return WaitEnd::finished;
+        }
+        if (patience.isCancelled && *patience.isCancelled && !isHurried) {
+            if (!patience.mustFinish || !*patience.mustFinish) {
+                return WaitEnd::cancelled;
+            }
+            isHurried = true;
+            deadline = std::min(deadline, Clock::now() + HTTPPatience::kTimeToFinish);
+        }
+        if (Clock::now() >= deadline) {
+            return isHurried ? WaitEnd::cancelled : WaitEnd::timeOver;
+        }
+    }
+}
+
+OrbCSError errorOfEnd(WaitEnd end, bool isOpen, std::chrono::milliseconds limit) {
+    if (end == WaitEnd::cancelled) {
+        return {OrbCSError::Cause::cancelled, "interrupted"};
+    }
+    const std::string within = " within " + std::to_string(limit.count()) + " ms";
+    return {OrbCSError::Cause::timeout,
+            (isOpen ? "there was no whole answer" : "its name was not found") + within};
+}
+
+void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
+                  Clock::time_point deadline, const HTTPTalk* talk) {
+    cupsSetPasswordCB2(refusePassword, nullptr);
+    OrbCSError error;
+    http_t* connection = opening(error);
+    {
+        const std::lock_guard lock(exchange->mutex);
+        if (exchange->isAbandoned) {
+            httpClose(connection);
+            return;
+        }
+        exchange->isOpen = true;
+        exchange->connection = connection;
+    }
+    if (connection) {
+        // A connection that was made while it was opened stays.
+        const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
+        if (httpGetFd(connection) >= 0 ||
+            httpReconnect2(connection, remaining, &exchange->cancel) == 0) {
+            {
+                // Locked, so that the thread that waits sees the socket as it now is.
+                const std::lock_guard lock(exchange->mutex);
+                exchange->isConnected = true;
+            }
+            try {
+                HTTPConnection talked(connection, deadline, exchange->cancel);
+                (*talk)(talked);
+            } catch (...) {
+                exchange->failure = std::current_exception();
+            }
+        } else {
+            error = {OrbCSError::Cause::noConnection,
+                     reasonOfFailedConnection(httpError(connection))};
+        }
+    }
+    const std::lock_guard lock(exchange->mutex);
+    exchange->error = std::move(error);
+    httpClose(connection);
+    exchange->connection = nullptr;
+    exchange->isFinished = true;
+    exchange->finishedChange.notify_one();
+}
+
+/// Whether the socket leads to one of the addresses of the connection: its number might have been
+/// closed and given to another file in between.
+bool leadsToPeer(int socket, http_t* connection) {
+    http_addr_t peer{};
+    socklen_t length = sizeof(peer);
+    if (getpeername(socket, &peer.addr, &length) != 0) {
+        return false;
+    }
+    const http_addr_t* address = httpGetAddress(connection);
+    return address && (peer.addr.sa_family == AF_UNIX ? address->addr.sa_family == AF_UNIX
+                                                      : httpAddrEqual(&peer, address) != 0);
+}
+
+/// While the thread still connects, libcups may make the socket at this very moment. It gives no
+/// other way to a socket that TLS is being agreed upon over, whose peer may be as slow as any.
+void shutDown(http_t* connection) {
+    const int socket = connection ? fcntl(httpGetFd(connection), F_DUPFD_CLOEXEC, 0) : -1;
+    if (socket >= 0) {
+        if (leadsToPeer(socket, connection)) {
+            shutdown(socket, SHUT_RDWR);
+        }
+        close(socket);
+    }
+}
+
+}  // namespace
+
+bool HTTPConnection::isReadyForRequest() {
+    const http_status_t status = httpGetStatus(http_);
+    const bool isOver = httpGetFd(http_) < 0 || status == HTTP_STATUS_ERROR ||
+                        status >= HTTP_STATUS_BAD_REQUEST ||
+                        strcasecmp(httpGetField(http_, HTTP_FIELD_CONNECTION), "close") == 0;
+    if (!isOver) {
+        return true;
+    }
+    httpClearFields(http_);
+    const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline_).count()));
+    return httpReconnect2(http_, remaining, &cancel_) == 0;
+}
+
+bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPTalk& talk,
+                  OrbCSError& error) {
+    const auto deadline = Clock::now() + patience.limit;
+    const auto exchange = std::make_shared<Exchange>();
+    std::thread thread;
+    try {
+        thread = std::thread(talkOnThread, exchange, std::move(opening), deadline, &talk);
+    } catch (const std::system_error&) {
+        error = {OrbCSError::Cause::unknown, "there is no thread left for it"};
+        return false;
+    }
+    std::unique_lock lock(exchange->mutex);
+    const auto isFinished = [&exchange] { return exchange->isFinished; };
+    const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, patience);
+    if (end != WaitEnd::finished) {
+        error = errorOfEnd(end, exchange->isOpen, patience.limit);
+        if (!exchange->isOpen) {
+            exchange->isAbandoned = true;
+            thread.detach();
+            return false;
+        }
+        exchange->cancel = 1;
+        // Again and again: the socket may be made only now.
+        constexpr auto kPause = std::chrono::milliseconds(10);
+        do {
+            shutDown(exchange->connection);
+        } while (!exchange->finishedChange.wait_for(lock, kPause, isFinished));
+        lock.unlock();
+        thread.join();
+        return false;
+    }
+    lock.unlock();
+    thread.join();
+    if (exchange->failure) {
+        std::rethrow_exception(exchange->failure);
+    }
+    if (!exchange->isConnected) {
+        error = exchange->error;
+    }
+    return exchange->isConnected;
+}
+
+http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
+                         OrbCSError& error) {
+    http_addrlist_t* addresses =
+        httpAddrGetList(host.c_str(), AF_UNSPEC, std::to_string(port).c_str());
+    http_t* connection = addresses ? httpConnect2(host.c_str(), port, addresses, AF_UNSPEC,
+                                                  encryption, 1, 0, nullptr)
+                                   : nullptr;
+    httpAddrFreeList(addresses);  // The connection has a copy.
+    if (!connection) {
+        error = {OrbCSError::Cause::unknownHost, "its name is not known"};
+    }
+    return connection;
+}
+
+http_status_t readHTTPHead(http_t* connection) {
+    http_status_t status = HTTP_STATUS_CONTINUE;
+    while (status == HTTP_STATUS_CONTINUE) {
+        status = httpUpdate(connection);
+    }
+    // libcups tells the status of a head that ends too early all the same.
+    return status == HTTP_STATUS_OK && httpError(connection) != 0 ? HTTP_STATUS_ERROR : status;
+}
+
+bool readHTTPBody(http_t* connection, std::size_t limit, std::string& body, OrbCSError& error) {
+    std::array<char, 16384> buffer{};
+    for (;;) {
+        const ssize_t count = httpRead2(connection, buffer.data(), buffer.size());
+        if (count < 0) {
+            error = {OrbCSError::Cause::brokenAnswer, "the answer is cut short"};
+            return false;
+        }
+        if (count == 0) {
+            break;
+        }
+        if (body.size() + static_cast<std::size_t>(count) > limit) {
+            error = {OrbCSError::Cause::brokenAnswer,
+                     "the answer is longer than " + std::to_string(limit) + " bytes"};
+            return false;
+        }
+        body.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    // RFC 9112, section 6.3: without a length and chunks, the end of the connection is the end.
+    const bool isEndTold = *httpGetField(connection, HTTP_FIELD_CONTENT_LENGTH) != '\0' ||
+                           *httpGetField(connection, HTTP_FIELD_TRANSFER_ENCODING) != '\0';
+    // A connection that ends where a chunk should begin leaves nothing but an error.
+    const bool isAtEnd = httpGetRemaining(connection) == 0 && httpError(connection) == 0;
+    if (isEndTold && !isAtEnd) {
+        error = {OrbCSError::Cause::brokenAnswer, "the answer is cut short"};
+        return false;
+    }
+    return true;
+}
+
+}  // namespace TkPPDUpdating

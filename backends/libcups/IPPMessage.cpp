@@ -1,0 +1,51 @@
+#include "backends/libcups/IPPMessage.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// A text that libcups reads a message from.
+struct Source {
+    std::string_view remaining;
+};
+
+ssize_t readFromSource(void* context, ipp_uchar_t* buffer, std::size_t size) {
+    auto* source = static_cast<Source*>(context);
+    const std::size_t count = std::min(size, source->remaining.size());
+    std::memcpy(buffer, source->remaining.data(), count);
+    source->remaining.remove_prefix(count);
+    return static_cast<ssize_t>(count);
+}
+
+}  // namespace
+
+IPPMessage newIPPRequest(ipp_op_t operation) {
+    IPPMessage request(ippNew());
+    ippSetOperation(request.get(), operation);
+    ippSetRequestId(request.get(), 1);
+    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_CHARSET, "attributes-charset", nullptr,
+                 "utf-8");
+    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_LANGUAGE, "attributes-natural-language",
+                 nullptr, "en");
+    return request;
+}
+
+IPPMessage IPPMessageReadFrom(std::string_view bytes) {
+    IPPMessage message(ippNew());
+    Source source{bytes};
+    const bool isRead =
+        message && ippReadIO(&source, readFromSource, 1, nullptr, message.get()) == IPP_STATE_DATA;
+    return isRead ? std::move(message) : nullptr;
+}
+
+IPPMessage IPPMessageWithBytes(std::string_view bytes) {
+    IPPMessage message = IPPMessageReadFrom(bytes);
+    // The length that it would have again on the wire: the same when nothing was lost.
+    return message && ippLength(message.get()) == bytes.size() ? std::move(message) : nullptr;
+}
+
+}  // namespace TkPPDUpdating

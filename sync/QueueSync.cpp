@@ -1,0 +1,321 @@
+#include "sync/QueueSync.h"
+
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "sync/EstimationsTime.h"
+#include "sync/QueueInstallation.h"
+#include "sync/QueueSyncCauses.h"
+#include "sync/UpdateGuard.h"
+#include "text/UTF8.h"
+
+namespace TkPPDUpdating {
+
+namespace {
+
+/// The text with a question mark for every byte that is not UTF-8, so that it can be parsed all the
+/// same: keywords are ASCII in every encoding of a PPD.
+PPDText readableText(const std::string& text) {
+    std::string readable;
+    readable.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();) {
+        const auto character = UTF8CharacterAtStart(rest);
+        const std::size_t length = character ? character->length : 1;
+        readable += character ? rest.substr(0, length) : std::string_view("?");
+        rest.remove_prefix(length);
+    }
+    return makePPDText(std::move(readable));
+}
+
+}  // namespace
+
+/// The synchronisation of one queue, step by step. A step gives false when it has ended it.
+class QueueSync::Work::Steps {
+  public:
+    Steps(const QueueSync& sync, const std::string& queueName)
+        : scheduler_(sync.scheduler_),
+          options_(sync.options_),
+          printers_(sync.printers_),
+          turns_(sync.turns_) {
+        outcome_.queueName = queueName;
+    }
+
+    std::optional<QueueSyncOutcome> proceed() {
+        const bool isReady = installation_ ? goesOn()
+                                           : goesOn() && readQueue() && goesOn() && askPrinter() &&
+                                                 goesOn() && updateText() && checkResult() &&
+                                                 goesOn() && prepareInstallation();
+        const bool isBusy = isReady && !install();
+        return isBusy ? std::nullopt : std::optional(std::move(outcome_));
+    }
+
+    Clock::time_point nextTime() const { return nextTime_; }
+
+  private:
+    bool end(QueueSyncResult result) {
+        if (result == QueueSyncResult::updated || result == QueueSyncResult::wouldUpdate) {
+            const auto& notes = update_->notes();
+            outcome_.notes.insert(outcome_.notes.begin(), notes.begin(), notes.end());
+        }
+        outcome_.result = result;
+        return false;
+    }
+
+    bool end(const QueueSyncCause& cause, std::string reason) {
+        outcome_.cause = &cause;
+        outcome_.reason = std::move(reason);
+        return end(cause.result);
+    }
+
+    bool end(const std::string& what, const QueueFailure& failure) {
+        return failure.isOf(queueSyncCause("interrupted"))
+                   ? endAsCancelled()
+                   : end(*failure.cause, what + failure.reason);
+    }
+
+    bool skip(std::string reason) {
+        outcome_.reason = std::move(reason);
+        return end(QueueSyncResult::skipped);
+    }
+
+    bool goesOn() {
+        const bool isCancelled = options_.isCancelled && options_.isCancelled->load();
+        return !isCancelled || endAsCancelled();
+    }
+
+    bool endAsCancelled() {
+        return options_.isTimeOver && *options_.isTimeOver
+                   ? end(queueSyncCause("time-limit"), "the time limit of the run was over")
+                   : end(queueSyncCause("interrupted"), "interrupted");
+    }
+
+    bool readQueue() {
+        QueueFailure failure;
+        std::optional<SchedulerQueue> queue;
+        SchedulerPPD PPD;
+        const bool isWhole = scheduler_.talkAbout(
+            outcome_.queueName,
+            [&](QueueTalk& talk) {
+                queue = talk.queue(failure);
+                if (queue && queue->kind == SchedulerQueue::Kind::own) {
+                    PPD = talk.PPD(failure);
+                }
+            },
+            QueueScheduler::Patience::untilCancelled, failure);
+        if (!isWhole || !queue) {
+            return end("", failure);
+        }
+        queue_ = *queue;
+        outcome_.deviceURI = queue_.deviceURI;
+        if (queue_.kind != SchedulerQueue::Kind::own) {
+            return skip(queue_.kind == SchedulerQueue::Kind::printerClass
+                            ? "it is a class, which has no PPD"
+                            : "it is a queue of another machine");
+        }
+        if (PPD.isRaw) {
+            return skip("it is a raw queue, which has no PPD");
+        }
+        if (!PPD.text) {
+            return end("its PPD cannot be read: ", failure);
+        }
+        outcome_.before = PPD.text;
+        return readPPD();
+    }
+
+    /// A PPD that does not follow its printer is none of our business, whatever else is to be said
+    /// of it.
+    bool readPPD() {
+        std::string reason;
+        const auto invalid = firstInvalidUTF8Byte(*outcome_.before);
+        before_ = PPDModelFile::fileWithText(
+            invalid ? readableText(*outcome_.before) : outcome_.before, &reason);
+        if (!before_) {
+            return end(queueSyncCause("bad-ppd"), "its PPD cannot be parsed: " + reason);
+        }
+        update_.emplace(options_.makeManager ? options_.makeManager()
+                                             : std::make_unique<OrbPPDConcreteUpdatingManager>(),
+                        before_);
+        if (!update_->hasUpdaters()) {
+            return skip("nothing in its PPD follows the printer");
+        }
+        return !invalid || end(queueSyncCause("not-utf8"),
+                               "its PPD is not valid UTF-8 at byte " + std::to_string(*invalid));
+    }
+
+    bool askPrinter() {
+        if (!update_->needsStatus()) {
+            return true;
+        }
+        const PrinterTurn turn(turns_, options_.isCancelled);
+        if (!turn.isTaken()) {
+            return goesOn();
+        }
+        auto answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
+        outcome_.statusURI = answer.URI;
+        if (!answer.status) {
+            // One that was not waited for is not to blame.
+            return goesOn() && end("", answer.failure);
+        }
+        update_->setStatus(std::move(answer.status), options_.rule);
+        outcome_.keptEntries = update_->keptEntries();
+        return true;
+    }
+
+    bool updateText() {
+        try {
+            ExplainedPPDUpdate update =
+                options_.isExplained
+                    ? update_->explainedText(queue_.deviceURI)
+                    : ExplainedPPDUpdate{update_->updatedText(queue_.deviceURI), {}};
+            outcome_.after = std::move(update.text);
+            outcome_.steps = std::move(update.steps);
+        } catch (const std::out_of_range&) {
+            return end(queueSyncCause("no-result"),
+                       "its PPD has an attribute that ends before its value does");
+        }
+        if (*outcome_.after == *outcome_.before ||
+            differInTimeOfEstimationsOnly(*outcome_.before, *outcome_.after)) {
+            outcome_.after = nullptr;
+            outcome_.steps.clear();
+            return end(QueueSyncResult::unchanged);
+        }
+        return true;
+    }
+
+    bool checkResult() {
+        std::string reason;
+        const auto after = PPDModelFile::fileWithText(outcome_.after, &reason);
+        if (!after) {
+            return end(queueSyncCause("refused-result"),
+                       "the updated PPD cannot be parsed: " + reason);
+        }
+        const auto refusal = UpdateGuard::reasonNotToWrite(
+            *outcome_.before, *outcome_.after,
+            update_->manager().applicableUpdatersForPPDFile(before_.get()));
+        if (refusal) {
+            return end(queueSyncCause("refused-result"), "the updated PPD is refused: " + *refusal);
+        }
+        return !options_.isDryRun || end(QueueSyncResult::wouldUpdate);
+    }
+
+    bool prepareInstallation() {
+        QueueInstallation::Wish wish{queue_, outcome_.before, outcome_.after};
+        if (options_.backups) {
+            backup_.emplace(*options_.backups, outcome_.queueName);
+            wish.beforeInstalling = [this]() -> std::optional<QueueFailure> {
+                std::string reason;
+                return backup_->place(reason) ? std::nullopt : std::optional(noBackup(reason));
+            };
+            std::string reason;
+            if (!backup_->write(*outcome_.before, reason)) {
+                return end("", noBackup(reason));
+            }
+        }
+        installation_.emplace(scheduler_, std::move(wish));
+        return true;
+    }
+
+    static QueueFailure noBackup(const std::string& reason) {
+        return {&queueSyncCause("no-backup"),
+                "its PPD cannot be kept, so nothing was installed: " + reason};
+    }
+
+    /// False when the queue is printing and may be waited for.
+    bool install() {
+        const auto how = installation_->attempt();
+        outcome_.notes = installation_->notes();
+        if (how == QueueInstallation::End::busy) {
+            return isWaitOver();
+        }
+        if (how == QueueInstallation::End::installed) {
+            end(QueueSyncResult::updated);
+        } else {
+            end("", installation_->failure());
+        }
+        if (installation_->mayBeInstalled()) {
+            seeToReplacement();
+        }
+        return true;
+    }
+
+    void seeToReplacement() {
+        if (backup_) {
+            backup_->keep();
+        }
+        if (options_.installed) {
+            options_.installed(outcome_);
+        }
+    }
+
+    bool isWaitOver() {
+        const auto now = Clock::now();
+        if (!deadline_) {
+            deadline_ = now + options_.wait;
+        }
+        if (now >= *deadline_) {
+            end(queueSyncCause("printing"), options_.wait.count() == 0
+                                                ? "it is printing"
+                                                : "it is printing and did not stop in time");
+            return true;
+        }
+        nextTime_ = std::min(now + options_.pause, *deadline_);
+        return false;
+    }
+
+    const QueueScheduler& scheduler_;
+    const Options& options_;
+    const QueuePrinters& printers_;
+    PrinterTurns& turns_;
+    QueueSyncOutcome outcome_;
+    SchedulerQueue queue_;
+    std::shared_ptr<const PPDModelFile> before_;
+    std::optional<PPDUpdate> update_;
+    std::optional<QueueBackups::Entry> backup_;
+    std::optional<QueueInstallation> installation_;
+    std::optional<Clock::time_point> deadline_;
+    Clock::time_point nextTime_;
+};
+
+QueueSync::QueueSync(const QueueScheduler& scheduler, Options options)
+    : scheduler_(scheduler),
+      options_(std::move(options)),
+      printers_({.statusURIs = options_.statusURIs, .isCancelled = options_.isCancelled}),
+      turns_(std::max<std::size_t>(options_.mostPrinters, 1)) {}
+
+QueueSync::Work::Work(const QueueSync& sync, const std::string& queueName)
+    : steps_(std::make_unique<Steps>(sync, queueName)) {}
+
+QueueSync::Work::~Work() = default;
+
+std::optional<QueueSyncOutcome> QueueSync::Work::proceed() {
+    return steps_->proceed();
+}
+
+QueueSync::Clock::time_point QueueSync::Work::nextTime() const {
+    return steps_->nextTime();
+}
+
+std::unique_ptr<QueueSync::Work> QueueSync::begin(const std::string& queueName) const {
+    return std::make_unique<Work>(*this, queueName);
+}
+
+QueueSyncOutcome QueueSync::sync(const std::string& queueName) const {
+    constexpr auto kPause = std::chrono::milliseconds(50);
+    Work work(*this, queueName);
+    for (;;) {
+        if (auto outcome = work.proceed()) {
+            return *std::move(outcome);
+        }
+        while (Clock::now() < work.nextTime() && !isCancelled()) {
+            std::this_thread::sleep_for(
+                std::min<Clock::duration>(kPause, work.nextTime() - Clock::now()));
+        }
+    }
+}
+
+}  // namespace TkPPDUpdating

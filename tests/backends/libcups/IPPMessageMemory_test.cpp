@@ -1,0 +1,85 @@
+// What is left of an answer when memory runs out while libcups reads it.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <string>
+
+#include "backends/libcups/IPPMessage.h"
+#include "tests/support/IPPBytes.h"
+
+namespace {
+
+/// How many allocations of this thread are still granted; negative for any number.
+thread_local long granted = -1;
+
+bool isGranted() {
+    if (granted > 0) {
+        --granted;
+        return true;
+    }
+    return granted < 0;
+}
+
+}  // namespace
+
+// The C library's own, under their second names.
+extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+
+void* malloc(std::size_t size) {
+    return isGranted() ? __libc_malloc(size) : nullptr;
+}
+void* calloc(std::size_t count, std::size_t size) {
+    return isGranted() ? __libc_calloc(count, size) : nullptr;
+}
+void* realloc(void* block, std::size_t size) {
+    return isGranted() ? __libc_realloc(block, size) : nullptr;
+}
+}
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+std::string answer() {
+    IPPBytes bytes;
+    bytes.keyword("sides-supported", "one-sided").keyword("", "two-sided-long-edge");
+    for (const char* name : {"media-col-database", "", ""}) {
+        bytes.value(0x34, name, "")
+            .value(0x4A, "", "media-type")
+            .value(0x42, "", "Type of the name \"" + std::string(name) + "\"")
+            .value(0x4A, "", "media-info")
+            .value(0x41, "", "Text")
+            .value(0x37, "", "");
+    }
+    bytes.value(0x30, "printer-supply", "type=ink;level=3;").value(0x30, "", "type=toner;");
+    bytes.integer("marker-levels", 3);
+    return bytes.end();
+}
+
+TEST(IPPMessageMemory, IsAWholeMessageOrNoneWhereverItRunsOut) {
+    const std::string bytes = answer();
+    ASSERT_NE(IPPMessageWithBytes(bytes), nullptr);
+    long refused = 0;
+    bool isWhole = false;
+    for (long number = 0; !isWhole; ++number) {
+        ASSERT_LT(number, 10'000);
+        granted = number;
+        const IPPMessage message = IPPMessageWithBytes(bytes);
+        isWhole = granted > 0;  // Some were left.
+        granted = -1;
+        if (message) {
+            EXPECT_EQ(ippLength(message.get()), bytes.size()) << "after " << number;
+        } else {
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 10);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

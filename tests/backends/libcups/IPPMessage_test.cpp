@@ -1,0 +1,22 @@
+#include "backends/libcups/IPPMessage.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace TkPPDUpdating {
+namespace {
+
+TEST(IPPMessageTest, ARequestAsksForEnglishWhateverTheLocale) {
+    ASSERT_EQ(::setenv("LANG", "de_DE.UTF-8", 1), 0);
+    ASSERT_EQ(::setenv("LC_ALL", "de_DE.UTF-8", 1), 0);
+    const IPPMessage request = newIPPRequest(IPP_OP_GET_PRINTER_ATTRIBUTES);
+    ipp_attribute_t* language =
+        ippFindAttribute(request.get(), "attributes-natural-language", IPP_TAG_LANGUAGE);
+    ASSERT_NE(language, nullptr);
+    EXPECT_STREQ(ippGetString(language, 0, nullptr), "en");
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating
