@@ -1,7 +1,6 @@
 #include "manager/OrbPPDUpdatingManager.h"
 
 #include "core_interface/OrbInvalidOperationError.h"
-#include "manager/OrbPPDConcreteUpdatingManager.h"
 
 namespace TkPPDUpdating {
 
@@ -12,12 +11,6 @@ OrbInvalidOperationError notImplemented(std::string_view operation) {
 }
 
 }  // namespace
-
-OrbPPDUpdatingManager& OrbPPDUpdatingManager::sharedInstance() {
-    // Never destroyed, so that it can be used while the process ends.
-    static auto* const manager = new OrbPPDConcreteUpdatingManager();
-    return *manager;
-}
 
 PPDText OrbPPDUpdatingManager::updatedPPDContentsForFile_deviceURI(
     const std::string& /*path*/, std::optional<std::string_view> /*deviceURI*/) {

@@ -1,12 +1,14 @@
 #include "ppd/OrbPPDLines.h"
 
 #include <algorithm>
+#include <mutex>
 #include <numeric>
 #include <stdexcept>
 #include <utility>
 
-#include "ppd/OrbPPDProcessor.h"
+#include "ppd/PPDAttributeLine.h"
 #include "ppd/PPDConstants.h"
+#include "ppd/PPDTextContents.h"
 #include "text/CaseFolding.h"
 
 namespace TkPPDUpdating {
@@ -44,13 +46,31 @@ bool isTranslation(std::string_view line, std::string_view keyword,
     }
     const std::size_t stop = endOfLanguage(line, keyword);
     return stop != std::string_view::npos && stop > 0 &&
-           OrbPPDProcessor::isAttribute(line.substr(stop + 1), keyword, spec, std::nullopt);
+           isAttribute(line.substr(stop + 1), keyword, spec, std::nullopt);
 }
 
 }  // namespace
 
+class OrbPPDLines::ChangedText : public PPDTextContents {
+  public:
+    explicit ChangedText(OrbPPDLines lines) : lines_(std::move(lines)) {}
+
+    const std::shared_ptr<const std::string>& bytes() const override {
+        std::call_once(areBytesMade_,
+                       [this] { bytes_ = std::make_shared<const std::string>(lines_.bytes()); });
+        return bytes_;
+    }
+
+    const OrbPPDLines* changedLines() const override { return &lines_; }
+
+  private:
+    OrbPPDLines lines_;
+    mutable std::once_flag areBytesMade_;
+    mutable std::shared_ptr<const std::string> bytes_;
+};
+
 OrbPPDLines::OrbPPDLines(const PPDText& text) {
-    const OrbPPDLines* const changed = text.changedLines();
+    const OrbPPDLines* const changed = text.contents_->changedLines();
     // With as many new lines as old ones it is a text of its own.
     if (changed && changed->insertedCount(changed->changes_->gaps.size()) <=
                        changed->index_->size() / 2 + kFewLines / 16) {
@@ -301,7 +321,7 @@ PPDText OrbPPDLines::textOfLines(OrbPPDLines lines) {
         lines.endsWithLineFeed_ = true;
     }
     lines.endsWithLineFeed_ = lines.endsWithLineFeed_ && lines.size_ > 0;
-    return PPDText(std::move(lines));
+    return PPDText(std::make_shared<const ChangedText>(std::move(lines)));
 }
 
 PPDText OrbPPDLines::joined() const {
@@ -386,8 +406,7 @@ std::optional<std::size_t> OrbPPDLines::indexOfAttribute(
     std::string_view keyword, std::optional<std::string_view> spec,
     std::optional<std::string_view> value) const {
     return first(keyword, spec, [&](std::string_view line, const auto& /*index*/) {
-        return OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(line, keyword, spec,
-                                                                            value);
+        return isAttributeLine(line, keyword, spec, value);
     });
 }
 

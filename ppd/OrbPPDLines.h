@@ -109,6 +109,9 @@ class OrbPPDLines {
   private:
     using Texts = std::vector<std::string_view>;
 
+    /// A text that is told by a list of lines.
+    class ChangedText;
+
     /// Inserted lines. Shared with other lists until it is changed.
     struct Gap {
         /// The line that they stand before.
@@ -167,8 +170,6 @@ class OrbPPDLines {
     template <typename Accepts>
     std::optional<std::size_t> first(std::string_view keyword, std::optional<std::string_view> spec,
                                      const Accepts& accepts) const;
-
-    friend class PPDText;
 
     std::shared_ptr<const PPDTextIndex> index_;
     std::shared_ptr<Changes> changes_;

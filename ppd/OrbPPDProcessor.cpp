@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "ppd/PPDAttributeLine.h"
 #include "text/CaseFolding.h"
 #include "text/UTF8.h"
 
@@ -24,30 +25,6 @@ constexpr std::string_view kValueOfTranslation = "\"\"";
 constexpr std::string_view kTranslationKeywordFormat = "%@.%@";
 /// Translations into it are looked for, and made of texts that are not ASCII, in every PPD.
 constexpr std::string_view kEnglish = "en";
-
-/// Reads a text from the left, ignoring case.
-class Scanner {
-  public:
-    explicit Scanner(std::string_view text) : rest_(text) {}
-
-    bool scan(std::string_view literal) {
-        const std::size_t length = lengthOfPrefixIgnoringCase(rest_, literal);
-        if (length == std::string_view::npos) {
-            return false;
-        }
-        rest_.remove_prefix(length);
-        return true;
-    }
-
-    bool scanSpaces() {
-        const std::size_t length = std::min(rest_.find_first_not_of(' '), rest_.size());
-        rest_.remove_prefix(length);
-        return length > 0;
-    }
-
-  private:
-    std::string_view rest_;
-};
 
 std::size_t spacesIn(std::string_view text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
@@ -170,24 +147,7 @@ void OrbPPDProcessor::setLocalizations(std::vector<std::string> localizations) {
 bool OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value(
     std::string_view line, std::string_view keyword, std::optional<std::string_view> spec,
     std::optional<std::string_view> value) {
-    return line.starts_with(kTkPPDAsterisk) &&
-           isAttribute(line.substr(kTkPPDAsterisk.size()), keyword, spec, value);
-}
-
-bool OrbPPDProcessor::isAttribute(std::string_view text, std::string_view keyword,
-                                  std::optional<std::string_view> spec,
-                                  std::optional<std::string_view> value) {
-    Scanner scanner(text);
-    if (!scanner.scan(keyword)) {
-        return false;
-    }
-    if (spec && (!scanner.scanSpaces() || !scanner.scan(*spec))) {
-        return false;
-    }
-    if (!scanner.scan(kTkPPDColon) && !(spec && scanner.scan(kTkPPDSlash))) {
-        return false;
-    }
-    return !value || (scanner.scanSpaces() && scanner.scan(*value));
+    return isAttributeLine(line, keyword, spec, value);
 }
 
 OrbPPDLineRange OrbPPDProcessor::rangeOfAttributeWithKeyword_spec_value(

@@ -85,11 +85,6 @@ class OrbPPDProcessor {
                                                             std::optional<std::string_view> spec,
                                                             std::optional<std::string_view> value);
 
-    /// The same for what stands behind the "*" of a line.
-    static bool isAttribute(std::string_view text, std::string_view keyword,
-                            std::optional<std::string_view> spec,
-                            std::optional<std::string_view> value);
-
     /// The lines of the first attribute that matches. A line with exactly one double quote opens a
     /// value that runs to the next line "*End", inclusive; without one the attribute counts as not
     /// found. A null keyword finds nothing.

@@ -7,6 +7,7 @@
 namespace TkPPDUpdating {
 
 class OrbPPDLines;
+class PPDTextContents;
 class PPDTextIndex;
 
 /// A whole PPD text (UTF-8): immutable and shared, so that it passes from updater to updater
@@ -39,14 +40,10 @@ class PPDText {
   private:
     friend class OrbPPDLines;
     friend PPDText makePPDText(std::string content);
-    struct Contents;
 
-    explicit PPDText(std::shared_ptr<const Contents> contents);
-    explicit PPDText(OrbPPDLines lines);
-    /// Null when the bytes were there first.
-    const OrbPPDLines* changedLines() const;
+    explicit PPDText(std::shared_ptr<const PPDTextContents> contents);
 
-    std::shared_ptr<const Contents> contents_;
+    std::shared_ptr<const PPDTextContents> contents_;
 };
 
 /// Makes a text of its own from `content`.

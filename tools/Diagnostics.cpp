@@ -1,10 +1,11 @@
 #include "tools/Diagnostics.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 
 #include "text/UTF8.h"
-#include "tools/Terminal.h"
 
 namespace TkPPDUpdating {
 
@@ -36,6 +37,11 @@ bool mayBeginUserInfo(std::string_view authority) {
            authority.find_first_not_of("0123456789", colon + 1) != std::string_view::npos;
 }
 
+bool& progressIsShown() {
+    static bool isShown = false;
+    return isShown;
+}
+
 void writeLine(std::string_view place, std::string_view mark, std::string_view reason) {
     std::string line = "tkppdupdate: ";
     if (!place.empty()) {
@@ -43,7 +49,7 @@ void writeLine(std::string_view place, std::string_view mark, std::string_view r
     }
     line += mark;
     line += Diagnostics::printable(reason) + "\n";
-    Terminal::clearProgress();
+    Diagnostics::clearProgress();
     // One call, so that lines of parallel runs do not mix. Nobody is left to tell of a failure.
     (void)std::fwrite(line.data(), 1, line.size(), stderr);
 }
@@ -60,6 +66,23 @@ void Diagnostics::warning(std::string_view place, std::string_view reason) {
 
 void Diagnostics::note(std::string_view place, std::string_view text) {
     writeLine(place, "", text);
+}
+
+void Diagnostics::showProgress(std::string_view text) {
+    if (::isatty(STDERR_FILENO) != 1) {
+        return;
+    }
+    clearProgress();
+    const std::string line = printable(text);
+    (void)std::fwrite(line.data(), 1, line.size(), stderr);
+    progressIsShown() = true;
+}
+
+void Diagnostics::clearProgress() {
+    if (progressIsShown()) {
+        (void)std::fputs("\r\033[K", stderr);
+        progressIsShown() = false;
+    }
 }
 
 std::string Diagnostics::printable(std::string_view text) {

@@ -5,7 +5,8 @@
 
 namespace TkPPDUpdating {
 
-/// Writes the tool's lines to standard error: "tkppdupdate: PLACE: REASON", always one line each.
+/// Writes the tool's lines to standard error: "tkppdupdate: PLACE: REASON", always one line each;
+/// and, when a person looks on, how far it has come.
 class Diagnostics {
   public:
     Diagnostics() = delete;
@@ -18,6 +19,13 @@ class Diagnostics {
 
     /// The same for what is neither wrong nor doubtful.
     static void note(std::string_view place, std::string_view text);
+
+    /// Shows one line of progress on standard error in place of the one before; nothing when that
+    /// is no terminal.
+    static void showProgress(std::string_view text);
+
+    /// Takes the line of progress away, before anything else is written.
+    static void clearProgress();
 
     /// The text with every control character, those that change the direction of a text among them,
     /// and every byte that is not UTF-8 written as "\xNN", so that a file name or a printer's text

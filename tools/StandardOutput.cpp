@@ -7,13 +7,13 @@
 #include <cerrno>
 
 #include "text/FileDescriptor.h"
+#include "tools/Diagnostics.h"
 #include "tools/Failure.h"
-#include "tools/Terminal.h"
 
 namespace TkPPDUpdating {
 
 void StandardOutput::write(std::string_view bytes) {
-    Terminal::clearProgress();
+    Diagnostics::clearProgress();
     if (!writeAll(STDOUT_FILENO, bytes)) {
         throw Failure::ofSystem("standard output");
     }

@@ -11,7 +11,6 @@
 #include "tools/ExplanationReport.h"
 #include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
-#include "tools/Terminal.h"
 #include "tools/UnifiedDiff.h"
 
 namespace TkPPDUpdating {
@@ -117,12 +116,12 @@ void SyncReport::add(const QueueSyncOutcome& outcome) const {
         text += unifiedDiff(outcome.queueName + ".ppd", *outcome.before, *outcome.after,
                             diffStyleForStandardOutput());
     }
-    Terminal::clearProgress();
+    Diagnostics::clearProgress();
     StandardOutput::write(text);
 }
 
 void SyncReport::finish(const QueueSyncRun::Summary& summary) const {
-    Terminal::clearProgress();
+    Diagnostics::clearProgress();
     if (!options_.isJSON && !options_.isQuiet) {
         StandardOutput::write(lineForSummary(summary));
     }
@@ -130,9 +129,9 @@ void SyncReport::finish(const QueueSyncRun::Summary& summary) const {
 
 void SyncReport::showProgress(std::size_t doneCount, const std::string& lastQueueName) const {
     if (doneCount < queueCount_) {
-        Terminal::showProgress(std::to_string(doneCount) + " of " + std::to_string(queueCount_) +
-                               " queues done" +
-                               (lastQueueName.empty() ? "" : ", the last one " + lastQueueName));
+        Diagnostics::showProgress(std::to_string(doneCount) + " of " + std::to_string(queueCount_) +
+                                  " queues done" +
+                                  (lastQueueName.empty() ? "" : ", the last one " + lastQueueName));
     }
 }
 

@@ -1,7 +1,7 @@
 // What the module of this backend exports (backends/schemes/BackendModule.h).
 #include <string_view>
 
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/ipp/IPPSchemes.h"
 #include "backends/schemes/BackendModule.h"
 
 extern "C" TkPPDUpdating::RegisterBackends TkPPDUpdatingRegisterBackends

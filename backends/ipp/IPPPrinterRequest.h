@@ -6,6 +6,8 @@
 #include <string>
 
 #include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/ipp/IPPDeviceStatusLimits.h"
+#include "core_interface/OrbCSError.h"
 
 namespace TkPPDUpdating {
 

@@ -15,10 +15,6 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
   public:
     using ReportedDeviceStatus::ReportedDeviceStatus;
 
-    /// The member of a recording that lists the entries that it tells; without it a recording
-    /// tells everything.
-    static constexpr std::string_view kToldMember = "Told";
-
     /// The reason that is given for a recording that is just null, which stands for a printer that
     /// was asked and gave no status.
     static constexpr std::string_view kSilence = "the printer is recorded as silent";

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "backends/recorded/RecordingFormat.h"
 #include "backends/schemes/PlainCustomMediaType.h"
 #include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/TkCSKeys.h"
@@ -325,7 +326,7 @@ RecordingReader::OptionalValue RecordingReader::mediaTypes(const json& value, co
     return types;
 }
 
-RecordedDeviceStatus::Values RecordingReader::values(const json& recording) {
+ReportedDeviceStatus::Values RecordingReader::values(const json& recording) {
     using Read = OptionalValue (RecordingReader::*)(const json&, const Place&);
     static constexpr std::array<std::pair<std::string_view, Read>, 6> kReaders{{
         {kTkCSDeviceAccessoriesKey, &RecordingReader::accessories},
@@ -335,7 +336,7 @@ RecordedDeviceStatus::Values RecordingReader::values(const json& recording) {
         {kTkCSRemainingPagesEstimationsKey, &RecordingReader::estimations},
         {kTkCSCustomMediaTypesKey, &RecordingReader::mediaTypes},
     }};
-    RecordedDeviceStatus::Values values;
+    ReportedDeviceStatus::Values values;
     const Place root;
     if (!isObject(recording, root)) {
         return values;
@@ -351,13 +352,12 @@ RecordedDeviceStatus::Values RecordingReader::values(const json& recording) {
 }
 
 std::optional<OrbCSToldEntries> RecordingReader::told(const json& recording) {
-    const json* list =
-        recording.is_object() ? member(recording, RecordedDeviceStatus::kToldMember) : nullptr;
+    const json* list = recording.is_object() ? member(recording, kRecordingToldMember) : nullptr;
     if (!list) {
         return std::nullopt;
     }
     const Place root;
-    const Place place{&root, RecordedDeviceStatus::kToldMember, {}};
+    const Place place{&root, kRecordingToldMember, {}};
     OrbCSToldEntries entries;
     if (!list->is_array()) {
         wrongType(*list, place, "an array");

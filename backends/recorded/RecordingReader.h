@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 #include "ppd/PPDTextSafety.h"
 
@@ -18,7 +18,7 @@ namespace TkPPDUpdating {
 class RecordingReader {
   public:
     /// The values that are reported. Worth nothing when there is an error.
-    RecordedDeviceStatus::Values values(const nlohmann::json& recording);
+    ReportedDeviceStatus::Values values(const nlohmann::json& recording);
 
     /// What the recording says that it tells, its member "Told"; nothing when it tells everything.
     /// To be asked after the values.

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/recorded/RecordingFormat.h"
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 
@@ -141,7 +141,7 @@ std::string recordingOfStatus(const OrbCSDeviceStatus& status) {
     addValue<OrbCSRemainingPagesEstimations>(recording, status, kTkCSRemainingPagesEstimationsKey);
     addValue<OrbCustomMediaTypes>(recording, status, kTkCSCustomMediaTypesKey);
     if (const auto told = OrbCSPartialStatus::toldEntriesOf(status)) {
-        recording[std::string(RecordedDeviceStatus::kToldMember)] = *told;
+        recording[std::string(kRecordingToldMember)] = *told;
     }
     // A text that is not UTF-8 must not end in an exception.
     return recording.dump(2, ' ', false, json::error_handler_t::replace) + "\n";

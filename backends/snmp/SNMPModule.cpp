@@ -2,7 +2,7 @@
 #include <string_view>
 
 #include "backends/schemes/BackendModule.h"
-#include "backends/snmp/SNMPDeviceStatus.h"
+#include "backends/snmp/SNMPSchemes.h"
 
 extern "C" TkPPDUpdating::RegisterBackends TkPPDUpdatingRegisterBackends
     __attribute__((visibility("default")));

@@ -5,7 +5,8 @@
 #include <string>
 
 #include "backends/schemes/ReportedDeviceStatus.h"
-#include "backends/snmp/SNMPDeviceStatus.h"
+#include "backends/snmp/SNMPDeviceStatusLimits.h"
+#include "core_interface/OrbCSError.h"
 
 namespace TkPPDUpdating {
 

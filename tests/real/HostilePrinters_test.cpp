@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/ipp/IPPSchemes.h"
 #include "backends/libcups/HTTPTalk.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/TkCSKeys.h"

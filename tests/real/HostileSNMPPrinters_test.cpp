@@ -15,7 +15,7 @@
 
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "backends/snmp/PrinterMIB.h"
-#include "backends/snmp/SNMPDeviceStatus.h"
+#include "backends/snmp/SNMPSchemes.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/backends/snmp/SNMPTestRows.h"
 #include "tests/real/HostileSNMPResponder.h"

@@ -4,8 +4,6 @@
 #include <chrono>
 #include <cstddef>
 
-#include "backends/schemes/DeviceStatusSchemes.h"
-
 namespace TkPPDUpdating {
 
 /// How much of a printer's time and talk is put up with.
@@ -21,16 +19,5 @@ struct SNMPDeviceStatusLimits {
     /// else it outlives the last exchange.
     const std::atomic<bool>* isCancelled = nullptr;
 };
-
-/// Registers the backend for "snmp://HOST[:PORT]": the printer's tables (RFC 3805) are walked over
-/// SNMP, in version 2c and, when that is not answered, in version 1, and `SNMPStatusMapping` turns
-/// them into a status.
-///
-/// The community is that of the scheduler's "snmp.conf" in the server root, else "public". It
-/// stands on net-snmp, of which only single sessions are used, one for each printer: no
-/// configuration file and no MIB of that library is read. A printer is asked without any lock held
-/// while it is waited for, so that many can be asked side by side.
-void registerSNMPDeviceStatus(DeviceStatusSchemes& schemes,
-                              const SNMPDeviceStatusLimits& limits = {});
 
 }  // namespace TkPPDUpdating

@@ -1,4 +1,4 @@
-#include "backends/snmp/SNMPDeviceStatus.h"
+#include "backends/snmp/SNMPSchemes.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/ipp/IPPSchemes.h"
 
-#include <memory>
+#include <string>
 
 #include "backends/ipp/IPPPrinterRequest.h"
 #include "backends/schemes/RequestParameters.h"
