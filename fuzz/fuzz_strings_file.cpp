@@ -4,6 +4,7 @@
 
 #include "fuzz/FuzzTarget.h"
 #include "ppd/StringsFileFormat.h"
+#include "text/ASCII.h"
 
 using namespace TkPPDUpdating;
 using namespace TkPPDUpdating::Fuzzing;
@@ -12,8 +13,7 @@ namespace {
 
 bool isPlain(const std::string& text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char character) {
-        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-               (character >= '0' && character <= '9');
+        return isASCIILetterOrDigit(character);
     });
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -155,16 +157,6 @@ class Surroundings {
     std::vector<std::string_view> groups_;
 };
 
-/// The value of a hexadecimal digit, or nothing.
-std::optional<unsigned> hexadecimalDigit(char character) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    const char lower =
-        character >= 'A' && character <= 'F' ? static_cast<char>(character - 'A' + 'a') : character;
-    const std::size_t digit = kDigits.find(lower);
-    return digit == std::string_view::npos ? std::nullopt
-                                           : std::optional(static_cast<unsigned>(digit));
-}
-
 }  // namespace
 
 std::vector<PPDStatement> PPDStatementsOfText(std::string_view text) {
@@ -192,17 +184,17 @@ std::string decodedPPDTranslation(std::string_view text) {
     std::string decoded;
     while (!text.empty()) {
         const bool isHexadecimal =
-            text.front() == '<' && text.size() > 1 && hexadecimalDigit(text[1]);
+            text.front() == '<' && text.size() > 1 && hexadecimalDigitValue(text[1]);
         if (!isHexadecimal) {
             decoded += text.front();
             text.remove_prefix(1);
             continue;
         }
         text.remove_prefix(1);
-        while (!text.empty() && hexadecimalDigit(text.front())) {
-            const auto low = text.size() > 1 ? hexadecimalDigit(text[1]) : std::nullopt;
+        while (!text.empty() && hexadecimalDigitValue(text.front())) {
+            const auto low = text.size() > 1 ? hexadecimalDigitValue(text[1]) : std::nullopt;
             if (low) {  // a digit alone counts for nothing
-                decoded += static_cast<char>(*hexadecimalDigit(text.front()) * 16 + *low);
+                decoded += static_cast<char>(*hexadecimalDigitValue(text.front()) * 16 + *low);
             }
             text.remove_prefix(low ? 2 : 1);
         }

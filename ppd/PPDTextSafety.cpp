@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "text/ASCII.h"
 #include "text/FileURL.h"
 #include "text/UTF8.h"
 #include "text/UnicodeWhiteSpace.h"
@@ -18,9 +19,8 @@ constexpr std::size_t kLongestOptionKeyword = 40;
 constexpr std::size_t kLongestQualifier = kLongestOptionKeyword - 2;
 
 bool canStandInPPDLine(char32_t codePoint) {
-    const bool isControl = codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
     const bool isSeparator = codePoint == 0x2028 || codePoint == 0x2029;
-    return !isControl && !isSeparator && codePoint != U'"';
+    return !isControlCharacter(codePoint) && !isSeparator && codePoint != U'"';
 }
 
 bool isOneOf(char32_t codePoint, std::u32string_view characters) {
@@ -28,8 +28,7 @@ bool isOneOf(char32_t codePoint, std::u32string_view characters) {
 }
 
 bool isOfKeyword(char32_t codePoint) {
-    return (codePoint >= U'a' && codePoint <= U'z') || (codePoint >= U'A' && codePoint <= U'Z') ||
-           (codePoint >= U'0' && codePoint <= U'9') || isOneOf(codePoint, U"._-+");
+    return isASCIILetterOrDigit(codePoint) || isOneOf(codePoint, U"._-+");
 }
 
 bool isOfMediaID(char32_t codePoint) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "text/ASCII.h"
 #include "text/UTF8.h"
 
 namespace TkPPDUpdating {
@@ -9,11 +10,8 @@ namespace TkPPDUpdating {
 namespace {
 
 std::optional<unsigned> digitOfBase(char character, unsigned base) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    const char lower =
-        character >= 'A' && character <= 'F' ? static_cast<char>(character - 'A' + 'a') : character;
-    const std::size_t digit = kDigits.find(lower);
-    return digit < base ? std::optional(static_cast<unsigned>(digit)) : std::nullopt;
+    const auto digit = hexadecimalDigitValue(character);
+    return digit && *digit < base ? digit : std::nullopt;
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ppd/PPDTextSafety.h"
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
@@ -18,15 +19,10 @@ constexpr std::size_t kLongestKeyword = 40;
 constexpr std::array<std::string_view, 5> kProgramKeywords = {
     "cupsfilter", "cupsprefilter", "cupsportmonitor", "apprinterpreset", "foomaticrip"};
 
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
 bool beginsWithIgnoringCase(std::string_view text, std::string_view lowerCasePrefix) {
     return text.size() >= lowerCasePrefix.size() &&
            std::equal(lowerCasePrefix.begin(), lowerCasePrefix.end(), text.begin(),
-                      [](char left, char right) { return left == lowerCase(right); });
+                      [](char left, char right) { return left == inASCIILowerCase(right); });
 }
 
 bool isKeyword(std::string_view text) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "text/ASCII.h"
 #include "text/SeededTextHash.h"
 
 namespace TkPPDUpdating {
@@ -13,14 +14,6 @@ namespace TkPPDUpdating {
 namespace {
 
 using Attributes = std::vector<const PPDModelAttribute*>;
-
-bool isLowerCase(char character) {
-    return character >= 'a' && character <= 'z';
-}
-
-bool isLetter(char character) {
-    return isLowerCase(character) || (character >= 'A' && character <= 'Z');
-}
 
 /// "ll.Keyword" or "ll_CC.Keyword", with a language of two or three letters.
 bool isTranslation(std::string_view keyword) {
@@ -32,8 +25,10 @@ bool isTranslation(std::string_view keyword) {
     const std::string_view territory = language.substr(end);
     language = language.substr(0, end);
     return (language.size() == 2 || language.size() == 3) &&
-           std::all_of(language.begin(), language.end(), isLowerCase) && territory.size() != 1 &&
-           (territory.empty() || std::all_of(territory.begin() + 1, territory.end(), isLetter));
+           std::all_of(language.begin(), language.end(), isASCIILowerCaseLetter) &&
+           territory.size() != 1 &&
+           (territory.empty() ||
+            std::all_of(territory.begin() + 1, territory.end(), isASCIILetter));
 }
 
 Attributes comparedAttributes(const PPDModelFile& PPD) {

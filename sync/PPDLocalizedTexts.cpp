@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "text/ASCII.h"
 #include "text/UTF8.h"
 
 namespace TkPPDUpdating {
@@ -11,17 +12,6 @@ namespace {
 
 constexpr std::string_view kTranslation = "Translation";
 const std::vector<std::string> kEnglish = {"en"};
-
-std::optional<unsigned> valueOfDigit(char character) {
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    const char lowerCase = static_cast<char>(character | 0x20);
-    if (lowerCase >= 'a' && lowerCase <= 'f') {
-        return lowerCase - 'a' + 10;
-    }
-    return std::nullopt;
-}
 
 /// The bytes that hexadecimal digits stand for, with blanks between them; nothing when they are
 /// something else.
@@ -32,7 +22,7 @@ std::optional<std::string> bytesOfDigits(std::string_view digits) {
         if (character == ' ' || character == '\t') {
             continue;
         }
-        const auto value = valueOfDigit(character);
+        const auto value = hexadecimalDigitValue(character);
         if (!value) {
             return std::nullopt;
         }

@@ -8,25 +8,13 @@
 #include <utility>
 #include <vector>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
 
 using Words = std::vector<std::string>;
-
-/// ASCII, whatever the process's locale says.
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
-bool isLowerLetter(char character) {
-    return character >= 'a' && character <= 'z';
-}
-
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
 
 /// The words of a name in lower case (ASCII): runs of letters, digits, what is not ASCII, and the
 /// plus that tells "FS-1700+" from "FS-1700".
@@ -34,9 +22,8 @@ Words wordsOf(std::string_view name) {
     Words words;
     bool isInWord = false;
     for (const char each : name) {
-        const char character = lowerCase(each);
-        const bool isWordCharacter = isLowerLetter(character) || isDigit(character) ||
-                                     character == '+' ||
+        const char character = inASCIILowerCase(each);
+        const bool isWordCharacter = isASCIILetterOrDigit(character) || character == '+' ||
                                      static_cast<unsigned char>(character) >= 0x80;
         if (isWordCharacter) {
             if (!isInWord) {
@@ -152,7 +139,7 @@ Model modelOf(Words words, const std::vector<Words>& makers) {
     }
     for (const std::string& word : words) {
         const bool areNumbers =
-            !model.text.empty() && isDigit(model.text.back()) && isDigit(word.front());
+            !model.text.empty() && isASCIIDigit(model.text.back()) && isASCIIDigit(word.front());
         model.text += (areNumbers ? " " : "") + word;
         model.lastWordLength = word.size();
     }
@@ -161,12 +148,12 @@ Model modelOf(Words words, const std::vector<Words>& makers) {
 
 /// Whether the model is of the series: it has letters behind the number with which that ends.
 bool isOfSeries(const Model& model, const Model& series) {
-    if (!series.isSeries || series.text.empty() || !isDigit(series.text.back()) ||
+    if (!series.isSeries || series.text.empty() || !isASCIIDigit(series.text.back()) ||
         !model.text.starts_with(series.text)) {
         return false;
     }
     const std::string_view rest = std::string_view(model.text).substr(series.text.size());
-    return rest.size() < model.lastWordLength && std::ranges::all_of(rest, isLowerLetter);
+    return rest.size() < model.lastWordLength && std::ranges::all_of(rest, isASCIILowerCaseLetter);
 }
 
 bool areSame(const Model& one, const Model& other) {

@@ -4,21 +4,17 @@
 #include <set>
 
 #include "sync/AddedStatements.h"
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
 namespace {
 
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
 /// Negative, 0 or positive as the first is less, equal or greater, ASCII letters in any case.
 int comparedIgnoringCase(std::string_view left, std::string_view right) {
     for (std::size_t at = 0; at < left.size() && at < right.size(); ++at) {
-        const int difference = static_cast<unsigned char>(lowerCase(left[at])) -
-                               static_cast<unsigned char>(lowerCase(right[at]));
+        const int difference = static_cast<unsigned char>(inASCIILowerCase(left[at])) -
+                               static_cast<unsigned char>(inASCIILowerCase(right[at]));
         if (difference != 0) {
             return difference;
         }

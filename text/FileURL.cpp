@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -17,37 +19,10 @@ constexpr std::string_view kHexadecimalDigits = "0123456789ABCDEF";
 /// What may stand in a path as it is, besides letters and digits.
 constexpr std::string_view kPathMarks = "/-._~!$&'()*+,;=:@";
 
-/// Letters and digits of ASCII, whatever the process's locale says.
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
-bool isLetterOrDigit(char character) {
-    const char lower = lowerCase(character);
-    return (lower >= 'a' && lower <= 'z') || (character >= '0' && character <= '9');
-}
-
-bool equalWithoutCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return lowerCase(a) == lowerCase(b); });
-}
-
-std::optional<unsigned> hexadecimalDigit(char character) {
-    if (character >= '0' && character <= '9') {
-        return static_cast<unsigned>(character - '0');
-    }
-    const char lower = lowerCase(character);
-    if (lower >= 'a' && lower <= 'f') {
-        return static_cast<unsigned>(lower - 'a' + 10);
-    }
-    return std::nullopt;
-}
-
 /// The byte that "%XX" at the start of the text stands for.
 std::optional<char> percentEncodedByte(std::string_view text) {
-    const auto high = text.size() >= 3 ? hexadecimalDigit(text[1]) : std::nullopt;
-    const auto low = high ? hexadecimalDigit(text[2]) : std::nullopt;
+    const auto high = text.size() >= 3 ? hexadecimalDigitValue(text[1]) : std::nullopt;
+    const auto low = high ? hexadecimalDigitValue(text[2]) : std::nullopt;
     return low ? std::optional(static_cast<char>(*high * 16 + *low)) : std::nullopt;
 }
 
@@ -72,7 +47,7 @@ std::optional<std::string> percentDecoded(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> pathFromFileURL(std::string_view URL) {
-    if (!equalWithoutCase(URL.substr(0, kScheme.size()), kScheme) ||
+    if (!areEqualIgnoringASCIICase(URL.substr(0, kScheme.size()), kScheme) ||
         URL.find_first_of("?#") != std::string_view::npos) {
         return std::nullopt;
     }
@@ -80,7 +55,7 @@ std::optional<std::string> pathFromFileURL(std::string_view URL) {
     if (path.starts_with(kAuthorityMark)) {
         path.remove_prefix(kAuthorityMark.size());
         const std::string_view host = path.substr(0, path.find('/'));
-        if (!host.empty() && !equalWithoutCase(host, kLocalHost)) {
+        if (!host.empty() && !areEqualIgnoringASCIICase(host, kLocalHost)) {
             return std::nullopt;
         }
         path.remove_prefix(host.size());
@@ -96,7 +71,8 @@ std::string fileURLFromPath(std::string_view absolutePath) {
     std::string URL(kScheme);
     URL += kAuthorityMark;
     for (const char character : absolutePath) {
-        if (isLetterOrDigit(character) || kPathMarks.find(character) != std::string_view::npos) {
+        if (isASCIILetterOrDigit(character) ||
+            kPathMarks.find(character) != std::string_view::npos) {
             URL += character;
             continue;
         }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "text/ASCII.h"
 #include "text/UTF8.h"
 
 namespace TkPPDUpdating {
@@ -25,9 +26,9 @@ bool changesDirection(char32_t codePoint) {
            (codePoint >= 0x2066 && codePoint <= 0x2069);
 }
 
-bool isControl(char32_t codePoint) {
-    return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) || codePoint == 0x2028 ||
-           codePoint == 0x2029 || changesDirection(codePoint);
+bool disturbsALine(char32_t codePoint) {
+    return isControlCharacter(codePoint) || codePoint == 0x2028 || codePoint == 0x2029 ||
+           changesDirection(codePoint);
 }
 
 /// Whether a text that should be "HOST:PORT" may be the begin of "USER:PASSWORD".
@@ -91,7 +92,7 @@ std::string Diagnostics::printable(std::string_view text) {
     while (!text.empty()) {
         const auto character = UTF8CharacterAtStart(text);
         const std::string_view bytes = text.substr(0, character ? character->length : 1);
-        if (character && !isControl(character->codePoint)) {
+        if (character && !disturbsALine(character->codePoint)) {
             printable += bytes;
         } else {
             for (const char byte : bytes) {

@@ -18,6 +18,7 @@
 #include "backends/libcups/HTTPTalk.h"
 #include "backends/libcups/IPPMessage.h"
 #include "backends/schemes/DroppedValues.h"
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
@@ -39,11 +40,7 @@ struct Printer {
 std::optional<Printer> printerWithURI(std::string deviceURI) {
     // RFC 3986, section 3.1: the case of a scheme says nothing, but libcups knows "ipps" only.
     std::transform(deviceURI.begin(), std::find(deviceURI.begin(), deviceURI.end(), ':'),
-                   deviceURI.begin(), [](char character) {
-                       return character >= 'A' && character <= 'Z'
-                                  ? static_cast<char>(character - 'A' + 'a')
-                                  : character;
-                   });
+                   deviceURI.begin(), inASCIILowerCase);
     std::array<char, HTTP_MAX_URI> scheme{};
     std::array<char, HTTP_MAX_URI> userInfo{};
     std::array<char, HTTP_MAX_URI> host{};

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 /// Keywords that printers write in several ways made comparable: ASCII letters in lower case,
@@ -12,10 +14,8 @@ namespace TkPPDUpdating {
 inline std::string comparableKeyword(std::string_view text) {
     std::string comparable;
     for (const char character : text) {
-        if (character >= 'A' && character <= 'Z') {
-            comparable += static_cast<char>(character - 'A' + 'a');
-        } else if (character != '-' && character != '_' && character != ' ') {
-            comparable += character;
+        if (character != '-' && character != '_' && character != ' ') {
+            comparable += inASCIILowerCase(character);
         }
     }
     return comparable;

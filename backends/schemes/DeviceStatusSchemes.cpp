@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -11,26 +13,9 @@ namespace {
 /// How much of a URI's scheme a reason shows: enough to recognise it.
 constexpr std::size_t kLongestShownScheme = 40;
 
-/// Letters of ASCII, whatever the process's locale says.
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
-bool isLetter(char character) {
-    const char lower = lowerCase(character);
-    return lower >= 'a' && lower <= 'z';
-}
-
 bool canStandInScheme(char character) {
-    return isLetter(character) || (character >= '0' && character <= '9') || character == '+' ||
-           character == '-' || character == '.';
-}
-
-std::string inLowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), lowerCase);
-    return lower;
+    return isASCIILetterOrDigit(character) || character == '+' || character == '-' ||
+           character == '.';
 }
 
 std::string reasonForNoBackend(std::string_view scheme) {
@@ -44,18 +29,18 @@ std::string reasonForNoBackend(std::string_view scheme) {
 
 std::optional<std::string> DeviceStatusSchemes::schemeOfURI(std::string_view URI) {
     const auto end = std::find_if_not(URI.begin(), URI.end(), canStandInScheme);
-    if (end == URI.end() || *end != ':' || end == URI.begin() || !isLetter(URI.front())) {
+    if (end == URI.end() || *end != ':' || end == URI.begin() || !isASCIILetter(URI.front())) {
         return std::nullopt;
     }
-    return inLowerCase(URI.substr(0, static_cast<std::size_t>(end - URI.begin())));
+    return textInASCIILowerCase(URI.substr(0, static_cast<std::size_t>(end - URI.begin())));
 }
 
 void DeviceStatusSchemes::registerScheme(std::string_view scheme, Backend backend, URICheck check) {
     if (backend) {
-        schemes_.insert_or_assign(inLowerCase(scheme),
+        schemes_.insert_or_assign(textInASCIILowerCase(scheme),
                                   Scheme{std::move(backend), std::move(check)});
     } else {
-        schemes_.erase(inLowerCase(scheme));
+        schemes_.erase(textInASCIILowerCase(scheme));
     }
 }
 

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <optional>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -66,15 +68,6 @@ std::string_view nearPrimary(const Colour& colour) {
     return primary == kPrimaries.end() ? std::string_view() : primary->dye;
 }
 
-std::string inLowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                    : character;
-    });
-    return lower;
-}
-
 /// Of "#RRGGBB#RRGGBB"; empty when one of them is none.
 std::vector<std::string> dyesOfNumbers(std::string_view numbers) {
     constexpr std::size_t kLength = 7;
@@ -102,7 +95,7 @@ std::vector<std::string> dyesOfInkColour(std::string_view colour) {
     if (colour.starts_with('#')) {
         return dyesOfNumbers(colour);
     }
-    const std::string name = inLowerCase(colour);
+    const std::string name = textInASCIILowerCase(colour);
     const bool isNone = name.empty() || name == "none" || name == "unknown" || name == "other";
     if (isNone || name.find(',') != std::string::npos) {
         return {};

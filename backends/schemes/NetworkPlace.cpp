@@ -5,38 +5,26 @@
 #include <cstddef>
 #include <iterator>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
 
 constexpr std::size_t kLongestHost = 255;
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
-/// ASCII, whatever the process's locale says.
-bool isLetter(char character) {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
-
-bool isHexadecimal(char character) {
-    return isDigit(character) || (character >= 'a' && character <= 'f') ||
-           (character >= 'A' && character <= 'F');
-}
-
 bool canStandInName(char character) {
-    return isLetter(character) || isDigit(character) || character == '.' || character == '-' ||
+    return isASCIILetterOrDigit(character) || character == '.' || character == '-' ||
            character == '_';
 }
 
 bool canStandInScheme(char character) {
-    return isLetter(character) || isDigit(character) || character == '+' || character == '-' ||
+    return isASCIILetterOrDigit(character) || character == '+' || character == '-' ||
            character == '.';
 }
 
 bool canStandInIPv6Address(char character) {
-    return isHexadecimal(character) || character == ':' || character == '.';
+    return hexadecimalDigitValue(character) || character == ':' || character == '.';
 }
 
 /// What stands between the brackets, with its zone behind "%"; nothing when it is no address.
@@ -103,18 +91,14 @@ std::string NetworkPlace::hostInURI() const {
 
 std::optional<NetworkPlace> NetworkPlace::placeOfURI(std::string_view URI) {
     const std::size_t schemeEnd = URI.find("://");
-    if (schemeEnd == std::string_view::npos || schemeEnd == 0 || !isLetter(URI.front()) ||
+    if (schemeEnd == std::string_view::npos || schemeEnd == 0 || !isASCIILetter(URI.front()) ||
         !std::all_of(URI.begin(), URI.begin() + static_cast<std::ptrdiff_t>(schemeEnd),
                      canStandInScheme)) {
         return std::nullopt;
     }
     NetworkPlace place;
     std::transform(URI.begin(), URI.begin() + static_cast<std::ptrdiff_t>(schemeEnd),
-                   std::back_inserter(place.scheme), [](char character) {
-                       return character >= 'A' && character <= 'Z'
-                                  ? static_cast<char>(character - 'A' + 'a')
-                                  : character;
-                   });
+                   std::back_inserter(place.scheme), inASCIILowerCase);
     std::string_view rest = URI.substr(schemeEnd + 3);
     std::string_view authority = rest.substr(0, rest.find_first_of("/?#"));
     rest.remove_prefix(authority.size());

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "text/ASCII.h"
 #include "text/UTF8.h"
 #include "text/UnicodeWhiteSpace.h"
 
@@ -13,8 +14,8 @@ namespace {
 constexpr std::size_t kLongestQueueName = 127;
 
 bool canStandInQueueName(char32_t codePoint) {
-    const bool isControl = codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
-    return !isControl && codePoint != U'/' && codePoint != U'#' && !isUnicodeWhiteSpace(codePoint);
+    return !isControlCharacter(codePoint) && codePoint != U'/' && codePoint != U'#' &&
+           !isUnicodeWhiteSpace(codePoint);
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "text/ASCII.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -14,12 +16,10 @@ namespace {
 std::vector<std::string> wordsOf(std::string_view name) {
     std::vector<std::string> words(1);
     for (const char character : name) {
-        const bool isUpper = character >= 'A' && character <= 'Z';
-        const bool isWordCharacter = isUpper || (character >= 'a' && character <= 'z') ||
-                                     (character >= '0' && character <= '9') ||
-                                     static_cast<unsigned char>(character) >= 0x80;
+        const bool isWordCharacter =
+            isASCIILetterOrDigit(character) || static_cast<unsigned char>(character) >= 0x80;
         if (isWordCharacter) {
-            words.back() += isUpper ? static_cast<char>(character - 'A' + 'a') : character;
+            words.back() += inASCIILowerCase(character);
         } else if (!words.back().empty()) {
             words.emplace_back();
         }

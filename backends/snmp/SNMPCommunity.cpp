@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "core_interface/OrbCoreInterface.h"
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
@@ -39,13 +40,7 @@ std::string withoutComment(std::string_view line) {
 }
 
 bool isCommunity(std::string_view directive) {
-    constexpr std::string_view kName = "community";
-    return std::equal(directive.begin(), directive.end(), kName.begin(), kName.end(),
-                      [](char character, char lower) {
-                          return character == lower ||
-                                 (character >= 'A' && character <= 'Z' &&
-                                  static_cast<char>(character - 'A' + 'a') == lower);
-                      });
+    return areEqualIgnoringASCIICase(directive, "community");
 }
 
 }  // namespace

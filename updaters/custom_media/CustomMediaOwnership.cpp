@@ -9,6 +9,7 @@
 
 #include "ppd/PPDConstants.h"
 #include "ppd/StringsFileFormat.h"
+#include "text/ASCII.h"
 #include "text/UnicodeWhiteSpace.h"
 #include "updaters/custom_media/CustomMediaKeywords.h"
 
@@ -124,8 +125,7 @@ bool isNamedBy(const Block& block, std::string_view keyword, std::string_view op
 bool isGivenName(std::string_view name) {
     const auto number = partBehind(kChoiceNamePrefix, name);
     return number && !number->empty() && number->front() != '0' &&
-           std::all_of(number->begin(), number->end(),
-                       [](char digit) { return digit >= '0' && digit <= '9'; });
+           std::all_of(number->begin(), number->end(), isASCIIDigit);
 }
 
 /// Whether the properties are nothing but what a run writes.
