@@ -7,8 +7,9 @@
 
 namespace TkPPDUpdating {
 
-/// The classes of this library that can be found by their name. The updaters' folder defines it as
-/// one plain list, so that a static link keeps every class.
+/// The updater classes of this library: those that can be found by their name, and that a manager
+/// registers when it is made. The updaters' folder defines it as one plain list, so that a static
+/// link keeps every class.
 std::span<const OrbClass* const> OrbClassTable();
 
 /// The class of that name in the table, or null.

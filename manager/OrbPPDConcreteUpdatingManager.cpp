@@ -1,6 +1,5 @@
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 
-#include <array>
 #include <utility>
 
 #include "core_interface/TkCSKeys.h"
@@ -11,23 +10,6 @@
 namespace TkPPDUpdating {
 
 namespace {
-
-constexpr std::array<std::string_view, 14> kBuiltInUpdaterClassNames = {
-    "OrbPPDDeviceCapabilitiesUpdater",
-    "OrbPPDLinTablesUpdater",
-    "OrbPPDDuplexerInstalledUpdater",
-    "OrbPPDLowerTrayInstalledUpdater",
-    "OrbPPDPenConfigUpdater",
-    "OrbPPDDefaultPageSizeUpdater",
-    "OrbPPDCustomMediaUpdater",
-    "OrbPPDEstimatedPagesUpdater",
-    "OrbPPDNonInstallableDuplexUpdater",
-    "OrbPPDPensConfigNameUpdater",
-    "OrbPPDPensConfigCSLInfoUpdater",
-    "OrbPPDPensConfigFamilyIDUpdater",
-    "OrbPPDPensConfigAdditionalInfoUpdater",
-    "OrbPPDMaxResolutionUpdater",
-};
 
 using Updaters = std::vector<std::unique_ptr<ITkPPDUpdater>>;
 
@@ -72,8 +54,8 @@ OrbPPDConcreteUpdatingManager::OrbPPDConcreteUpdatingManager() {
 }
 
 void OrbPPDConcreteUpdatingManager::registerClasses() {
-    for (const std::string_view name : kBuiltInUpdaterClassNames) {
-        OrbPPDConcreteUpdatingManager::registerUpdaterClass(OrbClassFromName(name));
+    for (const OrbClass* builtIn : OrbClassTable()) {
+        OrbPPDConcreteUpdatingManager::registerUpdaterClass(builtIn);
     }
 }
 

@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <numeric>
+#include <set>
+#include <string>
+
+#include "manager/OrbClassTable.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"
@@ -7,25 +12,16 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
-TEST(UpdatersCommandTest, ListsTheFourteenClassesSortedOneALine) {
+TEST(UpdatersCommandTest, ListsTheClassesSortedOneALine) {
+    std::set<std::string> lines;
+    for (const OrbClass* each : OrbClassTable()) {
+        lines.insert(std::string(each->name()) + "\n");
+    }
     const ToolRun run = runTool({"updaters"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.errors, "");
-    EXPECT_EQ(run.output,
-              "OrbPPDCustomMediaUpdater\n"
-              "OrbPPDDefaultPageSizeUpdater\n"
-              "OrbPPDDeviceCapabilitiesUpdater\n"
-              "OrbPPDDuplexerInstalledUpdater\n"
-              "OrbPPDEstimatedPagesUpdater\n"
-              "OrbPPDLinTablesUpdater\n"
-              "OrbPPDLowerTrayInstalledUpdater\n"
-              "OrbPPDMaxResolutionUpdater\n"
-              "OrbPPDNonInstallableDuplexUpdater\n"
-              "OrbPPDPenConfigUpdater\n"
-              "OrbPPDPensConfigAdditionalInfoUpdater\n"
-              "OrbPPDPensConfigCSLInfoUpdater\n"
-              "OrbPPDPensConfigFamilyIDUpdater\n"
-              "OrbPPDPensConfigNameUpdater\n");
+    EXPECT_EQ(run.output, std::accumulate(lines.begin(), lines.end(), std::string()));
+    EXPECT_TRUE(run.output.starts_with("OrbPPDCustomMediaUpdater\nOrbPPDDefaultPageSizeUpdater\n"));
 }
 
 TEST(UpdatersCommandTest, ListsThoseThatApplyToAFile) {

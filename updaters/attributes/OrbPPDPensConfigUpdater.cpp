@@ -1,5 +1,7 @@
 #include "updaters/attributes/OrbPPDPensConfigUpdater.h"
 
+#include <array>
+
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDUpdatingContext.h"
@@ -40,6 +42,30 @@ std::vector<std::string> OrbPPDPensConfigUpdater::statusEntriesRead() const {
             OrbCSPartialStatus::entryForPart(kTkCSInstalledPensConfigurationKey, name));
     }
     return entries;
+}
+
+std::span<const std::string_view> OrbPPDPensConfigNameUpdater::attributeNames() const {
+    static constexpr std::array<std::string_view, 1> kAttributeNames = {kTkCSPPDPensConfigNameKey};
+    return kAttributeNames;
+}
+
+std::span<const std::string_view> OrbPPDPensConfigFamilyIDUpdater::attributeNames() const {
+    static constexpr std::array<std::string_view, 1> kAttributeNames = {kTkCSPPDPenFamilyIDsKey};
+    return kAttributeNames;
+}
+
+std::span<const std::string_view> OrbPPDPensConfigCSLInfoUpdater::attributeNames() const {
+    static constexpr std::array<std::string_view, 3> kAttributeNames = {
+        kTkCSPPDPenDyesKey, kTkCSPPDPenDropVolumesKey, kTkCSPPDPenEverydayStatusKey};
+    return kAttributeNames;
+}
+
+std::span<const std::string_view> OrbPPDPensConfigAdditionalInfoUpdater::attributeNames() const {
+    static constexpr std::array<std::string_view, 5> kAttributeNames = {
+        kTkCSPPDPenActualDropVolumesKey, kTkCSPPDPenNominalDropVolumesKey,
+        kTkCSPPDPenBriskDropVolumesKey, kTkCSPPDPenInkSufficientKey,
+        kTkCSPPDPenHasPrintheadDefectKey};
+    return kAttributeNames;
 }
 
 }  // namespace TkPPDUpdating

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "manager/ITkPPDStatusReading.h"
@@ -18,6 +20,39 @@ class OrbPPDPensConfigUpdater : public OrbPPDAttributesUpdater, public ITkPPDSta
         std::optional<std::string_view> deviceURI, OrbDictionary* context) override;
 
     std::vector<std::string> statusEntriesRead() const override;
+};
+
+/// Writes the name of the installed pens configuration.
+class OrbPPDPensConfigNameUpdater : public OrbPPDPensConfigUpdater {
+  public:
+    static constexpr std::string_view kClassName = "OrbPPDPensConfigNameUpdater";
+
+    std::span<const std::string_view> attributeNames() const override;
+};
+
+/// Writes the family identifiers of the installed pens.
+class OrbPPDPensConfigFamilyIDUpdater : public OrbPPDPensConfigUpdater {
+  public:
+    static constexpr std::string_view kClassName = "OrbPPDPensConfigFamilyIDUpdater";
+
+    std::span<const std::string_view> attributeNames() const override;
+};
+
+/// Writes the dyes of the installed pens, their drop volumes and their everyday status.
+class OrbPPDPensConfigCSLInfoUpdater : public OrbPPDPensConfigUpdater {
+  public:
+    static constexpr std::string_view kClassName = "OrbPPDPensConfigCSLInfoUpdater";
+
+    std::span<const std::string_view> attributeNames() const override;
+};
+
+/// Writes the actual, nominal and brisk drop volumes of the installed pens, whether their ink
+/// suffices, and whether a printhead is defective.
+class OrbPPDPensConfigAdditionalInfoUpdater : public OrbPPDPensConfigUpdater {
+  public:
+    static constexpr std::string_view kClassName = "OrbPPDPensConfigAdditionalInfoUpdater";
+
+    std::span<const std::string_view> attributeNames() const override;
 };
 
 }  // namespace TkPPDUpdating

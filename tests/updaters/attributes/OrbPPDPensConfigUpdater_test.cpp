@@ -6,10 +6,6 @@
 
 #include "core_interface/TkCSKeys.h"
 #include "tests/updaters/attributes/AttributeUpdaterRuns.h"
-#include "updaters/attributes/OrbPPDPensConfigAdditionalInfoUpdater.h"
-#include "updaters/attributes/OrbPPDPensConfigCSLInfoUpdater.h"
-#include "updaters/attributes/OrbPPDPensConfigFamilyIDUpdater.h"
-#include "updaters/attributes/OrbPPDPensConfigNameUpdater.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
