@@ -37,7 +37,7 @@ namespace {
 
 /// What nobody can do without who takes a PPD from a file: read it, see that it is UTF-8, and find
 /// its line feeds. Every other figure is to be read as a multiple of this one.
-void BM_Yardstick_ReadFileCheckUTF8FindLineFeeds(benchmark::State& state) {
+void Yardstick_ReadFileCheckUTF8FindLineFeeds(benchmark::State& state) {
     const GeneratedPPDFile file(kLargePPD);
     std::size_t bytes = 0;
     for (auto _ : state) {
@@ -50,7 +50,7 @@ void BM_Yardstick_ReadFileCheckUTF8FindLineFeeds(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(bytes * state.iterations()));
 }
-BENCHMARK(BM_Yardstick_ReadFileCheckUTF8FindLineFeeds)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Yardstick_ReadFileCheckUTF8FindLineFeeds)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

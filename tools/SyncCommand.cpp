@@ -75,7 +75,7 @@ SyncCommand::SyncCommand(CLI::App& application, const Backends& backends)
     subcommand().add_flag("--page-size", isPageSizeWanted_,
                           "Set the default page size, too, to the paper of the user's country");
     addResultOptions();
-    runOptions_.addTo(subcommand());
+    updaters_.addTo(subcommand());
 }
 
 void SyncCommand::addQueueOptions() {
@@ -135,7 +135,7 @@ ExitStatus SyncCommand::run() {
         throw Failure(ExitStatus::usage, std::nullopt,
                       "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
     }
-    RunOptions::refuseUnwritableUpdateTime();
+    UpdaterSelection::refuseUnwritableUpdateTime();
     auto statusURIs = statusURIOptions_.URIs(backends_);
     const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))
                                              : std::nullopt);
@@ -150,7 +150,7 @@ ExitStatus SyncCommand::run() {
                                       .isCancelled = &InterruptionWatch::isInterrupted(),
                                       .isTimeOver = &InterruptionWatch::isTimeOver(),
                                       .makeManager = [this] { return makeManager(); },
-                                      .rule = runOptions_.rule(),
+                                      .rule = updaters_.rule(),
                                       .statusURIs = std::move(statusURIs),
                                       .mostPrinters = jobs_,
                                       .wait = schedulerOptions_.wait(),
@@ -185,10 +185,10 @@ std::unique_ptr<QueueBackups> SyncCommand::openBackups() const {
 }
 
 std::unique_ptr<OrbPPDConcreteUpdatingManager> SyncCommand::makeManager() const {
-    auto manager = runOptions_.makeManager();
+    auto manager = updaters_.makeManager();
     // It is for a new queue: afterwards the paper is what the queue's users have chosen.
     constexpr std::string_view kPageSizeUpdater = "OrbPPDDefaultPageSizeUpdater";
-    if (!isPageSizeWanted_ && !runOptions_.areOnly(kPageSizeUpdater)) {
+    if (!isPageSizeWanted_ && !updaters_.areOnly(kPageSizeUpdater)) {
         manager->unregisterUpdaterClass(OrbClassFromName(kPageSizeUpdater));
     }
     return manager;

@@ -10,10 +10,10 @@
 #include "sync/QueueScheduler.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
-#include "tools/RunOptions.h"
 #include "tools/SchedulerOptions.h"
 #include "tools/StatusURIOptions.h"
 #include "tools/SyncReport.h"
+#include "tools/UpdaterSelection.h"
 
 namespace TkPPDUpdating {
 
@@ -55,7 +55,7 @@ class SyncCommand : public Command {
     std::optional<std::string> backupFolder_;
     bool keepsAllBackups_ = false;
     SyncReport::Options reportOptions_;
-    RunOptions runOptions_;
+    UpdaterSelection updaters_;
 };
 
 }  // namespace TkPPDUpdating

@@ -34,11 +34,11 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
                   "Write into a file even when the printer gives no status")
         ->needs(device)
         ->excludes("--require-device");
-    runOptions_.addTo(subcommand());
+    updaters_.addTo(subcommand());
 }
 
 ExitStatus UpdateCommand::run() {
-    RunOptions::refuseUnwritableUpdateTime();
+    UpdaterSelection::refuseUnwritableUpdateTime();
     std::optional<FileInPlace> inPlace;
     const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfFile();
     std::string reason;
@@ -78,7 +78,7 @@ PPDText UpdateCommand::updatedText(const std::shared_ptr<const PPDModelFile>& be
 }
 
 PPDText UpdateCommand::textWithQueue(const PPDModelFile& before) const {
-    PPDText after = runOptions_.makeManager()->updatedPPDContentsForContents_PPDFile_queueName(
+    PPDText after = updaters_.makeManager()->updatedPPDContentsForContents_PPDFile_queueName(
         before.text(), before, *queueName_);
     if (!after) {
         std::string reason;
@@ -96,14 +96,14 @@ PPDText UpdateCommand::textWithQueue(const PPDModelFile& before) const {
 }
 
 PPDText UpdateCommand::textWithDevice(const std::shared_ptr<const PPDModelFile>& before) const {
-    using Silence = DeviceOutcome::Silence;
+    using Silence = DeviceInquiry::Silence;
     device_.refuseMistake(backends_);
-    PPDUpdate update(runOptions_.makeManager(), before, defaults());
+    PPDUpdate update(updaters_.makeManager(), before, defaults());
     if (update.needsStatus() || device_.isRequired()) {
         const bool isFailure = isFileWritten() && !isWithoutDevice_;
         if (auto status =
                 device_.status(file_, {}, isFailure ? Silence::isFailure : Silence::isWarning)) {
-            update.setStatus(std::move(status), runOptions_.rule());
+            update.setStatus(std::move(status), updaters_.rule());
         }
     }
     PPDText after = update.updatedText(device_.deviceURI());
@@ -123,7 +123,7 @@ PPDUpdate::Defaults UpdateCommand::defaults() const {
 }
 
 void UpdateCommand::refuseHarm(const PPDModelFile& before, const std::string& after) const {
-    const auto updaters = runOptions_.makeManager()->applicableUpdatersForPPDFile(&before);
+    const auto updaters = updaters_.makeManager()->applicableUpdatersForPPDFile(&before);
     if (const auto reason = UpdateGuard::reasonNotToWrite(*before.text(), after, updaters)) {
         throw Failure(ExitStatus::noResult, file_, "the updated PPD is refused: " + *reason);
     }

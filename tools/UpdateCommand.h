@@ -9,8 +9,8 @@
 #include "sync/PPDUpdate.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
-#include "tools/DeviceOutcome.h"
-#include "tools/RunOptions.h"
+#include "tools/DeviceInquiry.h"
+#include "tools/UpdaterSelection.h"
 
 namespace TkPPDUpdating {
 
@@ -36,8 +36,8 @@ class UpdateCommand : public Command {
     void tellChanges(const PPDText& before, const PPDText& after) const;
 
     const Backends& backends_;
-    RunOptions runOptions_;
-    DeviceOutcome device_;
+    UpdaterSelection updaters_;
+    DeviceInquiry device_;
     std::string file_;
     std::optional<std::string> queueName_;
     std::optional<std::string> output_;

@@ -39,11 +39,11 @@ ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
     PPD->add_option("--ppd", file_, "The PPD file")->type_name("FILE");
     PPD->require_option(1);
     device_.addTo(subcommand(), subcommand())->required();
-    runOptions_.addTo(subcommand());
+    updaters_.addTo(subcommand());
 }
 
 ExitStatus ValuesCommand::run() {
-    RunOptions::refuseUnwritableUpdateTime();
+    UpdaterSelection::refuseUnwritableUpdateTime();
     const auto PPDFile = queueName_ ? PPDOfQueue() : PPDOfFile();
     device_.refuseMistake(backends_);
     const std::string place = queueName_.value_or(file_);
@@ -66,19 +66,19 @@ std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfFile() const {
 
 OrbPPDUpdatingValues ValuesCommand::valuesFor(const std::shared_ptr<const PPDModelFile>& PPDFile,
                                               const std::string& place) const {
-    using Silence = DeviceOutcome::Silence;
-    PPDUpdate update(runOptions_.makeManager(), PPDFile);
+    using Silence = DeviceInquiry::Silence;
+    PPDUpdate update(updaters_.makeManager(), PPDFile);
     // The operation for a file begins with a status; the one for a queue asks when it needs one.
     const bool isAsked = !queueName_ || update.needsStatus() || device_.isRequired();
     auto status = isAsked ? device_.status(place, filterModeParameters(),
                                            queueName_ ? Silence::isWarning : Silence::isFailure)
                           : nullptr;
     if (!status) {
-        return runOptions_.makeManager()
+        return updaters_.makeManager()
             ->PPDUpdatingValuesForQueueWithName_deviceURI(queueName_, device_.deviceURI())
             .value_or(OrbPPDUpdatingValues());
     }
-    update.setStatus(std::move(status), runOptions_.rule());
+    update.setStatus(std::move(status), updaters_.rule());
     auto values = update.updatingValues(device_.deviceURI());
     if (!update.keptEntries().empty()) {
         Diagnostics::note(place, PPDUpdate::wordsForKeptEntries(update.keptEntries()));

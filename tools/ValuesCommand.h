@@ -8,8 +8,8 @@
 #include "manager/ITkPPDUpdater.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
-#include "tools/DeviceOutcome.h"
-#include "tools/RunOptions.h"
+#include "tools/DeviceInquiry.h"
+#include "tools/UpdaterSelection.h"
 
 namespace TkPPDUpdating {
 
@@ -30,8 +30,8 @@ class ValuesCommand : public Command {
                                    const std::string& place) const;
 
     const Backends& backends_;
-    RunOptions runOptions_;
-    DeviceOutcome device_;
+    UpdaterSelection updaters_;
+    DeviceInquiry device_;
     std::optional<std::string> queueName_;
     std::string file_;
 };

@@ -65,7 +65,6 @@ class DroppedValues {
                            [this](std::string_view each) { return incomplete_.contains(each); });
     }
 
-    const std::vector<std::string>& reasons() const { return reasons_; }
     std::vector<std::string> takeReasons() { return std::move(reasons_); }
 
   private:

@@ -99,8 +99,8 @@ TEST(IPPAnswerFilter, LeavesLanguagesOut) {
         .value(0x4A, "", "media-type")
         .value(0x36, "", "\0\2en\0\7My Gold"sv)
         .value(0x37, "", "");
-    const Filtered result = filtered(bytes.end());
-    EXPECT_THAT(result.dropped.reasons(), IsEmpty());
+    Filtered result = filtered(bytes.end());
+    EXPECT_THAT(result.dropped.takeReasons(), IsEmpty());
     EXPECT_EQ(result.answer.bytes.find("\0\2de"sv), std::string::npos);
     EXPECT_EQ(result.answer.bytes.find("\0\2en"sv), std::string::npos);
     const auto status = statusOf(bytes.bytes());

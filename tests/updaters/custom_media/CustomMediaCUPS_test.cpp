@@ -39,7 +39,7 @@ class CustomMediaInCUPS : public CustomMediaTest {
     /// What libcups says of the choices of MediaType in that language.
     static std::string choices(const std::string& path, const std::string& language,
                                const std::vector<std::string>& names) {
-        std::vector<std::string> command = {PRINT_PPD_CHOICES, path, "MediaType"};
+        std::vector<std::string> command = {TKPPDUPDATING_PRINT_PPD_CHOICES, path, "MediaType"};
         command.insert(command.end(), names.begin(), names.end());
         ProgramSurroundings surroundings;
         surroundings.environment = {{"LANG", language + ".UTF-8"},

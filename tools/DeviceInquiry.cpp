@@ -1,4 +1,4 @@
-#include "tools/DeviceOutcome.h"
+#include "tools/DeviceInquiry.h"
 
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "tools/DeviceURIMistake.h"
@@ -7,7 +7,7 @@
 
 namespace TkPPDUpdating {
 
-CLI::Option* DeviceOutcome::addTo(CLI::App& subcommand, CLI::App& group) {
+CLI::Option* DeviceInquiry::addTo(CLI::App& subcommand, CLI::App& group) {
     CLI::Option* device =
         group
             .add_option("--device-uri", deviceURI_,
@@ -20,11 +20,11 @@ CLI::Option* DeviceOutcome::addTo(CLI::App& subcommand, CLI::App& group) {
     return device;
 }
 
-void DeviceOutcome::refuseMistake(const Backends& backends) const {
+void DeviceInquiry::refuseMistake(const Backends& backends) const {
     refuseMistakenDeviceURI(backends, deviceURI_);
 }
 
-std::shared_ptr<const OrbCSDeviceStatus> DeviceOutcome::status(const std::string& place,
+std::shared_ptr<const OrbCSDeviceStatus> DeviceInquiry::status(const std::string& place,
                                                                const OrbDictionary& parameters,
                                                                Silence silence) const {
     OrbCSError error;

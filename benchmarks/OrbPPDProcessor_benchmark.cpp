@@ -9,16 +9,16 @@
 namespace TkPPDUpdating::Benchmarks {
 namespace {
 
-void BM_SplitIntoLines(benchmark::State& state) {
+void SplitIntoLines(benchmark::State& state) {
     const PPDText text = generatedPPD(kLargePPD);
     for (auto _ : state) {
         benchmark::DoNotOptimize(OrbPPDProcessor::processorWithPPDContent(text)->lines());
     }
 }
-BENCHMARK(BM_SplitIntoLines)->Unit(benchmark::kMicrosecond);
+BENCHMARK(SplitIntoLines)->Unit(benchmark::kMicrosecond);
 
 /// So many look-ups of the translations of one option's choices, in a fresh processor.
-void BM_LookUps(benchmark::State& state) {
+void LookUps(benchmark::State& state) {
     const PPDText text = generatedPPD(kLargePPD);
     const std::string keyword = "ja." + keywordOfMiddleOption(kLargePPD);
     for (auto _ : state) {
@@ -34,10 +34,10 @@ void BM_LookUps(benchmark::State& state) {
         }
     }
 }
-BENCHMARK(BM_LookUps)->Arg(1)->Arg(8)->Arg(64)->Arg(1024)->Unit(benchmark::kMicrosecond);
+BENCHMARK(LookUps)->Arg(1)->Arg(8)->Arg(64)->Arg(1024)->Unit(benchmark::kMicrosecond);
 
 /// What an attribute updater does: one attribute near the end is replaced and the text joined.
-void BM_ReplaceOneAttribute(benchmark::State& state) {
+void ReplaceOneAttribute(benchmark::State& state) {
     const PPDText text = generatedPPD(kLargePPD);
     for (auto _ : state) {
         const auto processor = OrbPPDProcessor::processorWithPPDContent(text);
@@ -48,10 +48,10 @@ void BM_ReplaceOneAttribute(benchmark::State& state) {
         benchmark::DoNotOptimize(processor->content());
     }
 }
-BENCHMARK(BM_ReplaceOneAttribute)->Unit(benchmark::kMicrosecond);
+BENCHMARK(ReplaceOneAttribute)->Unit(benchmark::kMicrosecond);
 
 /// Choices with translations in four languages, appended and then deleted one by one.
-void BM_AppendAndDeleteChoices(benchmark::State& state) {
+void AppendAndDeleteChoices(benchmark::State& state) {
     const PPDText text = generatedPPD(kLargePPD);
     for (auto _ : state) {
         const auto processor = OrbPPDProcessor::processorWithPPDContent(text);
@@ -68,14 +68,14 @@ void BM_AppendAndDeleteChoices(benchmark::State& state) {
     }
     state.SetComplexityN(state.range(0));
 }
-BENCHMARK(BM_AppendAndDeleteChoices)
+BENCHMARK(AppendAndDeleteChoices)
     ->RangeMultiplier(4)
     ->Range(64, 4096)
     ->Unit(benchmark::kMicrosecond)
     ->Complexity(benchmark::oN);
 
 /// Every second line of a PPD of nothing but constraints, removed after the index was made.
-void BM_RemoveEverySecondConstraint(benchmark::State& state) {
+void RemoveEverySecondConstraint(benchmark::State& state) {
     std::string constraints;
     for (std::int64_t i = 0; i < state.range(0); ++i) {
         constraints += "*UIConstraints: *Duplex Choice" + std::to_string(i) + " *MediaType Film\n";
@@ -96,7 +96,7 @@ void BM_RemoveEverySecondConstraint(benchmark::State& state) {
     }
     state.SetComplexityN(state.range(0));
 }
-BENCHMARK(BM_RemoveEverySecondConstraint)
+BENCHMARK(RemoveEverySecondConstraint)
     ->RangeMultiplier(4)
     ->Range(1024, 65536)
     ->Unit(benchmark::kMicrosecond)

@@ -11,8 +11,8 @@
 
 namespace TkPPDUpdating {
 
-/// The device of a run: the options that name it, and what the user is told of its answer.
-class DeviceOutcome {
+/// Asks the device that the options of a run name, and tells the user what came of it.
+class DeviceInquiry {
   public:
     /// Adds --require-device to the subcommand and --device-uri to it or to a group of its options;
     /// gives the latter.

@@ -1,4 +1,4 @@
-#include "tools/RunOptions.h"
+#include "tools/UpdaterSelection.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ std::string complaintAboutClassName(const std::string& name) {
 
 }  // namespace
 
-void RunOptions::addTo(CLI::App& subcommand) {
+void UpdaterSelection::addTo(CLI::App& subcommand) {
     // One class for each time that the option is given: the argument after it may be the file.
     const auto addClassOption = [&](const std::string& name, std::vector<std::string>& classes,
                                     const std::string& description) {
@@ -37,11 +37,11 @@ void RunOptions::addTo(CLI::App& subcommand) {
                         "Also run those that the printer did not tell all that they read");
 }
 
-bool RunOptions::areOnly(std::string_view className) const {
+bool UpdaterSelection::areOnly(std::string_view className) const {
     return std::ranges::find(only_, className) != only_.end();
 }
 
-void RunOptions::refuseUnwritableUpdateTime() {
+void UpdaterSelection::refuseUnwritableUpdateTime() {
     constexpr const char* kVariable = "ZrEPRLastUpdateTime";
     const auto time = OrbCoreInterface::environment()->valueForVariable(kVariable);
     const auto reason = time ? reasonTextCannotStandInPPDLine(*time) : std::nullopt;
@@ -51,7 +51,7 @@ void RunOptions::refuseUnwritableUpdateTime() {
     }
 }
 
-std::unique_ptr<OrbPPDConcreteUpdatingManager> RunOptions::makeManager() const {
+std::unique_ptr<OrbPPDConcreteUpdatingManager> UpdaterSelection::makeManager() const {
     auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
     if (!only_.empty()) {
         const auto builtIn = manager->registeredClasses();

@@ -11,9 +11,9 @@
 
 namespace TkPPDUpdating {
 
-/// The options that every command takes that runs updaters: which classes take part, and whether
-/// also those run to which the printer did not tell all that they read.
-class RunOptions {
+/// Selects the updaters of a run by the options that every command takes that runs them: which
+/// classes take part, and whether also those to which the printer did not tell all that they read.
+class UpdaterSelection {
   public:
     void addTo(CLI::App& subcommand);
 
