@@ -1,6 +1,5 @@
 #include "sync/PPDUpdate.h"
 
-#include <array>
 #include <set>
 #include <utility>
 
@@ -10,43 +9,9 @@
 #include "manager/StatusWithValue.h"
 #include "sync/CustomMediaBlock.h"
 #include "sync/FollowedDefaults.h"
+#include "sync/StatusValueText.h"
 
 namespace TkPPDUpdating {
-
-namespace {
-
-/// What a key, or a part of what stands under it, is for people. A part without words of its own is
-/// a PPD keyword and tells itself.
-struct EntryWords {
-    std::string_view key;
-    std::string_view part;
-    std::string_view words;
-};
-
-constexpr auto kEntryWords = std::to_array<EntryWords>({
-    {kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer, "duplexer"},
-    {kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2, "lower tray"},
-    {kTkCSInstalledPensConfigurationKey, kTkCSPensCodeNamePart, "pens configuration"},
-    {kTkCSLinTableKey, "", "calibration"},
-    {kTkCSMaxSupportedResolutionKey, "", "highest resolution"},
-    {kTkCSRemainingPagesEstimationsKey, "", "pages left"},
-    {kTkCSCustomMediaTypesKey, "", "custom media types"},
-});
-
-std::string_view wordsForEntry(std::string_view entry) {
-    const std::size_t separator = entry.find('.');
-    const std::string_view key = entry.substr(0, separator);
-    const std::string_view part =
-        separator == std::string_view::npos ? std::string_view() : entry.substr(separator + 1);
-    for (const EntryWords& each : kEntryWords) {
-        if (each.key == key && each.part == part) {
-            return each.words;
-        }
-    }
-    return part.empty() ? entry : part;
-}
-
-}  // namespace
 
 PPDUpdate::PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
                      std::shared_ptr<const PPDModelFile> PPD, Defaults defaults)
@@ -120,7 +85,7 @@ std::string PPDUpdate::wordsForKeptEntries(const std::vector<std::string>& entri
     std::string words;
     for (const std::string& entry : entries) {
         words += words.empty() ? "kept: " : ", ";
-        words += wordsForEntry(entry);
+        words += statusEntryWords(entry);
     }
     return words.empty() ? words : words + ", which the printer did not tell";
 }

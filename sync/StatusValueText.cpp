@@ -1,6 +1,7 @@
 #include "sync/StatusValueText.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 
@@ -11,6 +12,24 @@
 namespace TkPPDUpdating {
 
 namespace {
+
+/// What a key, or a part of what stands under it, is for people. A part without words of its own is
+/// a PPD keyword and tells itself.
+struct EntryWords {
+    std::string_view key;
+    std::string_view part;
+    std::string_view words;
+};
+
+constexpr auto kEntryWords = std::to_array<EntryWords>({
+    {kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryDuplexer, "duplexer"},
+    {kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2, "lower tray"},
+    {kTkCSInstalledPensConfigurationKey, kTkCSPensCodeNamePart, "pens configuration"},
+    {kTkCSLinTableKey, "", "calibration"},
+    {kTkCSMaxSupportedResolutionKey, "", "highest resolution"},
+    {kTkCSRemainingPagesEstimationsKey, "", "pages left"},
+    {kTkCSCustomMediaTypesKey, "", "custom media types"},
+});
 
 constexpr std::size_t kMostBytes = 500;
 constexpr std::string_view kEllipsis = "...";
@@ -118,11 +137,30 @@ std::string shortened(std::string text) {
     return text;
 }
 
+struct KeyAndPart {
+    std::string_view key;
+    std::string_view part;
+};
+
+KeyAndPart keyAndPartOf(std::string_view entry) {
+    const std::string_view key = entry.substr(0, entry.find('.'));
+    return {key, entry.substr(std::min(key.size() + 1, entry.size()))};
+}
+
 }  // namespace
 
+std::string_view statusEntryWords(std::string_view entry) {
+    const auto [key, part] = keyAndPartOf(entry);
+    for (const EntryWords& each : kEntryWords) {
+        if (each.key == key && each.part == part) {
+            return each.words;
+        }
+    }
+    return part.empty() ? entry : part;
+}
+
 std::string statusValueText(const OrbCSDeviceStatus& status, std::string_view entry) {
-    const std::string_view key = entry.substr(0, entry.find('.'));
-    const std::string_view part = entry.substr(std::min(key.size() + 1, entry.size()));
+    const auto [key, part] = keyAndPartOf(entry);
     const OrbCSStatusValue* const value = status.statusValueForKey_error(key, nullptr);
     return value ? shortened(std::visit(ValueText(part), *value)) : std::string(kNotReported);
 }

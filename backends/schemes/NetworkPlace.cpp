@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <iterator>
+#include <utility>
 
+#include "backends/schemes/DeviceStatusSchemes.h"
 #include "text/ASCII.h"
 
 namespace TkPPDUpdating {
@@ -16,11 +17,6 @@ constexpr std::size_t kLongestHost = 255;
 bool canStandInName(char character) {
     return isASCIILetterOrDigit(character) || character == '.' || character == '-' ||
            character == '_';
-}
-
-bool canStandInScheme(char character) {
-    return isASCIILetterOrDigit(character) || character == '+' || character == '-' ||
-           character == '.';
 }
 
 bool canStandInIPv6Address(char character) {
@@ -90,16 +86,14 @@ std::string NetworkPlace::hostInURI() const {
 }
 
 std::optional<NetworkPlace> NetworkPlace::placeOfURI(std::string_view URI) {
-    const std::size_t schemeEnd = URI.find("://");
-    if (schemeEnd == std::string_view::npos || schemeEnd == 0 || !isASCIILetter(URI.front()) ||
-        !std::all_of(URI.begin(), URI.begin() + static_cast<std::ptrdiff_t>(schemeEnd),
-                     canStandInScheme)) {
+    constexpr std::string_view kAuthorityMark = "://";
+    auto scheme = DeviceStatusSchemes::schemeOfURI(URI);
+    if (!scheme || !URI.substr(scheme->size()).starts_with(kAuthorityMark)) {
         return std::nullopt;
     }
+    std::string_view rest = URI.substr(scheme->size() + kAuthorityMark.size());
     NetworkPlace place;
-    std::transform(URI.begin(), URI.begin() + static_cast<std::ptrdiff_t>(schemeEnd),
-                   std::back_inserter(place.scheme), inASCIILowerCase);
-    std::string_view rest = URI.substr(schemeEnd + 3);
+    place.scheme = *std::move(scheme);
     std::string_view authority = rest.substr(0, rest.find_first_of("/?#"));
     rest.remove_prefix(authority.size());
     if (const std::size_t at = authority.rfind('@'); at != std::string_view::npos) {

@@ -90,5 +90,13 @@ TEST(StatusValueText, ManyMediaTypesTakeNoMoreThanIsShown) {
               500U);
 }
 
+TEST(StatusEntryWords, AreThoseOfPeopleOrTheNameItself) {
+    EXPECT_EQ(statusEntryWords("DeviceAccessories.Duplexer"), "duplexer");
+    EXPECT_EQ(statusEntryWords("InstalledPensConfiguration.codeName"), "pens configuration");
+    EXPECT_EQ(statusEntryWords("InstalledPensConfiguration.ZrPenDyes"), "ZrPenDyes");
+    EXPECT_EQ(statusEntryWords("LinTable"), "calibration");
+    EXPECT_EQ(statusEntryWords("Unheard"), "Unheard");
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating::Testing
