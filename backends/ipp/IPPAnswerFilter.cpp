@@ -248,12 +248,13 @@ class Value {
     static constexpr Tag kNoMember = 0;
     static constexpr Tag kNamedMember = 1;
 
-    /// The language of a text is left out: it is of no use here, and libcups says of a set that has
-    /// texts with and without one that all are of one kind.
+    /// The language of a text is left out, which is of no use here.
     void append(const Record& record) {
         const std::string_view value =
             hasLanguage(record.tag) ? *textBehindLanguage(record.value) : record.value;
-        bytes_ += static_cast<char>(withoutLanguage(record.tag));
+        const bool isOfMember = depth_ > 0 && isString(record.tag);
+        bytes_ +=
+            static_cast<char>(withoutLanguage(isOfMember ? memberSyntax_[depth_] : record.tag));
         bytes_.append(2, '\0');
         bytes_ += static_cast<char>(value.size() >> 8U);
         bytes_ += static_cast<char>(value.size() & 0xFFU);
@@ -473,7 +474,11 @@ class Run {
             bytes += static_cast<char>(kPrinterGroup);
         }
         result_.syntaxes.back() += static_cast<char>(syntax);
-        bytes += records.front();
+        // One kind of text for the whole set: libcups takes any mixture as that of its first value
+        // (2.4.2), or refuses most of them, with the whole answer (2.4.10).
+        bytes += isString(static_cast<Tag>(records.front()))
+                     ? static_cast<char>(*attribute_->syntax)
+                     : records.front();
         bytes += static_cast<char>(name.size() >> 8U);
         bytes += static_cast<char>(name.size() & 0xFFU);
         bytes += name;

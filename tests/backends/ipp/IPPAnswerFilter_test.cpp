@@ -154,6 +154,45 @@ TEST(IPPAnswerFilter, HandsTheSyntaxOfEachValueOn) {
     EXPECT_THAT(filtered(bytes.end()).answer.syntaxes, ElementsAre("\x44", "\x44\x42\x44\x42\x44"));
 }
 
+/// The part of an answer that the filter hands on.
+std::string printerGroupOf(const std::string& answer) {
+    return answer.substr(answer.find('\4'));
+}
+
+// CUPS 2.4.10 refuses an answer with a set of texts of different kinds.
+TEST(IPPAnswerFilter, MakesTheTextsOfASetOfOneKindAndTellsTheirSyntaxesBesides) {
+    IPPBytes bytes;
+    bytes.value(0x44, "media-type-supported", "stationery")
+        .value(0x42, "", "My Gloss")
+        .value(0x36, "", "\0\2en\0\1A"sv)
+        .value(0x41, "", "B");
+    IPPBytes ofOneKind;
+    ofOneKind.value(0x44, "media-type-supported", "stationery")
+        .value(0x44, "", "My Gloss")
+        .value(0x44, "", "A")
+        .value(0x44, "", "B");
+    const Filtered result = filtered(bytes.end());
+    EXPECT_EQ(printerGroupOf(result.answer.bytes), printerGroupOf(ofOneKind.end()));
+    EXPECT_EQ(result.answer.syntaxes, std::vector<std::string>{"\x44\x42\x42\x41"});
+}
+
+TEST(IPPAnswerFilter, MakesTheTextsOfAMemberOfOneKind) {
+    const auto database = [](unsigned char first, unsigned char second) {
+        return IPPBytes()
+            .value(0x34, "media-col-database", "")
+            .value(0x4A, "", "media-type")
+            .value(first, "", "stationery")
+            .value(second, "", "My Gloss")
+            .value(0x37, "", "")
+            .end();
+    };
+    const auto handedOn = [&database](unsigned char first, unsigned char second) {
+        return printerGroupOf(filtered(database(first, second)).answer.bytes);
+    };
+    EXPECT_EQ(handedOn(0x44, 0x42), printerGroupOf(database(0x44, 0x44)));
+    EXPECT_EQ(handedOn(0x42, 0x41), printerGroupOf(database(0x42, 0x42)));
+}
+
 TEST(IPPAnswerFilter, KnowsWhetherAnythingWantedWasThere) {
     EXPECT_FALSE(filtered(IPPBytes().end()).answer.hasWanted);
     IPPBytes other;
