@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "ppd/PPDTextFile.h"
-#include "text/UTF8.h"
 #include "resources/XMLScanner.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 
