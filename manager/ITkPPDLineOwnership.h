@@ -24,7 +24,8 @@ struct OrbPPDOwnedLines {
     std::vector<std::string> defaultsOfOptions;
 
     /// Main keywords (no asterisk) of attributes without an option keyword, "*KEYWORD: value". They
-    /// may get another value, be added, one of each, and be taken away with their translations.
+    /// may get another value, lose their translations and be added, one of each; they may not get
+    /// fewer.
     std::vector<std::string> attributes;
 
     /// May be added with just that code, and be taken away.

@@ -206,7 +206,13 @@ std::optional<std::string> StatementComparison::reasonOfAttributes() const {
     for (const PPDStatement* const statement : gone_) {
         more[statement->keyword] -= owned_.isAttribute(*statement) ? 1 : 0;
     }
-    std::erase_if(more, [](const auto& each) { return each.second <= 0; });
+    // An updater replaces its attribute. A new value that the PPD has no room for leaves none.
+    for (const PPDStatement* const statement : gone_) {
+        if (more[statement->keyword] < 0) {
+            return lostLine(*statement);
+        }
+    }
+    std::erase_if(more, [](const auto& each) { return each.second == 0; });
     for (const PPDStatement& statement : had_) {
         // One may come where there was none.
         const auto found = more.empty() ? more.end() : more.find(statement.keyword);

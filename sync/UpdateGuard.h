@@ -29,7 +29,7 @@ class UpdateGuard {
     ///   length (255 bytes) without control characters, and names no program (cupsFilter,
     ///   cupsPreFilter, cupsPortMonitor, APPrinterPreset, FoomaticRIP);
     /// - no choice comes to stand twice in an option, and no attribute of an updater twice;
-    ///   identical new ones may (two media types share a profile);
+    ///   identical new ones may (two media types share a profile); and no attribute is lost;
     /// - each default that changed names a choice that there is, none is missing, and none that
     ///   stayed has lost its choice.
     ///

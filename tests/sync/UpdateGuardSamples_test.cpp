@@ -107,7 +107,12 @@ TEST_F(GuardOfSamples, AcceptsTheValuesOfAnotherPPD) {
                 text, otherFile.get(), &context);
             text = next ? next : text;
         }
-        EXPECT_EQ(UpdateGuard::reasonNotToWrite(before, *text, updaters), std::nullopt)
+        // What the other PPD has without a value would be gone for good: an updater does not apply
+        // to a PPD without its attribute.
+        const bool losesPens = printer == "zr-inkjet" && state == "silent";
+        EXPECT_EQ(UpdateGuard::reasonNotToWrite(before, *text, updaters),
+                  losesPens ? std::optional<std::string>("it would lose a line of ZrPensConfigName")
+                            : std::nullopt)
             << printer << " " << state;
     }
 }

@@ -460,5 +460,26 @@ TEST_F(UpdateCommandTest, RefusesToWriteAPPDThatWouldDoHarm) {
     EXPECT_NE(shown.output, sample);
 }
 
+TEST_F(UpdateCommandTest, RefusesToWriteAPPDThatLostAnAttributeWhoseNewLineWouldBeTooLong) {
+    const std::string before = "*PPD-Adobe: \"4.3\"\n*ZrMaxSupportedResolution: 600\n*Z: 1\n";
+    const std::string ppd = directory_.write("plotter.ppd", before);
+    // With "*ZrMaxSupportedResolution: " before it, 255 and 256 bytes.
+    const auto resolutionOf = [&](std::size_t length) {
+        return "file://" + directory_.write("printer.json", R"({"MaxSupportedResolution": ")" +
+                                                                std::string(length, '6') + "\"}");
+    };
+    const ToolRun refused =
+        runTool({"update", ppd, "--device-uri", resolutionOf(229), "--in-place"});
+    EXPECT_EQ(refused.exitStatus, 1);
+    EXPECT_EQ(refused.errors, "tkppdupdate: " + ppd +
+                                  ": the updated PPD is refused: it would lose a line of "
+                                  "ZrMaxSupportedResolution\n");
+    EXPECT_EQ(contentsOfFile(ppd), before);
+    const ToolRun taken = runTool({"update", ppd, "--device-uri", resolutionOf(228), "--in-place"});
+    EXPECT_EQ(taken.exitStatus, 0);
+    EXPECT_EQ(contentsOfFile(ppd), "*PPD-Adobe: \"4.3\"\n*ZrMaxSupportedResolution: " +
+                                       std::string(228, '6') + "\n*Z: 1\n");
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating::Testing
