@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
+#include "core_interface/TkCSKeys.h"
+#include "fuzz/FuzzTarget.h"
+#include "text/UTF8.h"
+
+namespace TkPPDUpdating::Fuzzing {
+
+/// What holds of every status that a network printer gave: a recording of it drops nothing (so all
+/// of its texts can stand in a PPD) and reads back as the same, it names no file of this machine,
+/// and reasons for what was dropped are lines that people can read.
+inline void requireSoundNetworkStatus(const ReportedDeviceStatus& status) {
+    const std::string recording = RecordedDeviceStatus::JSONForStatus(status);
+    std::string reason;
+    const auto recorded = RecordedDeviceStatus::statusWithJSON(recording, reason);
+    require(recorded != nullptr, "a recording of the status can be read");
+    require(recorded->droppedValues().empty(), "its texts can stand in a PPD");
+    require(RecordedDeviceStatus::JSONForStatus(*recorded) == recording, "it reads back");
+    require(status.toldEntries().has_value(), "it says what it told");
+    const auto* const types =
+        status.statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
+    for (const auto& type : types ? *types : OrbCustomMediaTypes()) {
+        require(type && type->name() && type->mediaID(), "a media type has a name and an ID");
+        require(!type->ICCProfile(), "a network printer names no profile");
+    }
+    for (const std::string& dropped : status.droppedValues()) {
+        require(!firstInvalidUTF8Byte(dropped) && dropped.find('\n') == std::string::npos,
+                "a reason is one line");
+    }
+}
+
+}  // namespace TkPPDUpdating::Fuzzing
