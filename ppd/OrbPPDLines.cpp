@@ -324,12 +324,6 @@ PPDText OrbPPDLines::textOfLines(OrbPPDLines lines) {
     return PPDText(std::make_shared<const ChangedText>(std::move(lines)));
 }
 
-PPDText OrbPPDLines::joined() const {
-    OrbPPDLines lines(*this);
-    lines.endsWithLineFeed_ = false;
-    return textOfLines(std::move(lines));
-}
-
 PPDText OrbPPDLines::text() const {
     return textOfLines(*this);
 }

@@ -52,10 +52,8 @@ class OrbPPDLines {
     /// there are not that many.
     void erase(std::size_t index, std::size_t count);
 
-    /// The lines with a line feed between each two of them.
-    PPDText joined() const;
-
-    /// The same with a line feed at the end if the text had one: the text itself with its changes.
+    /// The text with its changes: the lines with a line feed between each two of them, and one at
+    /// the end when `endsWithLineFeed`.
     PPDText text() const;
 
     /// Whether `text` ends with a line feed.

@@ -223,11 +223,14 @@ void OrbPPDProcessor::readLanguages() {
     languages_[std::string(kEnglish)].push_back(codes.size());
 }
 
+void OrbPPDProcessor::erase(const OrbPPDLineRange& range) {
+    lines_->erase(range.length == 0 ? 0 : range.location, range.length);
+}
+
 void OrbPPDProcessor::deleteTranslation(std::string_view language, std::string_view keyword,
                                         std::optional<std::string_view> spec) {
-    const OrbPPDLineRange found = rangeOfAttributeWithKeyword_spec_value(
-        PPDFormatted(kTranslationKeywordFormat, {language, keyword}), spec, std::nullopt);
-    lines_->erase(found.length == 0 ? 0 : found.location, found.length);
+    erase(rangeOfAttributeWithKeyword_spec_value(
+        PPDFormatted(kTranslationKeywordFormat, {language, keyword}), spec, std::nullopt));
 }
 
 /// Deletes as many translations into each language as its code stands in the list, language by
@@ -236,9 +239,6 @@ void OrbPPDProcessor::deleteTranslations(std::string_view keyword,
                                          std::optional<std::string_view> spec) {
     const std::vector<std::string>& codes = localizations();
     const auto lines = lines_->translations(keyword, spec);
-    if (lines && lines->empty() && uncommonLanguages_.empty()) {
-        return;
-    }
     if (!lines) {
         for (const std::string& language : codes) {
             deleteTranslation(language, keyword, spec);
@@ -246,51 +246,64 @@ void OrbPPDProcessor::deleteTranslations(std::string_view keyword,
         deleteTranslation(kEnglish, keyword, spec);
         return;
     }
+    if (lines->empty() && uncommonLanguages_.empty()) {
+        return;
+    }
+    auto translations = translationsByLanguage(*lines, keyword);
+    for (const auto& [place, ofLanguage] : turnsOf(translations)) {
+        if (ofLanguage) {
+            deleteNext(*ofLanguage);
+        } else {
+            deleteTranslation(localizations()[place], keyword, spec);
+        }
+    }
+}
+
+OrbPPDProcessor::TranslationsByLanguage OrbPPDProcessor::translationsByLanguage(
+    const std::vector<OrbPPDLines::LineID>& lines, std::string_view keyword) {
     readLanguages();
-    struct Lines {
-        std::vector<OrbPPDLines::LineID> all;
-        std::size_t next = 0;
-    };
-    std::map<const std::vector<std::size_t>*, Lines> linesOfLanguage;
-    for (const OrbPPDLines::LineID line : *lines) {
+    TranslationsByLanguage translations;
+    for (const OrbPPDLines::LineID line : lines) {
         const auto language = languages_.find(
             foldedCase(OrbPPDLines::languageOfTranslation(lines_->base().line(line), keyword)));
         if (language != languages_.end()) {
-            linesOfLanguage[&language->second].all.push_back(line);
+            translations[&language->second].lines.push_back(line);
         }
     }
-    // By its place in the list: the lines of the language, or none where it is looked up.
-    std::vector<std::pair<std::size_t, Lines*>> turns;
-    for (auto& [places, its] : linesOfLanguage) {
-        for (std::size_t i = 0; i < std::min(places->size(), its.all.size()); ++i) {
-            turns.emplace_back((*places)[i], &its);
+    return translations;
+}
+
+std::vector<OrbPPDProcessor::Turn> OrbPPDProcessor::turnsOf(
+    TranslationsByLanguage& translations) const {
+    std::vector<Turn> turns;
+    for (auto& [places, ofLanguage] : translations) {
+        for (std::size_t i = 0; i < std::min(places->size(), ofLanguage.lines.size()); ++i) {
+            turns.emplace_back((*places)[i], &ofLanguage);
         }
     }
     for (const std::size_t place : uncommonLanguages_) {
         turns.emplace_back(place, nullptr);
     }
     std::sort(turns.begin(), turns.end());
-    for (const auto& [place, its] : turns) {
-        if (!its) {
-            deleteTranslation(localizations()[place], keyword, spec);
-            continue;
-        }
-        // A value of several lines may have taken others along.
-        while (its->next < its->all.size() && lines_->isGone(its->all[its->next])) {
-            ++its->next;
-        }
-        if (its->next < its->all.size()) {
-            const OrbPPDLineRange found = rangeOfAttributeAt(lines_->indexOf(its->all[its->next]));
-            lines_->erase(found.length == 0 ? 0 : found.location, found.length);
-        }
+    return turns;
+}
+
+void OrbPPDProcessor::deleteNext(Translations& translations) {
+    const auto& lines = translations.lines;
+    std::size_t& next = translations.next;
+    // A value of several lines may have taken others along.
+    while (next < lines.size() && lines_->isGone(lines[next])) {
+        ++next;
+    }
+    if (next < lines.size()) {
+        erase(rangeOfAttributeAt(lines_->indexOf(lines[next])));
     }
 }
 
 bool OrbPPDProcessor::insertAttributeWithKeyword_spec_text_value_wrap(
     std::optional<std::string_view> keyword, std::optional<std::string_view> spec,
     std::optional<std::string_view> text, std::optional<std::string_view> value, bool wrap) {
-    OrbPPDLines* const all = lines();
-    if (!keyword || !value || !all) {
+    if (!keyword || !value || !lines()) {
         return false;
     }
     const std::string_view name = spec && text ? PPDSavvyNameFromString(*text) : kTkPPDEmptyString;
@@ -305,39 +318,41 @@ bool OrbPPDProcessor::insertAttributeWithKeyword_spec_text_value_wrap(
         newText_.append(kTkPPDSlash).append(name);
     }
     newText_.append(kBeforeValue).append(*value);
-    const std::size_t length = newText_.size();
-    const auto wrapped = length < kLineTooLong || !wrap
-                             ? std::nullopt
-                             : linesWrapedToPPDMaxWidthForAttributeString(newText_);
-    if (length >= kLineTooLong && !wrapped) {
+    if (!insertMainLine(wrap)) {
         return false;
     }
     if (languages) {
-        newText_.append(kFullStop).append(*keyword).append(kTkPPDSpace).append(*spec);
+        newText_.assign(kFullStop).append(*keyword).append(kTkPPDSpace).append(*spec);
         newText_.append(kTkPPDSlash).append(name).append(kBeforeValue).append(kValueOfTranslation);
-    }
-    const std::string_view mainLine = std::string_view(newText_).substr(0, length);
-    const std::string_view behindLanguage = std::string_view(newText_).substr(length);
-    const auto insert = [&](std::initializer_list<std::string_view> parts) {
-        all->insert(insertLocation_, parts);
-        ++insertLocation_;
-    };
-    if (wrapped) {
-        std::for_each(wrapped->begin(), wrapped->end(),
-                      [&](const std::string& line) { insert({std::string_view(line)}); });
-    } else {
-        insert({mainLine});
-    }
-    if (languages && !standsInMainLine) {
-        insert({kTkPPDAsterisk, kEnglish, behindLanguage});
-    }
-    if (languages) {
+        if (!standsInMainLine) {
+            insertLine({kTkPPDAsterisk, kEnglish, newText_});
+        }
         for (const std::string& language : *languages) {
-            insert({kTkPPDAsterisk, language, behindLanguage});
+            insertLine({kTkPPDAsterisk, language, newText_});
         }
     }
     clearContent();
     return true;
+}
+
+/// Inserts the new text as one line, or wrapped. False, and nothing changed, when it is too long.
+bool OrbPPDProcessor::insertMainLine(bool wrap) {
+    if (newText_.size() < kLineTooLong) {
+        insertLine({newText_});
+        return true;
+    }
+    const auto wrapped = wrap ? linesWrapedToPPDMaxWidthForAttributeString(newText_) : std::nullopt;
+    if (wrapped) {
+        for (const std::string& line : *wrapped) {
+            insertLine({line});
+        }
+    }
+    return wrapped.has_value();
+}
+
+void OrbPPDProcessor::insertLine(std::initializer_list<std::string_view> parts) {
+    lines_->insert(insertLocation_, parts);
+    ++insertLocation_;
 }
 
 std::optional<std::vector<std::string>> OrbPPDProcessor::linesWrapedToPPDMaxWidthForAttributeString(

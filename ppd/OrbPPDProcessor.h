@@ -1,11 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ppd/OrbPPDLines.h"
@@ -137,20 +140,41 @@ class OrbPPDProcessor {
     static std::string_view PPDSavvyNameFromString(std::string_view string);
 
   private:
+    /// The places of one language in the order in which translations are deleted.
+    using Places = std::vector<std::size_t>;
+
+    /// The lines of an attribute's translations into one language.
+    struct Translations {
+        std::vector<OrbPPDLines::LineID> lines;
+        /// The first of them that no turn has come to.
+        std::size_t next = 0;
+    };
+    using TranslationsByLanguage = std::map<const Places*, Translations>;
+
+    /// By the place in the list of languages: the translations of which one is to be deleted, or
+    /// none where the translation has to be looked up.
+    using Turn = std::pair<std::size_t, Translations*>;
+
     OrbPPDLineRange rangeOfAttributeAt(std::size_t index) const;
+    void erase(const OrbPPDLineRange& range);
     void deleteTranslations(std::string_view keyword, std::optional<std::string_view> spec);
     void deleteTranslation(std::string_view language, std::string_view keyword,
                            std::optional<std::string_view> spec);
+    TranslationsByLanguage translationsByLanguage(const std::vector<OrbPPDLines::LineID>& lines,
+                                                  std::string_view keyword);
+    std::vector<Turn> turnsOf(TranslationsByLanguage& translations) const;
+    void deleteNext(Translations& translations);
     void readLanguages();
+    bool insertMainLine(bool wrap);
+    void insertLine(std::initializer_list<std::string_view> parts);
 
     PPDText content_;
     std::optional<OrbPPDLines> lines_;
     std::optional<std::vector<std::string>> localizations_;
-    /// The places of each language, case ignored, in the order in which its translations are
-    /// deleted: that of `localizations`, then "en".
-    std::map<std::string, std::vector<std::size_t>, std::less<>> languages_;
+    /// Of each language, case ignored: that of `localizations`, then "en".
+    std::map<std::string, Places, std::less<>> languages_;
     /// The places of those that hold what ends a keyword.
-    std::vector<std::size_t> uncommonLanguages_;
+    Places uncommonLanguages_;
     /// Whether `content` was joined since the lines were last asked for, which leaves an empty one.
     bool leavesEmptyLine_ = false;
     /// The lines to be inserted; kept because it has the room.

@@ -8,9 +8,7 @@
 #include <utility>
 
 #include "manager/OrbClassTable.h"
-#include "sync/QueueSync.h"
 #include "sync/QueueSyncCauses.h"
-#include "sync/QueueSyncRun.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
@@ -145,22 +143,33 @@ ExitStatus SyncCommand::run() {
     const auto backups = openBackups();
     const auto queueNames = queuesToSync(*scheduler);
     statusURIOptions_.warnOfOtherQueues(queueNames);
-    const QueueSync sync(*scheduler, {.isDryRun = isDryRun_ || isExplained_,
-                                      .isExplained = isExplained_,
-                                      .isCancelled = &InterruptionWatch::isInterrupted(),
-                                      .isTimeOver = &InterruptionWatch::isTimeOver(),
-                                      .makeManager = [this] { return makeManager(); },
-                                      .rule = updaters_.rule(),
-                                      .statusURIs = std::move(statusURIs),
-                                      .mostPrinters = jobs_,
-                                      .wait = schedulerOptions_.wait(),
-                                      .backups = backups.get(),
-                                      .installed = tellSystemLog});
+    const QueueSync sync(*scheduler, syncOptions(std::move(statusURIs), backups.get()));
     SyncReport::Options reportOptions = reportOptions_;
     reportOptions.server = scheduler->name();
+    return statusFor(reportedRun(sync, queueNames, reportOptions));
+}
+
+QueueSync::Options SyncCommand::syncOptions(std::map<std::string, std::string> statusURIs,
+                                            const QueueBackups* backups) const {
+    return {.isDryRun = isDryRun_ || isExplained_,
+            .isExplained = isExplained_,
+            .isCancelled = &InterruptionWatch::isInterrupted(),
+            .isTimeOver = &InterruptionWatch::isTimeOver(),
+            .makeManager = [this] { return makeManager(); },
+            .rule = updaters_.rule(),
+            .statusURIs = std::move(statusURIs),
+            .mostPrinters = jobs_,
+            .wait = schedulerOptions_.wait(),
+            .backups = backups,
+            .installed = tellSystemLog};
+}
+
+QueueSyncRun::Summary SyncCommand::reportedRun(const QueueSync& sync,
+                                               const std::vector<std::string>& queueNames,
+                                               const SyncReport::Options& reportOptions) const {
     const SyncReport report(reportOptions, queueNames.size());
     report.showProgress(0);
-    const auto summary =
+    auto summary =
         QueueSyncRun(sync, queuesAtOnce(jobs_))
             .run(queueNames,
                  {.finished = [&report](const QueueSyncOutcome& outcome) { report.add(outcome); },
@@ -169,7 +178,7 @@ ExitStatus SyncCommand::run() {
                           report.showProgress(doneCount, queueName);
                       }});
     report.finish(summary);
-    return statusFor(summary);
+    return summary;
 }
 
 std::unique_ptr<QueueBackups> SyncCommand::openBackups() const {

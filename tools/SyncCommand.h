@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,8 @@
 
 #include "sync/QueueBackups.h"
 #include "sync/QueueScheduler.h"
+#include "sync/QueueSync.h"
+#include "sync/QueueSyncRun.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
 #include "tools/SchedulerOptions.h"
@@ -37,6 +40,11 @@ class SyncCommand : public Command {
     std::vector<std::string> queuesToSync(const QueueScheduler& scheduler) const;
     std::vector<std::string> allQueues(const QueueScheduler& scheduler) const;
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
+    QueueSync::Options syncOptions(std::map<std::string, std::string> statusURIs,
+                                   const QueueBackups* backups) const;
+    QueueSyncRun::Summary reportedRun(const QueueSync& sync,
+                                      const std::vector<std::string>& queueNames,
+                                      const SyncReport::Options& reportOptions) const;
     ExitStatus statusFor(const QueueSyncRun::Summary& summary) const;
 
     const Backends& backends_;

@@ -76,36 +76,29 @@ Tag withoutLanguage(Tag tag) {
     return tag == kTextWithLanguage ? kText : tag == kNameWithLanguage ? kName : tag;
 }
 
-const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
-    const auto hasLength = [value](std::size_t length) {
-        return value.size() == length ? nullptr : "has the wrong length for its syntax";
-    };
+/// The one length of all values of the syntax (RFC 8010, section 3.9); nothing when it has none.
+std::optional<std::size_t> fixedLengthOf(Tag tag) {
     switch (tag) {
         case kInteger:
         case kEnum:
-            return hasLength(4);
+            return 4;
         case kBoolean:
-            return hasLength(1);
+            return 1;
         case kDateTime:
-            return hasLength(11);
+            return 11;
         case kResolution:
-            return value.size() == 9 && !isResolutionUnit(value.back())
-                       ? "has a unit that IPP does not know"
-                       : hasLength(9);
+            return 9;
         case kRangeOfInteger:
-            return hasLength(8);
+            return 8;
         case kBeginCollection:
         case kEndCollection:
-            return hasLength(0);
+            return 0;
         default:
-            break;
+            return isOutOfBand(tag) ? std::optional<std::size_t>(0) : std::nullopt;
     }
-    if (isOutOfBand(tag)) {
-        return hasLength(0);
-    }
-    if (!isString(tag) && tag != kOctetString) {
-        return "has a syntax that IPP does not know";
-    }
+}
+
+const char* reasonStringIsMalformed(Tag tag, std::string_view value) {
     if (value.size() > kLongestString) {
         return "is longer than 1023 bytes";
     }
@@ -116,6 +109,19 @@ const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
     // libcups would end the text there.
     const bool hasNUL = tag != kOctetString && text->find('\0') != std::string_view::npos;
     return hasNUL ? "has the character U+0000" : nullptr;
+}
+
+const char* reasonValueIsMalformed(Tag tag, std::string_view value) {
+    if (const auto length = fixedLengthOf(tag)) {
+        if (value.size() != *length) {
+            return "has the wrong length for its syntax";
+        }
+        return tag == kResolution && !isResolutionUnit(value.back())
+                   ? "has a unit that IPP does not know"
+                   : nullptr;
+    }
+    return isString(tag) || tag == kOctetString ? reasonStringIsMalformed(tag, value)
+                                                : "has a syntax that IPP does not know";
 }
 
 /// What stands in a set for a value that was taken out, so that the others keep their places:

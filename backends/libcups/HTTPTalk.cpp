@@ -96,40 +96,52 @@ OrbCSError errorOfEnd(WaitEnd end, bool isOpen, std::chrono::milliseconds limit)
             (isOpen ? "there was no whole answer" : "its name was not found") + within};
 }
 
+int remainingMilliseconds(Clock::time_point deadline) {
+    return std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
+}
+
+/// Gives the connection, which may be null, to the exchange; false when nobody waits any more.
+bool handOver(Exchange& exchange, http_t* connection) {
+    const std::lock_guard lock(exchange.mutex);
+    if (!exchange.isAbandoned) {
+        exchange.isOpen = true;
+        exchange.connection = connection;
+    }
+    return !exchange.isAbandoned;
+}
+
+void connectAndTalk(Exchange& exchange, http_t* connection, Clock::time_point deadline,
+                    const HTTPTalk& talk, OrbCSError& error) {
+    // A connection that was made while it was opened stays.
+    if (httpGetFd(connection) < 0 &&
+        httpReconnect2(connection, remainingMilliseconds(deadline), &exchange.cancel) != 0) {
+        error = {OrbCSError::Cause::noConnection, reasonOfFailedConnection(httpError(connection))};
+        return;
+    }
+    {
+        // Locked, so that the thread that waits sees the socket as it now is.
+        const std::lock_guard lock(exchange.mutex);
+        exchange.isConnected = true;
+    }
+    try {
+        HTTPConnection talked(connection, deadline, exchange.cancel);
+        talk(talked);
+    } catch (...) {
+        exchange.failure = std::current_exception();
+    }
+}
+
 void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
                   Clock::time_point deadline, const HTTPTalk* talk) {
     cupsSetPasswordCB2(refusePassword, nullptr);
     OrbCSError error;
     http_t* connection = opening(error);
-    {
-        const std::lock_guard lock(exchange->mutex);
-        if (exchange->isAbandoned) {
-            httpClose(connection);
-            return;
-        }
-        exchange->isOpen = true;
-        exchange->connection = connection;
+    if (!handOver(*exchange, connection)) {
+        httpClose(connection);
+        return;
     }
     if (connection) {
-        // A connection that was made while it was opened stays.
-        const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
-        if (httpGetFd(connection) >= 0 ||
-            httpReconnect2(connection, remaining, &exchange->cancel) == 0) {
-            {
-                // Locked, so that the thread that waits sees the socket as it now is.
-                const std::lock_guard lock(exchange->mutex);
-                exchange->isConnected = true;
-            }
-            try {
-                HTTPConnection talked(connection, deadline, exchange->cancel);
-                (*talk)(talked);
-            } catch (...) {
-                exchange->failure = std::current_exception();
-            }
-        } else {
-            error = {OrbCSError::Cause::noConnection,
-                     reasonOfFailedConnection(httpError(connection))};
-        }
+        connectAndTalk(*exchange, connection, deadline, *talk, error);
     }
     const std::lock_guard lock(exchange->mutex);
     exchange->error = std::move(error);
@@ -164,6 +176,25 @@ void shutDown(http_t* connection) {
     }
 }
 
+/// Ends the talk of a thread that nobody waits for any longer: leaves it alone while the name is
+/// still looked up, which cannot be cancelled.
+void breakOff(Exchange& exchange, std::unique_lock<std::mutex>& lock, std::thread& thread) {
+    if (!exchange.isOpen) {
+        exchange.isAbandoned = true;
+        thread.detach();
+        return;
+    }
+    exchange.cancel = 1;
+    // Again and again: the socket may be made only now.
+    constexpr auto kPause = std::chrono::milliseconds(10);
+    do {
+        shutDown(exchange.connection);
+    } while (!exchange.finishedChange.wait_for(lock, kPause,
+                                               [&exchange] { return exchange.isFinished; }));
+    lock.unlock();
+    thread.join();
+}
+
 }  // namespace
 
 bool HTTPConnection::isReadyForRequest() {
@@ -175,8 +206,7 @@ bool HTTPConnection::isReadyForRequest() {
         return true;
     }
     httpClearFields(http_);
-    const auto remaining = std::max<int>(1, static_cast<int>(timeUntil(deadline_).count()));
-    return httpReconnect2(http_, remaining, &cancel_) == 0;
+    return httpReconnect2(http_, remainingMilliseconds(deadline_), &cancel_) == 0;
 }
 
 bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPTalk& talk,
@@ -191,23 +221,10 @@ bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPT
         return false;
     }
     std::unique_lock lock(exchange->mutex);
-    const auto isFinished = [&exchange] { return exchange->isFinished; };
     const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, patience);
     if (end != WaitEnd::finished) {
         error = errorOfEnd(end, exchange->isOpen, patience.limit);
-        if (!exchange->isOpen) {
-            exchange->isAbandoned = true;
-            thread.detach();
-            return false;
-        }
-        exchange->cancel = 1;
-        // Again and again: the socket may be made only now.
-        constexpr auto kPause = std::chrono::milliseconds(10);
-        do {
-            shutDown(exchange->connection);
-        } while (!exchange->finishedChange.wait_for(lock, kPause, isFinished));
-        lock.unlock();
-        thread.join();
+        breakOff(*exchange, lock, thread);
         return false;
     }
     lock.unlock();

@@ -88,13 +88,18 @@ void SNMPTableWalk::take(const SNMPVariable& variable, Position& position, SNMPR
     }
 }
 
-bool SNMPTableWalk::read(std::span<const SNMPColumn> columns, const Limits& limits,
-                         SNMPRows& rows) {
+std::vector<SNMPTableWalk::Position> SNMPTableWalk::startsOf(std::span<const SNMPColumn> columns) {
     std::vector<Position> positions;
     for (const SNMPColumn& column : columns) {
         const SNMPName root = nameOf(column.identifier);
         positions.push_back({&column, root, root, false});
     }
+    return positions;
+}
+
+bool SNMPTableWalk::read(std::span<const SNMPColumn> columns, const Limits& limits,
+                         SNMPRows& rows) {
+    std::vector<Position> positions = startsOf(columns);
     int repetitions = session_.version() == SNMPVersion::two ? kRepetitions : 1;
     while (!positions.empty()) {
         SNMPAnswer answer;

@@ -48,6 +48,7 @@ class SNMPTableWalk {
   private:
     struct Position;
 
+    static std::vector<Position> startsOf(std::span<const SNMPColumn> columns);
     bool ask(const std::vector<Position>& positions, int repetitions, const Limits& limits,
              SNMPAnswer& answer);
     void take(const SNMPVariable& variable, Position& position, SNMPRows& rows);

@@ -70,10 +70,15 @@ TEST(OrbPPDLines, AnIndexBeyondTheEndIsAnOutOfRangeErrorAndChangesNothing) {
     EXPECT_EQ(textsOf(lines), (Texts{"A", "B"}));
 }
 
-TEST(OrbPPDLines, JoinsWithALineFeedBetweenEachTwoLines) {
-    EXPECT_EQ(*linesOfText("A\nB\n").joined(), "A\nB");
-    EXPECT_EQ(*linesOfText("A\n\n").joined(), "A\n");
-    EXPECT_EQ(*linesOfText("").joined(), "");
+TEST(OrbPPDLines, MakesATextWithALineFeedBetweenEachTwoLines) {
+    const auto withoutTheLastLineFeed = [](const char* text) {
+        auto lines = linesOfText(text);
+        lines.setEndsWithLineFeed(false);
+        return *lines.text();
+    };
+    EXPECT_EQ(withoutTheLastLineFeed("A\nB\n"), "A\nB");
+    EXPECT_EQ(withoutTheLastLineFeed("A\n\n"), "A\n");
+    EXPECT_EQ(withoutTheLastLineFeed(""), "");
 }
 
 TEST(OrbPPDLines, OutlivesTheCallersHoldOnTheText) {

@@ -1,17 +1,15 @@
 #include "updaters/capabilities/RequiredText.h"
 
-#include <cctype>
 #include <cstddef>
+#include <optional>
+
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
 namespace {
 
 constexpr std::size_t kNoEnd = std::string_view::npos;
-
-bool isWordCharacter(char character) {
-    return std::isalnum(static_cast<unsigned char>(character)) != 0;
-}
 
 /// Behind the bracket expression that opens at `at`; no end when it is not closed.
 std::size_t afterBrackets(std::string_view expression, std::size_t at) {
@@ -78,6 +76,41 @@ Repetition repetitionAt(std::string_view expression, std::size_t at) {
     return repetition;
 }
 
+/// One thing that an expression is made of.
+struct Item {
+    /// Behind it; no end when the expression is not understood.
+    std::size_t end = kNoEnd;
+    /// The character, when it stands for itself.
+    std::optional<char> plain;
+};
+
+bool isOneOf(char character, std::string_view characters) {
+    return characters.find(character) != kNoEnd;
+}
+
+Item itemAt(std::string_view expression, std::size_t at) {
+    const auto plainIf = [](char character, bool isPlain) {
+        return isPlain ? std::optional(character) : std::nullopt;
+    };
+    const char character = expression[at];
+    switch (character) {
+        case '|':
+        case ')':
+            return {};
+        case '[':
+            return {afterBrackets(expression, at), {}};
+        case '(':
+            return {afterGroup(expression, at), {}};
+        case '\\': {
+            // Before a letter or digit, or one of these, it means something of its own.
+            const char next = at + 1 < expression.size() ? expression[at + 1] : '\0';
+            return {at + 2, plainIf(next, !isASCIILetterOrDigit(next) && !isOneOf(next, "<>`'"))};
+        }
+        default:
+            return {at + 1, plainIf(character, !isOneOf(character, "^$.*?+{"))};
+    }
+}
+
 }  // namespace
 
 std::string requiredTextOfExpression(std::string_view expression) {
@@ -88,38 +121,16 @@ std::string requiredTextOfExpression(std::string_view expression) {
         run.clear();
     };
     for (std::size_t at = 0; at < expression.size();) {
-        char character = expression[at];
-        std::size_t next = at + 1;
-        bool isPlain = false;
-        switch (character) {
-            case '|':
-            case ')':
-                return {};
-            case '[':
-                next = afterBrackets(expression, at);
-                break;
-            case '(':
-                next = afterGroup(expression, at);
-                break;
-            case '\\':
-                // Before a letter or digit, or one of these, it means something of its own.
-                character = next < expression.size() ? expression[next] : '\0';
-                isPlain = !isWordCharacter(character) &&
-                          std::string_view("<>`'").find(character) == kNoEnd;
-                ++next;
-                break;
-            default:
-                isPlain = std::string_view("^$.*?+{").find(character) == kNoEnd;
-        }
+        const Item item = itemAt(expression, at);
         const Repetition repetition =
-            next == kNoEnd ? Repetition{kNoEnd} : repetitionAt(expression, next);
+            item.end == kNoEnd ? Repetition{kNoEnd} : repetitionAt(expression, item.end);
         if (repetition.end == kNoEnd) {
             return {};
         }
-        if (isPlain && !repetition.mayBeMissing) {
-            run += character;
+        if (item.plain && !repetition.mayBeMissing) {
+            run += *item.plain;
         }
-        if (!isPlain || repetition.end != next) {
+        if (!item.plain || repetition.end != item.end) {
             endRun();
         }
         at = repetition.end;
