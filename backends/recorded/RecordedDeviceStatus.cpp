@@ -1,10 +1,14 @@
 #include "backends/recorded/RecordedDeviceStatus.h"
 
+#include <cstddef>
+#include <nlohmann/json.hpp>
+#include <optional>
 #include <utility>
 
 #include "backends/recorded/BoundedJSON.h"
+#include "backends/recorded/RecordingFormat.h"
 #include "backends/recorded/RecordingReader.h"
-#include "backends/recorded/RecordingWriter.h"
+#include "core_interface/OrbCSPartialStatus.h"
 #include "ppd/PPDTextFile.h"
 #include "text/FileURL.h"
 
@@ -30,6 +34,47 @@ std::shared_ptr<const OrbCSDeviceStatus> statusWithContentsOfFile(const std::str
     return status;
 }
 
+ReportedDeviceStatus::Values valuesOf(const nlohmann::json& recording, RecordingReader& reader) {
+    ReportedDeviceStatus::Values values;
+    const RecordingReader::Place root;
+    if (!reader.isObject(recording, root)) {
+        return values;
+    }
+    for (const RecordedKey& each : recordedKeys()) {
+        const auto* value = RecordingReader::member(recording, each.key);
+        auto statusValue = value ? each.read(reader, *value, {&root, each.key, {}}) : std::nullopt;
+        if (statusValue) {
+            values.emplace(each.key, std::move(*statusValue));
+        }
+    }
+    return values;
+}
+
+/// Nothing when the recording tells everything.
+std::optional<OrbCSToldEntries> entriesTold(const nlohmann::json& recording,
+                                            RecordingReader& reader) {
+    const auto* list =
+        recording.is_object() ? RecordingReader::member(recording, kRecordingToldMember) : nullptr;
+    if (!list) {
+        return std::nullopt;
+    }
+    const RecordingReader::Place root;
+    const RecordingReader::Place place{&root, kRecordingToldMember, {}};
+    OrbCSToldEntries entries;
+    if (!reader.isArray(*list, place)) {
+        return entries;
+    }
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        const nlohmann::json& entry = (*list)[i];
+        if (entry.is_string()) {
+            entries.insert(entry.get<std::string>());
+        } else {
+            reader.wrongType(entry, {&place, {}, i}, "a string");
+        }
+    }
+    return entries;
+}
+
 }  // namespace
 
 std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON(
@@ -43,8 +88,8 @@ std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON
         return nullptr;
     }
     RecordingReader reader;
-    Values values = reader.values(*recording);
-    auto told = reader.told(*recording);
+    Values values = valuesOf(*recording, reader);
+    auto told = entriesTold(*recording, reader);
     if (!reader.error().empty()) {
         error = reader.error();
         return nullptr;
@@ -54,7 +99,18 @@ std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON
 }
 
 std::string RecordedDeviceStatus::JSONForStatus(const OrbCSDeviceStatus& status) {
-    return recordingOfStatus(status);
+    nlohmann::ordered_json recording = nlohmann::ordered_json::object();
+    for (const RecordedKey& each : recordedKeys()) {
+        auto value = each.written(status, each.key);
+        if (!value.is_null()) {
+            recording[std::string(each.key)] = std::move(value);
+        }
+    }
+    if (const auto told = OrbCSPartialStatus::toldEntriesOf(status)) {
+        recording[std::string(kRecordingToldMember)] = *told;
+    }
+    // A text that is not UTF-8 must not end in an exception.
+    return recording.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 void registerRecordedDeviceStatus(DeviceStatusSchemes& schemes) {

@@ -28,7 +28,8 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
 
     /// The status as JSON in the recorded format: keys in the order of the format, two blanks of
     /// indentation, a line feed at the end; with the member "Told" when the status does not tell
-    /// everything. Reading it back gives an equal status.
+    /// everything. What the printer did not report is left out, and so is a number that JSON cannot
+    /// express (not finite). Reading it back gives an equal status.
     static std::string JSONForStatus(const OrbCSDeviceStatus& status);
 };
 

@@ -1,37 +1,23 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
+#include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "backends/schemes/ReportedDeviceStatus.h"
-#include "core_interface/OrbCSPartialStatus.h"
+#include "core_interface/OrbCSNumberOrString.h"
 #include "ppd/PPDTextSafety.h"
 
 namespace TkPPDUpdating {
 
-/// Turns the JSON value of a recording into status values. For one recording each.
+/// Reads plain values out of the JSON of a recording, and keeps what is wrong with them: a value of
+/// another type than the format says, and texts that would do harm in a PPD. For one recording
+/// each.
 class RecordingReader {
   public:
-    /// The values that are reported. Worth nothing when there is an error.
-    ReportedDeviceStatus::Values values(const nlohmann::json& recording);
-
-    /// What the recording says that it tells, its member "Told"; nothing when it tells everything.
-    /// To be asked after the values.
-    std::optional<OrbCSToldEntries> told(const nlohmann::json& recording);
-
-    /// The first value of a wrong type with its place, one phrase; empty when there is none.
-    const std::string& error() const { return error_; }
-
-    /// Why texts were left out, with their places: at most a hundred phrases, then a last one that
-    /// counts the others.
-    std::vector<std::string> droppedValues() const;
-
-  private:
     /// Where a value stands: a member or an element of what `parent` names.
     struct Place {
         const Place* parent = nullptr;
@@ -41,40 +27,46 @@ class RecordingReader {
         std::string text() const;
     };
 
-    using OptionalValue = std::optional<OrbCSStatusValue>;
+    /// The member, or null when it is missing or null.
+    static const nlohmann::json* member(const nlohmann::json& object, std::string_view key);
 
-    OptionalValue accessories(const nlohmann::json& value, const Place& place);
-    OptionalValue pensConfiguration(const nlohmann::json& value, const Place& place);
-    OptionalValue linTable(const nlohmann::json& value, const Place& place);
-    OptionalValue resolution(const nlohmann::json& value, const Place& place);
-    OptionalValue estimations(const nlohmann::json& value, const Place& place);
-    OptionalValue mediaTypes(const nlohmann::json& value, const Place& place);
-
-    OrbCSDeviceAccessory accessory(const nlohmann::json& value, const Place& place);
-    OrbCSRemainingPagesEstimation estimation(const nlohmann::json& value, const Place& place);
-    std::shared_ptr<const OrbCustomMediaType> mediaType(const nlohmann::json& value,
-                                                        const Place& place);
-    std::shared_ptr<const OrbICCProfile> profile(const nlohmann::json& object, const Place& parent);
-
+    /// The text under the key, or nothing when it is missing, null, of another type or harmful as a
+    /// text of that kind.
     std::optional<std::string> textMember(const nlohmann::json& object, std::string_view key,
                                           const Place& parent, PrinterText kind);
+    /// The same for the URL of a profile, whose path is what will stand in the PPD.
     std::optional<std::string> URLMember(const nlohmann::json& object, std::string_view key,
                                          const Place& parent);
     std::optional<OrbCSNumberOrString> numberMember(const nlohmann::json& object,
                                                     std::string_view key, const Place& parent);
     std::optional<std::uint64_t> profileIDMember(const nlohmann::json& object, std::string_view key,
                                                  const Place& parent);
+    /// False when it is missing or null.
     bool booleanMember(const nlohmann::json& object, std::string_view key, const Place& parent);
 
-    template <typename Element>
-    std::vector<Element> elements(const nlohmann::json& value, const Place& place,
-                                  Element (RecordingReader::*read)(const nlohmann::json&,
-                                                                   const Place&));
+    /// A number in the one form that it has however it was written: 1200, 1200.0 and 1.2e3 are
+    /// equal.
+    static OrbCSNumberOrString number(const nlohmann::json& value);
 
     bool isObject(const nlohmann::json& value, const Place& place);
+    bool isArray(const nlohmann::json& value, const Place& place);
+
+    /// Whether the text may stand in a PPD as one of that kind; the reason is kept when it may not.
     bool isAccepted(PrinterText kind, std::string_view text, const Place& place);
-    void drop(const Place& place, const std::string& reason);
+
     void wrongType(const nlohmann::json& value, const Place& place, std::string_view expected);
+
+    /// The first value of a wrong type with its place, one phrase; empty when there is none.
+    const std::string& error() const { return error_; }
+
+    std::size_t countOfDroppedTexts() const { return countOfDroppedTexts_; }
+
+    /// Why texts were left out, with their places: at most a hundred phrases, then a last one that
+    /// counts the others.
+    std::vector<std::string> droppedValues() const;
+
+  private:
+    void drop(const Place& place, const std::string& reason);
 
     std::string error_;
     std::vector<std::string> droppedValues_;
