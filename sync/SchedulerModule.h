@@ -23,3 +23,6 @@ using MakeScheduler = bool(const char* version, const std::string& server,
 inline constexpr const char* kMakeSchedulerName = "TkPPDUpdatingMakeScheduler";
 
 }  // namespace TkPPDUpdating
+
+extern "C" TkPPDUpdating::MakeScheduler TkPPDUpdatingMakeScheduler
+    __attribute__((visibility("default")));

@@ -5,9 +5,6 @@
 #include "backends/cups/CUPSScheduler.h"
 #include "sync/SchedulerModule.h"
 
-extern "C" TkPPDUpdating::MakeScheduler TkPPDUpdatingMakeScheduler
-    __attribute__((visibility("default")));
-
 extern "C" bool TkPPDUpdatingMakeScheduler(
     const char* version, const std::string& server, const std::atomic<bool>* isCancelled,
     std::unique_ptr<TkPPDUpdating::QueueScheduler>& scheduler) {

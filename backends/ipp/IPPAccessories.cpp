@@ -23,7 +23,7 @@ constexpr const char* kSides = "sides-supported";
 constexpr const char* kSources = "media-source-supported";
 constexpr const char* kDescriptions = "printer-input-tray";
 
-void addAccessory(std::string_view name, bool isInstalled, IPPDeviceStatus::Values& values,
+void addAccessory(std::string_view name, bool isInstalled, ReportedDeviceStatus::Values& values,
                   OrbCSToldEntries& told) {
     auto& value =
         values.try_emplace(std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories())
@@ -141,7 +141,7 @@ std::vector<Input> readInputs(IPPAnswer& answer) {
 
 }  // namespace
 
-void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
+void readDuplexer(IPPAnswer& answer, ReportedDeviceStatus::Values& values, OrbCSToldEntries& told) {
     const auto sides = answer.keywordsOrNames(kSides);
     if (!sides) {
         return;
@@ -164,7 +164,8 @@ void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldE
     }
 }
 
-void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
+void readLowerTray(IPPAnswer& answer, ReportedDeviceStatus::Values& values,
+                   OrbCSToldEntries& told) {
     const std::vector<Input> inputs = readInputs(answer);
     std::set<std::pair<bool, std::string>> trays;
     bool isKnown = !inputs.empty();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "backends/ipp/IPPAnswer.h"
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 
 namespace TkPPDUpdating {
@@ -9,7 +9,7 @@ namespace TkPPDUpdating {
 /// Adds the automatic duplexer to the accessories when the printer tells whether it prints on both
 /// sides ("sides-supported"): one two-sided value is enough for one. That there is none is told
 /// only when every value could be read.
-void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
+void readDuplexer(IPPAnswer& answer, ReportedDeviceStatus::Values& values, OrbCSToldEntries& told);
 
 /// Adds the lower tray to the accessories: whether the printer has a second tray among its inputs.
 ///
@@ -23,6 +23,6 @@ void readDuplexer(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldE
 /// sources one name, counts once.
 ///
 /// That there is no second tray is told only when every input could be judged.
-void readLowerTray(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
+void readLowerTray(IPPAnswer& answer, ReportedDeviceStatus::Values& values, OrbCSToldEntries& told);
 
 }  // namespace TkPPDUpdating

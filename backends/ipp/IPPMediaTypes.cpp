@@ -117,7 +117,7 @@ class CustomMediaTypes {
 
 }  // namespace
 
-void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values,
+void readCustomMediaTypes(IPPAnswer& answer, ReportedDeviceStatus::Values& values,
                           OrbCSToldEntries& told) {
     constexpr const char* kDatabase = "media-col-database";
     constexpr const char* kTypes = "media-type-supported";

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "backends/ipp/IPPAnswer.h"
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 
 namespace TkPPDUpdating {
@@ -18,7 +18,7 @@ namespace TkPPDUpdating {
 /// else "t-" and 16 hexadecimal digits that belong to the type for good (FNV-1a of 64 bits). A type
 /// with a text that is refused is left out whole. No standard attribute gives a parent ID, and no
 /// colour profile is read: a network printer names no file of this machine.
-void readCustomMediaTypes(IPPAnswer& answer, IPPDeviceStatus::Values& values,
+void readCustomMediaTypes(IPPAnswer& answer, ReportedDeviceStatus::Values& values,
                           OrbCSToldEntries& told);
 
 }  // namespace TkPPDUpdating

@@ -169,10 +169,11 @@ std::optional<ipp_status_t> statusOfAnswer(std::string_view answer) {
 }
 
 /// The status that the bytes of an answer mean; null and the cause when they are no usable one.
-std::shared_ptr<const IPPDeviceStatus> statusForBytes(std::string_view answer,
-                                                      const Question& question,
-                                                      std::size_t mostAttributes,
-                                                      DroppedValues dropped, OrbCSError& error) {
+std::shared_ptr<const ReportedDeviceStatus> statusForBytes(std::string_view answer,
+                                                           const Question& question,
+                                                           std::size_t mostAttributes,
+                                                           DroppedValues dropped,
+                                                           OrbCSError& error) {
     const auto names = question.attributes();
     const auto identity = IPPStatusMapping::identityAttributes();
     const IPPAnswerFilter filter({names.begin(), names.end()}, mostAttributes,
@@ -264,7 +265,7 @@ class Asking {
           printer_(std::move(printer)),
           opening_(std::move(opening)) {}
 
-    std::shared_ptr<const IPPDeviceStatus> status(OrbCSError& error) {
+    std::shared_ptr<const ReportedDeviceStatus> status(OrbCSError& error) {
         auto status = statusForQuestion({});
         if (status || !failure_.isWorthAnotherQuestion) {
             error = failure_.error;
@@ -281,7 +282,7 @@ class Asking {
     }
 
   private:
-    std::shared_ptr<const IPPDeviceStatus> statusForQuestion(const Question& question) {
+    std::shared_ptr<const ReportedDeviceStatus> statusForQuestion(const Question& question) {
         DroppedValues dropped(IPPStatusMapping::meaningOfDrop);
         if (!question.withMediaDatabase) {
             dropped.add(kMediaDatabase, failure_.error.reason +
@@ -322,7 +323,7 @@ class Asking {
 
 }  // namespace
 
-std::optional<OrbCSError> IPPPrinterRequest::errorInURI(const std::string& deviceURI) {
+std::optional<OrbCSError> errorInURIOfIPPPrinter(const std::string& deviceURI) {
     if (isDNSSD(deviceURI)) {
         return isOfIPPService(deviceURI) ? std::nullopt : std::optional(errorOfOtherService());
     }
@@ -332,8 +333,10 @@ std::optional<OrbCSError> IPPPrinterRequest::errorInURI(const std::string& devic
     return OrbCSError{OrbCSError::Cause::malformedURI, kNoPrinter};
 }
 
-std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
-    const std::string& deviceURI, OrbCSError& error) const {
+std::shared_ptr<const ReportedDeviceStatus> statusOfIPPPrinter(const std::string& deviceURI,
+                                                               const IPPDeviceStatusLimits& limits,
+                                                               std::chrono::milliseconds time,
+                                                               OrbCSError& error) {
     // Shared with the thread, which may outlive this call while it resolves a name.
     const auto printer = std::make_shared<Printer>();
     if (isDNSSD(deviceURI)) {
@@ -349,7 +352,7 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
         }
         *printer = std::move(*separated);
     }
-    const HTTPOpening opening = [printer, deviceURI, time = time_](OrbCSError& cause) {
+    const HTTPOpening opening = [printer, deviceURI, time](OrbCSError& cause) {
         return isDNSSD(deviceURI)
                    ? resolvedConnection(deviceURI, time, *printer, cause)
                    : openedConnection(printer->host, printer->port,
@@ -357,7 +360,7 @@ std::shared_ptr<const IPPDeviceStatus> IPPPrinterRequest::statusOfPrinter(
                                                            : HTTP_ENCRYPTION_IF_REQUESTED,
                                       cause);
     };
-    return Asking(limits_, time_, printer, opening).status(error);
+    return Asking(limits, time, printer, opening).status(error);
 }
 
 }  // namespace TkPPDUpdating

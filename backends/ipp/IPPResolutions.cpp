@@ -82,7 +82,7 @@ void readURFResolutions(IPPAnswer& answer, Resolutions& resolutions) {
 
 }  // namespace
 
-void readHighestResolution(IPPAnswer& answer, IPPDeviceStatus::Values& values,
+void readHighestResolution(IPPAnswer& answer, ReportedDeviceStatus::Values& values,
                            OrbCSToldEntries& told) {
     Resolutions resolutions;
     readResolutions(answer, kPrinter, resolutions);

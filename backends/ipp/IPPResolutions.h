@@ -1,7 +1,7 @@
 #pragma once
 
 #include "backends/ipp/IPPAnswer.h"
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 
 namespace TkPPDUpdating {
@@ -12,7 +12,7 @@ namespace TkPPDUpdating {
 /// names one names that of its raster format as a rule, and its engine is finer. Dots per
 /// centimetre become dots per inch by `dotsPerInchFromCentimetre`. It is not told beside one that
 /// was dropped.
-void readHighestResolution(IPPAnswer& answer, IPPDeviceStatus::Values& values,
+void readHighestResolution(IPPAnswer& answer, ReportedDeviceStatus::Values& values,
                            OrbCSToldEntries& told);
 
 }  // namespace TkPPDUpdating

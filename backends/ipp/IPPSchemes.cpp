@@ -14,9 +14,9 @@ void registerIPPDeviceStatus(DeviceStatusSchemes& schemes, const IPPDeviceStatus
             [limits](const std::string& deviceURI, const OrbDictionary* parameters,
                      OrbCSError& error) {
                 const auto time = requestTime(parameters, limits.time, limits.filterModeTime);
-                return IPPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
+                return statusOfIPPPrinter(deviceURI, limits, time, error);
             },
-            IPPPrinterRequest::errorInURI);
+            errorInURIOfIPPPrinter);
     }
 }
 

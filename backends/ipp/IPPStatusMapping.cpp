@@ -133,17 +133,17 @@ std::string_view IPPStatusMapping::meaningOfDrop(std::string_view attribute) {
     return {};
 }
 
-std::shared_ptr<const IPPDeviceStatus> IPPStatusMapping::statusForAnswer(IPPAnswer answer) {
-    IPPDeviceStatus::Values values;
+std::shared_ptr<const ReportedDeviceStatus> IPPStatusMapping::statusForAnswer(IPPAnswer answer) {
+    ReportedDeviceStatus::Values values;
     OrbCSToldEntries told;
     for (const Row& row : kRows) {
         row.read(answer, values, told);
     }
     nameAccessoriesAsOne(told);
     auto identity = identityIn(answer);
-    return std::make_shared<const IPPDeviceStatus>(std::move(values),
-                                                   answer.dropped().takeReasons(), std::move(told),
-                                                   sourcesIn(answer), std::move(identity));
+    return std::make_shared<const ReportedDeviceStatus>(
+        std::move(values), answer.dropped().takeReasons(), std::move(told), sourcesIn(answer),
+        std::move(identity));
 }
 
 }  // namespace TkPPDUpdating

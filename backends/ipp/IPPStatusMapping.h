@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "backends/ipp/IPPAnswer.h"
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 
 namespace TkPPDUpdating {
 
@@ -33,7 +33,8 @@ class IPPStatusMapping {
         /// all of it.
         std::string_view part;
         std::span<const Attribute> attributes;
-        void (*read)(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
+        void (*read)(IPPAnswer& answer, ReportedDeviceStatus::Values& values,
+                     OrbCSToldEntries& told);
     };
 
     /// So much is enough for an explanation (bytes).
@@ -57,7 +58,7 @@ class IPPStatusMapping {
     /// The status that an answer means. What was not reported is not in it, and a bad value is
     /// dropped with its reason while the rest counts. No answer gives an empty status. The
     /// attributes of the answer are its sources, at most `kLongestSource` bytes of each.
-    static std::shared_ptr<const IPPDeviceStatus> statusForAnswer(IPPAnswer answer);
+    static std::shared_ptr<const ReportedDeviceStatus> statusForAnswer(IPPAnswer answer);
 };
 
 }  // namespace TkPPDUpdating

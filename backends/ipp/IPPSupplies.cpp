@@ -221,7 +221,7 @@ class PensReport {
         return true;
     }
 
-    void addTo(IPPDeviceStatus::Values& values) {
+    void addTo(ReportedDeviceStatus::Values& values) {
         if (!configuration_.PPDAttributeValues.empty()) {
             values.insert_or_assign(std::string(kTkCSInstalledPensConfigurationKey),
                                     std::move(configuration_));
@@ -236,7 +236,7 @@ class PensReport {
 
 }  // namespace
 
-void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told) {
+void readPens(IPPAnswer& answer, ReportedDeviceStatus::Values& values, OrbCSToldEntries& told) {
     const auto families = familiesThatCount(answer);
     std::optional<std::vector<InkDyes>> dyes;
     auto teller = families.begin();

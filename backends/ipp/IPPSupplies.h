@@ -1,7 +1,7 @@
 #pragma once
 
 #include "backends/ipp/IPPAnswer.h"
-#include "backends/ipp/IPPDeviceStatus.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 
 namespace TkPPDUpdating {
@@ -21,6 +21,6 @@ namespace TkPPDUpdating {
 /// `kTkCSPPDPenInkSufficientKey` becomes 1 or 0 for each of the dyes, joined with commas: whether
 /// the supply is not empty. It is not told unless all levels are known. IPP knows no code name of a
 /// configuration and none of the other values.
-void readPens(IPPAnswer& answer, IPPDeviceStatus::Values& values, OrbCSToldEntries& told);
+void readPens(IPPAnswer& answer, ReportedDeviceStatus::Values& values, OrbCSToldEntries& told);
 
 }  // namespace TkPPDUpdating

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <string_view>
 
 #include "backends/schemes/DeviceStatusSchemes.h"
 
@@ -20,4 +21,22 @@ using RegisterBackends = bool(const char* version, DeviceStatusSchemes& schemes,
 /// Its name in each module; it has the linkage of C.
 inline constexpr const char* kRegisterBackendsName = "TkPPDUpdatingRegisterBackends";
 
+/// What it does in a module of the version `ownVersion` whose backends are registered by a function
+/// that takes their limits, which have the member `isCancelled`.
+template <typename Limits>
+bool registerBackendsOfModule(std::string_view ownVersion, std::string_view version,
+                              DeviceStatusSchemes& schemes, const std::atomic<bool>* isCancelled,
+                              void (*registerBackends)(DeviceStatusSchemes&, const Limits&)) {
+    if (version != ownVersion) {
+        return false;
+    }
+    Limits limits;
+    limits.isCancelled = isCancelled;
+    registerBackends(schemes, limits);
+    return true;
+}
+
 }  // namespace TkPPDUpdating
+
+extern "C" TkPPDUpdating::RegisterBackends TkPPDUpdatingRegisterBackends
+    __attribute__((visibility("default")));

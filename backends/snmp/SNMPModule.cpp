@@ -1,20 +1,11 @@
-// What the module of this backend exports (backends/schemes/BackendModule.h).
-#include <string_view>
-
+// What the module of this backend exports.
 #include "backends/schemes/BackendModule.h"
 #include "backends/snmp/SNMPSchemes.h"
-
-extern "C" TkPPDUpdating::RegisterBackends TkPPDUpdatingRegisterBackends
-    __attribute__((visibility("default")));
 
 extern "C" bool TkPPDUpdatingRegisterBackends(const char* version,
                                               TkPPDUpdating::DeviceStatusSchemes& schemes,
                                               const std::atomic<bool>* isCancelled) {
-    if (std::string_view(version) != TKPPDUPDATING_VERSION) {
-        return false;
-    }
-    TkPPDUpdating::SNMPDeviceStatusLimits limits;
-    limits.isCancelled = isCancelled;
-    TkPPDUpdating::registerSNMPDeviceStatus(schemes, limits);
-    return true;
+    return TkPPDUpdating::registerBackendsOfModule(TKPPDUPDATING_VERSION, version, schemes,
+                                                   isCancelled,
+                                                   TkPPDUpdating::registerSNMPDeviceStatus);
 }

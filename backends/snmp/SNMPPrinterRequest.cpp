@@ -102,20 +102,21 @@ class Conversation {
 
 }  // namespace
 
-std::shared_ptr<const ReportedDeviceStatus> SNMPPrinterRequest::statusOfPrinter(
-    const std::string& deviceURI, OrbCSError& error) const {
+std::shared_ptr<const ReportedDeviceStatus> statusOfSNMPPrinter(
+    const std::string& deviceURI, const SNMPDeviceStatusLimits& limits,
+    std::chrono::milliseconds time, OrbCSError& error) {
     const auto printer = printerWithURI(deviceURI);
     if (!printer) {
         error = {OrbCSError::Cause::malformedURI,
                  "the URI names no SNMP printer (snmp://HOST or snmp://HOST:PORT does)"};
         return nullptr;
     }
-    const auto deadline = Clock::now() + time_;
+    const auto deadline = Clock::now() + time;
     std::string warning;
     const std::string community = SNMPCommunity::configured(warning);
     const auto addresses = addressesOfHost(printer->host, printer->port.value_or(kUsualPort),
-                                           deadline, limits_.isCancelled, error);
-    const Conversation conversation(limits_, time_, deadline, addresses.size());
+                                           deadline, limits.isCancelled, error);
+    const Conversation conversation(limits, time, deadline, addresses.size());
     for (const SNMPAddress& address : addresses) {
         for (const SNMPVersion version : {SNMPVersion::two, SNMPVersion::one}) {
             SNMPRows rows;

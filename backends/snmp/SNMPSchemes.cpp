@@ -11,7 +11,7 @@ void registerSNMPDeviceStatus(DeviceStatusSchemes& schemes, const SNMPDeviceStat
     schemes.registerScheme("snmp", [limits](const std::string& deviceURI,
                                             const OrbDictionary* parameters, OrbCSError& error) {
         const auto time = requestTime(parameters, limits.time, limits.filterModeTime);
-        return SNMPPrinterRequest(limits, time).statusOfPrinter(deviceURI, error);
+        return statusOfSNMPPrinter(deviceURI, limits, time, error);
     });
 }
 

@@ -15,10 +15,10 @@
 #include <thread>
 #include <vector>
 
-#include "backends/ipp/IPPDeviceStatus.h"
 #include "backends/ipp/IPPSchemes.h"
 #include "backends/libcups/HTTPTalk.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/real/HostileIPPResponder.h"
 #include "tests/real/LoopbackPort.h"
@@ -85,7 +85,7 @@ bool hasDuplexer(const Answer& answer) {
 }
 
 const std::vector<std::string>& dropped(const Answer& answer) {
-    return dynamic_cast<const IPPDeviceStatus&>(*answer.status).droppedValues();
+    return dynamic_cast<const ReportedDeviceStatus&>(*answer.status).droppedValues();
 }
 
 std::string duplexerAnd(IPPBytes& extra) {
@@ -438,7 +438,7 @@ TEST_P(FirstReplies, ThatAreNoUsableAnswerAreFollowedByASmallerQuestion) {
                                        ", so it was asked again without: media types that are in "
                                        "it alone are left out"});
     // Those that are there are told, and not whether there are others.
-    const auto& told = dynamic_cast<const IPPDeviceStatus&>(*answer.status).toldEntries();
+    const auto& told = dynamic_cast<const ReportedDeviceStatus&>(*answer.status).toldEntries();
     ASSERT_TRUE(told.has_value());
     EXPECT_TRUE(told->contains("CustomMediaTypes.reported"));
     EXPECT_FALSE(told->contains("CustomMediaTypes"));

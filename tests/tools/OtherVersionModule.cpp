@@ -2,15 +2,11 @@
 #include "backends/schemes/BackendModule.h"
 #include "sync/SchedulerModule.h"
 
-extern "C" TkPPDUpdating::RegisterBackends TkPPDUpdatingRegisterBackends;
-
 extern "C" bool TkPPDUpdatingRegisterBackends(const char* /*version*/,
                                               TkPPDUpdating::DeviceStatusSchemes& /*schemes*/,
                                               const std::atomic<bool>* /*isCancelled*/) {
     return false;
 }
-
-extern "C" TkPPDUpdating::MakeScheduler TkPPDUpdatingMakeScheduler;
 
 extern "C" bool TkPPDUpdatingMakeScheduler(
     const char* /*version*/, const std::string& /*server*/,

@@ -35,7 +35,7 @@ Filtered filtered(const std::string& answer) {
 }
 
 /// The status of an answer that the filter takes, as far as libcups takes what it hands on.
-std::shared_ptr<const IPPDeviceStatus> statusOf(const std::string& answer) {
+std::shared_ptr<const ReportedDeviceStatus> statusOf(const std::string& answer) {
     Filtered result = filtered(answer);
     const IPPMessage message = IPPMessageWithBytes(result.answer.bytes);
     return message ? IPPStatusMapping::statusForAnswer(IPPAnswer(
@@ -43,7 +43,7 @@ std::shared_ptr<const IPPDeviceStatus> statusOf(const std::string& answer) {
                    : nullptr;
 }
 
-std::string resolutionOf(const IPPDeviceStatus& status) {
+std::string resolutionOf(const ReportedDeviceStatus& status) {
     const auto* value =
         status.statusValueForKey<OrbCSNumberOrString>(kTkCSMaxSupportedResolutionKey);
     return value ? value->stringValue() : "not reported";

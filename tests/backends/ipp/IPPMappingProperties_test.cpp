@@ -215,7 +215,7 @@ void expectHarmless(const std::optional<std::string_view>& text) {
     EXPECT_TRUE(!text || isHarmless(*text)) << *text;
 }
 
-void expectHarmlessTexts(const IPPDeviceStatus& status) {
+void expectHarmlessTexts(const ReportedDeviceStatus& status) {
     for (const std::string& reason : status.droppedValues()) {
         // "is given twice" and the like: our own words.
         EXPECT_TRUE(isHarmless(reason)) << reason;
@@ -303,7 +303,7 @@ struct TameAnswer {
     std::map<std::string, std::vector<std::string>> texts;
     std::vector<int> levels;
 
-    std::shared_ptr<const IPPDeviceStatus> status() const {
+    std::shared_ptr<const ReportedDeviceStatus> status() const {
         IPPTestMessage answer;
         for (const auto& [name, values] : texts) {
             std::vector<const char*> pointers;
@@ -389,7 +389,7 @@ class TameAnswers {
 };
 
 /// What a status tells of accessories and pens.
-std::map<std::string, std::string> toldValues(const IPPDeviceStatus& status) {
+std::map<std::string, std::string> toldValues(const ReportedDeviceStatus& status) {
     std::map<std::string, std::string> told;
     if (const auto* all =
             status.statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey)) {

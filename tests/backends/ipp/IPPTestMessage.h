@@ -72,7 +72,7 @@ class IPPTestMessage {
         return *this;
     }
 
-    std::shared_ptr<const IPPDeviceStatus> status() const {
+    std::shared_ptr<const ReportedDeviceStatus> status() const {
         return IPPStatusMapping::statusForAnswer(
             IPPAnswer(get(), DroppedValues(IPPStatusMapping::meaningOfDrop)));
     }

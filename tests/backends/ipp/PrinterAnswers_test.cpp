@@ -37,7 +37,7 @@ IPPAnswerFile fileNamed(const std::string& name) {
 }
 
 /// As the request makes it of the bytes that it gets.
-std::shared_ptr<const IPPDeviceStatus> statusOf(const std::string& bytes) {
+std::shared_ptr<const ReportedDeviceStatus> statusOf(const std::string& bytes) {
     const auto names = IPPStatusMapping::requestedAttributes();
     DroppedValues dropped(IPPStatusMapping::meaningOfDrop);
     std::string error;
@@ -49,7 +49,7 @@ std::shared_ptr<const IPPDeviceStatus> statusOf(const std::string& bytes) {
                    : nullptr;
 }
 
-std::string accessoryText(const IPPDeviceStatus& status, std::string_view name) {
+std::string accessoryText(const ReportedDeviceStatus& status, std::string_view name) {
     if (const auto* accessories =
             status.statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey)) {
         for (const OrbCSDeviceAccessory& accessory : *accessories) {
@@ -61,7 +61,7 @@ std::string accessoryText(const IPPDeviceStatus& status, std::string_view name) 
     return "not reported";
 }
 
-std::string pensText(const IPPDeviceStatus& status, std::string_view keyword) {
+std::string pensText(const ReportedDeviceStatus& status, std::string_view keyword) {
     const auto* pens =
         status.statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey);
     if (!pens || !pens->PPDAttributeValues.contains(keyword)) {
@@ -70,7 +70,7 @@ std::string pensText(const IPPDeviceStatus& status, std::string_view keyword) {
     return pens->PPDAttributeValues.find(keyword)->second;
 }
 
-std::string resolutionText(const IPPDeviceStatus& status) {
+std::string resolutionText(const ReportedDeviceStatus& status) {
     const auto* value =
         status.statusValueForKey<OrbCSNumberOrString>(kTkCSMaxSupportedResolutionKey);
     return value ? value->stringValue() : "not reported";
