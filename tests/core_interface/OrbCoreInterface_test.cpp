@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "backends/schemes/PlainCustomMediaType.h"
+#include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbCUPSICCProfileSpecifier.h"
 #include "core_interface/OrbCustomMediaType.h"
@@ -21,34 +23,6 @@ namespace {
 using Testing::FakeCommunicationServices;
 using Testing::FakeCore;
 using Testing::FakeDeviceStatus;
-
-class TestProfile : public OrbICCProfile {
-  public:
-    TestProfile(std::optional<std::string> URL, std::optional<std::string> qualifier,
-                std::optional<std::uint64_t> profileID)
-        : URL_(std::move(URL)), qualifier_(std::move(qualifier)), profileID_(profileID) {}
-    std::optional<std::string_view> URL() const override { return URL_; }
-    std::optional<std::string_view> qualifierVer2() const override { return qualifier_; }
-    std::optional<std::uint64_t> profileID() const override { return profileID_; }
-
-  private:
-    std::optional<std::string> URL_;
-    std::optional<std::string> qualifier_;
-    std::optional<std::uint64_t> profileID_;
-};
-
-class TestMediaType : public OrbCustomMediaType {
-  public:
-    std::optional<std::string_view> name() const override { return "Glossy"; }
-    std::optional<std::string_view> mediaID() const override { return "1201"; }
-    std::optional<std::string_view> parentMediaID() const override { return "3"; }
-    std::shared_ptr<const OrbICCProfile> ICCProfile() const override { return nullptr; }
-};
-
-class TestSpecifier : public OrbCUPSICCProfileSpecifier {
-  public:
-    std::string CUPSQualifier() const override { return "7"; }
-};
 
 class CoreInterface : public testing::Test {
   private:
@@ -126,9 +100,9 @@ TEST_F(CoreInterface, ParsesPPDsThroughTheCoreLibrary) {
 
 TEST_F(CoreInterface, MakesMediaTypesProfilesAndSpecifiersThroughTheCoreLibrary) {
     const auto core = std::make_shared<FakeCore>(FakeCore::Files(), FakeCore::Files());
-    core->mediaType = std::make_shared<TestMediaType>();
-    core->profile = std::make_shared<TestProfile>("file:///p.icc", "q", 7);
-    core->specifier = std::make_shared<TestSpecifier>();
+    core->mediaType = std::make_shared<PlainCustomMediaType>("Glossy", "1201", "3", nullptr);
+    core->profile = std::make_shared<PlainICCProfile>("file:///p.icc", "q", 7);
+    core->specifier = std::make_shared<Testing::FakeSpecifier>("7");
     OrbCoreInterface::setCore(core);
     const OrbDictionary parameters{
         {std::string(kTkPPDCustomMediaTypeNameKey), std::string("Glossy")}};
@@ -185,22 +159,22 @@ TEST(DeviceStatus, GivesNullForAKeyThatIsNotReportedOrOfAnotherType) {
 }
 
 TEST(ICCProfile, EqualsAnotherWithTheSameURLQualifierAndID) {
-    const TestProfile profile("file:///p.icc", "q", 7);
+    const PlainICCProfile profile("file:///p.icc", "q", 7);
     EXPECT_TRUE(profile.isEqual(profile));
-    EXPECT_TRUE(profile.isEqual(TestProfile("file:///p.icc", "q", 7)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///o.icc", "q", 7)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", "r", 7)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", "q", 8)));
-    EXPECT_FALSE(profile.isEqual(TestProfile(std::nullopt, "q", 7)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", std::nullopt, 7)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", "q", std::nullopt)));
+    EXPECT_TRUE(profile.isEqual(PlainICCProfile("file:///p.icc", "q", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///o.icc", "q", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p.icc", "r", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p.icc", "q", 8)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile(std::nullopt, "q", 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p.icc", std::nullopt, 7)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p.icc", "q", std::nullopt)));
 }
 
 TEST(ICCProfile, EqualsAnotherThatLacksTheSameMembers) {
-    const TestProfile profile("file:///p.icc", std::nullopt, std::nullopt);
-    EXPECT_TRUE(profile.isEqual(TestProfile("file:///p.icc", std::nullopt, std::nullopt)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", "", std::nullopt)));
-    EXPECT_FALSE(profile.isEqual(TestProfile("file:///p.icc", std::nullopt, 0)));
+    const PlainICCProfile profile("file:///p.icc", std::nullopt, std::nullopt);
+    EXPECT_TRUE(profile.isEqual(PlainICCProfile("file:///p.icc", std::nullopt, std::nullopt)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p.icc", "", std::nullopt)));
+    EXPECT_FALSE(profile.isEqual(PlainICCProfile("file:///p.icc", std::nullopt, 0)));
 }
 
 TEST(InvalidOperationError, NamesTheClassAndTheOperation) {

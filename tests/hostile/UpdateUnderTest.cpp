@@ -115,21 +115,6 @@ std::string accessoriesOf(const OrbCSDeviceStatus& status, FakeDeviceStatus::Val
     return answer;
 }
 
-/// The status without media types.
-class StatusWithoutMedia : public OrbCSDeviceStatus {
-  public:
-    explicit StatusWithoutMedia(Status status) : status_(std::move(status)) {}
-
-    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
-                                                    std::string* error) const override {
-        return key == kTkCSCustomMediaTypesKey ? nullptr
-                                               : status_->statusValueForKey_error(key, error);
-    }
-
-  private:
-    Status status_;
-};
-
 /// Whether the status names the duplexer twice with different answers. Updaters take the one or
 /// the other of them, so that a PPD which gets its option with the one default in a first run gets
 /// the other default in a second.
@@ -197,6 +182,19 @@ const std::vector<LibcupsFact>& UpdateUnderTest::expectedWith(const OrbCSDeviceS
     return entry->second;
 }
 
+void UpdateUnderTest::lookAtNewChoice(const LibcupsFact& fact, Names& choices, Outcome& outcome) {
+    const bool isMedia = fact.keyword == "MediaType";
+    ++(isMedia ? outcome.mediaTypes : outcome.profiles);
+    if (isMedia && !choices.insert(fact.optionKeyword).second) {
+        outcome.findings.push_back("a choice twice: " + fact.shown());
+    }
+    const std::string code =
+        isMedia ? "<</MediaType(" + fact.optionKeyword + ")>>setpagedevice" : "";
+    if (fact.value != code) {
+        outcome.findings.push_back("foreign code: " + fact.shown());
+    }
+}
+
 void UpdateUnderTest::look(const Facts& facts, const Facts& expected,
                            const OrbCSDeviceStatus& status, Outcome& outcome) {
     // What was there before, custom or not, has to be there; what is new is looked at alone.
@@ -223,18 +221,8 @@ void UpdateUnderTest::look(const Facts& facts, const Facts& expected,
             outcome.findings.push_back("new or another: " + fact.shown());
             continue;
         }
-        if (fact.kind != "choice") {
-            continue;
-        }
-        const bool isMedia = fact.keyword == "MediaType";
-        ++(isMedia ? outcome.mediaTypes : outcome.profiles);
-        if (isMedia && !choices.insert(fact.optionKeyword).second) {
-            outcome.findings.push_back("a choice twice: " + fact.shown());
-        }
-        const std::string code =
-            isMedia ? "<</MediaType(" + fact.optionKeyword + ")>>setpagedevice" : "";
-        if (fact.value != code) {
-            outcome.findings.push_back("foreign code: " + fact.shown());
+        if (fact.kind == "choice") {
+            lookAtNewChoice(fact, choices, outcome);
         }
     }
     skipOfPrinter();
@@ -248,7 +236,7 @@ void UpdateUnderTest::look(const Facts& facts, const Facts& expected,
 
 void UpdateUnderTest::lookAtFurtherRuns(const PPDText& afterOneRun, const Status& status,
                                         Outcome& outcome) const {
-    const auto without = std::make_shared<const StatusWithoutMedia>(status);
+    const auto without = std::make_shared<const StatusWithoutKey>(status, kTkCSCustomMediaTypesKey);
     PPDText after = afterOneRun;
     PPDText expected = updated(text_, without);
     if (isOfTwoMindsAboutTheDuplexer(*status)) {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -50,6 +52,8 @@ class UpdateUnderTest {
     const Facts& expectedWith(const OrbCSDeviceStatus& status);
     static void look(const Facts& facts, const Facts& expected, const OrbCSDeviceStatus& status,
                      Outcome& outcome);
+    static void lookAtNewChoice(const LibcupsFact& fact,
+                                std::set<std::string, std::less<>>& choices, Outcome& outcome);
     void lookAtFurtherRuns(const PPDText& afterOneRun,
                            const std::shared_ptr<const OrbCSDeviceStatus>& status,
                            Outcome& outcome) const;

@@ -101,10 +101,7 @@ TEST_F(UpdaterRegistry, RunsABuiltInUpdaterOfAFreshManagerNoMoreOnceUnregistered
     const OrbClass* pageSize = OrbClassFromName("OrbPPDDefaultPageSizeUpdater");
     ASSERT_NE(pageSize, nullptr);
     ASSERT_EQ(fresh.registeredClasses().count(pageSize), 1U);
-    struct EveryPageSize : Testing::EmptyPPDFile, OrbPPDPageSize {
-        const OrbPPDPageSize* pageSizeForName(std::string_view) const override { return this; }
-    };
-    const EveryPageSize letterPPD;
+    const Testing::OneOptionPPDFile letterPPD("none");
     EXPECT_EQ(fresh.applicableUpdatersForPPDFile(&letterPPD).size(), 1U);
     fresh.unregisterUpdaterClass(pageSize);
     EXPECT_TRUE(fresh.applicableUpdatersForPPDFile(&letterPPD).empty());

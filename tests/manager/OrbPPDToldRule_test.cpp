@@ -8,9 +8,10 @@
 #include <vector>
 
 #include "core_interface/TkCSKeys.h"
+#include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDStatusReading.h"
 #include "manager/OrbClassTable.h"
-#include "tests/support/QuietUpdater.h"
+#include "tests/support/ApplicationUpdaters.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -18,15 +19,6 @@ namespace {
 
 using Kind = OrbPPDToldDecision::Kind;
 using Entries = std::vector<std::string>;
-
-class ReadingUpdater : public QuietUpdater, public ITkPPDStatusReading {
-  public:
-    explicit ReadingUpdater(Entries entries) : entries_(std::move(entries)) {}
-    std::vector<std::string> statusEntriesRead() const override { return entries_; }
-
-  private:
-    Entries entries_;
-};
 
 const ReadingUpdater kTwoPenValues({"InstalledPensConfiguration.ZrPenDyes",
                                     "InstalledPensConfiguration.ZrPenDropVolumes"});
@@ -54,14 +46,24 @@ TEST(OrbPPDToldRuleTest, WhatEachBuiltInUpdaterReads) {
         {"OrbPPDNonInstallableDuplexUpdater", {"DeviceAccessories.Duplexer"}},
         {"OrbPPDCustomMediaUpdater", {"CustomMediaTypes"}},
     };
-    std::map<std::string_view, Entries> read;
-    for (const OrbClass* updaterClass : OrbClassTable()) {
+    for (const auto& [name, entries] : expected) {
+        const OrbClass* const updaterClass = OrbClassFromName(name);
+        ASSERT_NE(updaterClass, nullptr) << name;
         const auto updater = updaterClass->newInstance();
         const auto* const reading = dynamic_cast<const ITkPPDStatusReading*>(updater.get());
-        ASSERT_NE(reading, nullptr) << updaterClass->name();
-        read.emplace(updaterClass->name(), reading->statusEntriesRead());
+        ASSERT_NE(reading, nullptr) << name;
+        EXPECT_EQ(reading->statusEntriesRead(), entries) << name;
     }
-    EXPECT_EQ(read, expected);
+}
+
+TEST(OrbPPDToldRuleTest, EveryBuiltInUpdaterSaysWhatItReadsAndWhatItOwns) {
+    for (const OrbClass* updaterClass : OrbClassTable()) {
+        const auto updater = updaterClass->newInstance();
+        EXPECT_NE(dynamic_cast<const ITkPPDStatusReading*>(updater.get()), nullptr)
+            << updaterClass->name();
+        EXPECT_NE(dynamic_cast<const ITkPPDLineOwnership*>(updater.get()), nullptr)
+            << updaterClass->name();
+    }
 }
 
 TEST(OrbPPDToldRuleTest, ReadsAStatusUnlessItSaysThatItReadsNothing) {

@@ -20,8 +20,8 @@
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
-#include "tests/real/HostileIPPResponder.h"
 #include "tests/real/LoopbackPort.h"
+#include "tests/support/HostileIPPResponder.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {

@@ -18,7 +18,7 @@
 #include "backends/snmp/SNMPSchemes.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/backends/snmp/SNMPTestRows.h"
-#include "tests/real/HostileSNMPResponder.h"
+#include "tests/support/HostileSNMPResponder.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TestDoubles.h"
 

@@ -6,20 +6,13 @@
 #include <functional>
 #include <string>
 
-#include "tests/real/HostileIPPResponder.h"
+#include "tests/support/HostileIPPResponder.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/tools/SmallPPD.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
-
-constexpr const char* kPPD =
-    "*PPD-Adobe: \"4.3\"\n"
-    "*OpenUI *ZrAutoDuplexerInstalled/Duplexer: Boolean\n"
-    "*DefaultZrAutoDuplexerInstalled: False\n"
-    "*ZrAutoDuplexerInstalled True/Installed: \"\"\n"
-    "*ZrAutoDuplexerInstalled False/Not Installed: \"\"\n"
-    "*CloseUI: *ZrAutoDuplexerInstalled\n";
 
 std::string contentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -50,7 +43,7 @@ class InPlaceTest : public ::testing::Test {
     std::filesystem::path path(const std::string& name) const { return directory_.path() / name; }
 
     TemporaryDirectory directory_;
-    const std::string ppd_ = directory_.write("folder/a.ppd", kPPD);
+    const std::string ppd_ = directory_.write("folder/a.ppd", std::string(kSmallPPD));
 };
 
 TEST_F(InPlaceTest, ThePPDIsReplacedWhenNobodyTouchedIt) {
@@ -60,7 +53,7 @@ TEST_F(InPlaceTest, ThePPDIsReplacedWhenNobodyTouchedIt) {
 }
 
 TEST_F(InPlaceTest, AnEditOfSomebodyElseIsNotLost) {
-    const std::string edited = std::string(kPPD) + "*% edited\n";
+    const std::string edited = std::string(std::string(kSmallPPD)) + "*% edited\n";
     const ProgramResult run = update([&] { directory_.write("folder/a.ppd", edited); });
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(run.standardError, "tkppdupdate: " + ppd_ + ": was changed meanwhile\n");

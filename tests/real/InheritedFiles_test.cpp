@@ -7,7 +7,7 @@
 #include <string>
 
 #include "backends/cups/CUPSScheduler.h"
-#include "tests/real/HostileIPPResponder.h"
+#include "tests/support/HostileIPPResponder.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {

@@ -9,9 +9,9 @@
 #include <thread>
 
 #include "tests/real/ChildProcess.h"
-#include "tests/real/HostileIPPResponder.h"
 #include "tests/real/PrivateNetwork.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/HostileIPPResponder.h"
 
 namespace {
 

@@ -14,8 +14,8 @@ namespace TkPPDUpdating::Testing {
 /// that it writes in a directory of its own.
 class PrivateScheduler {
   public:
-    /// The programs that it needs and that are not installed, for the word with which a test is
-    /// skipped; empty when all are.
+    /// The programs that it needs and that are not installed, for the word with which a test
+    /// fails; empty when all are.
     static std::string missingPrograms();
 
     /// Lets everybody on this machine do everything.

@@ -2,11 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
 #include <cups/ipp.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -23,8 +19,11 @@
 #include "sync/QueueSync.h"
 #include "sync/QueueSyncCauses.h"
 #include "tests/real/ChildProcess.h"
-#include "tests/real/HostileIPPResponder.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/FullListener.h"
+#include "tests/support/HostileIPPResponder.h"
+#include "tests/support/MeddledScheduler.h"
+#include "tests/support/SlowPrinter.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -34,68 +33,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 const std::string kOfficePPD = TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd";
-
-/// Hands everything to a scheduler, and does something before a queue is talked about once more or
-/// its PPD is installed.
-class MeddledScheduler : public QueueScheduler {
-  public:
-    explicit MeddledScheduler(const QueueScheduler& scheduler) : scheduler_(scheduler) {}
-
-    std::string name() const override { return scheduler_.name(); }
-    std::optional<std::vector<std::string>> queueNames(QueueFailure& failure) const override {
-        return scheduler_.queueNames(failure);
-    }
-    bool talkAbout(const std::string& queueName, const std::function<void(QueueTalk& queue)>& talk,
-                   Patience patience, QueueFailure& failure) const override {
-        ++talks;
-        if (talks == 2 && beforeSecondTalk) {
-            beforeSecondTalk();
-        }
-        return scheduler_.talkAbout(
-            queueName,
-            [&](QueueTalk& real) {
-                Talk meddled(*this, real);
-                talk(meddled);
-            },
-            patience, failure);
-    }
-
-    /// Whether the answer to an installation does not arrive.
-    bool answerLost = false;
-    std::function<void()> beforeSecondTalk;
-    std::function<void()> beforeInstallation;
-    mutable std::atomic<int> talks = 0;
-    mutable int installations = 0;
-
-  private:
-    class Talk : public QueueTalk {
-      public:
-        Talk(const MeddledScheduler& meddled, QueueTalk& real) : meddled_(meddled), real_(real) {}
-
-        std::optional<SchedulerQueue> queue(QueueFailure& failure) override {
-            return real_.queue(failure);
-        }
-        SchedulerPPD PPD(QueueFailure& failure) override { return real_.PPD(failure); }
-        Delivery install(const std::string& text, QueueFailure& failure) override {
-            ++meddled_.installations;
-            if (meddled_.beforeInstallation) {
-                meddled_.beforeInstallation();
-            }
-            const Delivery delivery = real_.install(text, failure);
-            return meddled_.answerLost ? Delivery::unknown : delivery;
-        }
-        bool setStateReasons(const std::vector<std::string>& reasons,
-                             QueueFailure& failure) override {
-            return real_.setStateReasons(reasons, failure);
-        }
-
-      private:
-        const MeddledScheduler& meddled_;
-        QueueTalk& real_;
-    };
-
-    const QueueScheduler& scheduler_;
-};
 
 /// The PPD of a queue, asked for alone.
 SchedulerPPD PPDOfQueue(const QueueScheduler& scheduler, QueueFailure& failure) {
@@ -114,65 +51,10 @@ std::optional<SchedulerQueue> queueOf(const QueueScheduler& scheduler, QueueFail
     return isWhole ? queue : std::nullopt;
 }
 
-/// Answers the first request, with one field more, and closes; then takes no connection any more.
-class FullListener {
-  public:
-    FullListener(std::string answer, const std::string& field);
-    FullListener(const FullListener&) = delete;
-    FullListener& operator=(const FullListener&) = delete;
-    ~FullListener();
-
-    int port() const { return port_; }
-
-  private:
-    int listener_ = -1;
-    int port_ = 0;
-    std::vector<int> others_;
-    std::jthread server_;
-};
-
-FullListener::FullListener(std::string answer, const std::string& field) {
-    answer.insert(answer.find("\r\n") + 2, field);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof(address);
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    EXPECT_EQ(bind(listener_, generic, length), 0);
-    EXPECT_EQ(listen(listener_, 0), 0);
-    getsockname(listener_, generic, &length);
-    port_ = ntohs(address.sin_port);
-    server_ = std::jthread([this, answer, address] {
-        const int served = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        // Those that wait here to be accepted are all that there is room for.
-        for (int count = 0; count < 3; ++count) {
-            others_.push_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-            (void)connect(others_.back(), reinterpret_cast<const sockaddr*>(&address),
-                          sizeof(address));
-        }
-        ResponderConnection connection(served);
-        connection.readRequest();
-        connection.send(answer);
-        close(served);
-    });
-}
-
-FullListener::~FullListener() {
-    server_.join();
-    for (const int other : others_) {
-        close(other);
-    }
-    close(listener_);
-}
-
 class RealQueueSync : public testing::Test {
   protected:
     void SetUp() override {
-        const std::string missing = PrivateScheduler::missingPrograms();
-        if (!missing.empty()) {
-            GTEST_SKIP() << missing;
-        }
+        ASSERT_EQ(PrivateScheduler::missingPrograms(), "");
         OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
         setPrinter(std::make_shared<FakeDeviceStatus>(FakeDeviceStatus::Values{
             {std::string(kTkCSDeviceAccessoriesKey),
@@ -566,30 +448,6 @@ TEST_F(RealQueueSync, OnceInstallingHasBegunItFinishes) {
     EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
     EXPECT_TRUE(installedPPD() == *outcome.after);
 }
-
-/// A printer that takes what is sent to it only once it is let; remembers how often it was sent
-/// something.
-class SlowPrinter {
-  public:
-    SlowPrinter()
-        : responder_([this](const ResponderConnection& c) {
-              for (int tries = 0; tries < 2000 && !mayPrint; ++tries) {
-                  std::this_thread::sleep_for(std::chrono::milliseconds(10));
-              }
-              (void)c;
-          }) {}
-
-    /// Without SNMP, which the scheduler's backend waits for in vain.
-    std::string URI() const {
-        return "socket://127.0.0.1:" + std::to_string(responder_.port()) + "/?snmp=false";
-    }
-    int documents() const { return responder_.connections(); }
-
-    std::atomic<bool> mayPrint{false};
-
-  private:
-    HostileIPPResponder responder_;
-};
 
 /// Waits until something is so, for a few seconds.
 bool comesTrue(const std::function<bool()>& condition) {

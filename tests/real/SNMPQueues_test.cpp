@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,26 +73,29 @@ class SNMPQueues : public testing::Test {
     TemporaryDirectory folder_;
 };
 
+void expectIn(const std::string& status, std::initializer_list<const char*> texts) {
+    for (const char* text : texts) {
+        EXPECT_THAT(status, HasSubstr(text));
+    }
+}
+
 TEST_F(SNMPQueues, ALaserPrinterAtTheUsualPort) {
     const SNMPPrinter printer(SNMPTables::kLaser, kSNMPPort);
     for (const char* URI : {"snmp://127.0.0.1", "snmp://[::1]"}) {
-        const std::string status = statusOf(URI);
-        EXPECT_THAT(status, HasSubstr("\"Duplexer\",\n      \"isInstalled\": true")) << URI;
-        EXPECT_THAT(status, HasSubstr("\"Tray2\",\n      \"isInstalled\": true"));
-        EXPECT_THAT(status, HasSubstr("\"ZrPenDyes\": \"K,C,M,Y\""));
-        EXPECT_THAT(status, HasSubstr("\"ZrPenInkSufficient\": \"1,1,0,1\""));
-        EXPECT_THAT(status, HasSubstr("\"MaxSupportedResolution\": 1200"));
+        expectIn(statusOf(URI),
+                 {"\"Duplexer\",\n      \"isInstalled\": true",
+                  "\"Tray2\",\n      \"isInstalled\": true", "\"ZrPenDyes\": \"K,C,M,Y\"",
+                  "\"ZrPenInkSufficient\": \"1,1,0,1\"", "\"MaxSupportedResolution\": 1200"});
     }
 }
 
 TEST_F(SNMPQueues, AnInkjetPrinterAtTheUsualPort) {
     const SNMPPrinter printer(SNMPTables::kInkjet, kSNMPPort);
-    const std::string status = statusOf("snmp://127.0.0.1");
-    EXPECT_THAT(status, HasSubstr("\"Duplexer\",\n      \"isInstalled\": false"));
-    EXPECT_THAT(status, HasSubstr("\"Tray2\",\n      \"isInstalled\": false"));
-    EXPECT_THAT(status, HasSubstr("\"C,M,Y,Photo black ink,Matte black ink,orange\""));
-    EXPECT_THAT(status, HasSubstr("\"ZrPenInkSufficient\": \"1,1,1,1,1,0\""));
-    EXPECT_THAT(status, HasSubstr("\"MaxSupportedResolution\": 4800"));
+    expectIn(
+        statusOf("snmp://127.0.0.1"),
+        {"\"Duplexer\",\n      \"isInstalled\": false", "\"Tray2\",\n      \"isInstalled\": false",
+         "\"C,M,Y,Photo black ink,Matte black ink,orange\"",
+         "\"ZrPenInkSufficient\": \"1,1,1,1,1,0\"", "\"MaxSupportedResolution\": 4800"});
 }
 
 TEST_F(SNMPQueues, ALabelPrinterAtTheUsualPort) {

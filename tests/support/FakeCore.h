@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -8,6 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "core_interface/OrbCUPSICCProfileSpecifier.h"
+#include "core_interface/OrbPPDOption.h"
+#include "core_interface/OrbPPDPageSize.h"
 #include "core_interface/TkCore.h"
 
 namespace TkPPDUpdating::Testing {
@@ -27,6 +31,36 @@ class EmptyPPDFile : public OrbPPDFile {
     const OrbPPDPageSize* pageSizeForName(std::string_view /*name*/) const override {
         return nullptr;
     }
+};
+
+/// A parsed PPD that has one option, without choices, and every page size; remembers which options
+/// it was asked for.
+class OneOptionPPDFile : public EmptyPPDFile, OrbPPDOption, OrbPPDPageSize {
+  public:
+    explicit OneOptionPPDFile(std::string name) : name_(std::move(name)) {}
+
+    const OrbPPDOption* optionForName(std::string_view name) const override {
+        askedOptions.emplace_back(name);
+        return name == name_ ? this : nullptr;
+    }
+    const OrbPPDPageSize* pageSizeForName(std::string_view /*name*/) const override { return this; }
+    std::optional<std::string_view> defaultChoiceName() const override { return std::nullopt; }
+    const OrbPPDChoice* choiceForName(std::string_view /*name*/) const override { return nullptr; }
+
+    mutable std::vector<std::string> askedOptions;
+
+  private:
+    std::string name_;
+};
+
+/// A specifier whose qualifier the test says.
+class FakeSpecifier : public OrbCUPSICCProfileSpecifier {
+  public:
+    explicit FakeSpecifier(std::string qualifier) : qualifier_(std::move(qualifier)) {}
+    std::string CUPSQualifier() const override { return qualifier_; }
+
+  private:
+    std::string qualifier_;
 };
 
 /// A core library that gives the parsed PPDs that the test puts in, and remembers what it was

@@ -33,7 +33,7 @@ class FakeDeviceStatus : public OrbCSDeviceStatus {
     Values values_;
 };
 
-/// Gives the same status, or none, for every URI, and remembers what it was asked.
+/// Gives the same status, or none and why, for every URI, and remembers what it was asked.
 class FakeCommunicationServices : public TkCommunicationServices {
   public:
     struct Request {
@@ -44,6 +44,7 @@ class FakeCommunicationServices : public TkCommunicationServices {
 
     explicit FakeCommunicationServices(std::shared_ptr<const OrbCSDeviceStatus> status)
         : status_(std::move(status)) {}
+    explicit FakeCommunicationServices(OrbCSError failure) : failure_(std::move(failure)) {}
 
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
@@ -51,6 +52,9 @@ class FakeCommunicationServices : public TkCommunicationServices {
         requests.push_back({deviceURI ? std::optional<std::string>(*deviceURI) : std::nullopt,
                             parameters ? std::optional(*parameters) : std::nullopt,
                             error != nullptr});
+        if (error && failure_) {
+            *error = *failure_;
+        }
         return status_;
     }
 
@@ -58,6 +62,23 @@ class FakeCommunicationServices : public TkCommunicationServices {
 
   private:
     std::shared_ptr<const OrbCSDeviceStatus> status_;
+    std::optional<OrbCSError> failure_;
+};
+
+/// A status that does not report one of its keys.
+class StatusWithoutKey : public OrbCSDeviceStatus {
+  public:
+    StatusWithoutKey(std::shared_ptr<const OrbCSDeviceStatus> status, std::string_view key)
+        : status_(std::move(status)), key_(key) {}
+
+    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
+                                                    std::string* error) const override {
+        return key == key_ ? nullptr : status_->statusValueForKey_error(key, error);
+    }
+
+  private:
+    std::shared_ptr<const OrbCSDeviceStatus> status_;
+    std::string key_;
 };
 
 class FakeEnvironment : public OrbEnvironment {

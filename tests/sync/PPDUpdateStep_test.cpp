@@ -8,8 +8,8 @@
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDToldRule.h"
 #include "manager/OrbPPDUpdatingContext.h"
+#include "tests/support/ApplicationUpdaters.h"
 #include "tests/support/ParsedPPD.h"
-#include "tests/support/QuietUpdater.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -122,18 +122,6 @@ TEST(PPDUpdateStep, NothingIsExplainedWhereNothingChanges) {
                 IsEmpty());
     EXPECT_THAT(steps("*ModelName: \"Plain\"\n", {}), IsEmpty());
 }
-
-/// A class that does not say what it reads.
-class OwnUpdater : public QuietUpdater {
-  public:
-    static constexpr std::string_view kClassName = "OwnUpdater";
-
-    PPDText updatedPPDContentsForContents_deviceURI_context(
-        const PPDText& contents, std::optional<std::string_view> deviceURI,
-        OrbDictionary* /*context*/) override {
-        return makePPDText(*contents + "*Own: " + std::string(deviceURI.value_or("")) + "\n");
-    }
-};
 
 TEST(PPDUpdateStep, AnUpdaterOfTheApplicationIsNamedWithoutReadings) {
     OrbPPDConcreteUpdatingManager manager;

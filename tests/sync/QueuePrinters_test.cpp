@@ -3,15 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <any>
-#include <map>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
+#include "tests/support/FakeNetwork.h"
 #include "tests/support/ParsedPPD.h"
 #include "tests/support/TestDoubles.h"
 
@@ -28,46 +25,6 @@ using Clock = std::chrono::steady_clock;
 constexpr const char* kPrint = "ipp://host/ipp/print";
 constexpr const char* kRoot = "ipp://host/";
 constexpr const char* kSNMP = "snmp://host";
-
-/// A network in which only some places answer.
-class FakeNetwork : public TkCommunicationServices {
-  public:
-    struct Place {
-        std::shared_ptr<const OrbCSDeviceStatus> status;
-        OrbCSError error;
-        /// Answers only when the whole time is over.
-        bool isSlow = false;
-    };
-
-    std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
-        std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        OrbCSError* error) const override {
-        const auto* limit = parameters ? &parameters->find(kTkCSTimeLimitKey)->second : nullptr;
-        const auto time = limit ? std::any_cast<milliseconds>(*limit) : milliseconds(0);
-        {
-            const std::lock_guard lock(mutex_);
-            asked.emplace_back(*deviceURI);
-            limits.push_back(time);
-        }
-        const auto place = places.find(*deviceURI);
-        if (place == places.end()) {
-            *error = {Cause::noConnection, "nobody listens"};
-            return nullptr;
-        }
-        if (place->second.isSlow) {
-            std::this_thread::sleep_for(time);
-        }
-        *error = place->second.error;
-        return place->second.status;
-    }
-
-    std::map<std::string, Place, std::less<>> places;
-    mutable std::vector<std::string> asked;
-    mutable std::vector<milliseconds> limits;
-
-  private:
-    mutable std::mutex mutex_;
-};
 
 std::shared_ptr<const OrbCSDeviceStatus> printerNamed(const char* model) {
     OrbCSPrinterIdentity identity;

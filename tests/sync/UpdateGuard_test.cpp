@@ -14,7 +14,7 @@
 
 #include "manager/ITkPPDLineOwnership.h"
 #include "manager/OrbClassTable.h"
-#include "tests/support/QuietUpdater.h"
+#include "tests/support/ApplicationUpdaters.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -452,17 +452,6 @@ TEST(UpdateGuard, AnOptionMayNotLoseItsEndWithTheGroup) {
               "the line of Other a would belong to another option or group");
 }
 
-class DeclaringUpdater : public QuietUpdater, public ITkPPDLineOwnership {
-  public:
-    OrbPPDOwnedLines ownedLines(std::span<const PPDStatement> /*before*/,
-                                std::span<const PPDStatement> /*after*/) override {
-        OrbPPDOwnedLines owned;
-        owned.attributes = {"OwnValue", "cupsFilter"};
-        owned.choices = {{"MediaType", "Own", "<</Own true>>setpagedevice"}};
-        return owned;
-    }
-};
-
 std::string reasonOfOwn(std::unique_ptr<ITkPPDUpdater> updater, const Edits& edits) {
     std::vector<std::unique_ptr<ITkPPDUpdater>> updaters;
     updaters.push_back(std::move(updater));
@@ -488,7 +477,10 @@ TEST(UpdateGuard, AClassThatDeclaresNothingMayChangeDefaultsOnly) {
 
 TEST(UpdateGuard, AClassMayDeclareKeywordsAndChoices) {
     const auto reason = [](const Edits& edits) {
-        return reasonOfOwn(std::make_unique<DeclaringUpdater>(), edits);
+        OrbPPDOwnedLines owned;
+        owned.attributes = {"OwnValue", "cupsFilter"};
+        owned.choices = {{"MediaType", "Own", "<</Own true>>setpagedevice"}};
+        return reasonOfOwn(std::make_unique<OwningUpdater>(std::move(owned)), edits);
     };
     EXPECT_EQ(reason({{kResolution, "*ZrMaxSupportedResolution: 600\n*OwnValue: 1\n"}}),
               "accepted");

@@ -11,20 +11,10 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
-/// Gives no status and counts how often it is asked.
-class SilentServices : public TkCommunicationServices {
-  public:
-    std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
-        std::optional<std::string_view> /*deviceURI*/, const OrbDictionary* /*parameters*/,
-        OrbCSError* error) const override {
-        ++requests;
-        if (error) {
-            *error = {OrbCSError::Cause::noConnection, "switched off"};
-        }
-        return nullptr;
-    }
-    mutable int requests = 0;
-};
+std::shared_ptr<const FakeCommunicationServices> silentDevice() {
+    return std::make_shared<const FakeCommunicationServices>(
+        OrbCSError{OrbCSError::Cause::noConnection, "switched off"});
+}
 
 TEST(OneAnswerServicesTest, AsksADeviceOnceAndGivesTheSameStatusAgain) {
     const auto status = std::make_shared<const FakeDeviceStatus>();
@@ -38,35 +28,35 @@ TEST(OneAnswerServicesTest, AsksADeviceOnceAndGivesTheSameStatusAgain) {
 }
 
 TEST(OneAnswerServicesTest, AsksASilentDeviceOnceAndKeepsTheReason) {
-    const auto device = std::make_shared<const SilentServices>();
+    const auto device = silentDevice();
     const OneAnswerServices services(device);
     OrbCSError error;
     EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), nullptr);
     EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, &error), nullptr);
     EXPECT_EQ(error.reason, "switched off");
     EXPECT_EQ(error.cause, OrbCSError::Cause::noConnection);
-    EXPECT_EQ(device->requests, 1);
+    EXPECT_EQ(device->requests.size(), 1U);
     ASSERT_TRUE(services.answerOfDevice("x:1"));
     EXPECT_EQ(services.answerOfDevice("x:1")->error.reason, "switched off");
 }
 
 TEST(OneAnswerServicesTest, AnAnswerToALimitedWaitIsForNobodyElse) {
-    const auto device = std::make_shared<const SilentServices>();
+    const auto device = silentDevice();
     const OneAnswerServices services(device);
     const OrbDictionary limited = {{std::string(kTkCSTimeLimitKey), std::chrono::milliseconds(1)}};
     OrbCSError error;
-    for (const int requests : {1, 2}) {
+    for (const std::size_t requests : {1, 2}) {
         EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", &limited, &error), nullptr);
-        EXPECT_EQ(device->requests, requests);
+        EXPECT_EQ(device->requests.size(), requests);
         EXPECT_EQ(error.reason, "switched off");
     }
     EXPECT_FALSE(services.answerOfDevice("x:1"));
     EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", nullptr, nullptr), nullptr);
-    EXPECT_EQ(device->requests, 3);
+    EXPECT_EQ(device->requests.size(), 3U);
 }
 
 TEST(OneAnswerServicesTest, TellsThatADeviceHasNotBeenAsked) {
-    const OneAnswerServices services(std::make_shared<const SilentServices>());
+    const OneAnswerServices services(silentDevice());
     EXPECT_FALSE(services.answerOfDevice("x:1"));
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core_interface/TkCSKeys.h"
+#include "tests/support/MediaDoubles.h"
 #include "tests/updaters/custom_media/CustomMediaTestSupport.h"
 #include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 
@@ -104,26 +105,6 @@ TEST_F(CustomMediaReadBack, TheLastEnglishTextReplacesTheName) {
     EXPECT_EQ(type->name(), "Papier glacé");
 }
 
-/// Remembers what media types and profiles are asked to be made of.
-class RecordingCore : public PPDModelCore {
-  public:
-    std::shared_ptr<const OrbCustomMediaType> customMediaTypeWithPPDParameters(
-        const OrbDictionary& parameters) const override {
-        mediaTypeParameters = parameters;
-        return PPDModelCore::customMediaTypeWithPPDParameters(parameters);
-    }
-    std::shared_ptr<const OrbICCProfile> profileWithPPDParameters(
-        const OrbDictionary& parameters) const override {
-        profileParameters = parameters;
-        ++profiles;
-        return PPDModelCore::profileWithPPDParameters(parameters);
-    }
-
-    mutable OrbDictionary mediaTypeParameters;
-    mutable OrbDictionary profileParameters;
-    mutable int profiles = 0;
-};
-
 std::vector<std::string> keys(const OrbDictionary& parameters) {
     std::vector<std::string> all;
     for (const auto& entry : parameters) {
@@ -140,7 +121,7 @@ std::string text(const OrbDictionary& parameters, std::string_view key) {
 }
 
 TEST_F(CustomMediaReadBack, TheCoreLibraryMakesTheMediaTypeFromTheseParameters) {
-    const auto core = std::make_shared<const RecordingCore>();
+    const auto core = std::make_shared<const Testing::RememberingCore>();
     OrbCoreInterface::setCore(core);
     readBack(PPDWith(choiceLines("custom1", "Glossy"), "",
                      "*cupsICCProfile ..q1/gloss: \"/p/gloss.icc\"\n"
@@ -161,7 +142,7 @@ TEST_F(CustomMediaReadBack, TheCoreLibraryMakesTheMediaTypeFromTheseParameters) 
 }
 
 TEST_F(CustomMediaReadBack, WithoutANameTheParametersStopBehindTheChoiceName) {
-    const auto core = std::make_shared<const RecordingCore>();
+    const auto core = std::make_shared<const Testing::RememberingCore>();
     OrbCoreInterface::setCore(core);
     for (const std::string choice : {"*MediaType custom1: \"\"\n",
                                      "*MediaType custom1/A: \"\"\n*en.MediaType custom1: \"\"\n"}) {
@@ -263,7 +244,7 @@ TEST_F(CustomMediaReadBack, ReadingTheResultGivesTheSameBlockAgain) {
 }
 
 TEST_F(CustomMediaReadBack, ChoicesThatShareAQualifierShareItsFirstProfileWhichIsLookedUpOnce) {
-    const auto core = std::make_shared<const RecordingCore>();
+    const auto core = std::make_shared<const Testing::RememberingCore>();
     OrbCoreInterface::setCore(core);
     const auto properties = [](const std::string& choice, const std::string& qualifier) {
         return "*ZrChoiceProperties MediaType." + choice +

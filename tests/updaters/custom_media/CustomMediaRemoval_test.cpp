@@ -160,58 +160,59 @@ TEST_F(CustomMediaRemoval, ANameListedTwiceRemovesTwoChoicesAndTheirProfileTwice
               PPDWith());
 }
 
+struct DamagedLines {
+    const char* what;
+    const char* lines;
+    const char* left;
+    bool areChoicesRemoved;
+};
+
+constexpr DamagedLines kDamagedCategoryLines[] = {
+    {"no closing quote, no *End", "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n", false},
+    {"no closing quote before *End",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n*End\n",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n*End\n", false},
+    {"wrapped, *End lost", "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n", false},
+    {"wrapped, a blank behind *End",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End \n",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End \n", false},
+    {"wrapped, a carriage return behind *End",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End\r\n",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End\r\n", false},
+    {"wrapped within a name",
+     "*ZrMediaTypeCategory custom/Custom: \"custom1 cus\ntom2 custom2\"\n*End\n", "", true},
+    {"no quotes", "*ZrMediaTypeCategory custom/Custom: custom1 custom2\n", "", true},
+    {"no translation text", "*ZrMediaTypeCategory custom: \"custom1 custom2\"\n", "", true},
+    {"other case", "*zrmediatypecategory CUSTOM/x: \"custom1 custom2\"\n", "", true},
+    {"names in other case", "*ZrMediaTypeCategory custom/Custom: \"CUSTOM1 Custom2\"\n", "", true},
+    {"no blank before the value", "*ZrMediaTypeCategory custom/Custom:\"custom1 custom2\"\n", "",
+     true},
+    {"separated by something else", "*ZrMediaTypeCategory custom/Custom: \"custom1,custom2\"\n", "",
+     false},
+    {"a quote in the text", "*ZrMediaTypeCategory custom/Cus\"tom: \"custom1 custom2\"\n", "",
+     false},
+    {"a tab before the spec", "*ZrMediaTypeCategory\tcustom/Custom: \"custom1 custom2\"\n",
+     "*ZrMediaTypeCategory\tcustom/Custom: \"custom1 custom2\"\n", false},
+    {"a blank behind the spec", "*ZrMediaTypeCategory custom : \"custom1 custom2\"\n",
+     "*ZrMediaTypeCategory custom : \"custom1 custom2\"\n", false},
+    {"a blank before the asterisk", " *ZrMediaTypeCategory custom: \"custom1 custom2\"\n",
+     " *ZrMediaTypeCategory custom: \"custom1 custom2\"\n", false},
+    {"no colon", "*ZrMediaTypeCategory custom \"custom1 custom2\"\n",
+     "*ZrMediaTypeCategory custom \"custom1 custom2\"\n", false},
+    {"a slash, but no colon", "*ZrMediaTypeCategory custom/Custom \"custom1 custom2\"\n", "", true},
+    {"an unquoted name of one letter", "*ZrMediaTypeCategory custom/Custom: c\n",
+     "*ZrMediaTypeCategory custom/Custom: c\n", false},
+    {"a carriage return at the end", "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\"\r\n",
+     "", true},
+    {"text behind the value", "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\" x\n", "",
+     true},
+};
+
 TEST_F(CustomMediaRemoval, DamagedCategoryLines) {
     const std::string choices = choiceLines("custom1", "A") + choiceLines("custom2", "B");
-    const struct {
-        const char* what;
-        const char* lines;
-        const char* left;
-        bool areChoicesRemoved;
-    } cases[] = {
-        {"no closing quote, no *End", "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n", false},
-        {"no closing quote before *End",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n*End\n",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\n*End\n", false},
-        {"wrapped, *End lost", "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n", false},
-        {"wrapped, a blank behind *End",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End \n",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End \n", false},
-        {"wrapped, a carriage return behind *End",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End\r\n",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"\n*End\r\n", false},
-        {"wrapped within a name",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1 cus\ntom2 custom2\"\n*End\n", "", true},
-        {"no quotes", "*ZrMediaTypeCategory custom/Custom: custom1 custom2\n", "", true},
-        {"no translation text", "*ZrMediaTypeCategory custom: \"custom1 custom2\"\n", "", true},
-        {"other case", "*zrmediatypecategory CUSTOM/x: \"custom1 custom2\"\n", "", true},
-        {"names in other case", "*ZrMediaTypeCategory custom/Custom: \"CUSTOM1 Custom2\"\n", "",
-         true},
-        {"no blank before the value", "*ZrMediaTypeCategory custom/Custom:\"custom1 custom2\"\n",
-         "", true},
-        {"separated by something else", "*ZrMediaTypeCategory custom/Custom: \"custom1,custom2\"\n",
-         "", false},
-        {"a quote in the text", "*ZrMediaTypeCategory custom/Cus\"tom: \"custom1 custom2\"\n", "",
-         false},
-        {"a tab before the spec", "*ZrMediaTypeCategory\tcustom/Custom: \"custom1 custom2\"\n",
-         "*ZrMediaTypeCategory\tcustom/Custom: \"custom1 custom2\"\n", false},
-        {"a blank behind the spec", "*ZrMediaTypeCategory custom : \"custom1 custom2\"\n",
-         "*ZrMediaTypeCategory custom : \"custom1 custom2\"\n", false},
-        {"a blank before the asterisk", " *ZrMediaTypeCategory custom: \"custom1 custom2\"\n",
-         " *ZrMediaTypeCategory custom: \"custom1 custom2\"\n", false},
-        {"no colon", "*ZrMediaTypeCategory custom \"custom1 custom2\"\n",
-         "*ZrMediaTypeCategory custom \"custom1 custom2\"\n", false},
-        {"a slash, but no colon", "*ZrMediaTypeCategory custom/Custom \"custom1 custom2\"\n", "",
-         true},
-        {"an unquoted name of one letter", "*ZrMediaTypeCategory custom/Custom: c\n",
-         "*ZrMediaTypeCategory custom/Custom: c\n", false},
-        {"a carriage return at the end",
-         "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\"\r\n", "", true},
-        {"text behind the value", "*ZrMediaTypeCategory custom/Custom: \"custom1 custom2\" x\n", "",
-         true},
-    };
-    for (const auto& each : cases) {
+    for (const DamagedLines& each : kDamagedCategoryLines) {
         EXPECT_EQ(removed(PPDWith(choices, "", each.lines)),
                   PPDWith(each.areChoicesRemoved ? choices.substr(0, 0) : choices, "", each.left))
             << each.what;

@@ -17,6 +17,7 @@
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbClassTable.h"
 #include "manager/OrbPPDUpdatingContext.h"
+#include "tests/support/MediaDoubles.h"
 #include "tests/updaters/custom_media/CustomMediaTestSupport.h"
 
 namespace TkPPDUpdating {
@@ -375,23 +376,11 @@ TEST_F(CustomMediaSteps, ChoicesAreNumberedFromOneInEveryCall) {
     EXPECT_EQ(content(), PPDWith(choices + choices));
 }
 
-/// A media type that takes the editor away when it is asked for its name, so that nothing can be
-/// inserted for it: no name is so long that its line would be refused.
-class DisruptiveMediaType : public PlainCustomMediaType {
-  public:
-    explicit DisruptiveMediaType(OrbPPDCustomMediaUpdater& updater)
-        : PlainCustomMediaType("Name", "1", "1", nullptr), updater_(updater) {}
-    std::optional<std::string_view> name() const override {
-        updater_.setPPDProcessor(nullptr);
-        return "Name";
-    }
-
-  private:
-    OrbPPDCustomMediaUpdater& updater_;
-};
-
 TEST_F(CustomMediaSteps, TheNameOfAChoiceThatCannotBeInsertedIsGivenOutAllTheSame) {
-    start({mediaType("One"), std::make_shared<DisruptiveMediaType>(updater), mediaType("Three")});
+    // Without an editor nothing can be inserted: no name is so long that its line would be refused.
+    start({mediaType("One"),
+           std::make_shared<ActingMediaType>([this] { updater.setPPDProcessor(nullptr); }),
+           mediaType("Three")});
     EXPECT_FALSE(updater.appendCustomMediaTypes());
     EXPECT_THAT(updater.customMediaNames(), ElementsAre("custom1", "custom2"));
 }
@@ -581,15 +570,6 @@ TEST_F(CustomMediaSteps, InsertedProfilesAreFoundByEquality) {
     EXPECT_TRUE(updater.appendZrChoiceProperties());
     EXPECT_THAT(content(), HasSubstr("ZrICCProfileId2=q1;"));
 }
-
-/// Equal to every profile with the same qualifier.
-class ProfileOfQualifier : public PlainICCProfile {
-  public:
-    using PlainICCProfile::PlainICCProfile;
-    bool isEqual(const OrbICCProfile& other) const override {
-        return qualifierVer2() == other.qualifierVer2();
-    }
-};
 
 TEST_F(CustomMediaSteps, TheEqualityOfTheProfilesThemselvesCounts) {
     start({mediaType(

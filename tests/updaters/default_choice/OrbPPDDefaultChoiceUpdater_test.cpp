@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/FakeCore.h"
 #include "tests/support/InvalidOperation.h"
 #include "tests/updaters/default_choice/DefaultChoiceTestSupport.h"
 
@@ -13,6 +14,7 @@ namespace TkPPDUpdating {
 namespace {
 
 using Testing::messageOfInvalidOperation;
+using Testing::OneOptionPPDFile;
 using Testing::parsedPPD;
 using Testing::textOf;
 
@@ -40,32 +42,6 @@ class TestUpdater : public OrbPPDDefaultChoiceUpdater {
   private:
     std::vector<std::string> names_;
     std::optional<OrbPPDDefaultChoices> choices_;
-};
-
-/// Remembers which options it was asked for, and has those of one name.
-class RecordingPPDFile : public OrbPPDFile, OrbPPDOption {
-  public:
-    explicit RecordingPPDFile(std::string only) : only_(std::move(only)) {}
-
-    const OrbPPDOption* optionForName(std::string_view name) const override {
-        asked.emplace_back(name);
-        return name == only_ ? this : nullptr;
-    }
-    std::vector<const OrbPPDAttribute*> attributesForName(std::string_view) const override {
-        return {};
-    }
-    std::vector<const OrbPPDAttribute*> attributesForName_spec(std::string_view,
-                                                               std::string_view) const override {
-        return {};
-    }
-    const OrbPPDPageSize* pageSizeForName(std::string_view) const override { return nullptr; }
-    std::optional<std::string_view> defaultChoiceName() const override { return std::nullopt; }
-    const OrbPPDChoice* choiceForName(std::string_view) const override { return nullptr; }
-
-    mutable std::vector<std::string> asked;
-
-  private:
-    std::string only_;
 };
 
 std::string option(const std::string& name, const std::string& defaultLine) {
@@ -134,10 +110,10 @@ TEST(DefaultChoiceApplicability, FailsWithoutAPPD) {
 
 TEST(DefaultChoiceApplicability, TakesTheNamesOnceAndStopsAtTheFirstOptionThatExists) {
     TestUpdater updater({"A", "B", "C"}, {});
-    const RecordingPPDFile file("B");
+    const OneOptionPPDFile file("B");
     EXPECT_TRUE(updater.isApplicableForPPDFile(&file));
     EXPECT_EQ(updater.timesAskedForNames, 1);
-    EXPECT_EQ(file.asked, (std::vector<std::string>{"A", "B"}));
+    EXPECT_EQ(file.askedOptions, (std::vector<std::string>{"A", "B"}));
 }
 
 TEST(DefaultChoicesFromDevice, AreAskedForWithTheGivenURIAndContext) {
@@ -225,11 +201,11 @@ TEST(CopyingDefaultChoices, GivesNullWhenAnOptionHasNoDefaultThere) {
 }
 
 TEST(CopyingDefaultChoices, StopsAtTheFirstOptionWithoutADefault) {
-    const RecordingPPDFile file("A");
+    const OneOptionPPDFile file("A");
     TestUpdater({"A", "B"}, {})
         .updatedPPDContentsForContents_PPDFile_context(makePPDText("*P\n" + options("Y", "Y")),
                                                        &file, nullptr);
-    EXPECT_EQ(file.asked, std::vector<std::string>{"A"});
+    EXPECT_EQ(file.askedOptions, std::vector<std::string>{"A"});
 }
 
 TEST(CopyingDefaultChoices, GivesNullWhenTheTextLacksTheChoice) {

@@ -1,4 +1,4 @@
-#include "tests/real/HostileSNMPResponder.h"
+#include "tests/support/HostileSNMPResponder.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

@@ -1,4 +1,4 @@
-#include "tests/real/HostileIPPResponder.h"
+#include "tests/support/HostileIPPResponder.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

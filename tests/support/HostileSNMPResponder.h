@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/real/SNMPBytes.h"
+#include "tests/support/SNMPBytes.h"
 
 namespace TkPPDUpdating::Testing {
 

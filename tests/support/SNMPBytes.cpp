@@ -1,4 +1,4 @@
-#include "tests/real/SNMPBytes.h"
+#include "tests/support/SNMPBytes.h"
 
 #include <algorithm>
 #include <sstream>
