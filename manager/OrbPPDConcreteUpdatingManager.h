@@ -23,7 +23,7 @@ struct OrbClassRunOrder {
     }
 };
 
-/// The only implementation of `OrbPPDUpdatingManager`. Made with the fourteen built-in updaters.
+/// The only implementation of `OrbPPDUpdatingManager`. Made with the built-in updaters.
 class OrbPPDConcreteUpdatingManager : public OrbPPDUpdatingManager {
   public:
     using Classes = std::set<const OrbClass*, OrbClassRunOrder>;
