@@ -79,17 +79,7 @@ void registerRow(const std::string& name, const std::string& path, const Row& ro
     benchmark::RegisterBenchmark(fullName.c_str(), run)->Unit(benchmark::kMillisecond);
 }
 
-void registerRows(const std::string& path) {
-    // libcups looks for each option among all: not to be waited for.
-    constexpr std::uintmax_t kLargestForLibcups = 5'000'000;
-    registerRow("floor", path,
-                [](const std::string& each) { benchmark::DoNotOptimize(readAndFindLines(each)); });
-    if (std::filesystem::file_size(path) < kLargestForLibcups) {
-        registerRow("ppdOpenFile", path, openWithLibcups);
-    }
-    registerRow("model", path, [](const std::string& each) {
-        benchmark::DoNotOptimize(PPDModelFile::fileWithContentsOfFile(each).get());
-    });
+void registerUpdates(const std::string& path) {
     for (const bool hasDuplexer : {true, false}) {
         const std::string state = hasDuplexer ? ", installed" : ", absent";
         const Printer printer{hasDuplexer};
@@ -109,6 +99,20 @@ void registerRows(const std::string& path) {
         registerRow("typical" + state, path, row(Updaters::kTypical));
         registerRow("all fourteen" + state, path, row(Updaters::kAllFourteen));
     }
+}
+
+void registerRows(const std::string& path) {
+    // libcups looks for each option among all: not to be waited for.
+    constexpr std::uintmax_t kLargestForLibcups = 5'000'000;
+    registerRow("floor", path,
+                [](const std::string& each) { benchmark::DoNotOptimize(readAndFindLines(each)); });
+    if (std::filesystem::file_size(path) < kLargestForLibcups) {
+        registerRow("ppdOpenFile", path, openWithLibcups);
+    }
+    registerRow("model", path, [](const std::string& each) {
+        benchmark::DoNotOptimize(PPDModelFile::fileWithContentsOfFile(each).get());
+    });
+    registerUpdates(path);
     const auto run = std::make_shared<std::unique_ptr<UpdateRun>>();
     const auto PPDFile = std::make_shared<std::shared_ptr<const PPDModelFile>>();
     registerRow("values", path, [run, PPDFile](const std::string& each) {

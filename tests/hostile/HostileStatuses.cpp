@@ -150,25 +150,59 @@ std::string HostileStatuses::keywordOr(const char* keyword) {
     return chance(6) ? text() : keyword;
 }
 
+json HostileStatuses::accessories() {
+    json list = json::array();
+    for (std::size_t count = below(4); count > 0; --count) {
+        list.push_back(
+            {{"name", keywordOr(chance(2) ? "Duplexer" : "Tray2")}, {"isInstalled", chance(2)}});
+    }
+    return list;
+}
+
+json HostileStatuses::pens() {
+    json values = json::object();
+    for (const char* const keyword : kPenKeywords) {
+        if (!chance(3)) {
+            values[keywordOr(keyword)] = text();
+        }
+    }
+    return {{"codeName", text()}, {"PPDAttributeValues", values}};
+}
+
+json HostileStatuses::estimations() {
+    json list = json::array();
+    for (std::size_t count = below(40) == 0 ? 60 : below(4); count > 0; --count) {
+        list.push_back({{"pageTypeName", chance(3) ? text() : "A"},
+                        {"minPageCount", -1.5},
+                        {"maxPageCount", std::uint64_t{1} << 60U},
+                        {"state", below(3)}});
+    }
+    return list;
+}
+
+json HostileStatuses::mediaTypes() {
+    json list = json::array();
+    for (std::size_t count = chance(30) ? 40 + below(300) : below(5); count > 0; --count) {
+        json type = {{"name", chance(20) ? json() : json(text())},
+                     {"mediaID", chance(10) ? json() : json(chance(2) ? harmlessText() : text())},
+                     {"parentMediaID", chance(4) ? json() : json(harmlessText())}};
+        if (!chance(3)) {
+            type["ICCProfile"] = {{"URL", URL()},
+                                  {"qualifierVer2", chance(4) ? json() : json(qualifier())},
+                                  {"profileID", chance(4) ? json() : json(below(4))}};
+        }
+        list.push_back(type);
+    }
+    return list;
+}
+
 std::string HostileStatuses::recording() {
     json recording = json::object();
     if (!chance(4)) {
-        json list = json::array();
-        for (std::size_t count = below(4); count > 0; --count) {
-            list.push_back({{"name", keywordOr(chance(2) ? "Duplexer" : "Tray2")},
-                            {"isInstalled", chance(2)}});
-        }
-        recording["DeviceAccessories"] = list;
+        recording["DeviceAccessories"] = accessories();
     }
     if (!chance(3)) {
-        json values = json::object();
-        for (const char* const keyword : kPenKeywords) {
-            if (!chance(3)) {
-                values[keywordOr(keyword)] = text();
-            }
-        }
-        recording["InstalledPensConfiguration"] = {{"codeName", text()},
-                                                   {"PPDAttributeValues", values}};
+        recording["InstalledPensConfiguration"] = pens();
     }
     if (!chance(2)) {
         recording["LinTable"] = {{"timestamp", below(2)}};
@@ -177,30 +211,10 @@ std::string HostileStatuses::recording() {
         recording["MaxSupportedResolution"] = chance(3) ? json(1e300) : json(text());
     }
     if (!chance(2)) {
-        json list = json::array();
-        for (std::size_t count = below(40) == 0 ? 60 : below(4); count > 0; --count) {
-            list.push_back({{"pageTypeName", chance(3) ? text() : "A"},
-                            {"minPageCount", -1.5},
-                            {"maxPageCount", std::uint64_t{1} << 60U},
-                            {"state", below(3)}});
-        }
-        recording["RemainingPagesEstimations"] = list;
+        recording["RemainingPagesEstimations"] = estimations();
     }
     if (!chance(6)) {
-        json list = json::array();
-        for (std::size_t count = chance(30) ? 40 + below(300) : below(5); count > 0; --count) {
-            json type = {
-                {"name", chance(20) ? json() : json(text())},
-                {"mediaID", chance(10) ? json() : json(chance(2) ? harmlessText() : text())},
-                {"parentMediaID", chance(4) ? json() : json(harmlessText())}};
-            if (!chance(3)) {
-                type["ICCProfile"] = {{"URL", URL()},
-                                      {"qualifierVer2", chance(4) ? json() : json(qualifier())},
-                                      {"profileID", chance(4) ? json() : json(below(4))}};
-            }
-            list.push_back(type);
-        }
-        recording["CustomMediaTypes"] = list;
+        recording["CustomMediaTypes"] = mediaTypes();
     }
     return recording.dump();
 }

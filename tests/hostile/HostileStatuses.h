@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <nlohmann/json_fwd.hpp>
 #include <random>
 #include <string>
 #include <vector>
@@ -37,6 +38,11 @@ class HostileStatuses {
     std::string keywordOr(const char* keyword);
     ipp_tag_t textSyntax();
     std::string supply();
+
+    nlohmann::json accessories();
+    nlohmann::json pens();
+    nlohmann::json estimations();
+    nlohmann::json mediaTypes();
 
     void addTexts(IPPTestMessage& answer, const char* name);
     void addMedia(IPPTestMessage& answer);

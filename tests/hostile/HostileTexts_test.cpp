@@ -16,22 +16,17 @@
 #include <utility>
 #include <vector>
 
-#include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "ppd/PPDTextFile.h"
 #include "tests/hostile/HostileStatuses.h"
 #include "tests/hostile/UpdateUnderTest.h"
-#include "tests/support/TestDoubles.h"
+#include "tests/samples/SamplePrinters.h"
+#include "tests/support/NumberFromEnvironment.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
 
 using Status = std::shared_ptr<const OrbCSDeviceStatus>;
-
-unsigned long numberFromEnvironment(const char* name, unsigned long otherwise) {
-    const char* const value = std::getenv(name);
-    return value ? std::strtoul(value, nullptr, 10) : otherwise;
-}
 
 /// What the samples have and a driver of another maker has not, so that most updaters apply.
 constexpr std::string_view kAttributes =
@@ -73,14 +68,8 @@ PPDText withAttributes(const std::string& text) {
 class HostileTexts : public testing::Test {
   protected:
     void SetUp() override {
-        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
-        OrbCoreInterface::setEnvironment(
-            std::make_shared<const FakeEnvironment>(std::map<std::string, std::string>{
-                {"ZrCurrentLocaleIdentifier", "en_US"}, {"ZrEPRLastUpdateTime", "252532800"}}));
         for (const char* const sample : {"zr-inkjet", "zr-office", "zr-compact"}) {
-            add(sample,
-                PPDTextWithContentsOfFile(std::string(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/") +
-                                          sample + ".ppd"));
+            add(sample, PPDTextWithContentsOfFile(PPDPathOf(sample)));
         }
         // Custom media on all of the samples.
         add("zr-office with media", withAttributes(*texts_.at("zr-office")));
@@ -135,7 +124,7 @@ class HostileTexts : public testing::Test {
         ppds_.emplace_back(name, std::make_unique<UpdateUnderTest>(text));
     }
 
-    CoreInterfaceScope scope_;
+    const SampleWorld world_{"en_US"};
     std::map<std::string, PPDText> texts_;
     std::vector<std::pair<std::string, std::unique_ptr<UpdateUnderTest>>> ppds_;
 };

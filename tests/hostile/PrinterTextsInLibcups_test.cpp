@@ -10,7 +10,6 @@
 #include <utility>
 #include <vector>
 
-#include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "backends/schemes/PlainCustomMediaType.h"
 #include "backends/schemes/PlainICCProfile.h"
@@ -18,6 +17,7 @@
 #include "ppd/PPDTextFile.h"
 #include "tests/hostile/LibcupsReading.h"
 #include "tests/hostile/UpdateUnderTest.h"
+#include "tests/samples/SamplePrinters.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -26,7 +26,7 @@ namespace {
 using testing::HasSubstr;
 
 PPDText sample(const std::string& name) {
-    return PPDTextWithContentsOfFile(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/" + name + ".ppd");
+    return PPDTextWithContentsOfFile(PPDPathOf(name));
 }
 
 std::shared_ptr<const OrbCustomMediaType> mediaType(std::string name, std::string mediaID,
@@ -60,16 +60,8 @@ struct HarmfulType {
 };
 
 class PrinterTextsInLibcups : public testing::Test {
-  protected:
-    void SetUp() override {
-        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
-        OrbCoreInterface::setEnvironment(
-            std::make_shared<const FakeEnvironment>(std::map<std::string, std::string>{
-                {"ZrCurrentLocaleIdentifier", "en_US"}, {"ZrEPRLastUpdateTime", "252532800"}}));
-    }
-
   private:
-    CoreInterfaceScope scope_;
+    const SampleWorld world_{"en_US"};
 };
 
 class HarmfulTypes : public PrinterTextsInLibcups,

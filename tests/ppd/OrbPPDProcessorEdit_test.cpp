@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <optional>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -51,76 +53,63 @@ TEST(OrbPPDProcessorDelete, AnAbsentAttributeKeepsItsTranslations) {
     EXPECT_EQ(processor->content(), text);
 }
 
-TEST(OrbPPDProcessorDelete, GivesTheIndexWhereTheAttributeStood) {
-    const auto processor = processorOver("*A: 1\n*B: 2\n*C: 3\n");
-    EXPECT_EQ(deleteFrom(*processor, "B"), 1U);
-    EXPECT_EQ(*processor->content(), "*A: 1\n*C: 3\n");
+/// A deletion from a PPD, the index that it gives, and the PPD after it.
+struct Deletion {
+    const char* name;
+    const char* before;
+    MaybeText keyword;
+    MaybeText spec;
+    MaybeText value;
+    std::size_t index;
+    const char* after;
+
+    friend void PrintTo(const Deletion& deletion, std::ostream* stream) {
+        *stream << deletion.name;
+    }
+};
+
+class OrbPPDProcessorDeletion : public testing::TestWithParam<Deletion> {};
+
+TEST_P(OrbPPDProcessorDeletion, GivesTheIndexAndTheExpectedText) {
+    const Deletion& deletion = GetParam();
+    const auto processor = processorOver(deletion.before);
+    EXPECT_EQ(deleteFrom(*processor, deletion.keyword, deletion.spec, deletion.value),
+              deletion.index);
+    EXPECT_EQ(*processor->content(), deletion.after);
 }
 
-TEST(OrbPPDProcessorDelete, OnlyTheFirstMatchGoes) {
-    const auto processor = processorOver("*A: 1\n*A: 2\n*a: 2\n");
-    EXPECT_EQ(deleteFrom(*processor, "A", kNone, "2"), 1U);
-    EXPECT_EQ(*processor->content(), "*A: 1\n*a: 2\n");
-}
-
-TEST(OrbPPDProcessorDelete, AValueOfSeveralLinesGoesUpToItsEndLine) {
-    const auto processor = processorOver("*A: 1\n*B: \"x\ny\nz\"\n*End\n*C: 3\n");
-    EXPECT_EQ(deleteFrom(*processor, "B"), 1U);
-    EXPECT_EQ(*processor->content(), "*A: 1\n*C: 3\n");
-}
-
-TEST(OrbPPDProcessorDelete, TheTranslationsForEveryLanguageAndForEnglishGoWithIt) {
-    const auto processor = processorOver(
-        "*cupsLanguages: \"de fr\"\n*K S/T: 1\n*en.K S/T: \"\"\n*de.K S/T: \"\"\n"
-        "*fr.K S/T: \"a\nb\"\n*End\n*it.K S/T: \"\"\n*de.K S2/T: \"\"\n*de.K: \"\"\n");
-    EXPECT_EQ(deleteFrom(*processor, "K", "S"), 1U);
-    EXPECT_EQ(*processor->content(),
-              "*cupsLanguages: \"de fr\"\n*it.K S/T: \"\"\n*de.K S2/T: \"\"\n*de.K: \"\"\n");
-}
-
-TEST(OrbPPDProcessorDelete, TranslationsOfAnAttributeWithoutSpecHaveNoneEither) {
-    const auto processor = processorOver("*K: 1\n*en.K S/T: \"\"\n*en.K: \"\"\n");
-    EXPECT_EQ(deleteFrom(*processor, "K"), 0U);
-    EXPECT_EQ(*processor->content(), "*en.K S/T: \"\"\n");
-}
-
-TEST(OrbPPDProcessorDelete, TranslationsGoWhateverTheirValue) {
-    const auto processor = processorOver("*K S: 1\n*K S: 2\n*en.K S/T: x\n");
-    EXPECT_EQ(deleteFrom(*processor, "K", "S", "2"), 1U);
-    EXPECT_EQ(*processor->content(), "*K S: 1\n");
-}
-
-TEST(OrbPPDProcessorDelete, OnlyTheFirstTranslationOfALanguageGoes) {
-    const auto processor = processorOver("*K: 1\n*en.K: \"1\"\n*en.K: \"2\"\n");
-    EXPECT_EQ(deleteFrom(*processor, "K"), 0U);
-    EXPECT_EQ(*processor->content(), "*en.K: \"2\"\n");
-}
-
-TEST(OrbPPDProcessorDelete, EnglishCountsTwiceWhenThePPDListsIt) {
-    const auto processor =
-        processorOver("*cupsLanguages: \"en\"\n*K: 1\n*en.K: \"1\"\n*en.K: \"2\"\n*en.K: \"3\"\n");
-    EXPECT_EQ(deleteFrom(*processor, "K"), 1U);
-    EXPECT_EQ(*processor->content(), "*cupsLanguages: \"en\"\n*en.K: \"3\"\n");
-}
-
-TEST(OrbPPDProcessorDelete, AnEmptyLanguageCodeStandsForAKeywordThatBeginsWithAFullStop) {
-    const auto processor =
-        processorOver("*cupsLanguages: \"de  fr\"\n*K: 1\n*.K: \"\"\n*de.K: \"\"\n*fr.K: \"\"\n");
-    EXPECT_EQ(deleteFrom(*processor, "K"), 1U);
-    EXPECT_EQ(*processor->content(), "*cupsLanguages: \"de  fr\"\n");
-}
-
-TEST(OrbPPDProcessorDelete, AnUnterminatedTranslationStays) {
-    const auto processor = processorOver("*K: 1\n*en.K: \"open\n*L: 2\n");
-    EXPECT_EQ(deleteFrom(*processor, "K"), 0U);
-    EXPECT_EQ(*processor->content(), "*en.K: \"open\n*L: 2\n");
-}
-
-TEST(OrbPPDProcessorDelete, TheIndexIsNotCorrectedForTranslationsThatStoodBefore) {
-    const auto processor = processorOver("*en.K: \"\"\n*A: 1\n*K: 1\n*B: 2\n*C: 3\n");
-    EXPECT_EQ(deleteFrom(*processor, "K"), 2U);
-    EXPECT_EQ(*processor->content(), "*A: 1\n*B: 2\n*C: 3\n");
-}
+INSTANTIATE_TEST_SUITE_P(
+    OrbPPDProcessorDelete, OrbPPDProcessorDeletion,
+    testing::ValuesIn(std::vector<Deletion>{
+        {"GivesTheIndexWhereTheAttributeStood", "*A: 1\n*B: 2\n*C: 3\n", "B", kNone, kNone, 1,
+         "*A: 1\n*C: 3\n"},
+        {"OnlyTheFirstMatchGoes", "*A: 1\n*A: 2\n*a: 2\n", "A", kNone, "2", 1, "*A: 1\n*a: 2\n"},
+        {"AValueOfSeveralLinesGoesUpToItsEndLine", "*A: 1\n*B: \"x\ny\nz\"\n*End\n*C: 3\n", "B",
+         kNone, kNone, 1, "*A: 1\n*C: 3\n"},
+        {"TheTranslationsForEveryLanguageAndForEnglishGoWithIt",
+         "*cupsLanguages: \"de fr\"\n*K S/T: 1\n*en.K S/T: \"\"\n*de.K S/T: \"\"\n"
+         "*fr.K S/T: \"a\nb\"\n*End\n*it.K S/T: \"\"\n*de.K S2/T: \"\"\n*de.K: \"\"\n",
+         "K", "S", kNone, 1,
+         "*cupsLanguages: \"de fr\"\n*it.K S/T: \"\"\n*de.K S2/T: \"\"\n*de.K: \"\"\n"},
+        {"TranslationsOfAnAttributeWithoutSpecHaveNoneEither",
+         "*K: 1\n*en.K S/T: \"\"\n*en.K: \"\"\n", "K", kNone, kNone, 0, "*en.K S/T: \"\"\n"},
+        {"TranslationsGoWhateverTheirValue", "*K S: 1\n*K S: 2\n*en.K S/T: x\n", "K", "S", "2", 1,
+         "*K S: 1\n"},
+        {"OnlyTheFirstTranslationOfALanguageGoes", "*K: 1\n*en.K: \"1\"\n*en.K: \"2\"\n", "K",
+         kNone, kNone, 0, "*en.K: \"2\"\n"},
+        {"EnglishCountsTwiceWhenThePPDListsIt",
+         "*cupsLanguages: \"en\"\n*K: 1\n*en.K: \"1\"\n*en.K: \"2\"\n*en.K: \"3\"\n", "K", kNone,
+         kNone, 1, "*cupsLanguages: \"en\"\n*en.K: \"3\"\n"},
+        {"AnEmptyLanguageCodeStandsForAKeywordThatBeginsWithAFullStop",
+         "*cupsLanguages: \"de  fr\"\n*K: 1\n*.K: \"\"\n*de.K: \"\"\n*fr.K: \"\"\n", "K", kNone,
+         kNone, 1, "*cupsLanguages: \"de  fr\"\n"},
+        {"AnUnterminatedTranslationStays", "*K: 1\n*en.K: \"open\n*L: 2\n", "K", kNone, kNone, 0,
+         "*en.K: \"open\n*L: 2\n"},
+        {"TheIndexIsNotCorrectedForTranslationsThatStoodBefore",
+         "*en.K: \"\"\n*A: 1\n*K: 1\n*B: 2\n*C: 3\n", "K", kNone, kNone, 2,
+         "*A: 1\n*B: 2\n*C: 3\n"},
+    }),
+    [](const auto& each) { return std::string(each.param.name); });
 
 TEST(OrbPPDProcessorDelete, DeletingCupsLanguagesItselfLeavesOnlyEnglish) {
     const auto processor =

@@ -14,6 +14,7 @@
 #include "ppd/OrbPPDProcessor.h"
 #include "tests/ppd/PPDTextModel.h"
 #include "tests/ppd/ProcessorTesting.h"
+#include "tests/support/NumberFromEnvironment.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -331,8 +332,8 @@ void runSequence(std::uint32_t seed, std::size_t lineCount, std::size_t stepCoun
 /// How many times as many sequences as usual are run: the whole number in the environment variable
 /// TKPPDUPDATING_MORE_SEQUENCES, for a long hunt after a change of the processor.
 std::uint32_t timesAsManySequences() {
-    const char* const times = std::getenv("TKPPDUPDATING_MORE_SEQUENCES");
-    return times ? static_cast<std::uint32_t>(std::max(1, std::atoi(times))) : 1;
+    return static_cast<std::uint32_t>(
+        std::max(1UL, numberFromEnvironment("TKPPDUPDATING_MORE_SEQUENCES", 1)));
 }
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {

@@ -187,14 +187,18 @@ class PPDTextModel {
             return false;
         }
         all->insert(all->end(), translations.begin(), translations.end());
+        insertLines(*all);
+        clearContent();
+        return true;
+    }
+
+    void insertLines(const Texts& newLines) {
         if (insertLocation_ > lines().size()) {
             throw std::out_of_range("insert location");
         }
-        lines().insert(lines().begin() + static_cast<std::ptrdiff_t>(insertLocation_), all->begin(),
-                       all->end());
-        insertLocation_ += all->size();
-        clearContent();
-        return true;
+        lines().insert(lines().begin() + static_cast<std::ptrdiff_t>(insertLocation_),
+                       newLines.begin(), newLines.end());
+        insertLocation_ += newLines.size();
     }
 
     static std::optional<Texts> wrapped(const std::string& line) {

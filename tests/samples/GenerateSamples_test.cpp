@@ -38,6 +38,13 @@ class CopiedSources {
     TemporaryDirectory folder_;
 };
 
+void expectRefusal(const CopiedSources& sources, const std::string& reason) {
+    const ProgramResult result = sources.generate();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_NE(result.standardError.find(reason), std::string::npos) << result.standardError;
+    EXPECT_TRUE(std::filesystem::is_empty(sources.PPDs()));
+}
+
 TEST(GenerateSamples, GivesTheBytesThatAreCommitted) {
     const TemporaryDirectory folder;
     const ProgramResult result =
@@ -76,21 +83,13 @@ TEST(GenerateSamples, RefusesATextThatACatalogLacks) {
     const CopiedSources sources;
     // CUPS has a text of its own for this one, which would be taken instead.
     sources.replace("drv/po/fr.po", "msgid \"Media Type\"", "msgid \"Other\"");
-    const ProgramResult result = sources.generate();
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_NE(result.standardError.find("no fr text for Media Type"), std::string::npos)
-        << result.standardError;
-    EXPECT_TRUE(std::filesystem::is_empty(sources.PPDs()));
+    expectRefusal(sources, "no fr text for Media Type");
 }
 
 TEST(GenerateSamples, RefusesALineThatIsTooLongForAPPD) {
     const CopiedSources sources;
     sources.replace("drv/zr-compact.drv", "MFG:Zr;", "MFG:" + std::string(256, 'Z') + ";");
-    const ProgramResult result = sources.generate();
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_NE(result.standardError.find("longer than a PPD line may be"), std::string::npos)
-        << result.standardError;
-    EXPECT_TRUE(std::filesystem::is_empty(sources.PPDs()));
+    expectRefusal(sources, "longer than a PPD line may be");
 }
 
 TEST(GenerateSamples, PassesOnWhatThePPDCompilerRefuses) {

@@ -46,17 +46,17 @@ inline std::string textOfFile(const std::string& path) {
 }
 
 /// Puts behind the interface, for the length of a scope, what reads the samples and their
-/// recordings, a German user and an update time that stands still.
+/// recordings, a user of one locale and an update time that stands still.
 class SampleWorld {
   public:
-    SampleWorld() {
+    explicit SampleWorld(const char* locale = "de_DE") {
         const auto schemes = std::make_shared<DeviceStatusSchemes>();
         registerRecordedDeviceStatus(*schemes);
         OrbCoreInterface::setCore(std::make_shared<PPDModelCore>());
         OrbCoreInterface::setCommunicationServices(schemes);
         OrbCoreInterface::setEnvironment(
             std::make_shared<FakeEnvironment>(std::map<std::string, std::string>{
-                {"ZrCurrentLocaleIdentifier", "de_DE"}, {"ZrEPRLastUpdateTime", "252532800"}}));
+                {"ZrCurrentLocaleIdentifier", locale}, {"ZrEPRLastUpdateTime", "252532800"}}));
     }
 
   private:

@@ -125,13 +125,17 @@ PPDUpdate updatedWithTypes(const PPDText& text, OrbCustomMediaTypes types,
     return update;
 }
 
+/// Two media types, and a PPD with both in this order, whose default is the second.
+struct TwoTypes {
+    std::shared_ptr<const OrbCustomMediaType> gloss = mediaType("Gloss", "1");
+    std::shared_ptr<const OrbCustomMediaType> canvas = mediaType("Canvas", "2");
+    PPDText PPD = updatedWithTypes(parsedPPD(customMediaLines("custom2"))->text(), {gloss, canvas},
+                                   PPDUpdate::Defaults::keepTheirMeaning)
+                      .updatedText("x:");
+};
+
 TEST(PPDUpdateTest, KnownMediaTypesKeepTheirChoiceAndTheDefaultIsToldWhenItsTypeIsGone) {
-    const auto gloss = mediaType("Gloss", "1");
-    const auto canvas = mediaType("Canvas", "2");
-    const auto file = parsedPPD(customMediaLines("custom2"));
-    const PPDText first =
-        updatedWithTypes(file->text(), {gloss, canvas}, PPDUpdate::Defaults::keepTheirMeaning)
-            .updatedText("x:");
+    const auto& [gloss, canvas, first] = TwoTypes();
     const PPDText turned =
         updatedWithTypes(first, {canvas, gloss}, PPDUpdate::Defaults::keepTheirMeaning)
             .updatedText("x:");
@@ -146,12 +150,7 @@ TEST(PPDUpdateTest, KnownMediaTypesKeepTheirChoiceAndTheDefaultIsToldWhenItsType
 }
 
 TEST(PPDUpdateTest, AnExplanationGivesTheSameTextAndSaysWhatKeepsTheMeaningOfADefault) {
-    const auto gloss = mediaType("Gloss", "1");
-    const auto canvas = mediaType("Canvas", "2");
-    const auto file = parsedPPD(customMediaLines("custom2"));
-    const PPDText first =
-        updatedWithTypes(file->text(), {gloss, canvas}, PPDUpdate::Defaults::keepTheirMeaning)
-            .updatedText("x:");
+    const auto& [gloss, canvas, first] = TwoTypes();
     for (const OrbCustomMediaTypes& types :
          {OrbCustomMediaTypes{canvas}, OrbCustomMediaTypes{gloss}}) {
         PPDUpdate update = updatedWithTypes(first, types, PPDUpdate::Defaults::keepTheirMeaning);

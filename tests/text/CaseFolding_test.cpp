@@ -14,47 +14,50 @@ namespace {
 
 constexpr std::size_t kNoPrefix = std::string_view::npos;
 
+struct Folding {
+    char32_t codePoint;
+    char32_t folded;
+    const char* name;
+};
+
+constexpr Folding kFoldings[] = {
+    {U'A', U'a', "A"},
+    {U'Z', U'z', "Z"},
+    {U'a', U'a', "a"},
+    {U'@', U'@', "before A"},
+    {U'[', U'[', "after Z"},
+    {U'*', U'*', "asterisk"},
+    {0xB5, 0x3BC, "micro sign"},
+    {0xC0, 0xE0, "A with grave"},
+    {0xD7, 0xD7, "multiplication sign"},
+    {0xDE, 0xFE, "thorn"},
+    {0xDF, 0xDF, "sharp s: its full folding is two letters"},
+    {0x1E9E, 0xDF, "capital sharp s"},
+    {0x130, 0x130, "I with dot above: Turkish and full foldings are left out"},
+    {0x131, 0x131, "dotless i"},
+    {U'I', U'i', "I, in every language"},
+    {0x178, 0xFF, "Y with diaeresis"},
+    {0x17F, U's', "long s"},
+    {0x1E9B, 0x1E61, "long s with dot above"},
+    {0x1C5, 0x1C6, "titlecase DZ with caron"},
+    {0x3A3, 0x3C3, "sigma"},
+    {0x3C2, 0x3C3, "final sigma"},
+    {0x212A, U'k', "Kelvin sign"},
+    {0x212B, 0xE5, "Angstrom sign"},
+    {0x2126, 0x3C9, "Ohm sign"},
+    {0x13A0, 0x13A0, "Cherokee capital A folds to itself"},
+    {0xAB70, 0x13A0, "Cherokee small a folds to the capital"},
+    {0x13F8, 0x13F0, "Cherokee small ye"},
+    {0x10400, 0x10428, "Deseret"},
+    {0x10427, 0x1044F, "the last of Deseret"},
+    {0x1E921, 0x1E943, "the last of Adlam"},
+    {0xFF21, 0xFF41, "full-width A"},
+    {0x10FFFF, 0x10FFFF, "the last code point"},
+    {0x110000, 0x110000, "no code point"},
+};
+
 TEST(CaseFolding, FoldsByTheSimpleUnicodeRule) {
-    struct {
-        char32_t codePoint;
-        char32_t folded;
-        const char* name;
-    } const cases[] = {
-        {U'A', U'a', "A"},
-        {U'Z', U'z', "Z"},
-        {U'a', U'a', "a"},
-        {U'@', U'@', "before A"},
-        {U'[', U'[', "after Z"},
-        {U'*', U'*', "asterisk"},
-        {0xB5, 0x3BC, "micro sign"},
-        {0xC0, 0xE0, "A with grave"},
-        {0xD7, 0xD7, "multiplication sign"},
-        {0xDE, 0xFE, "thorn"},
-        {0xDF, 0xDF, "sharp s: its full folding is two letters"},
-        {0x1E9E, 0xDF, "capital sharp s"},
-        {0x130, 0x130, "I with dot above: Turkish and full foldings are left out"},
-        {0x131, 0x131, "dotless i"},
-        {U'I', U'i', "I, in every language"},
-        {0x178, 0xFF, "Y with diaeresis"},
-        {0x17F, U's', "long s"},
-        {0x1E9B, 0x1E61, "long s with dot above"},
-        {0x1C5, 0x1C6, "titlecase DZ with caron"},
-        {0x3A3, 0x3C3, "sigma"},
-        {0x3C2, 0x3C3, "final sigma"},
-        {0x212A, U'k', "Kelvin sign"},
-        {0x212B, 0xE5, "Angstrom sign"},
-        {0x2126, 0x3C9, "Ohm sign"},
-        {0x13A0, 0x13A0, "Cherokee capital A folds to itself"},
-        {0xAB70, 0x13A0, "Cherokee small a folds to the capital"},
-        {0x13F8, 0x13F0, "Cherokee small ye"},
-        {0x10400, 0x10428, "Deseret"},
-        {0x10427, 0x1044F, "the last of Deseret"},
-        {0x1E921, 0x1E943, "the last of Adlam"},
-        {0xFF21, 0xFF41, "full-width A"},
-        {0x10FFFF, 0x10FFFF, "the last code point"},
-        {0x110000, 0x110000, "no code point"},
-    };
-    for (const auto& [codePoint, folded, name] : cases) {
+    for (const auto& [codePoint, folded, name] : kFoldings) {
         EXPECT_EQ(simpleCaseFolding(codePoint), folded) << name;
     }
 }

@@ -34,42 +34,43 @@ TEST(UTF8, EveryCharacterIsAppendedAsItsBytes) {
     }
 }
 
+constexpr std::string_view kNoCharacters[] = {
+    "\x80",
+    "\xBF",
+    "\xC0\x80",
+    "\xC1\xBF",  // no first byte; overlong
+    "\xE0\x80\x80",
+    "\xE0\x9F\xBF",  // overlong, three bytes
+    "\xED\xA0\x80",
+    "\xED\xBF\xBF",  // surrogates
+    "\xF0\x80\x80\x80",
+    "\xF0\x8F\xBF\xBF",  // overlong, four bytes
+    "\xF4\x90\x80\x80",
+    "\xF5\x80\x80\x80",
+    "\xF7\xBF\xBF\xBF",  // above U+10FFFF
+    "\xF8\x88\x80\x80\x80",
+    "\xFC\x84\x80\x80\x80\x80",
+    "\xFE",
+    "\xFF",
+    "\xC2",
+    "\xE2",
+    "\xE2\x82",
+    "\xF0",
+    "\xF0\x9F",
+    "\xF0\x9F\x98",  // cut short
+    "\xC2 ",
+    "\xC2\xC2",
+    "\xE2 \xAC",
+    "\xE2\x82 ",
+    "\xE2\x82\xC2",
+    "\xF0 \x98\x80",
+    "\xF0\x9F \x80",
+    "\xF0\x9F\x98 ",
+    "\xF0\x9F\x98\xFF",
+};
+
 TEST(UTF8, WhatIsNoCharacterIsRefused) {
-    const std::string_view cases[] = {
-        "\x80",
-        "\xBF",
-        "\xC0\x80",
-        "\xC1\xBF",  // no first byte; overlong
-        "\xE0\x80\x80",
-        "\xE0\x9F\xBF",  // overlong, three bytes
-        "\xED\xA0\x80",
-        "\xED\xBF\xBF",  // surrogates
-        "\xF0\x80\x80\x80",
-        "\xF0\x8F\xBF\xBF",  // overlong, four bytes
-        "\xF4\x90\x80\x80",
-        "\xF5\x80\x80\x80",
-        "\xF7\xBF\xBF\xBF",  // above U+10FFFF
-        "\xF8\x88\x80\x80\x80",
-        "\xFC\x84\x80\x80\x80\x80",
-        "\xFE",
-        "\xFF",
-        "\xC2",
-        "\xE2",
-        "\xE2\x82",
-        "\xF0",
-        "\xF0\x9F",
-        "\xF0\x9F\x98",  // cut short
-        "\xC2 ",
-        "\xC2\xC2",
-        "\xE2 \xAC",
-        "\xE2\x82 ",
-        "\xE2\x82\xC2",
-        "\xF0 \x98\x80",
-        "\xF0\x9F \x80",
-        "\xF0\x9F\x98 ",
-        "\xF0\x9F\x98\xFF",
-    };
-    for (const std::string_view bytes : cases) {
+    for (const std::string_view bytes : kNoCharacters) {
         EXPECT_FALSE(UTF8CharacterAtStart(bytes)) << ::testing::PrintToString(bytes);
         EXPECT_EQ(firstInvalidUTF8Byte(bytes), 0U) << ::testing::PrintToString(bytes);
     }

@@ -156,20 +156,11 @@ struct MistakenURI {
     std::string end;
 };
 
-TEST(BadInputTest, AMistakenDeviceURIIsRefusedByEveryCommandWithWhatToWriteInstead) {
-    const TemporaryDirectory directory;
-    directory.write("small.ppd", kSmallPPD);
-    directory.write("plain.ppd", kPlainPPD);
-    directory.write("old.ppd", "old");
-    directory.write("printer.json", kDuplexerIn);
-    directory.write("list.json", "[]");
-    directory.write("type.json", R"({"DeviceAccessories": [{"name": 7}]})");
-    directory.write("told.json", R"({"Told": 7})");
-    directory.write("etc/ppd/plain.ppd", kPlainPPD);
+std::vector<MistakenURI> mistakenURIs() {
     const std::string recording =
         "; write file: and the path of a recording, such as \"tkppdupdate status\" writes";
     const std::string any = "; write ipp://HOST/ipp/print, or file:PATH for a recorded status";
-    const std::vector<MistakenURI> mistakes = {
+    return {
         {"printer.json", "the device URI has no scheme; write file:printer.json"},
         {"missing.json", "the device URI has no scheme; write file:missing.json"},
         {"/a b/x.json", "the device URI has no scheme; write file:///a%20b/x.json"},
@@ -193,21 +184,36 @@ TEST(BadInputTest, AMistakenDeviceURIIsRefusedByEveryCommandWithWhatToWriteInste
         {"ipp:///ipp/print", "the URI names no IPP printer; write ipp://HOST/ipp/print"},
 #endif
     };
+}
+
+/// Every command that takes a device URI, up to the URI.
+const std::vector<std::vector<std::string>> kCommandsWithURI = {
+    {"update", "small.ppd", "--device-uri"},
+    {"update", "plain.ppd", "--in-place", "--device-uri"},
+    {"update", "small.ppd", "--output", "old.ppd", "--without-device", "--device-uri"},
+    {"update", "small.ppd", "--require-device", "--diff", "--device-uri"},
+    {"values", "--ppd", "plain.ppd", "--device-uri"},
+    {"values", "--queue", "plain", "--device-uri"},
+    {"status"}};
+
+TEST(BadInputTest, AMistakenDeviceURIIsRefusedByEveryCommandWithWhatToWriteInstead) {
+    const TemporaryDirectory directory;
+    directory.write("small.ppd", kSmallPPD);
+    directory.write("plain.ppd", kPlainPPD);
+    directory.write("old.ppd", "old");
+    directory.write("printer.json", kDuplexerIn);
+    directory.write("list.json", "[]");
+    directory.write("type.json", R"({"DeviceAccessories": [{"name": 7}]})");
+    directory.write("told.json", R"({"Told": 7})");
+    directory.write("etc/ppd/plain.ppd", kPlainPPD);
     const ToolSurroundings surroundings = {
         .environment = {{"CUPS_SERVERROOT", (directory.path() / "etc").string()},
                         {"CUPS_SERVER", "/nonexistent/cups.sock"}},
         .directory = directory.path()};
-    for (const MistakenURI& mistake : mistakes) {
+    for (const MistakenURI& mistake : mistakenURIs()) {
         const std::string line =
             "tkppdupdate: the device \"" + mistake.URI + "\": " + mistake.end + "\n";
-        for (std::vector<std::string> command : std::vector<std::vector<std::string>>{
-                 {"update", "small.ppd", "--device-uri"},
-                 {"update", "plain.ppd", "--in-place", "--device-uri"},
-                 {"update", "small.ppd", "--output", "old.ppd", "--without-device", "--device-uri"},
-                 {"update", "small.ppd", "--require-device", "--diff", "--device-uri"},
-                 {"values", "--ppd", "plain.ppd", "--device-uri"},
-                 {"values", "--queue", "plain", "--device-uri"},
-                 {"status"}}) {
+        for (std::vector<std::string> command : kCommandsWithURI) {
             command.push_back(mistake.URI);
             const ToolRun run = runTool(command, surroundings);
             EXPECT_EQ(run.exitStatus, 1) << command[0] << " " << mistake.URI;

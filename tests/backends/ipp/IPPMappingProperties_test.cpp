@@ -5,7 +5,6 @@
 #include <array>
 #include <climits>
 #include <cstddef>
-#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -21,8 +20,9 @@
 #include "core_interface/TkCSKeys.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "tests/backends/ipp/IPPTestMessage.h"
+#include "tests/support/HarmlessText.h"
+#include "tests/support/NumberFromEnvironment.h"
 #include "tests/support/TestDoubles.h"
-#include "text/UTF8.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -60,6 +60,53 @@ bool mayBeWritten(std::string keyword) {
     return kKeywords.contains(keyword);
 }
 
+/// What printers say and what breaks PPDs.
+const std::vector<std::string> kParts = {"one-sided",
+                                         "two-sided-long-edge",
+                                         "main",
+                                         "tray-2",
+                                         "type=ink;",
+                                         "level=40;",
+                                         "colorantname=cyan;",
+                                         "RS300-600",
+                                         "stationery",
+                                         "My Gloss",
+                                         "\"",
+                                         "\n",
+                                         "\r",
+                                         "\n*",
+                                         "*cupsFilter: \"x\"",
+                                         "*End",
+                                         ":",
+                                         "/",
+                                         " ",
+                                         ",",
+                                         ";",
+                                         "=",
+                                         "<0A>",
+                                         "\xC3\xA9",
+                                         "\xC3",
+                                         "\xE2\x80\xA8",
+                                         "\xC2\x85",
+                                         "\x7F",
+                                         "\t",
+                                         "\x1B[2J",
+                                         "custom1",
+                                         "--",
+                                         "%s",
+                                         "\xF0\x9F\x96\xA8",
+                                         "ink-cartridge",
+                                         "#00FFFF",
+                                         "*MediaType x/y: \"\"",
+                                         "file:///a/b.icc",
+                                         "file:///a%0Ab",
+                                         "q1",
+                                         "..",
+                                         "gloss",
+                                         "\\",
+                                         "(",
+                                         ">"};
+
 class RandomAnswers {
   public:
     explicit RandomAnswers(unsigned seed) : random_(seed) {}
@@ -82,53 +129,7 @@ class RandomAnswers {
         return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
     }
 
-    /// Made of what printers say and of what breaks PPDs.
     std::string text() {
-        static const std::vector<std::string> kParts = {"one-sided",
-                                                        "two-sided-long-edge",
-                                                        "main",
-                                                        "tray-2",
-                                                        "type=ink;",
-                                                        "level=40;",
-                                                        "colorantname=cyan;",
-                                                        "RS300-600",
-                                                        "stationery",
-                                                        "My Gloss",
-                                                        "\"",
-                                                        "\n",
-                                                        "\r",
-                                                        "\n*",
-                                                        "*cupsFilter: \"x\"",
-                                                        "*End",
-                                                        ":",
-                                                        "/",
-                                                        " ",
-                                                        ",",
-                                                        ";",
-                                                        "=",
-                                                        "<0A>",
-                                                        "\xC3\xA9",
-                                                        "\xC3",
-                                                        "\xE2\x80\xA8",
-                                                        "\xC2\x85",
-                                                        "\x7F",
-                                                        "\t",
-                                                        "\x1B[2J",
-                                                        "custom1",
-                                                        "--",
-                                                        "%s",
-                                                        "\xF0\x9F\x96\xA8",
-                                                        "ink-cartridge",
-                                                        "#00FFFF",
-                                                        "*MediaType x/y: \"\"",
-                                                        "file:///a/b.icc",
-                                                        "file:///a%0Ab",
-                                                        "q1",
-                                                        "..",
-                                                        "gloss",
-                                                        "\\",
-                                                        "(",
-                                                        ">"};
         std::string made;
         for (int parts = below(5); parts >= 0; --parts) {
             made += oneOf(kParts);
@@ -194,21 +195,9 @@ class RandomAnswers {
     std::mt19937 random_;
 };
 
-/// Strict, and written apart from what the backend uses: no control character, separator or quote.
+/// Not even a quote, which every reader of a PPD takes for the end of a value.
 bool isHarmless(std::string_view text) {
-    if (firstInvalidUTF8Byte(text)) {
-        return false;
-    }
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const bool isC1 = byte == 0xC2 && static_cast<unsigned char>(text[at + 1]) < 0xA0;
-        const std::string_view three = text.substr(at, 3);
-        if (byte < 0x20 || byte == 0x7F || byte == '"' || isC1 || three == "\xE2\x80\xA8" ||
-            three == "\xE2\x80\xA9") {
-            return false;
-        }
-    }
-    return true;
+    return isHarmlessText(text, "\"");
 }
 
 void expectHarmless(const std::optional<std::string_view>& text) {
@@ -249,11 +238,6 @@ std::set<std::string> mainKeywords(const std::string& text) {
         }
     }
     return keywords;
-}
-
-unsigned long numberFromEnvironment(const char* name, unsigned long otherwise) {
-    const char* value = std::getenv(name);
-    return value ? std::strtoul(value, nullptr, 10) : otherwise;
 }
 
 TEST(IPPMappingProperties, NoAnswerMakesTheUpdatersWriteWhatIsNotTheirs) {

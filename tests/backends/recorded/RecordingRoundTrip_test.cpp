@@ -166,21 +166,8 @@ TEST(RecordingRoundTrip, ReadingBackWhatWasWrittenGivesAnEqualStatus) {
     }
 }
 
-TEST(RecordingRoundTrip, WritesKeysInTheOrderOfTheFormatWithTwoBlanksOfIndentation) {
-    const FakeDeviceStatus status(
-        Values{{std::string(kTkCSCustomMediaTypesKey),
-                OrbCustomMediaTypes{std::make_shared<const PlainCustomMediaType>(
-                    "Glossy", "1201", "3",
-                    std::make_shared<const PlainICCProfile>("file:///g.icc", "q1", 7))}},
-               {std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories{{"Duplexer", true}}},
-               {std::string(kTkCSInstalledPensConfigurationKey),
-                OrbCSPensConfiguration{"FourPens", {{"ZrPenDyes", "C"}}}},
-               {std::string(kTkCSLinTableKey), OrbCSLinTable{OrbCSNumberOrString(std::int64_t{0})}},
-               {std::string(kTkCSMaxSupportedResolutionKey), OrbCSNumberOrString(1200.0)},
-               {std::string(kTkCSRemainingPagesEstimationsKey),
-                OrbCSRemainingPagesEstimations{{"A", OrbCSNumberOrString(0.5), std::nullopt,
-                                                OrbCSNumberOrString(std::int64_t{2})}}}});
-    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(status), R"({
+/// One value of each kind.
+constexpr const char* kRecording = R"({
   "DeviceAccessories": [
     {
       "name": "Duplexer",
@@ -217,7 +204,23 @@ TEST(RecordingRoundTrip, WritesKeysInTheOrderOfTheFormatWithTwoBlanksOfIndentati
     }
   ]
 }
-)");
+)";
+
+TEST(RecordingRoundTrip, WritesKeysInTheOrderOfTheFormatWithTwoBlanksOfIndentation) {
+    const FakeDeviceStatus status(
+        Values{{std::string(kTkCSCustomMediaTypesKey),
+                OrbCustomMediaTypes{std::make_shared<const PlainCustomMediaType>(
+                    "Glossy", "1201", "3",
+                    std::make_shared<const PlainICCProfile>("file:///g.icc", "q1", 7))}},
+               {std::string(kTkCSDeviceAccessoriesKey), OrbCSDeviceAccessories{{"Duplexer", true}}},
+               {std::string(kTkCSInstalledPensConfigurationKey),
+                OrbCSPensConfiguration{"FourPens", {{"ZrPenDyes", "C"}}}},
+               {std::string(kTkCSLinTableKey), OrbCSLinTable{OrbCSNumberOrString(std::int64_t{0})}},
+               {std::string(kTkCSMaxSupportedResolutionKey), OrbCSNumberOrString(1200.0)},
+               {std::string(kTkCSRemainingPagesEstimationsKey),
+                OrbCSRemainingPagesEstimations{{"A", OrbCSNumberOrString(0.5), std::nullopt,
+                                                OrbCSNumberOrString(std::int64_t{2})}}}});
+    EXPECT_EQ(RecordedDeviceStatus::JSONForStatus(status), kRecording);
 }
 
 TEST(RecordingRoundTrip, WritesASilentPrinterAsAnEmptyObject) {

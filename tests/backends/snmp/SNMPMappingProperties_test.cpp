@@ -2,7 +2,6 @@
 // environment variable SNMP_MAPPING_ROWS, the first seed by SNMP_MAPPING_SEED.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <limits>
 #include <map>
 #include <random>
@@ -12,7 +11,8 @@
 
 #include "backends/snmp/SNMPStatusMapping.h"
 #include "core_interface/TkCSKeys.h"
-#include "text/UTF8.h"
+#include "tests/support/HarmlessText.h"
+#include "tests/support/NumberFromEnvironment.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -122,22 +122,9 @@ class RandomPrinters {
     std::mt19937 random_;
 };
 
-/// Written apart from what the backend uses: what may stand as a value without quotes.
+/// What may stand as a value without quotes.
 bool isHarmless(std::string_view text) {
-    if (firstInvalidUTF8Byte(text)) {
-        return false;
-    }
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const bool isC1 = byte == 0xC2 && static_cast<unsigned char>(text[at + 1]) < 0xA0;
-        const std::string_view three = text.substr(at, 3);
-        if (byte < 0x20 || byte == 0x7F || isC1 || three == "\xE2\x80\xA8" ||
-            three == "\xE2\x80\xA9" ||
-            std::string_view("\"*<>").find(text[at]) != std::string_view::npos) {
-            return false;
-        }
-    }
-    return true;
+    return isHarmlessText(text, "\"*<>");
 }
 
 SNMPRows rowsOf(const std::vector<Cell>& cells, std::size_t leftOut) {
@@ -189,11 +176,6 @@ ToldValues toldValues(const SNMPRows& rows) {
     }
     EXPECT_EQ(status->toldEntries()->size(), told.size());
     return told;
-}
-
-unsigned long numberFromEnvironment(const char* name, unsigned long otherwise) {
-    const char* value = std::getenv(name);
-    return value ? std::strtoul(value, nullptr, 10) : otherwise;
 }
 
 TEST(SNMPMappingProperties, TextsAreHarmlessAndAMissingCellNeverMakesAnotherValue) {

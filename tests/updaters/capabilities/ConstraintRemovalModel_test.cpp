@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "tests/support/NumberFromEnvironment.h"
 #include "tests/updaters/capabilities/ConstraintRemovalModel.h"
 #include "updaters/capabilities/PPDConstraintRemoval.h"
 
@@ -17,9 +18,8 @@ using namespace std::string_view_literals;
 constexpr unsigned kTextsInEveryRun = 5000;
 
 /// scripts/check-constraint-removal asks for more.
-unsigned numberOfTexts() {
-    const char* const wanted = std::getenv("TKPPDUPDATING_RANDOM_TEXTS");
-    return wanted ? static_cast<unsigned>(std::strtoul(wanted, nullptr, 10)) : kTextsInEveryRun;
+unsigned long numberOfTexts() {
+    return numberFromEnvironment("TKPPDUPDATING_RANDOM_TEXTS", kTextsInEveryRun);
 }
 
 /// Pieces of which a text is made at random: whole lines as they stand in PPDs, and fragments that
@@ -64,8 +64,8 @@ std::string_view oneOf(const Values& values, std::mt19937& random) {
 TEST(ConstraintRemoval, GivesWhatTheWordByWordModelGivesForRandomTexts) {
     std::mt19937 random(20010101);  // NOLINT(cert-msc51-cpp): the same texts in every run
     unsigned changed = 0;
-    const unsigned count = numberOfTexts();
-    for (unsigned i = 0; i < count; ++i) {
+    const unsigned long count = numberOfTexts();
+    for (unsigned long i = 0; i < count; ++i) {
         std::string text;
         for (auto pieces = random() % 60; pieces > 0; --pieces) {
             text += oneOf(kPieces, random);
