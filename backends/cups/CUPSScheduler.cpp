@@ -4,11 +4,11 @@
 #include <cups/http.h>
 #include <cups/ipp.h>
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
 
+#include "backends/cups/SchedulerAnswers.h"
 #include "backends/cups/SchedulerRequests.h"
 #include "backends/libcups/HTTPTalk.h"
 #include "backends/libcups/IPPMessage.h"
@@ -17,13 +17,6 @@
 namespace TkPPDUpdating {
 
 namespace {
-
-/// What an administrator sets beside the PPD. Attributes that the scheduler derives from the PPD
-/// are not among them.
-constexpr auto kSettings = std::to_array<const char*>(
-    {"copies-default", "job-hold-until-default", "job-priority-default", "job-sheets-default",
-     "number-up-default", "port-monitor", "printer-error-policy", "printer-info",
-     "printer-is-accepting-jobs", "printer-is-shared", "printer-location", "printer-op-policy"});
 
 /// Connects to the scheduler. The settings that it makes and reads belong to the talking thread.
 HTTPOpening schedulerOpening(const std::string& server) {
@@ -47,42 +40,6 @@ void requestAttributes(const IPPMessage& request, std::vector<const char*> names
                   static_cast<int>(names.size()), nullptr, names.data());
 }
 
-SchedulerQueue::Kind kindOfQueue(int printerType) {
-    const auto bits = static_cast<unsigned>(printerType);
-    return bits & static_cast<unsigned>(CUPS_PRINTER_REMOTE)  ? SchedulerQueue::Kind::remote
-           : bits & static_cast<unsigned>(CUPS_PRINTER_CLASS) ? SchedulerQueue::Kind::printerClass
-                                                              : SchedulerQueue::Kind::own;
-}
-
-/// The names of the queues of an answer to CUPS-Get-Printers, which has a group for each.
-std::vector<std::string> queueNamesIn(ipp_t* answer) {
-    std::vector<std::string> names;
-    std::string name;
-    int type = 0;
-    const auto endOfQueue = [&] {
-        if (!name.empty() && kindOfQueue(type) != SchedulerQueue::Kind::remote) {
-            names.push_back(name);
-        }
-        name.clear();
-        type = 0;
-    };
-    for (ipp_attribute_t* attribute = ippFirstAttribute(answer); attribute;
-         attribute = ippNextAttribute(answer)) {
-        const char* attributeName = ippGetName(attribute);
-        if (!attributeName || ippGetGroupTag(attribute) != IPP_TAG_PRINTER) {
-            endOfQueue();
-        } else if (std::string_view(attributeName) == "printer-name") {
-            const char* text = ippGetString(attribute, 0, nullptr);
-            name = text ? text : "";
-        } else if (std::string_view(attributeName) == "printer-type") {
-            type = ippGetInteger(attribute, 0);
-        }
-    }
-    endOfQueue();
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 std::optional<std::vector<std::string>> askForQueueNames(HTTPConnection& connection,
                                                          std::size_t mostBytes,
                                                          QueueFailure& failure) {
@@ -93,7 +50,7 @@ std::optional<std::vector<std::string>> askForQueueNames(HTTPConnection& connect
     if (!answer && failure.isOf(queueSyncCause("no-queue"))) {
         return std::vector<std::string>();  // It has no queues.
     }
-    return answer ? std::optional(queueNamesIn(answer.get())) : std::nullopt;
+    return answer ? std::optional(queueNamesInAnswer(answer.get())) : std::nullopt;
 }
 
 class SchedulerTalk : public QueueTalk {
@@ -104,12 +61,13 @@ class SchedulerTalk : public QueueTalk {
 
     std::optional<SchedulerQueue> queue(QueueFailure& failure) override {
         IPPMessage request = requestForQueue(IPP_OP_GET_PRINTER_ATTRIBUTES);
-        std::vector<const char*> names(kSettings.begin(), kSettings.end());
+        const auto settings = schedulerSettings();
+        std::vector<const char*> names(settings.begin(), settings.end());
         names.insert(names.end(), {"device-uri", "printer-config-change-time", "printer-state",
                                    "printer-state-reasons", "printer-type"});
         requestAttributes(request, std::move(names));
         const IPPMessage answer = answerTo(request, "/", nullptr, failure);
-        return answer ? std::optional(queueIn(answer.get())) : std::nullopt;
+        return answer ? std::optional(queueInAnswer(answer.get(), name_)) : std::nullopt;
     }
 
     SchedulerPPD PPD(QueueFailure& failure) override {
@@ -168,44 +126,6 @@ class SchedulerTalk : public QueueTalk {
     IPPMessage answerTo(const IPPMessage& request, const std::string& resource,
                         const std::string* file, QueueFailure& failure) {
         return answerOfScheduler(connection_, request, resource, file, limits_.bytes, failure);
-    }
-
-    SchedulerQueue queueIn(ipp_t* answer) const {
-        const auto integerOf = [answer](const char* name, ipp_tag_t tag, int absent) {
-            ipp_attribute_t* attribute = ippFindAttribute(answer, name, tag);
-            return attribute ? ippGetInteger(attribute, 0) : absent;
-        };
-        SchedulerQueue queue;
-        queue.name = name_;
-        queue.kind = kindOfQueue(integerOf("printer-type", IPP_TAG_ENUM, 0));
-        queue.deviceURI = textOf(ippFindAttribute(answer, "device-uri", IPP_TAG_URI), 0);
-        queue.configChangeTime = integerOf("printer-config-change-time", IPP_TAG_INTEGER, 0);
-        queue.state = static_cast<SchedulerQueue::State>(integerOf(
-            "printer-state", IPP_TAG_ENUM, static_cast<int>(SchedulerQueue::State::idle)));
-        ipp_attribute_t* reasons =
-            ippFindAttribute(answer, "printer-state-reasons", IPP_TAG_KEYWORD);
-        for (int place = 0; reasons && place < ippGetCount(reasons); ++place) {
-            queue.stateReasons.push_back(textOf(reasons, place));
-        }
-        std::erase(queue.stateReasons, "none");
-        for (const char* name : kSettings) {
-            if (ipp_attribute_t* attribute = ippFindAttribute(answer, name, IPP_TAG_ZERO)) {
-                queue.settings.emplace(name, wholeTextOf(attribute));
-            }
-        }
-        return queue;
-    }
-
-    static std::string textOf(ipp_attribute_t* attribute, int place) {
-        const char* text = attribute ? ippGetString(attribute, place, nullptr) : nullptr;
-        return text ? text : "";
-    }
-
-    static std::string wholeTextOf(ipp_attribute_t* attribute) {
-        std::string text(ippAttributeString(attribute, nullptr, 0) + 1, '\0');
-        ippAttributeString(attribute, text.data(), text.size());
-        text.pop_back();
-        return text;
     }
 
     HTTPConnection& connection_;
