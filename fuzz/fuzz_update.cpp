@@ -1,19 +1,18 @@
-// A whole update: a printer's recorded status, a line "====", and a PPD. However hostile both are,
-// the result is UTF-8 and holds no line that lets the scheduler run something which was not there,
-// and what changed can be told.
-#include <algorithm>
-#include <array>
-#include <map>
+// A whole update through the manager: a printer's recorded status ("null" for a silent printer), a
+// line "====", a PPD; and perhaps another such line and the PPD of a queue. However hostile they
+// are, the only error is the documented one, the same run gives the same text, and what the guard
+// before writing lets pass is harmless, also as libcups reads it, and is not changed by a second
+// run.
+#include <optional>
 #include <stdexcept>
+#include <string>
 
-#include "backends/ppdmodel/PPDModelCore.h"
-#include "backends/ppdmodel/PPDModelFile.h"
-#include "backends/recorded/RecordedDeviceStatus.h"
-#include "core_interface/OrbCoreInterface.h"
-#include "fuzz/FuzzTarget.h"
+#include "fuzz/UpdateInput.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "manager/OrbPPDUpdatingContext.h"
-#include "sync/ChangeDescription.h"
+#include "sync/UpdateGuard.h"
+#include "tests/hostile/UpdateInvariants.h"
+#include "tests/support/CoreWithQueue.h"
 #include "text/UTF8.h"
 
 using namespace TkPPDUpdating;
@@ -21,75 +20,95 @@ using namespace TkPPDUpdating::Fuzzing;
 
 namespace {
 
-constexpr std::string_view kSeparator = "\n====\n";
-constexpr std::array<std::string_view, 5> kDangerousKeywords = {
-    "*cupsFilter", "*cupsPreFilter", "*cupsPortMonitor", "*APPrinterPreset", "*FoomaticRIP"};
-
-/// How many lines begin with one of them.
-std::size_t dangerousLines(std::string_view text) {
-    std::size_t count = 0;
-    while (!text.empty()) {
-        for (const std::string_view keyword : kDangerousKeywords) {
-            count += text.starts_with(keyword) ? 1 : 0;
-        }
-        const std::size_t end = text.find('\n');
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+/// The result; nothing when the operation ends in the error that the interface names, at an
+/// attribute that has nothing after its colon.
+template <typename Function>
+auto resultOf(const Function& function) -> std::optional<decltype(function())> {
+    try {
+        return function();
+    } catch (const std::out_of_range&) {
+        return std::nullopt;
     }
-    return count;
 }
 
-PPDText updated(PPDText text, const OrbPPDFile& file, OrbDictionary& context) {
-    const OrbPPDConcreteUpdatingManager manager;
-    for (const auto& updater : manager.applicableUpdatersForPPDFile(&file)) {
-        if (PPDText next =
-                updater->updatedPPDContentsForContents_deviceURI_context(text, "file:", &context)) {
-            text = std::move(next);
-        }
-        (void)updater->PPDUpdatingValuesForPPDFile_deviceURI_context(&file, "file:", &context);
-    }
-    return text;
+std::optional<PPDText> updated(const OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
+                               const Status& status) {
+    return resultOf([&] {
+        return manager.updatedPPDContentsForContents_PPDFile_deviceURI_context(
+            PPD->text(), *PPD,
+            "file:", OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status, nullptr));
+    });
 }
 
-/// What changed is told where the texts differ, in valid UTF-8, and equal texts have no changes.
-void requireThatChangesAreTold(const PPDModelFile& before, const PPDText& result) {
-    const auto after = PPDModelFile::fileWithText(result);
-    if (!after) {
+/// What holds of any result.
+void requireText(const std::optional<PPDText>& result) {
+    require(!result || *result, "a text stays a text");
+    require(!result || !firstInvalidUTF8Byte(**result), "the result is UTF-8");
+}
+
+/// Whether the guard lets the result pass; then it is harmless.
+bool passes(const OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
+            const PPDText& result) {
+    if (UpdateGuard::reasonNotToWrite(*PPD->text(), *result,
+                                      manager.applicableUpdatersForPPDFile(PPD.get()))) {
+        return false;
+    }
+    requireNone(Testing::UpdateInvariants(*PPD->text()).findingsIn(*result),
+                "what the guard lets pass is harmless");
+    return true;
+}
+
+void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
+                       const Status& status) {
+    const auto result = updated(manager, PPD, status);
+    requireText(result);
+    const auto again = updated(manager, PPD, status);
+    require(result.has_value() == again.has_value(), "the same run ends alike");
+    require(!result || **result == **again, "the same run gives the same text");
+    const auto values = resultOf([&] {
+        return manager.PPDUpdatingValuesForDeviceStatus_deviceURI_PPDFile(status,
+                                                                          "file:", PPD.get());
+    });
+    require(!values || values->has_value() == (status != nullptr), "values need a status");
+    if (!result || !passes(manager, PPD, *result) ||
+        (status && Testing::isOfTwoMindsAboutTheDuplexer(*status))) {
         return;
     }
-    const auto changes = PPDChangesBetween(before, *after);
-    const auto lines = describedChanges(before, *after, changes, {"de", "en"});
-    require((*result == *before.text()) == lines.empty(), "what changed is told");
-    for (const std::string& line : lines) {
-        require(!firstInvalidUTF8Byte(line), "what is told is UTF-8");
+    const auto parsed = PPDModelFile::fileWithText(makePPDText(**result));
+    require(parsed != nullptr, "the result is a PPD");
+    const auto second = updated(manager, parsed, status);
+    require(second && **second == **result, "a second run changes nothing");
+}
+
+void updateFromQueue(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD) {
+    const auto result = resultOf([&] {
+        return manager.updatedPPDContentsForContents_PPDFile_queueName(PPD->text(), *PPD, "queue");
+    });
+    requireText(result);
+    if (result) {
+        (void)passes(manager, PPD, *result);
     }
+    (void)resultOf(
+        [&] { return manager.PPDUpdatingValuesForQueueWithName_deviceURI("queue", "file:"); });
 }
 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view input = textOfInput(data, size);
-    const std::size_t separator = input.find(kSeparator);
-    if (separator == std::string_view::npos) {
+    std::string_view input = textOfInput(data, size);
+    const auto status = takenStatus(input);
+    const ParsedPPD PPD = takenPPD(input);
+    if (!status || !PPD) {
         return 0;
     }
-    std::string reason;
-    const auto status = RecordedDeviceStatus::statusWithJSON(input.substr(0, separator), reason);
-    const PPDText text = makePPDText(std::string(input.substr(separator + kSeparator.size())));
-    const auto file = PPDModelFile::fileWithText(text);
-    if (!status || !file) {
-        return 0;
+    const ParsedPPD queue = takenPPD(input);
+    setTheSameWorld(std::make_shared<const Testing::CoreWithQueue>(queue));
+    static OrbPPDConcreteUpdatingManager manager;
+    const auto classes = manager.registeredClasses();
+    updateFromPrinter(manager, PPD, *status);
+    if (queue) {
+        updateFromQueue(manager, PPD);
     }
-    OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
-    OrbDictionary context =
-        OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status, nullptr);
-    try {
-        const PPDText result = updated(text, *file, context);
-        require(result != nullptr, "a text stays a text");
-        require(!firstInvalidUTF8Byte(*result), "the result is UTF-8");
-        require(dangerousLines(*result) <= dangerousLines(*text), "nothing dangerous is added");
-        requireThatChangesAreTold(*file, result);
-    } catch (const std::out_of_range&) {
-        // How an operation ends at an attribute that has nothing after its colon.
-    }
+    require(manager.registeredClasses() == classes, "the manager is as it was");
     return 0;
 }

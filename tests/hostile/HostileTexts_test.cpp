@@ -18,6 +18,7 @@
 
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "ppd/PPDTextFile.h"
+#include "tests/hostile/EnrichedPPD.h"
 #include "tests/hostile/HostileStatuses.h"
 #include "tests/hostile/UpdateUnderTest.h"
 #include "tests/samples/SamplePrinters.h"
@@ -28,41 +29,8 @@ namespace {
 
 using Status = std::shared_ptr<const OrbCSDeviceStatus>;
 
-/// What the samples have and a driver of another maker has not, so that most updaters apply.
-constexpr std::string_view kAttributes =
-    "*ZrCustomMediaSupported: True\n"
-    "*ZrMaxSupportedResolution: 600\n"
-    "*BPECalibrationDue: Unknown\n"
-    "*ZrEPRInfoSupported: True\n"
-    "*ZrPensConfigName: Unknown\n"
-    "*ZrPenDyes: C,M,Y,K\n"
-    "*ZrPenFamilyIDs: 1,1,1,1\n"
-    "*ZrPenInkSufficient: 1,1,1,1\n"
-    "*ZrDeviceCapabilities: Unknown\n"
-    "*ZrAutoDuplexCapability: Unknown\n"
-    "*OpenUI *ZrLowerTrayInstalled/Lower Tray: Boolean\n"
-    "*DefaultZrLowerTrayInstalled: False\n"
-    "*ZrLowerTrayInstalled False/Not Installed: \"\"\n"
-    "*ZrLowerTrayInstalled True/Installed: \"\"\n"
-    "*CloseUI: *ZrLowerTrayInstalled\n"
-    "*OpenUI *ZrICCProfileId2/Color Profile: PickOne\n"
-    "*DefaultZrICCProfileId2: Auto\n"
-    "*ZrICCProfileId2 Auto/Chosen by Media Type: \"\"\n"
-    "*ZrICCProfileId2 sRGB/sRGB: \"\"\n"
-    "*CloseUI: *ZrICCProfileId2\n";
-constexpr std::string_view kMediaType =
-    "*OpenUI *MediaType/Media Type: PickOne\n"
-    "*DefaultMediaType: Plain\n"
-    "*MediaType Plain/Plain: \"<</MediaType(Plain)>>setpagedevice\"\n"
-    "*CloseUI: *MediaType\n";
-
 PPDText withAttributes(const std::string& text) {
-    const bool hasMediaType = text.find("\n*CloseUI: *MediaType") != std::string::npos;
-    std::string made = text;
-    made += text.ends_with('\n') ? "" : "\n";
-    made += hasMediaType ? std::string_view() : kMediaType;
-    made += kAttributes;
-    return makePPDText(std::move(made));
+    return makePPDText(enrichedPPD(text));
 }
 
 class HostileTexts : public testing::Test {

@@ -10,6 +10,8 @@
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "sync/UpdateGuard.h"
+#include "tests/hostile/FactComparison.h"
+#include "tests/hostile/UpdateInvariants.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -17,84 +19,6 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 using Status = std::shared_ptr<const OrbCSDeviceStatus>;
-using Names = std::set<std::string, std::less<>>;
-
-/// The attributes "*KEYWORD: value" that a printer's texts and numbers become.
-const Names& attributesOfPrinters() {
-    static const Names kNames = {
-        "BPECalibrationDue",      "ZrMaxSupportedResolution", "ZrEPRPageTypes",
-        "ZrEPRMinPageCounts",     "ZrEPRMaxPageCounts",       "ZrEPRStates",
-        "ZrEPRLastUpdate",        "ZrPensConfigName",         "ZrPenDyes",
-        "ZrPenDropVolumes",       "ZrPenEverydayStatus",      "ZrPenFamilyIDs",
-        "ZrPenActualDropVolumes", "ZrPenNominalDropVolumes",  "ZrPenBriskDropVolumes",
-        "ZrPenInkSufficient",     "ZrPenHasPrintheadDefect"};
-    return kNames;
-}
-
-bool isPensOption(std::string_view option) {
-    return option == "ZrPenConfig" || option == "ZrPenConfigOptions";
-}
-
-bool isCustomName(std::string_view name) {
-    return name.starts_with("custom") && name.size() > 6 &&
-           name.find_first_not_of("0123456789", 6) == std::string_view::npos;
-}
-
-std::string_view withoutLanguage(std::string_view keyword) {
-    const std::size_t stop = keyword.find('.');
-    return stop == std::string_view::npos ? keyword : keyword.substr(stop + 1);
-}
-
-/// Whether a fact is one that the custom media updater makes of a printer's media types.
-bool isOfCustomMedia(const LibcupsFact& fact) {
-    if (fact.kind == "choice") {
-        return (fact.keyword == "MediaType" && isCustomName(fact.optionKeyword)) ||
-               fact.keyword == "ZrICCProfileId2";
-    }
-    const std::string_view keyword = withoutLanguage(fact.keyword);
-    if (fact.kind != "attribute") {
-        return false;
-    }
-    return (keyword == "MediaType" && isCustomName(fact.optionKeyword)) ||
-           (keyword == "ZrICCProfileId2" && !fact.optionKeyword.empty()) ||
-           (keyword == "cupsICCProfile" && fact.optionKeyword.starts_with("..")) ||
-           (keyword == "ZrChoiceProperties" &&
-            fact.optionKeyword.starts_with("MediaType.custom")) ||
-           // libcups puts a line before an option keyword that could be taken for custom values.
-           (keyword == "ZrMediaTypeCategory" && fact.optionKeyword == "_custom");
-}
-
-/// Whether the fact is a value of a printer in a place of its own.
-bool isOfPrinter(const LibcupsFact& fact) {
-    if (fact.kind == "attribute") {
-        const bool isPensDefault = fact.keyword.starts_with("Default") &&
-                                   isPensOption(std::string_view(fact.keyword).substr(7));
-        return fact.optionKeyword.empty() && fact.text.empty() &&
-               (attributesOfPrinters().contains(fact.keyword) || isPensDefault);
-    }
-    return fact.kind == "default" && isPensOption(fact.keyword);
-}
-
-bool hasControlCharacter(const LibcupsFact& fact) {
-    for (const std::string* const text :
-         {&fact.keyword, &fact.optionKeyword, &fact.text, &fact.value}) {
-        for (std::size_t at = 0; at < text->size(); ++at) {
-            const auto byte = static_cast<unsigned char>((*text)[at]);
-            const bool isC1 = byte == 0xC2 && at + 1 < text->size() &&
-                              static_cast<unsigned char>((*text)[at + 1]) < 0xA0;
-            if (byte < 0x20 || byte == 0x7F || isC1) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-/// The category of many media types is wrapped, so that its value has line feeds.
-bool isWrappedCategory(const LibcupsFact& fact) {
-    return fact.keyword == "ZrMediaTypeCategory" &&
-           fact.value.find_first_not_of("custom0123456789 \n") == std::string::npos;
-}
 
 /// A status with the given status' answer about duplexer and tray, and nothing else.
 std::string accessoriesOf(const OrbCSDeviceStatus& status, FakeDeviceStatus::Values& values) {
@@ -115,21 +39,6 @@ std::string accessoriesOf(const OrbCSDeviceStatus& status, FakeDeviceStatus::Val
     return answer;
 }
 
-/// Whether the status names the duplexer twice with different answers. Updaters take the one or
-/// the other of them, so that a PPD which gets its option with the one default in a first run gets
-/// the other default in a second.
-bool isOfTwoMindsAboutTheDuplexer(const OrbCSDeviceStatus& status) {
-    const auto* const all =
-        status.statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey);
-    std::set<bool> answers;
-    for (const OrbCSDeviceAccessory& each : all ? *all : OrbCSDeviceAccessories()) {
-        if (each.name == kTkCSDeviceAccessoryDuplexer) {
-            answers.insert(each.isInstalled);
-        }
-    }
-    return answers.size() > 1;
-}
-
 std::size_t countOfMediaTypes(const OrbCSDeviceStatus& status) {
     const auto* const types =
         status.statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey);
@@ -147,7 +56,7 @@ std::vector<LibcupsFact> factsOf(const PPDText& text, const char* what) {
 
 }  // namespace
 
-UpdateUnderTest::UpdateUnderTest(PPDText text) : text_(std::move(text)) {
+UpdateUnderTest::UpdateUnderTest(PPDText text) : text_(std::move(text)), invariants_(*text_) {
     if (!PPDModelFile::fileWithText(text_)) {
         throw std::runtime_error("the PPD does not parse");
     }
@@ -182,53 +91,17 @@ const std::vector<LibcupsFact>& UpdateUnderTest::expectedWith(const OrbCSDeviceS
     return entry->second;
 }
 
-void UpdateUnderTest::lookAtNewChoice(const LibcupsFact& fact, Names& choices, Outcome& outcome) {
-    const bool isMedia = fact.keyword == "MediaType";
-    ++(isMedia ? outcome.mediaTypes : outcome.profiles);
-    if (isMedia && !choices.insert(fact.optionKeyword).second) {
-        outcome.findings.push_back("a choice twice: " + fact.shown());
-    }
-    const std::string code =
-        isMedia ? "<</MediaType(" + fact.optionKeyword + ")>>setpagedevice" : "";
-    if (fact.value != code) {
-        outcome.findings.push_back("foreign code: " + fact.shown());
-    }
-}
-
 void UpdateUnderTest::look(const Facts& facts, const Facts& expected,
                            const OrbCSDeviceStatus& status, Outcome& outcome) {
     // What was there before, custom or not, has to be there; what is new is looked at alone.
-    auto next = expected.begin();
-    const auto skipOfPrinter = [&] {
-        while (next != expected.end() && isOfPrinter(*next)) {
-            ++next;
-        }
-    };
-    Names choices;
-    for (const LibcupsFact& fact : facts) {
-        skipOfPrinter();
-        if (next != expected.end() && *next == fact) {
-            ++next;
-            continue;
-        }
-        if (hasControlCharacter(fact) && !isWrappedCategory(fact)) {
-            outcome.findings.push_back("a control character: " + fact.shown());
-        }
-        if (isOfPrinter(fact)) {
-            continue;
-        }
-        if (!isOfCustomMedia(fact)) {
-            outcome.findings.push_back("new or another: " + fact.shown());
-            continue;
-        }
-        if (fact.kind == "choice") {
-            lookAtNewChoice(fact, choices, outcome);
-        }
-    }
-    skipOfPrinter();
-    if (next != expected.end()) {
-        outcome.findings.push_back("lost: " + next->shown());
-    }
+    const auto difference =
+        differenceOfFacts(expected, facts, {isOfPrinter, {}, [](const LibcupsFact& fact) {
+                                                return isOfPrinter(fact) || isOfCustomMedia(fact);
+                                            }});
+    outcome.findings.insert(outcome.findings.end(), difference.findings.begin(),
+                            difference.findings.end());
+    outcome.mediaTypes = difference.mediaTypes;
+    outcome.profiles = difference.profiles;
     if (outcome.mediaTypes != 0 && outcome.mediaTypes != countOfMediaTypes(status)) {
         outcome.findings.emplace_back("another number of media types than the printer has");
     }
@@ -275,6 +148,10 @@ UpdateUnderTest::Outcome UpdateUnderTest::outcomeWith(const Status& status, Guar
         return outcome;
     }
     look(*facts, expectedWith(*status), *status, outcome);
+    if (!outcome.refusal) {
+        const auto findings = invariants_.findingsIn(*after);
+        outcome.findings.insert(outcome.findings.end(), findings.begin(), findings.end());
+    }
     lookAtFurtherRuns(after, status, outcome);
     return outcome;
 }

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "ppd/PPDText.h"
 #include "tests/hostile/LibcupsReading.h"
+#include "tests/hostile/UpdateInvariants.h"
 
 namespace TkPPDUpdating::Testing {
 
@@ -41,6 +40,7 @@ class UpdateUnderTest {
     ///   the values of the updaters' own attributes and the choices of the custom media types;
     /// - a custom choice's code is its own, a profile choice's is empty, and each is there once;
     /// - no new text has a control character;
+    /// - when the guard lets it pass, what must hold of every update holds (`UpdateInvariants`);
     /// - a second run changes nothing, and a run without media types takes all of them back.
     Outcome outcomeWith(const std::shared_ptr<const OrbCSDeviceStatus>& status,
                         Guard guard = Guard::on);
@@ -52,13 +52,12 @@ class UpdateUnderTest {
     const Facts& expectedWith(const OrbCSDeviceStatus& status);
     static void look(const Facts& facts, const Facts& expected, const OrbCSDeviceStatus& status,
                      Outcome& outcome);
-    static void lookAtNewChoice(const LibcupsFact& fact,
-                                std::set<std::string, std::less<>>& choices, Outcome& outcome);
     void lookAtFurtherRuns(const PPDText& afterOneRun,
                            const std::shared_ptr<const OrbCSDeviceStatus>& status,
                            Outcome& outcome) const;
 
     PPDText text_;
+    UpdateInvariants invariants_;
     /// What libcups knows of the PPD after an update with these accessories alone.
     std::map<std::string, Facts> expected_;
 };

@@ -1,0 +1,98 @@
+// Custom media types: list B after list A gives the same as list B alone, no list takes back what
+// list A wrote, and what was written reads back as the same. The input is a recording with list A,
+// one with list B, and a PPD, with lines "====" between them.
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "core_interface/TkCSKeys.h"
+#include "fuzz/UpdateInput.h"
+#include "sync/UpdateGuard.h"
+#include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
+
+using namespace TkPPDUpdating;
+using namespace TkPPDUpdating::Fuzzing;
+
+namespace {
+
+OrbCustomMediaTypes typesOf(const Status& status) {
+    const auto* const types =
+        status ? status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey) : nullptr;
+    return types ? *types : OrbCustomMediaTypes();
+}
+
+PPDText updated(const PPDText& text, const OrbCustomMediaTypes& types) {
+    OrbPPDCustomMediaUpdater updater;
+    return updater.contentsForContents_updatedWithCustomMediaTypes(text, types);
+}
+
+/// Whether the guard lets the result pass. What the updater makes of a PPD that has a choice of
+/// the same name already, it refuses.
+bool passes(const PPDText& before, const PPDText& after) {
+    std::vector<std::unique_ptr<ITkPPDUpdater>> updaters;
+    updaters.push_back(std::make_unique<OrbPPDCustomMediaUpdater>());
+    return after && !UpdateGuard::reasonNotToWrite(*before, *after, updaters);
+}
+
+/// Whether each type has what a reading back needs, and each profile a qualifier of its own.
+bool isComplete(const OrbCustomMediaTypes& types) {
+    std::map<std::string, const OrbICCProfile*> profiles;
+    return std::all_of(types.begin(), types.end(), [&](const auto& type) {
+        const auto profile = type->ICCProfile();
+        const auto qualifier =
+            OrbPPDCustomMediaUpdater::PPDProfileQualifierForProfile(profile.get());
+        const bool isOwn =
+            !qualifier ||
+            profile->isEqual(*profiles.emplace(*qualifier, profile.get()).first->second);
+        return isOwn && !type->name().value_or("").empty() &&
+               !type->mediaID().value_or("").empty() && !type->parentMediaID().value_or("").empty();
+    });
+}
+
+void requireReadBack(const PPDText& written, const OrbCustomMediaTypes& types) {
+    const auto parsed = PPDModelFile::fileWithText(written);
+    require(parsed != nullptr, "the result is a PPD");
+    if (!isComplete(types)) {
+        return;
+    }
+    OrbPPDCustomMediaUpdater updater;
+    const PPDText again =
+        updater.updatedPPDContentsForContents_PPDFile_context(written, parsed.get(), nullptr);
+    require(again && *again == *written, "what was written reads back as the same");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::string_view input = textOfInput(data, size);
+    const auto first = takenStatus(input);
+    const auto second = takenStatus(input);
+    const ParsedPPD PPD = takenPPD(input);
+    const auto types = second ? typesOf(*second) : OrbCustomMediaTypes();
+    if (!first || types.empty() || !PPD) {
+        return 0;
+    }
+    setTheSameWorld(std::make_shared<const PPDModelCore>());
+    try {
+        // Without what an earlier run left, which need not be what a run writes.
+        const PPDText start = makePPDText(*updated(PPD->text(), {}));
+        const PPDText afterFirst = updated(start, typesOf(*first));
+        const PPDText alone = updated(start, types);
+        if (!passes(start, afterFirst) || !passes(start, alone)) {
+            return 0;
+        }
+        const PPDText both = updated(afterFirst, types);
+        require(both && *both == *alone, "list B after list A is list B");
+        const PPDText taken = updated(alone, {});
+        const std::string whole = *start + (start->ends_with('\n') ? "" : "\n");
+        require(taken && *taken == whole, "no list takes back what was written");
+        requireReadBack(alone, types);
+    } catch (const std::out_of_range&) {
+        // How a look-up ends at an attribute that has nothing after its colon.
+    }
+    return 0;
+}

@@ -1,0 +1,198 @@
+// Updates PPDs that nobody of this project wrote, with recordings of every kind, and tells what
+// does not hold of the results.
+//
+//   check_ppds RECORDINGS RESULTS FILE...
+//
+// RECORDINGS is a folder of recordings. For each FILE, the PPD as it is updated and some of the
+// results are left in the folder RESULTS for others to look at. A line that begins with FINDING
+// for each thing that does not hold; the last line counts PPDs and runs.
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "core_interface/OrbCoreInterface.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "manager/OrbPPDUpdatingContext.h"
+#include "sync/PPDUpdate.h"
+#include "sync/UpdateGuard.h"
+#include "tests/hostile/EnrichedPPD.h"
+#include "tests/hostile/UpdateInvariants.h"
+#include "tests/support/CoreWithQueue.h"
+#include "tests/support/TestDoubles.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Status = std::shared_ptr<const OrbCSDeviceStatus>;
+using ParsedPPD = std::shared_ptr<const PPDModelFile>;
+
+std::string contentsOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The recordings by their names, sorted; one of a silent printer besides.
+std::map<std::string, Status> recordingsIn(const fs::path& folder) {
+    std::map<std::string, Status> recordings = {{"silent", nullptr}};
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        std::string error;
+        auto status = RecordedDeviceStatus::statusWithJSON(contentsOf(entry.path()), error);
+        if (!status) {
+            throw std::runtime_error(entry.path().string() + ": " + error);
+        }
+        recordings.emplace(entry.path().stem(), std::move(status));
+    }
+    return recordings;
+}
+
+/// All runs over one PPD.
+class CheckedPPD {
+  public:
+    CheckedPPD(std::string name, std::string text)
+        : name_(std::move(name)),
+          PPD_(PPDModelFile::fileWithText(makePPDText(text))),
+          invariants_(std::move(text)) {}
+
+    /// Updates it with the status; null when it is no PPD or a finding stands in the way.
+    PPDText update(const std::string& recording, const Status& status) {
+        recording_ = recording;
+        if (!PPD_) {
+            find("it is no PPD");
+            return nullptr;
+        }
+        const PPDText text = updatedText(PPD_, status);
+        look(text);
+        lookAtSecondRun(text, status);
+        lookAtSync(status);
+        const auto values = manager_.PPDUpdatingValuesForDeviceStatus_deviceURI_PPDFile(
+            status, "file:", PPD_.get());
+        ++runs_;
+        if (values.has_value() != (status != nullptr)) {
+            find("values without a status, or none with one");
+        }
+        return text;
+    }
+
+    /// Writes what stands in an updated PPD into it, as of the PPD of a queue.
+    void updateFromQueue(const PPDText& queue) {
+        OrbCoreInterface::setCore(
+            std::make_shared<const CoreWithQueue>(PPDModelFile::fileWithText(queue)));
+        recording_ = "the PPD of a queue";
+        look(manager_.updatedPPDContentsForContents_PPDFile_queueName(PPD_->text(), *PPD_, "q"));
+        OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
+    }
+
+    std::size_t runs() const { return runs_; }
+    std::size_t findings() const { return findings_; }
+
+  private:
+    PPDText updatedText(const ParsedPPD& PPD, const Status& status) {
+        ++runs_;
+        return manager_.updatedPPDContentsForContents_PPDFile_deviceURI_context(
+            PPD->text(), *PPD,
+            "file:", OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(status, nullptr));
+    }
+
+    void find(const std::string& what) {
+        ++findings_;
+        std::cout << "FINDING " << name_ << ", " << recording_ << ": " << what << "\n";
+    }
+
+    void look(const PPDText& text) {
+        for (const std::string& finding : invariants_.findingsIn(*text)) {
+            find(finding);
+        }
+        const auto refusal = UpdateGuard::reasonNotToWrite(
+            *PPD_->text(), *text, manager_.applicableUpdatersForPPDFile(PPD_.get()));
+        if (refusal) {
+            find("the guard refuses it: " + *refusal);
+        }
+    }
+
+    void lookAtSecondRun(const PPDText& text, const Status& status) {
+        const auto parsed = PPDModelFile::fileWithText(makePPDText(*text));
+        if (!parsed) {
+            find("the result is no PPD");
+        } else if (*updatedText(parsed, status) != *text) {
+            find("a second run changes it");
+        }
+    }
+
+    /// What is written into a file or installed on a queue.
+    void lookAtSync(const Status& status) {
+        PPDUpdate update(std::make_unique<OrbPPDConcreteUpdatingManager>(), PPD_);
+        if (status) {
+            update.setStatus(status, PPDUpdate::Rule::whatWasNotToldStays);
+        }
+        ++runs_;
+        look(update.updatedText("file:"));
+    }
+
+    std::string name_;
+    ParsedPPD PPD_;
+    UpdateInvariants invariants_;
+    OrbPPDConcreteUpdatingManager manager_;
+    std::string recording_;
+    std::size_t runs_ = 0;
+    std::size_t findings_ = 0;
+};
+
+void write(const fs::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+/// How many runs it took, or nothing when there was a finding.
+std::size_t check(const fs::path& file, const std::map<std::string, Status>& recordings,
+                  const fs::path& results) {
+    const std::string text = enrichedPPD(contentsOf(file));
+    const std::string name = file.stem();
+    CheckedPPD checked(name, text);
+    write(results / (name + ".before"), text);
+    for (const auto& [recording, status] : recordings) {
+        const PPDText updated = checked.update(recording, status);
+        if (updated) {
+            checked.updateFromQueue(updated);
+        }
+        if (updated && (recording == "all" || recording == "none")) {
+            write(results / (name + "." + recording), *updated);
+        }
+    }
+    return checked.runs();
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
+
+int main(int argumentCount, char** arguments) {
+    using namespace TkPPDUpdating;
+    using namespace TkPPDUpdating::Testing;
+    const std::vector<std::string> words(arguments + 1, arguments + argumentCount);
+    if (words.size() < 3) {
+        std::cerr << "usage: check_ppds RECORDINGS RESULTS FILE...\n";
+        return 2;
+    }
+    OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
+    OrbCoreInterface::setEnvironment(
+        std::make_shared<const FakeEnvironment>(std::map<std::string, std::string>{
+            {"ZrCurrentLocaleIdentifier", "en_US"}, {"ZrEPRLastUpdateTime", "252532800"}}));
+    const auto recordings = recordingsIn(words[0]);
+    std::size_t runs = 0;
+    for (std::size_t index = 2; index < words.size(); ++index) {
+        runs += check(words[index], recordings, words[1]);
+    }
+    std::cout << "PPDS " << words.size() - 2 << " RUNS " << runs << "\n";
+    return 0;
+}

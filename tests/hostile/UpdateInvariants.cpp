@@ -1,0 +1,317 @@
+#include "tests/hostile/UpdateInvariants.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+#include "core_interface/TkCSKeys.h"
+#include "resources/PropertyListReader.h"
+#include "resources/ResourceFolder.h"
+#include "tests/hostile/OrderedWalk.h"
+#include "tests/updaters/capabilities/ConstraintRemovalModel.h"
+#include "tests/updaters/capabilities/LineRemovalModels.h"
+#include "text/UTF8.h"
+
+namespace TkPPDUpdating::Testing {
+
+namespace {
+
+using Names = std::set<std::string>;
+using Lines = std::vector<std::string>;
+
+/// Options whose default an updater sets, or the tool where it follows a media type.
+constexpr std::array<std::string_view, 10> kOptionsOfUpdaters = {
+    "PageSize",        "PageRegion",        "ImageableArea",        "PaperDimension",
+    "MediaType",       "ZrPenConfig",       "ZrLowerTrayInstalled", "ZrAutoDuplexerInstalled",
+    "ZrICCProfileId2", "ZrPenConfigOptions"};
+
+constexpr std::array<std::string_view, 3> kCapabilities = {
+    "ZrDeviceCapabilities", "ZrAutoDuplexCapability", "ZrNonInstallableDuplex"};
+
+template <typename List>
+bool contains(const List& list, std::string_view name) {
+    return std::find(list.begin(), list.end(), name) != list.end();
+}
+
+bool isDefaultOfUpdaters(std::string_view keyword) {
+    return keyword.starts_with("Default") && contains(kOptionsOfUpdaters, keyword.substr(7));
+}
+
+bool isAttributeOfUpdaters(std::string_view keyword) {
+    return isAttributeOfPrinters(keyword) || contains(kCapabilities, keyword);
+}
+
+/// The library's property list: texts by their keys.
+const PropertyList::Dictionary& resources() {
+    static const PropertyList kList = [] {
+        const auto folder = ResourceFolder::path();
+        auto list = folder ? PropertyListReader::propertyListWithContentsOfFile(
+                                 std::string(*folder) + "/TkPPDUpdatingData.plist")
+                           : std::nullopt;
+        if (!list || !list->as<PropertyList::Dictionary>()) {
+            throw std::runtime_error("the library's property list cannot be read");
+        }
+        return *std::move(list);
+    }();
+    return *kList.as<PropertyList::Dictionary>();
+}
+
+std::string resource(const std::string& key) {
+    const auto found = resources().find(key);
+    const std::string* const text =
+        found == resources().end() ? nullptr : found->second.as<std::string>();
+    return text ? *text : std::string();
+}
+
+/// What the property list has for a duplexer that is present, for any version.
+std::vector<std::string> blocks() {
+    std::vector<std::string> texts;
+    for (const auto& [key, value] : resources()) {
+        if (key.find("Updater-") != std::string::npos && value.as<std::string>()) {
+            texts.push_back(*value.as<std::string>());
+        }
+    }
+    return texts;
+}
+
+/// A text split at line feeds; lines within one value, between its quotes, are one.
+Lines statementsOf(std::string_view text) {
+    Lines lines;
+    bool isOpen = false;
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        const std::string_view line = text.substr(0, end);
+        if (isOpen) {
+            lines.back().append("\n").append(line);
+        } else {
+            lines.emplace_back(line);
+        }
+        const bool isOdd = std::count(line.begin(), line.end(), '"') % 2 == 1;
+        isOpen = isOpen != (isOdd && (isOpen || line.starts_with('*')));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return lines;
+}
+
+/// "*KEYWORD SPEC/..." or "*KEYWORD: ...".
+struct Parts {
+    std::string_view keyword;
+    std::string_view spec;
+};
+
+Parts partsOf(std::string_view line) {
+    Parts parts;
+    if (line.starts_with('*') && line.find(':') != std::string_view::npos) {
+        line = line.substr(1, line.find_first_of("/:") - 1);
+        const std::size_t blank = std::min(line.find_first_of(" \t"), line.size());
+        parts.keyword = line.substr(0, blank);
+        line.remove_prefix(blank);
+        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+        parts.spec = line.substr(0, line.find_last_not_of(" \t") + 1);
+    }
+    return parts;
+}
+
+/// The text with its lines in it that name custom media: category and properties.
+Names namesOfCustomMedia(const std::string& text) {
+    Names names;
+    for (const std::string& line : statementsOf(text)) {
+        const auto [keyword, spec] = partsOf(line);
+        const bool isCategory = keyword == "ZrMediaTypeCategory";
+        if (!isCategory && keyword != "ZrChoiceProperties") {
+            continue;
+        }
+        // Every word of the value, whatever its role.
+        constexpr std::string_view kSeparators = " \t\r\n\"=;";
+        std::string_view rest = std::string_view(line).substr(line.find(':') + 1);
+        while (!rest.empty()) {
+            const std::size_t end = std::min(rest.find_first_of(kSeparators), rest.size());
+            names.emplace(rest.substr(0, end));
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+    }
+    names.erase("");
+    return names;
+}
+
+bool isEnd(std::string_view line) {
+    return line == "*End" || line == "*End\r";
+}
+
+Names linesOfBlocks() {
+    Names lines = {"", "\r"};
+    for (const std::string& block : blocks()) {
+        for (std::string& line : statementsOf(block)) {
+            lines.insert(std::move(line));
+        }
+    }
+    return lines;
+}
+
+/// What the blocks are to libcups.
+std::set<LibcupsFact> factsOfBlocks() {
+    std::set<LibcupsFact> facts;
+    for (const std::string& block : blocks()) {
+        std::string error;
+        const auto read = libcupsReading("*PPD-Adobe: \"4.3\"\n" + block, error);
+        for (const LibcupsFact& fact : read.value_or(LibcupsFacts())) {
+            facts.insert(fact);
+        }
+    }
+    return facts;
+}
+
+template <typename Things>
+std::map<typename Things::value_type, int> countsOf(const Things& more, const Things& less) {
+    std::map<typename Things::value_type, int> counts;
+    for (const auto& thing : more) {
+        ++counts[thing];
+    }
+    for (const auto& thing : less) {
+        --counts[thing];
+    }
+    std::erase_if(counts, [](const auto& each) { return each.second <= 0; });
+    return counts;
+}
+
+std::string withoutAllOfDuplexer(const std::string& text) {
+    return withoutMatchingLines(
+        ConstraintRemovalModel::removed(withoutGroup(text, "ZrTwoSidedPrinting"), "Duplex"),
+        resource("TkPPDDuplexSafeRegularExpression"));
+}
+
+bool isOfUpdaters(const LibcupsFact& fact) {
+    if (isOfPrinter(fact)) {
+        return true;
+    }
+    if (fact.kind == "attribute") {
+        return fact.text.empty() && fact.optionKeyword.empty() &&
+               (contains(kCapabilities, fact.keyword) || isDefaultOfUpdaters(fact.keyword));
+    }
+    return fact.kind == "default" && contains(kOptionsOfUpdaters, fact.keyword);
+}
+
+/// Whether an earlier run of the custom media updater named it.
+bool isNamed(const LibcupsFact& fact, const Names& names) {
+    const std::string_view spec = fact.optionKeyword;
+    const std::string name(spec.starts_with("MediaType.") ? spec.substr(10)
+                           : spec.starts_with("..")       ? spec.substr(2)
+                                                          : spec);
+    const std::string_view keyword = withoutLanguage(fact.keyword);
+    const bool isOfIts = keyword == "MediaType" || keyword == "ZrICCProfileId2" ||
+                         keyword == "cupsICCProfile" || keyword == "ZrChoiceProperties";
+    return keyword == "ZrMediaTypeCategory" || (isOfIts && names.contains(name));
+}
+
+/// Whether an updater owns the line; `names` are those of custom media.
+bool isOwned(std::string_view line, const Names& names) {
+    const auto [whole, spec] = partsOf(line);
+    const std::string_view keyword = withoutLanguage(whole);
+    if (isAttributeOfUpdaters(keyword) || isDefaultOfUpdaters(whole)) {
+        return spec.empty();
+    }
+    const auto isOfType = [&](std::string_view name) {
+        return isCustomName(name) || names.contains(std::string(name));
+    };
+    if (keyword == "MediaType") {
+        return isOfType(spec);
+    }
+    if (keyword == "ZrChoiceProperties") {
+        return spec.starts_with("MediaType.") && isOfType(spec.substr(10));
+    }
+    if (keyword == "ZrICCProfileId2" || keyword == "cupsICCProfile") {
+        return names.contains(std::string(spec.starts_with("..") ? spec.substr(2) : spec));
+    }
+    return keyword == "ZrMediaTypeCategory" && spec == "custom";
+}
+
+}  // namespace
+
+bool isOfTwoMindsAboutTheDuplexer(const OrbCSDeviceStatus& status) {
+    const auto* const all =
+        status.statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey);
+    std::set<bool> answers;
+    for (const OrbCSDeviceAccessory& each : all ? *all : OrbCSDeviceAccessories()) {
+        if (each.name == kTkCSDeviceAccessoryDuplexer) {
+            answers.insert(each.isInstalled);
+        }
+    }
+    return answers.size() > 1;
+}
+
+UpdateInvariants::UpdateInvariants(std::string before)
+    : before_(std::move(before)),
+      withoutDuplexer_(withoutAllOfDuplexer(before_)),
+      names_(namesOfCustomMedia(before_)) {}
+
+std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& after) const {
+    static const Names kLinesOfBlocks = linesOfBlocks();
+    Names names = namesOfCustomMedia(after);
+    names.insert(names_.begin(), names_.end());
+    const Lines base = statementsOf(before_);
+    const auto mayGo = [&](const std::string* previous, const std::string& line) {
+        return isOwned(line, names_) || (isEnd(line) && previous && isOwned(*previous, names_));
+    };
+    OrderedWalk<std::string> walk(base, mayGo, countsOf(base, statementsOf(withoutDuplexer_)));
+    std::vector<std::string> findings;
+    bool wasOwned = false;
+    for (const std::string& line : statementsOf(after)) {
+        const bool owned = isOwned(line, names);
+        const bool mayBeNew = owned || (wasOwned && isEnd(line)) || kLinesOfBlocks.contains(line);
+        if (walk.take(line, mayBeNew) == OrderedWalk<std::string>::Step::foreign) {
+            findings.push_back("a line that is new or another: " + line);
+        }
+        wasOwned = owned;
+    }
+    if (const std::string* const lost = walk.lost()) {
+        findings.push_back("a line is lost: " + *lost);
+    }
+    return findings;
+}
+
+const std::optional<UpdateInvariants::Reading>& UpdateInvariants::reading() {
+    if (!wasRead_) {
+        wasRead_ = true;
+        std::string error;
+        auto facts = libcupsReading(before_, error);
+        if (facts) {
+            const auto without = libcupsReading(withoutDuplexer_, error);
+            reading_.emplace();
+            reading_->ofDuplexer = without ? countsOf(*facts, *without) : Counts<LibcupsFact>();
+            reading_->facts = *std::move(facts);
+        }
+    }
+    return reading_;
+}
+
+std::vector<std::string> UpdateInvariants::findingsIn(const std::string& after) {
+    static const std::set<LibcupsFact> kFactsOfBlocks = factsOfBlocks();
+    if (after == before_) {
+        return {};
+    }
+    auto findings = findingsInLines(after);
+    if (!firstInvalidUTF8Byte(before_) && firstInvalidUTF8Byte(after)) {
+        findings.emplace_back("it is no valid UTF-8 any more");
+    }
+    if (!reading()) {
+        return findings;
+    }
+    std::string error;
+    const auto facts = libcupsReading(after, error);
+    if (!facts) {
+        findings.push_back("libcups does not open it any more: " + error);
+        return findings;
+    }
+    const auto difference = differenceOfFacts(
+        reading()->facts, *facts,
+        {[&](const LibcupsFact& fact) { return isOfUpdaters(fact) || isNamed(fact, names_); },
+         reading()->ofDuplexer,
+         [](const LibcupsFact& fact) {
+             return isOfUpdaters(fact) || isOfCustomMedia(fact) || kFactsOfBlocks.contains(fact);
+         }});
+    findings.insert(findings.end(), difference.findings.begin(), difference.findings.end());
+    return findings;
+}
+
+}  // namespace TkPPDUpdating::Testing

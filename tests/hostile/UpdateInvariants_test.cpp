@@ -1,0 +1,102 @@
+// That the judge of updates sees what it is to see.
+#include "tests/hostile/UpdateInvariants.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* kBefore =
+    "*PPD-Adobe: \"4.3\"\n"
+    "*cupsFilter: \"a 0 b\"\n"
+    "*ZrPenDyes: C,M,Y,K\n"
+    "*ZrAutoDuplexCapability: Unknown\n"
+    "*OpenUI *MediaType/Media: PickOne\n"
+    "*DefaultMediaType: Plain\n"
+    "*MediaType Plain/Plain: \"<</MediaType(Plain)>>setpagedevice\"\n"
+    "*CloseUI: *MediaType\n"
+    "*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n"
+    "*OpenUI *Duplex/Duplex: PickOne\n"
+    "*DefaultDuplex: None\n"
+    "*Duplex None/Off: \"\"\n"
+    "*CloseUI: *Duplex\n"
+    "*CloseGroup: ZrTwoSidedPrinting\n"
+    "*UIConstraints: *Duplex None *MediaType Plain\n"
+    "*Tail: \"first\nsecond\"\n"
+    "*End\n";
+
+struct Edit {
+    std::string from;
+    std::string to;
+};
+
+std::vector<std::string> findingsAfter(const std::vector<Edit>& edits) {
+    std::string after = kBefore;
+    for (const auto& [from, to] : edits) {
+        const std::size_t at = after.find(from);
+        EXPECT_NE(at, std::string::npos) << from;
+        after.replace(at, from.size(), to);
+    }
+    return UpdateInvariants(kBefore).findingsIn(after);
+}
+
+TEST(UpdateInvariants, LetWhatUpdatersDoPass) {
+    EXPECT_THAT(findingsAfter({}), IsEmpty());
+    EXPECT_THAT(findingsAfter({{"C,M,Y,K", "C,M"}, {"Unknown", "True"}}), IsEmpty());
+    EXPECT_THAT(
+        findingsAfter({{"*CloseUI: *MediaType\n",
+                        "*MediaType custom1/Felt: \"<</MediaType(custom1)>>setpagedevice\"\n"
+                        "*CloseUI: *MediaType\n"},
+                       {"*End\n",
+                        "*End\n*ZrChoiceProperties MediaType.custom1: \"MediaID=f;\"\n"
+                        "*ZrMediaTypeCategory custom/Custom: \"custom1\"\n"}}),
+        IsEmpty());
+}
+
+TEST(UpdateInvariants, LetWhatGoesWithADuplexerGo) {
+    EXPECT_THAT(findingsAfter({{"*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n"
+                                "*OpenUI *Duplex/Duplex: PickOne\n*DefaultDuplex: None\n"
+                                "*Duplex None/Off: \"\"\n*CloseUI: *Duplex\n"
+                                "*CloseGroup: ZrTwoSidedPrinting\n"
+                                "*UIConstraints: *Duplex None *MediaType Plain\n",
+                                ""}}),
+                IsEmpty());
+}
+
+TEST(UpdateInvariants, SeeALineThatIsNobodys) {
+    EXPECT_THAT(findingsAfter({{"*ZrPenDyes", "*cupsFilter: \"x 0 sh\"\n*ZrPenDyes"}}),
+                Contains(HasSubstr("filter")));
+    EXPECT_THAT(findingsAfter({{"second", "third"}}), Contains(HasSubstr("third")));
+    EXPECT_THAT(findingsAfter({{"*cupsFilter: \"a 0 b\"\n", ""}}), Contains(HasSubstr("a 0 b")));
+    EXPECT_THAT(findingsAfter({{"*ZrPenDyes: C,M,Y,K\n", "*ZrPenDyes: C\n*New: 1\n"}}),
+                Contains(HasSubstr("*New: 1")));
+}
+
+TEST(UpdateInvariants, SeeForeignCodeBehindAChoice) {
+    EXPECT_THAT(
+        findingsAfter({{"*CloseUI: *MediaType\n",
+                        "*MediaType custom1/Felt: (x) run: \"<</MediaType(custom1)>>"
+                        "setpagedevice\"\n*CloseUI: *MediaType\n"},
+                       {"*End\n", "*End\n*ZrMediaTypeCategory custom/Custom: \"custom1\"\n"}}),
+        Contains(HasSubstr("foreign code")));
+    EXPECT_THAT(findingsAfter({{"<</MediaType(Plain)>>", "<</MediaType(custom1)>>"}}),
+                Contains(HasSubstr("choice MediaType Plain")));
+}
+
+TEST(UpdateInvariants, SeeATextThatLibcupsDoesNotOpen) {
+    EXPECT_THAT(findingsAfter({{"*CloseUI: *MediaType\n", ""}}),
+                Contains(HasSubstr("a line is lost: *CloseUI")));
+    EXPECT_THAT(findingsAfter({{"C,M,Y,K", "C,M\xC3"}}), Contains(HasSubstr("UTF-8")));
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
