@@ -143,7 +143,7 @@ std::string placeholder(Tag syntax) {
         case kDateTime:
             return value(std::string(11, '\0'));
         case kResolution:
-            return value(std::string(9, '\0'));
+            return value("\0\0\0\0\0\0\0\0\3"sv);  // No dots, in a unit that there is.
         case kRangeOfInteger:
             return value(std::string(8, '\0'));
         case kBeginCollection:

@@ -65,6 +65,18 @@ TEST(IPPAnswerFilter, TakesAResolutionWithAnUnknownUnitOut) {
     }
 }
 
+TEST(IPPAnswerFilter, LeavesGapsThatItWouldPassItself) {
+    IPPBytes bytes;
+    bytes.value(0x32, "printer-resolution-supported", "\0\0\x01\x2C\0\0\x01\x2C\3"sv);
+    bytes.value(0x32, "", "\0\0\x01\x2C\0\0\x01\x2C\7"sv);
+    bytes.integer("marker-levels", 3).value(0x21, "", "x");
+    bytes.keyword("marker-types", "ink").value(0x44, "", std::string(2000, 'x'));
+    const Filtered once = filtered(bytes.end());
+    Filtered twice = filtered(once.answer.bytes);
+    EXPECT_EQ(twice.answer.bytes, once.answer.bytes);
+    EXPECT_THAT(twice.dropped.takeReasons(), IsEmpty());
+}
+
 TEST(IPPAnswerFilter, TakesACollectionWhoseEndHasAValueOut) {
     IPPBytes bytes;
     bytes.value(0x34, "media-col-database", "")
