@@ -1,7 +1,6 @@
 #include "backends/libcups/IPPMessage.h"
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
 #include <utility>
 
 namespace TkPPDUpdating {
@@ -15,8 +14,7 @@ struct Source {
 
 ssize_t readFromSource(void* context, ipp_uchar_t* buffer, std::size_t size) {
     auto* source = static_cast<Source*>(context);
-    const std::size_t count = std::min(size, source->remaining.size());
-    std::memcpy(buffer, source->remaining.data(), count);
+    const std::size_t count = source->remaining.copy(reinterpret_cast<char*>(buffer), size);
     source->remaining.remove_prefix(count);
     return static_cast<ssize_t>(count);
 }
