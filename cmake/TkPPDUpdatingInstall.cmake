@@ -33,6 +33,7 @@ set(TKPPDUPDATING_PUBLIC_HEADERS
     manager/ITkPPDLineOwnership.h
     manager/ITkPPDStatusReading.h
     manager/ITkPPDUpdater.h
+    manager/MissingResourceWatch.h
     manager/OrbClass.h
     manager/OrbClassTable.h
     manager/OrbPPDConcreteUpdatingManager.h

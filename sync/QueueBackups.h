@@ -16,13 +16,19 @@ namespace TkPPDUpdating {
 /// belong to the user or to root, and nobody else may write into it.
 class QueueBackups {
   public:
-    /// Opens the folder, and makes it, for its owner alone, when it is not there. Null, with the
-    /// reason (one phrase without the path) in `reason`, when it cannot be used.
+    /// Opens the folder, and makes it, for its owner alone, when it is not there. What runs that
+    /// were killed have left there unfinished goes. Null, with the reason (one phrase without the
+    /// path) in `reason`, when it cannot be used.
     static std::unique_ptr<QueueBackups> open(const std::string& path, bool keepsAll,
                                               std::string& reason);
 
     /// The same for a folder that must be there, to read from.
     static std::unique_ptr<QueueBackups> openExisting(const std::string& path, std::string& reason);
+
+    /// Brings in order what a run that was killed has left of a queue that now has the text: what
+    /// was kept before is put back when that run had not yet installed anything, which is when it
+    /// has kept what the queue still has.
+    void settleInterruptedRun(const std::string& queueName, const std::string& text) const;
 
     /// A PPD that is kept. At the end of its life everything is as before, unless `keep` was
     /// called.
@@ -43,16 +49,24 @@ class QueueBackups {
         void keep();
 
       private:
-        bool writeFile(const std::string& name, const std::string& text, std::string& reason);
+        bool writeFile(const std::string& text, std::string& name, FileDescriptor& file,
+                       std::string& reason) const;
+        bool writeFileWithTime(const std::string& text, std::string& reason);
         std::string nameForTime() const;
+        bool setFormerAside();
 
+        const QueueBackups& backups_;
         int folder_;
-        bool keepsAll_;
-        std::string name_;
-        /// Those of what was written, and of the one that was kept before; empty for none.
+        std::string queueName_;
+        /// That of what is kept, and the one that it has while another one takes its place.
+        std::string lastName_;
+        std::string formerName_;
+        /// Those of what was written; empty for none.
         std::string newName_;
         std::string nameWithTime_;
-        std::string formerName_;
+        /// What was written, so that nobody takes it for abandoned.
+        FileDescriptor file_;
+        bool hasFormer_ = false;
         bool isPlaced_ = false;
         bool isKept_ = false;
     };

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelFile.h"
+#include "manager/MissingResourceWatch.h"
 #include "sync/EstimationsTime.h"
 #include "sync/QueueInstallation.h"
 #include "sync/QueueSyncCauses.h"
@@ -124,6 +125,9 @@ class QueueSync::Work::Steps {
             return end("its PPD cannot be read: ", failure);
         }
         outcome_.before = PPD.text;
+        if (options_.backups) {
+            options_.backups->settleInterruptedRun(outcome_.queueName, *PPD.text);
+        }
         return readPPD();
     }
 
@@ -168,15 +172,18 @@ class QueueSync::Work::Steps {
 
     bool updateText() {
         try {
-            ExplainedPPDUpdate update =
-                options_.isExplained
-                    ? update_->explainedText(queue_.deviceURI)
-                    : ExplainedPPDUpdate{update_->updatedText(queue_.deviceURI), {}};
+            ExplainedPPDUpdate update = MissingResourceWatch::resultOf([this] {
+                return options_.isExplained
+                           ? update_->explainedText(queue_.deviceURI)
+                           : ExplainedPPDUpdate{update_->updatedText(queue_.deviceURI), {}};
+            });
             outcome_.after = std::move(update.text);
             outcome_.steps = std::move(update.steps);
         } catch (const std::out_of_range&) {
             return end(queueSyncCause("no-result"),
                        "its PPD has an attribute that ends before its value does");
+        } catch (const MissingResourceError& error) {
+            return end(queueSyncCause("no-result"), error.what());
         }
         if (*outcome_.after == *outcome_.before ||
             differInTimeOfEstimationsOnly(*outcome_.before, *outcome_.after)) {
@@ -227,7 +234,7 @@ class QueueSync::Work::Steps {
 
     /// False when the queue is printing and may be waited for.
     bool install() {
-        const auto how = installation_->attempt();
+        const auto how = attempt();
         outcome_.notes = installation_->notes();
         if (how == QueueInstallation::End::busy) {
             return isWaitOver();
@@ -241,6 +248,18 @@ class QueueSync::Work::Steps {
             seeToReplacement();
         }
         return true;
+    }
+
+    /// Whatever ends the attempt, out of memory included: what may have been replaced is kept.
+    QueueInstallation::End attempt() {
+        try {
+            return installation_->attempt();
+        } catch (...) {
+            if (backup_ && installation_->mayBeInstalled()) {
+                backup_->keep();
+            }
+            throw;
+        }
     }
 
     void seeToReplacement() {

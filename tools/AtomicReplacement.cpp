@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "ppd/PPDTextFile.h"
+#include "sync/TemporaryFiles.h"
 #include "text/FileDescriptor.h"
 #include "tools/Failure.h"
 #include "tools/FileAttributes.h"
@@ -61,9 +62,16 @@ bool isInPlace(const ReplacedFile& file, const FilePlace& place) {
            now.st_ctim.tv_sec == then.st_ctim.tv_sec && now.st_ctim.tv_nsec == then.st_ctim.tv_nsec;
 }
 
+constexpr std::string_view kTemporaryName = ".tkppdupdate-";
+
 std::string randomName() {
     std::random_device random;
-    return ".tkppdupdate-" + std::to_string(random()) + "-" + std::to_string(random());
+    return std::string(kTemporaryName) + std::to_string(random()) + "-" + std::to_string(random());
+}
+
+bool isRandomName(std::string_view name) {
+    return name.starts_with(kTemporaryName) &&
+           name.find_first_not_of("0123456789-", kTemporaryName.size()) == std::string_view::npos;
 }
 
 /// A new file beside the target, removed at the end of the scope unless it has taken its place.
@@ -73,8 +81,7 @@ class TemporaryFile {
         : shownPath_(shownPath), place_(place) {
         do {
             name_ = randomName();
-            file_ = FileDescriptor(::openat(place_.folder.get(), name_.c_str(),
-                                            O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+            file_ = newTemporaryFile(place_.folder.get(), name_, mode);
         } while (!file_.isOpen() && errno == EEXIST);
         if (!file_.isOpen()) {
             throw Failure::ofSystem(shownPath_, "no new file can be made in its folder");
@@ -93,7 +100,9 @@ class TemporaryFile {
     }
 
     void write(std::string_view bytes) {
-        if (!writeAll(file_.get(), bytes) || ::fsync(file_.get()) != 0 || !file_.close()) {
+        // It stays open, and so locked, until it has taken its place. What closing could tell of,
+        // fsync(2) has told.
+        if (!writeAll(file_.get(), bytes) || ::fsync(file_.get()) != 0) {
             throw Failure::ofSystem(shownPath_, "cannot be written");
         }
     }
@@ -121,6 +130,8 @@ class TemporaryFile {
 void replaceAtPlace(const std::string& path, const FilePlace& place, const ReplacedFile* replaced,
                     std::string_view bytes) {
     const SignalsHeldBack heldBack;
+    removeAbandonedFiles(place.folder.get(), isRandomName,
+                         replaced ? replaced->status.st_uid : ::geteuid());
     TemporaryFile file(path, place, replaced ? kModeUntilAttributesAreKept : kModeOfNewFile);
     if (replaced) {
         file.keepAttributes(*replaced);

@@ -21,6 +21,8 @@ namespace TkPPDUpdating {
 /// file, a terminal for example, is written to as it is, and so is an open file of this process
 /// ("/dev/stdout", whatever is behind it).
 ///
+/// What runs that were killed have left in the folder goes (`removeAbandonedFiles`).
+///
 /// Raises a `Failure` that names the file.
 void replaceFileAtomically(const std::string& path, std::string_view bytes);
 

@@ -12,4 +12,8 @@ void Command::throwMalformedAttribute(const std::string& place) {
                   "an attribute that an updater looks up has nothing after its colon");
 }
 
+void Command::throwMissingResource(const std::string& place, const MissingResourceError& error) {
+    throw Failure(ExitStatus::noResult, place, error.what());
+}
+
 }  // namespace TkPPDUpdating

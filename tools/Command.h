@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "manager/MissingResourceWatch.h"
 #include "tools/ExitStatus.h"
 
 namespace TkPPDUpdating {
@@ -27,18 +28,23 @@ class Command {
 
     CLI::App& subcommand() { return *subcommand_; }
 
-    /// Runs an operation of the library; its out-of-range error becomes a `Failure` about `place`.
+    /// Runs an operation of the library; its out-of-range error, and data of the library's own that
+    /// it could not read, become a `Failure` about `place`.
     template <typename Operation>
     static auto resultOf(const std::string& place, const Operation& operation) {
         try {
-            return operation();
+            return MissingResourceWatch::resultOf(operation);
         } catch (const std::out_of_range&) {
             throwMalformedAttribute(place);
+        } catch (const MissingResourceError& error) {
+            throwMissingResource(place, error);
         }
     }
 
   private:
     [[noreturn]] static void throwMalformedAttribute(const std::string& place);
+    [[noreturn]] static void throwMissingResource(const std::string& place,
+                                                  const MissingResourceError& error);
 
     CLI::App* subcommand_;
 };

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "text/ASCII.h"
+#include "text/FileDescriptor.h"
 #include "text/UTF8.h"
 
 namespace TkPPDUpdating {
@@ -59,6 +60,10 @@ void writeLine(std::string_view place, std::string_view mark, std::string_view r
 
 void Diagnostics::error(std::string_view place, std::string_view reason) {
     writeLine(place, "", reason);
+}
+
+void Diagnostics::outOfMemory() noexcept {
+    (void)writeAll(STDERR_FILENO, "tkppdupdate: there is not enough memory\n");
 }
 
 void Diagnostics::warning(std::string_view place, std::string_view reason) {

@@ -14,7 +14,10 @@ class Diagnostics {
     /// `place` is the file or queue that it is about; left out when empty.
     static void error(std::string_view place, std::string_view reason);
 
-    /// The same, marked as a warning.
+    /// "there is not enough memory", for which it takes none.
+    static void outOfMemory() noexcept;
+
+    /// The same as `error`, marked as a warning.
     static void warning(std::string_view place, std::string_view reason);
 
     /// The same for what is neither wrong nor doubtful.

@@ -22,7 +22,8 @@ void StandardOutput::write(std::string_view bytes) {
 void StandardOutput::writeIfOpen(std::string_view bytes) {
     // Only a stream that was closed is open for reading: see below.
     const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);  // NOLINT(cppcoreguidelines-pro-type-vararg)
-    if (flags != -1 && (flags & O_ACCMODE) != O_RDONLY) {
+    const bool isOpen = flags == -1 ? errno != EBADF : (flags & O_ACCMODE) != O_RDONLY;
+    if (isOpen) {
         write(bytes);
     }
 }

@@ -1,6 +1,8 @@
 // tkppdupdate: the command line of the library.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdlib>
+#include <exception>
 #include <memory>
 #include <new>
 #include <string>
@@ -133,9 +135,37 @@ ExitStatus runReportingFailures(int argumentCount, char** arguments) {
         Diagnostics::error(failure.place(), failure.what());
         return failure.status();
     } catch (const std::bad_alloc&) {
-        Diagnostics::error("", "there is not enough memory");
+        Diagnostics::outOfMemory();
     } catch (const std::exception& error) {
         Diagnostics::error("", error.what());
+    }
+    return ExitStatus::noResult;
+}
+
+/// What a library raises where nothing may be raised (in a destructor, for example) ends the
+/// process. Without memory that is an error like any other; what is being written is left to the
+/// next run, which tidies up.
+[[noreturn]] void endWithoutMemory() {
+    try {
+        if (std::current_exception()) {
+            std::rethrow_exception(std::current_exception());
+        }
+    } catch (const std::bad_alloc&) {
+        Diagnostics::outOfMemory();
+        std::_Exit(static_cast<int>(ExitStatus::noResult));
+    } catch (...) {
+        std::abort();
+    }
+    std::abort();
+}
+
+/// The end of the memory may also come while another failure is told.
+ExitStatus runToTheEnd(int argumentCount, char** arguments) {
+    std::set_terminate(endWithoutMemory);
+    try {
+        return runReportingFailures(argumentCount, arguments);
+    } catch (const std::bad_alloc&) {
+        Diagnostics::outOfMemory();
     }
     return ExitStatus::noResult;
 }
@@ -144,5 +174,5 @@ ExitStatus runReportingFailures(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) {
     TkPPDUpdating::StandardOutput::reserveClosedStreams();
-    return static_cast<int>(runReportingFailures(argumentCount, arguments));
+    return static_cast<int>(runToTheEnd(argumentCount, arguments));
 }

@@ -100,14 +100,13 @@ int remainingMilliseconds(Clock::time_point deadline) {
     return std::max<int>(1, static_cast<int>(timeUntil(deadline).count()));
 }
 
-/// Gives the connection, which may be null, to the exchange; false when nobody waits any more.
+/// Gives the connection, which may be null, to the exchange, which closes it in the end; false when
+/// there is none, or nobody waits any more.
 bool handOver(Exchange& exchange, http_t* connection) {
     const std::lock_guard lock(exchange.mutex);
-    if (!exchange.isAbandoned) {
-        exchange.isOpen = true;
-        exchange.connection = connection;
-    }
-    return !exchange.isAbandoned;
+    exchange.isOpen = !exchange.isAbandoned;
+    exchange.connection = connection;
+    return connection && exchange.isOpen;
 }
 
 void connectAndTalk(Exchange& exchange, http_t* connection, Clock::time_point deadline,
@@ -123,29 +122,28 @@ void connectAndTalk(Exchange& exchange, http_t* connection, Clock::time_point de
         const std::lock_guard lock(exchange.mutex);
         exchange.isConnected = true;
     }
-    try {
-        HTTPConnection talked(connection, deadline, exchange.cancel);
-        talk(talked);
-    } catch (...) {
-        exchange.failure = std::current_exception();
-    }
+    HTTPConnection talked(connection, deadline, exchange.cancel);
+    talk(talked);
 }
 
+/// Whatever it raises is raised by the caller: a thread has nobody to raise it to.
 void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& opening,
                   Clock::time_point deadline, const HTTPTalk* talk) {
-    cupsSetPasswordCB2(refusePassword, nullptr);
     OrbCSError error;
-    http_t* connection = opening(error);
-    if (!handOver(*exchange, connection)) {
-        httpClose(connection);
-        return;
-    }
-    if (connection) {
-        connectAndTalk(*exchange, connection, deadline, *talk, error);
+    std::exception_ptr failure;
+    try {
+        cupsSetPasswordCB2(refusePassword, nullptr);
+        http_t* const connection = opening(error);
+        if (handOver(*exchange, connection)) {
+            connectAndTalk(*exchange, connection, deadline, *talk, error);
+        }
+    } catch (...) {
+        failure = std::current_exception();
     }
     const std::lock_guard lock(exchange->mutex);
     exchange->error = std::move(error);
-    httpClose(connection);
+    exchange->failure = std::move(failure);
+    httpClose(exchange->connection);
     exchange->connection = nullptr;
     exchange->isFinished = true;
     exchange->finishedChange.notify_one();
@@ -223,8 +221,10 @@ bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPT
     std::unique_lock lock(exchange->mutex);
     const WaitEnd end = waitUntilFinished(*exchange, lock, deadline, patience);
     if (end != WaitEnd::finished) {
-        error = errorOfEnd(end, exchange->isOpen, patience.limit);
+        const bool isOpen = exchange->isOpen;
+        // First: to tell may take memory that there is not, and the thread must not be left.
         breakOff(*exchange, lock, thread);
+        error = errorOfEnd(end, isOpen, patience.limit);
         return false;
     }
     lock.unlock();

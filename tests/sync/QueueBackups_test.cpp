@@ -117,6 +117,57 @@ TEST_F(QueueBackupsTest, WhatWasNotReplacedLeavesEverythingAsItWas) {
     EXPECT_EQ(textOf("office.ppd"), "first");
 }
 
+TEST_F(QueueBackupsTest, ThereIsAlwaysOneUnderItsName) {
+    keepOne("first");
+    std::string reason;
+    QueueBackups::Entry entry(*backups, "office");
+    ASSERT_TRUE(entry.write("second", reason));
+    EXPECT_EQ(textOf("office.ppd"), "first");
+    ASSERT_TRUE(entry.place(reason)) << reason;
+    EXPECT_EQ(textOf("office.ppd"), "second");
+    EXPECT_EQ(textOf(".office.ppd.former"), "first");
+}
+
+TEST_F(QueueBackupsTest, ARunThatWasKilledBeforeItInstalledHasKeptNothing) {
+    directory.write("kept/.office.ppd.former", "first");
+    directory.write("kept/office.ppd", "present");
+    backups->settleInterruptedRun("office", "present");
+    EXPECT_THAT(names(), ElementsAre("office.ppd"));
+    EXPECT_EQ(textOf("office.ppd"), "first");
+}
+
+TEST_F(QueueBackupsTest, ARunThatWasKilledAfterItInstalledHasKeptWhatItReplaced) {
+    directory.write("kept/.office.ppd.former", "first");
+    directory.write("kept/office.ppd", "replaced");
+    backups->settleInterruptedRun("office", "present");
+    EXPECT_THAT(names(), ElementsAre("office.ppd"));
+    EXPECT_EQ(textOf("office.ppd"), "replaced");
+}
+
+TEST_F(QueueBackupsTest, WhatARunThatWasKilledHasSetAsideComesBack) {
+    directory.write("kept/.office.ppd.former", "first");
+    backups->settleInterruptedRun("office", "present");
+    EXPECT_THAT(names(), ElementsAre("office.ppd"));
+    EXPECT_EQ(textOf("office.ppd"), "first");
+}
+
+TEST_F(QueueBackupsTest, WhatARunThatWasKilledHasNotFinishedGoesWithTheNextOne) {
+    keepOne("first");
+    directory.write("kept/.office.ppd.123-1", "half of");
+    directory.write("kept/.other.ppd.4-56", "");
+    // Not of that form.
+    directory.write("kept/.office.ppd.123-1.ppd", "");
+    directory.write("kept/..ppd.1-1", "");
+    directory.write("kept/office.ppd.123-1", "");
+    std::string reason;
+    QueueBackups::Entry entry(*backups, "office");
+    ASSERT_TRUE(entry.write("being written", reason));
+    ASSERT_TRUE(QueueBackups::open(folder, false, reason)) << reason;
+    EXPECT_THAT(names(), testing::UnorderedElementsAre(
+                             "..ppd.1-1", testing::MatchesRegex("\\.office\\.ppd\\.[0-9]+-[0-9]+"),
+                             ".office.ppd.123-1.ppd", "office.ppd", "office.ppd.123-1"));
+}
+
 TEST_F(QueueBackupsTest, WithoutRoomThereIsNone) {
     keepOne("first");
     struct rlimit before {};

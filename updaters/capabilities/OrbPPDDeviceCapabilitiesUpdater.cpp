@@ -5,6 +5,7 @@
 
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/TkCSKeys.h"
+#include "manager/MissingResourceWatch.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "resources/PropertyListCache.h"
 #include "resources/ResourceFolder.h"
@@ -188,9 +189,12 @@ bool OrbPPDDeviceCapabilitiesUpdater::replaceAttribute(OrbPPDProcessor& processo
 
 std::shared_ptr<const PropertyList> OrbPPDDeviceCapabilitiesUpdater::updatingData() {
     const auto folder = ResourceFolder::path();
-    return folder ? sharedPropertyListWithContentsOfFile(
-                        std::string(*folder).append("/").append(kPropertyListFileName))
-                  : nullptr;
+    const std::string path = (folder ? *folder + "/" : std::string()).append(kPropertyListFileName);
+    auto data = folder ? sharedPropertyListWithContentsOfFile(path) : nullptr;
+    if (!data) {
+        MissingResourceWatch::tell("data of the library cannot be read: " + path);
+    }
+    return data;
 }
 
 std::vector<std::string> OrbPPDDeviceCapabilitiesUpdater::statusEntriesRead() const {

@@ -2,6 +2,7 @@
 
 #include <clocale>
 #include <limits>
+#include <new>
 #include <numeric>
 #include <utility>
 
@@ -29,6 +30,13 @@ class CLocaleScope {
     locale_t before_;
 };
 
+/// A line is none that does not match only because there was no room to find out.
+void throwWithoutMemory(int result) {
+    if (result == REG_ESPACE) {
+        throw std::bad_alloc();
+    }
+}
+
 }  // namespace
 
 PosixRegularExpression::PosixRegularExpression(std::unique_ptr<regex_t, Free> expression,
@@ -42,7 +50,9 @@ std::optional<PosixRegularExpression> PosixRegularExpression::compiled(
     }
     const CLocaleScope locale;
     auto storage = std::make_unique<regex_t>();
-    if (::regcomp(storage.get(), expression.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
+    const int result = ::regcomp(storage.get(), expression.c_str(), REG_EXTENDED | REG_NOSUB);
+    throwWithoutMemory(result);
+    if (result != 0) {
         return std::nullopt;
     }
     return PosixRegularExpression(std::unique_ptr<regex_t, Free>(storage.release()),
@@ -55,7 +65,9 @@ bool PosixRegularExpression::matches(std::string_view line) const {
     }
     // REG_STARTEND gives the bounds of the line, so that it needs no copy that ends with a NUL.
     regmatch_t bounds{0, static_cast<regoff_t>(line.size())};
-    return ::regexec(expression_.get(), line.data(), 0, &bounds, REG_STARTEND) == 0;
+    const int result = ::regexec(expression_.get(), line.data(), 0, &bounds, REG_STARTEND);
+    throwWithoutMemory(result);
+    return result == 0;
 }
 
 /// The lines of the index beneath that are there and may match, in line order.

@@ -1,0 +1,55 @@
+#include "manager/MissingResourceWatch.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+/// What the watch around an operation makes of it: its result, or the error in brackets.
+template <typename Operation>
+std::string watched(const Operation& operation) {
+    try {
+        return MissingResourceWatch::resultOf(operation);
+    } catch (const MissingResourceError& error) {
+        return "[" + std::string(error.what()) + "]";
+    }
+}
+
+TEST(MissingResourceWatch, GivesTheResultWhenNothingWasMissing) {
+    EXPECT_EQ(watched([] { return "result"; }), "result");
+}
+
+TEST(MissingResourceWatch, RaisesWhatWasMissingFirst) {
+    EXPECT_EQ(watched([] {
+                  MissingResourceWatch::tell("one");
+                  MissingResourceWatch::tell("two");
+                  return "result";
+              }),
+              "[one]");
+}
+
+TEST(MissingResourceWatch, IsForItsOwnScope) {
+    EXPECT_EQ(watched([] {
+                  return watched([] {
+                             MissingResourceWatch::tell("inner");
+                             return "result";
+                         }) +
+                         " in the outer";
+              }),
+              "[inner] in the outer");
+    MissingResourceWatch::tell("nobody");
+    EXPECT_EQ(watched([] { return "result"; }), "result");
+}
+
+TEST(MissingResourceWatch, IsForItsOwnThread) {
+    EXPECT_EQ(watched([] {
+                  std::thread([] { MissingResourceWatch::tell("another's"); }).join();
+                  return "result";
+              }),
+              "result");
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
