@@ -20,11 +20,11 @@ namespace {
 
 /// Connects to the scheduler. The settings that it makes and reads belong to the talking thread.
 HTTPOpening schedulerOpening(const std::string& server) {
-    return [server](OrbCSError& error) {
+    return [server](const HTTPOpeningTime& time, OrbCSError& error) {
         if (!server.empty()) {
             cupsSetServer(server.c_str());
         }
-        return openedConnection(cupsServer(), ippPort(), cupsEncryption(), error);
+        return openedConnection(cupsServer(), ippPort(), cupsEncryption(), time, error);
     };
 }
 

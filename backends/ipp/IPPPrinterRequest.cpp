@@ -221,16 +221,16 @@ bool isOfIPPService(const std::string& deviceURI) {
 }
 
 /// Resolves a name of DNS-SD and connects to the printer; fills in where that is.
-http_t* resolvedConnection(const std::string& deviceURI, std::chrono::milliseconds time,
-                           Printer& printer, OrbCSError& error) {
+http_t* resolvedConnection(const std::string& deviceURI, std::chrono::milliseconds limit,
+                           const HTTPOpeningTime& time, Printer& printer, OrbCSError& error) {
     std::array<char, HTTP_MAX_URI> resource{};
     // libcups makes a destination of "ipp" only, whatever the service is.
     const std::string name = "ipp://" + deviceURI.substr(kDNSSD.size());
     cups_dest_t* destination = cupsGetDestWithURI("printer", name.c_str());
     http_t* connection =
         destination
-            ? cupsConnectDest(destination, CUPS_DEST_FLAGS_DEVICE, static_cast<int>(time.count()),
-                              nullptr, resource.data(), resource.size(), nullptr, nullptr)
+            ? cupsConnectDest(destination, CUPS_DEST_FLAGS_DEVICE, static_cast<int>(limit.count()),
+                              &time.cancel, resource.data(), resource.size(), nullptr, nullptr)
             : nullptr;
     cupsFreeDests(destination ? 1 : 0, destination);
     if (!connection) {
@@ -352,13 +352,14 @@ std::shared_ptr<const ReportedDeviceStatus> statusOfIPPPrinter(const std::string
         }
         *printer = std::move(*separated);
     }
-    const HTTPOpening opening = [printer, deviceURI, time](OrbCSError& cause) {
+    const HTTPOpening opening = [printer, deviceURI, limit = time](const HTTPOpeningTime& until,
+                                                                   OrbCSError& cause) {
         return isDNSSD(deviceURI)
-                   ? resolvedConnection(deviceURI, time, *printer, cause)
+                   ? resolvedConnection(deviceURI, limit, until, *printer, cause)
                    : openedConnection(printer->host, printer->port,
                                       printer->isEncrypted ? HTTP_ENCRYPTION_ALWAYS
                                                            : HTTP_ENCRYPTION_IF_REQUESTED,
-                                      cause);
+                                      until, cause);
     };
     return Asking(limits, time, printer, opening).status(error);
 }

@@ -18,6 +18,8 @@
 #include <thread>
 #include <utility>
 
+#include "backends/schemes/HostLookUp.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -46,6 +48,8 @@ struct Exchange {
     std::exception_ptr failure;
     /// Read by libcups while it connects.
     int cancel = 0;
+    /// The same for our own looking-up of names.
+    std::atomic<bool> isOver{false};
     OrbCSError error;
 };
 
@@ -133,7 +137,7 @@ void talkOnThread(const std::shared_ptr<Exchange>& exchange, const HTTPOpening& 
     std::exception_ptr failure;
     try {
         cupsSetPasswordCB2(refusePassword, nullptr);
-        http_t* const connection = opening(error);
+        http_t* const connection = opening({exchange->isOver, exchange->cancel}, error);
         if (handOver(*exchange, connection)) {
             connectAndTalk(*exchange, connection, deadline, *talk, error);
         }
@@ -174,23 +178,52 @@ void shutDown(http_t* connection) {
     }
 }
 
-/// Ends the talk of a thread that nobody waits for any longer: leaves it alone while the name is
-/// still looked up, which cannot be cancelled.
+/// Ends the talk of a thread that nobody waits for any longer, and waits for its end; it is left
+/// alone when it is in the hands of libcups and does not listen.
 void breakOff(Exchange& exchange, std::unique_lock<std::mutex>& lock, std::thread& thread) {
+    const auto isFinished = [&exchange] { return exchange.isFinished; };
+    constexpr auto kTimeToLeave = std::chrono::milliseconds(500);
+    constexpr auto kPause = std::chrono::milliseconds(10);
+    exchange.isOver = true;
+    exchange.cancel = 1;
     if (!exchange.isOpen) {
         exchange.isAbandoned = true;
-        thread.detach();
-        return;
+        if (!exchange.finishedChange.wait_for(lock, kTimeToLeave, isFinished)) {
+            thread.detach();
+            return;
+        }
     }
-    exchange.cancel = 1;
     // Again and again: the socket may be made only now.
-    constexpr auto kPause = std::chrono::milliseconds(10);
-    do {
+    while (!exchange.isFinished) {
         shutDown(exchange.connection);
-    } while (!exchange.finishedChange.wait_for(lock, kPause,
-                                               [&exchange] { return exchange.isFinished; }));
+        exchange.finishedChange.wait_for(lock, kPause, isFinished);
+    }
     lock.unlock();
     thread.join();
+}
+
+/// Domain sockets, and the machine itself, which libcups knows, need no looking-up.
+bool isName(const std::string& host) {
+    return !host.starts_with('/') && !host.starts_with('[') && host != "localhost";
+}
+
+/// The addresses of a host, for libcups.
+http_addrlist_t* addressesOf(const std::string& host, int port, const HTTPOpeningTime& time,
+                             OrbCSError& error) {
+    const std::string service = std::to_string(port);
+    if (!isName(host)) {
+        return httpAddrGetList(host.c_str(), AF_UNSPEC, service.c_str());
+    }
+    http_addrlist_t* first = nullptr;
+    http_addrlist_t** next = &first;
+    for (const std::string& number :
+         addressesOfHostName(host, Clock::time_point::max(), &time.isOver, error)) {
+        *next = httpAddrGetList(number.c_str(), AF_UNSPEC, service.c_str());
+        while (*next) {
+            next = &(*next)->next;
+        }
+    }
+    return first;
 }
 
 }  // namespace
@@ -239,16 +272,13 @@ bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPT
 }
 
 http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
-                         OrbCSError& error) {
-    http_addrlist_t* addresses =
-        httpAddrGetList(host.c_str(), AF_UNSPEC, std::to_string(port).c_str());
+                         const HTTPOpeningTime& time, OrbCSError& error) {
+    error = {OrbCSError::Cause::unknownHost, "its name is not known"};
+    http_addrlist_t* addresses = addressesOf(host, port, time, error);
     http_t* connection = addresses ? httpConnect2(host.c_str(), port, addresses, AF_UNSPEC,
                                                   encryption, 1, 0, nullptr)
                                    : nullptr;
     httpAddrFreeList(addresses);  // The connection has a copy.
-    if (!connection) {
-        error = {OrbCSError::Cause::unknownHost, "its name is not known"};
-    }
     return connection;
 }
 

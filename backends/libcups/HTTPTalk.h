@@ -12,10 +12,17 @@
 
 namespace TkPPDUpdating {
 
+/// What tells an opening that nobody waits for it any longer.
+struct HTTPOpeningTime {
+    const std::atomic<bool>& isOver;
+    /// The same for libcups.
+    int& cancel;
+};
+
 /// Opens a connection of libcups that is not yet connected (a time limit of 0 ms). Called on the
 /// thread that talks. Null, with the cause and reason in `error`, when there is nothing to connect
 /// to.
-using HTTPOpening = std::function<http_t*(OrbCSError& error)>;
+using HTTPOpening = std::function<http_t*(const HTTPOpeningTime& time, OrbCSError& error)>;
 
 /// How long a talk may take.
 struct HTTPPatience {
@@ -63,17 +70,18 @@ using HTTPTalk = std::function<void(HTTPConnection& connection)>;
 /// libcups limits the time of each step, not of all of them: a peer that sends a byte now and then
 /// keeps it busy for ever. So the talk has a thread of its own, whose socket is shut down at the
 /// end of the time; the thread's own settings of libcups (server, user, password call-back) also
-/// leave those of the caller's thread alone. Looking up a host name cannot be ended: a thread that
-/// still does so at the end of the time is left alone and ends by itself, without having called
-/// `talk`. Everything that `opening` uses must therefore belong to it; `talk` may use the caller's
-/// variables, and what it raises is raised here. It never asks for a password.
+/// leave those of the caller's thread alone. When it gives the caller an answer, the thread has
+/// ended, with one exception: where libcups itself looks up a DNS-SD name, it may not listen to
+/// anybody for seconds; that thread is left alone and ends by itself, without having called `talk`.
+/// Everything that `opening` uses must therefore belong to it; `talk` may use the caller's
+/// variables, and what either raises is raised here. It never asks for a password.
 bool talkOverHTTP(HTTPOpening opening, const HTTPPatience& patience, const HTTPTalk& talk,
                   OrbCSError& error);
 
 /// Opens a connection to a host and port, or to the domain socket whose path `host` is. For
 /// `HTTPOpening`s.
 http_t* openedConnection(const std::string& host, int port, http_encryption_t encryption,
-                         OrbCSError& error);
+                         const HTTPOpeningTime& time, OrbCSError& error);
 
 /// Reads the status and the fields of an answer; `HTTP_STATUS_ERROR` when they are not whole.
 http_status_t readHTTPHead(http_t* connection);

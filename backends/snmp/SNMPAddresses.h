@@ -23,9 +23,6 @@ struct SNMPAddress {
 /// The addresses of a host, those that the system puts first, at most two, so that one that is
 /// silent does not use up the time for many others. Empty, with the cause in `error`, when its
 /// name was not found until `deadline` or before anybody set `isCancelled` (may be null).
-///
-/// Looking a name up cannot be ended: it has a thread of its own, which is left alone when the time
-/// is over and ends by itself.
 std::vector<SNMPAddress> addressesOfHost(const std::string& host, std::uint16_t port,
                                          std::chrono::steady_clock::time_point deadline,
                                          const std::atomic<bool>* isCancelled, OrbCSError& error);

@@ -8,9 +8,12 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -995,11 +998,50 @@ TEST(HostilePrinters, AnEncryptedSchemeIsEncryptedInCapitalsToo) {
     EXPECT_FALSE(isPlain);
 }
 
+HTTPOpening openingTo(const std::string& host, int port) {
+    return [host, port](const HTTPOpeningTime& time, OrbCSError& cause) {
+        return openedConnection(host, port, HTTP_ENCRYPTION_IF_REQUESTED, time, cause);
+    };
+}
+
+std::ptrdiff_t threadCount() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+TEST(HTTPTalk, LeavesNoThreadBehindHoweverItEnds) {
+    const auto threads = threadCount();
+    const std::atomic<bool> isCancelled{true};
+    auto silent = std::make_optional<HostileIPPResponder>(
+        [](const ResponderConnection& c) { c.waitForClose(); });
+    const HTTPTalk talk = [](HTTPConnection& connection) {
+        (void)httpGet(connection.http(), "/");
+        (void)readHTTPHead(connection.http());
+    };
+    OrbCSError error;
+    // No server is asked for such a name.
+    EXPECT_FALSE(talkOverHTTP(openingTo(std::string(64, 'a'), 631),
+                              {std::chrono::seconds(20), &isCancelled}, talk, error));
+    EXPECT_FALSE(talkOverHTTP(openingTo(std::string(64, 'a'), 631), {std::chrono::seconds(20)},
+                              talk, error));
+    EXPECT_EQ(error.reason, "its name is not known");
+    EXPECT_FALSE(talkOverHTTP(openingTo("127.0.0.1", silent->port()),
+                              {std::chrono::milliseconds(50)}, talk, error));
+    EXPECT_EQ(error.cause, OrbCSError::Cause::timeout);
+    silent.reset();
+    EXPECT_EQ(threadCount(), threads);
+}
+
+TEST(HTTPTalk, WhatTheOpeningRaisesIsRaisedToItsCaller) {
+    OrbCSError error;
+    EXPECT_THROW(
+        talkOverHTTP([](const HTTPOpeningTime&, OrbCSError&) -> http_t* { throw std::bad_alloc(); },
+                     {std::chrono::seconds(20)}, [](HTTPConnection& /*connection*/) {}, error),
+        std::bad_alloc);
+}
+
 TEST(HTTPTalk, WhatTheTalkRaisesIsRaisedToItsCaller) {
     HostileIPPResponder peer([](const ResponderConnection& c) { c.waitForClose(); });
-    const HTTPOpening opening = [port = peer.port()](OrbCSError& cause) {
-        return openedConnection("127.0.0.1", port, HTTP_ENCRYPTION_IF_REQUESTED, cause);
-    };
+    const HTTPOpening opening = openingTo("127.0.0.1", peer.port());
     OrbCSError error;
     EXPECT_THROW(talkOverHTTP(
                      opening, {std::chrono::seconds(20)},
