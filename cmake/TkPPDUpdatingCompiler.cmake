@@ -4,12 +4,17 @@ if(CCACHE_PROGRAM AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
+include(TkPPDUpdatingHardening)
+
 function(tkppdupdating_compiler_settings target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
     if(TKPPDUPDATING_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(TKPPDUPDATING_HARDENING)
+        tkppdupdating_harden(${target})
     endif()
     if(TKPPDUPDATING_SANITIZERS)
         target_compile_options(${target} PRIVATE
