@@ -6,6 +6,10 @@ endif()
 
 include(TkPPDUpdatingHardening)
 
+# What the product exports has the mark of text/TkPPDUpdatingPublic.h.
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
 function(tkppdupdating_compiler_settings target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)

@@ -5,7 +5,9 @@
 #
 # The way from the tool to that folder is the same in the build tree as where it is installed, so
 # that a relocated tool finds its own modules, and no others.
-set(TKPPDUPDATING_MODULE_FOLDER "${CMAKE_INSTALL_FULL_LIBDIR}/TkPPDUpdating")
+set(TKPPDUPDATING_WAY_FROM_LIBRARY_TO_MODULES "TkPPDUpdating/${TKPPDUPDATING_SERIES}")
+set(TKPPDUPDATING_MODULE_FOLDER
+    "${TKPPDUPDATING_LIBRARY_FOLDER}/${TKPPDUPDATING_WAY_FROM_LIBRARY_TO_MODULES}")
 file(RELATIVE_PATH TKPPDUPDATING_WAY_TO_MODULES
     "${CMAKE_INSTALL_FULL_BINDIR}" "${TKPPDUPDATING_MODULE_FOLDER}")
 
@@ -18,17 +20,11 @@ function(tkppdupdating_add_backend_module name)
     target_compile_definitions(${target} PRIVATE TKPPDUPDATING_VERSION="${PROJECT_VERSION}")
     # What is linked in statically is the module's own business.
     target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL)
-    if(TKPPDUPDATING_IS_SHARED)
-        # A moved module finds the shared library beside its folder.
-        set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/..")
-    endif()
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME "${name}"
         PREFIX ""
-        CXX_VISIBILITY_PRESET hidden
         LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tools/${TKPPDUPDATING_WAY_TO_MODULES}")
-    if(TKPPDUPDATING_BUILD_TOOL)
-        install(TARGETS ${target} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/TkPPDUpdating")
-        set_property(GLOBAL APPEND PROPERTY TKPPDUPDATING_BACKEND_MODULES ${target})
-    endif()
+    install(TARGETS ${target} COMPONENT Runtime
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/${TKPPDUPDATING_WAY_FROM_LIBRARY_TO_MODULES}")
+    set_property(GLOBAL APPEND PROPERTY TKPPDUPDATING_BACKEND_MODULES ${target})
 endfunction()

@@ -8,6 +8,7 @@
 #include "core_interface/OrbCSError.h"
 #include "core_interface/OrbCSStatusValue.h"
 #include "core_interface/OrbDictionary.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -18,7 +19,7 @@ namespace TkPPDUpdating {
 /// Implementers: the value under a key has the type that `OrbCSStatusValue.h` gives for it. Every
 /// text must be harmless where it will stand in a PPD (`ppd/PPDTextSafety.h`); a text that is not
 /// is not handed over. Answers never change during the life of the object.
-class OrbCSDeviceStatus {
+class TKPPDUPDATING_PUBLIC OrbCSDeviceStatus {
   public:
     virtual ~OrbCSDeviceStatus() = default;
 

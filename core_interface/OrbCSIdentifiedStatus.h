@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -19,7 +20,7 @@ struct OrbCSPrinterIdentity {
 
 /// An optional second interface of an `OrbCSDeviceStatus` that knows which printer it is of.
 /// For telling printers apart only: no updater reads it.
-class OrbCSIdentifiedStatus {
+class TKPPDUPDATING_PUBLIC OrbCSIdentifiedStatus {
   public:
     virtual ~OrbCSIdentifiedStatus() = default;
 

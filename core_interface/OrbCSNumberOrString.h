@@ -4,10 +4,12 @@
 #include <string>
 #include <variant>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// A scalar that a device reports: an integer, a floating-point number or a text. Immutable.
-class OrbCSNumberOrString {
+class TKPPDUPDATING_PUBLIC OrbCSNumberOrString {
   public:
     explicit OrbCSNumberOrString(std::int64_t number) : value_(number) {}
     explicit OrbCSNumberOrString(std::uint64_t number) : value_(number) {}

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -20,7 +21,7 @@ using OrbCSToldEntries = std::set<std::string, std::less<>>;
 ///
 /// "The printer has none" and "this answer does not tell" are two things: a value that is missing
 /// under an entry that was told is none, one under another entry is not known.
-class OrbCSPartialStatus {
+class TKPPDUPDATING_PUBLIC OrbCSPartialStatus {
   public:
     virtual ~OrbCSPartialStatus() = default;
 

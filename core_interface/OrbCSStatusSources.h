@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -22,7 +23,7 @@ struct OrbCSStatusSource {
 
 /// An optional second interface of an `OrbCSDeviceStatus` that knows where its values come from.
 /// For explanations only: no updater reads it.
-class OrbCSStatusSources {
+class TKPPDUPDATING_PUBLIC OrbCSStatusSources {
   public:
     virtual ~OrbCSStatusSources() = default;
 

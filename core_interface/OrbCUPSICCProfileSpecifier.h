@@ -4,10 +4,12 @@
 #include <memory>
 #include <string>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// Names a profile by its number in the option keywords of "cupsICCProfile" and "ZrICCProfileId2".
-class OrbCUPSICCProfileSpecifier {
+class TKPPDUPDATING_PUBLIC OrbCUPSICCProfileSpecifier {
   public:
     virtual ~OrbCUPSICCProfileSpecifier() = default;
 

@@ -5,6 +5,7 @@
 #include "core_interface/OrbProcess.h"
 #include "core_interface/TkCommunicationServices.h"
 #include "core_interface/TkCore.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -13,7 +14,7 @@ namespace TkPPDUpdating {
 ///
 /// Set before the first manager operation and not while one runs; a setting holds for the process
 /// until it is replaced. Reading is safe from several threads. Nothing is raised.
-class OrbCoreInterface {
+class TKPPDUPDATING_PUBLIC OrbCoreInterface {
   public:
     /// Null takes the library away: parsing a PPD then gives nothing.
     static void setCore(std::shared_ptr<const TkCore> core);

@@ -6,11 +6,12 @@
 
 #include "core_interface/OrbDictionary.h"
 #include "core_interface/OrbICCProfile.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// A media type that somebody defined at the printer. Immutable. Texts are UTF-8.
-class OrbCustomMediaType {
+class TKPPDUPDATING_PUBLIC OrbCustomMediaType {
   public:
     virtual ~OrbCustomMediaType() = default;
 

@@ -6,11 +6,12 @@
 #include <string_view>
 
 #include "core_interface/OrbDictionary.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// An ICC colour profile of a custom media type. Immutable.
-class OrbICCProfile {
+class TKPPDUPDATING_PUBLIC OrbICCProfile {
   public:
     virtual ~OrbICCProfile() = default;
 

@@ -3,11 +3,13 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// Raised by an abstract operation that no subclass has implemented. A programming error, never a
 /// condition of the data. `what()` names the class and the operation.
-class OrbInvalidOperationError : public std::logic_error {
+class TKPPDUPDATING_PUBLIC OrbInvalidOperationError : public std::logic_error {
   public:
     /// `className` and `operation` as they stand in the code, for example "OrbPPDUpdatingManager"
     /// and "registerUpdaterClass".

@@ -3,11 +3,13 @@
 #include <optional>
 #include <string_view>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// One main-keyword line of a parsed PPD. Owned by the model; valid as long as the `OrbPPDFile`
 /// that it came from.
-class OrbPPDAttribute {
+class TKPPDUPDATING_PUBLIC OrbPPDAttribute {
   public:
     virtual ~OrbPPDAttribute() = default;
 

@@ -3,13 +3,15 @@
 #include <optional>
 #include <string_view>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// One choice of an option of a parsed PPD. Owned by the model; valid as long as the `OrbPPDFile`
 /// that it came from.
 ///
 /// Implementers: never change what an object answers once it has been handed out.
-class OrbPPDChoice {
+class TKPPDUPDATING_PUBLIC OrbPPDChoice {
   public:
     virtual ~OrbPPDChoice() = default;
 

@@ -9,6 +9,7 @@
 #include "core_interface/OrbPPDOption.h"
 #include "core_interface/OrbPPDPageSize.h"
 #include "ppd/PPDText.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -21,7 +22,7 @@ namespace TkPPDUpdating {
 ///
 /// Implementers: a look-up must not scan the file; hundreds are made of one model. Answers never
 /// change during the life of the model, so that several threads may read one model.
-class OrbPPDFile {
+class TKPPDUPDATING_PUBLIC OrbPPDFile {
   public:
     virtual ~OrbPPDFile() = default;
 

@@ -4,12 +4,13 @@
 #include <string_view>
 
 #include "core_interface/OrbPPDChoice.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// One option (UI keyword) of a parsed PPD. Owned by the model; valid as long as the `OrbPPDFile`
 /// that it came from.
-class OrbPPDOption {
+class TKPPDUPDATING_PUBLIC OrbPPDOption {
   public:
     virtual ~OrbPPDOption() = default;
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// A page size of a parsed PPD: only its presence is of interest.
-class OrbPPDPageSize {
+class TKPPDUPDATING_PUBLIC OrbPPDPageSize {
   public:
     virtual ~OrbPPDPageSize() = default;
 };

@@ -4,11 +4,13 @@
 #include <optional>
 #include <string>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// The process's environment variables, behind an interface so that a test sets them for itself
 /// alone.
-class OrbEnvironment {
+class TKPPDUPDATING_PUBLIC OrbEnvironment {
   public:
     virtual ~OrbEnvironment() = default;
 
@@ -20,7 +22,7 @@ class OrbEnvironment {
 };
 
 /// The clock, behind an interface so that a test sets it.
-class OrbClock {
+class TKPPDUPDATING_PUBLIC OrbClock {
   public:
     virtual ~OrbClock() = default;
 

@@ -8,6 +8,7 @@
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbCSError.h"
 #include "core_interface/OrbDictionary.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -17,7 +18,7 @@ namespace TkPPDUpdating {
 /// Implementers: `deviceURI` and `parameters` may be absent. Answer null on failure, with the
 /// cause and reason in `*error` when `error` is not null, and raise nothing. The operation may be
 /// called from several threads when the application runs several managers.
-class TkCommunicationServices {
+class TKPPDUPDATING_PUBLIC TkCommunicationServices {
   public:
     virtual ~TkCommunicationServices() = default;
 

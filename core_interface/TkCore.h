@@ -10,6 +10,7 @@
 #include "core_interface/OrbICCProfile.h"
 #include "core_interface/OrbPPDFile.h"
 #include "ppd/PPDText.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -19,7 +20,7 @@ namespace TkPPDUpdating {
 ///
 /// Implementers: answer null on failure and raise nothing. The operations may be called from
 /// several threads when the application runs several managers.
-class TkCore {
+class TKPPDUPDATING_PUBLIC TkCore {
   public:
     virtual ~TkCore() = default;
 

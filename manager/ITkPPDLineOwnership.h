@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ppd/PPDStatements.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -44,7 +45,7 @@ struct OrbPPDOwnedLines {
 /// Implementers: derive from it beside `ITkPPDUpdater`. A class that does not may change the
 /// defaults of options only. Whatever is declared here, no result may bring in a line that names a
 /// program, a control character, a line of 256 bytes or more, or a choice that is there already.
-class ITkPPDLineOwnership {
+class TKPPDUPDATING_PUBLIC ITkPPDLineOwnership {
   public:
     ITkPPDLineOwnership() = default;
     ITkPPDLineOwnership(const ITkPPDLineOwnership&) = delete;

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// An optional second interface of an updater class: what it reads of a device's status, so that a
@@ -11,7 +13,7 @@ namespace TkPPDUpdating {
 /// Implementers: derive from it beside `ITkPPDUpdater`. A class that does not say what it reads
 /// counts as one that may read anything, and is always run. A class derived from one that says it
 /// and reads more says it anew.
-class ITkPPDStatusReading {
+class TKPPDUPDATING_PUBLIC ITkPPDStatusReading {
   public:
     ITkPPDStatusReading() = default;
     ITkPPDStatusReading(const ITkPPDStatusReading&) = delete;

@@ -8,6 +8,7 @@
 #include "core_interface/OrbDictionary.h"
 #include "core_interface/OrbPPDFile.h"
 #include "ppd/PPDText.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -25,7 +26,7 @@ using OrbPPDUpdatingValues = std::map<std::string, std::string, std::less<>>;
 /// as a result means no change or no values; failures of the device or the data end so, too. An
 /// updater may read the context and add entries, which the updaters after it see; it must not
 /// remove the status. The order in which updaters run is not defined.
-class ITkPPDUpdater {
+class TKPPDUPDATING_PUBLIC ITkPPDUpdater {
   public:
     ITkPPDUpdater() = default;
     ITkPPDUpdater(const ITkPPDUpdater&) = delete;

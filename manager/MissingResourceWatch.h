@@ -5,10 +5,12 @@
 #include <string>
 #include <type_traits>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// Data of the library's own that an updater wanted and could not read: one phrase that names it.
-class MissingResourceError : public std::runtime_error {
+class TKPPDUPDATING_PUBLIC MissingResourceError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
@@ -19,7 +21,7 @@ class MissingResourceError : public std::runtime_error {
 /// The operations of the updaters go on without such data and give a text that lacks what stands
 /// there, which nobody sees in it. Who writes the text into a file wants to know. The innermost
 /// watch of a thread learns.
-class MissingResourceWatch {
+class TKPPDUPDATING_PUBLIC MissingResourceWatch {
   public:
     MissingResourceWatch();
     MissingResourceWatch(const MissingResourceWatch&) = delete;

@@ -4,15 +4,16 @@
 #include <string_view>
 
 #include "manager/OrbClass.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// The updater classes of this library: those that can be found by their name, and that a manager
 /// registers when it is made. The updaters' folder defines it as one plain list, so that a static
 /// link keeps every class.
-std::span<const OrbClass* const> OrbClassTable();
+TKPPDUPDATING_PUBLIC std::span<const OrbClass* const> OrbClassTable();
 
 /// The class of that name in the table, or null.
-const OrbClass* OrbClassFromName(std::string_view name);
+TKPPDUPDATING_PUBLIC const OrbClass* OrbClassFromName(std::string_view name);
 
 }  // namespace TkPPDUpdating

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "manager/OrbPPDUpdatingManager.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -24,7 +25,7 @@ struct OrbClassRunOrder {
 };
 
 /// The only implementation of `OrbPPDUpdatingManager`. Made with the built-in updaters.
-class OrbPPDConcreteUpdatingManager : public OrbPPDUpdatingManager {
+class TKPPDUPDATING_PUBLIC OrbPPDConcreteUpdatingManager : public OrbPPDUpdatingManager {
   public:
     using Classes = std::set<const OrbClass*, OrbClassRunOrder>;
 

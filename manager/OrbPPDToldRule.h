@@ -9,6 +9,7 @@
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbCSPartialStatus.h"
 #include "manager/ITkPPDUpdater.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -41,7 +42,7 @@ struct OrbPPDToldDecision {
 /// shall not get worse asks this rule for each applicable updater, takes the classes that are to
 /// keep their lines out of its manager, and hands the completed status in. The rule is about
 /// answers: without a status, each updater runs as it defines.
-class OrbPPDToldRule {
+class TKPPDUPDATING_PUBLIC OrbPPDToldRule {
   public:
     OrbPPDToldRule() = delete;
 

@@ -6,6 +6,7 @@
 
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbDictionary.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -13,7 +14,7 @@ namespace TkPPDUpdating {
 ///
 /// A context lives for one manager operation and stands for one device: its status is obtained at
 /// most once and shared by all updaters of the run.
-class OrbPPDUpdatingContext {
+class TKPPDUPDATING_PUBLIC OrbPPDUpdatingContext {
   public:
     OrbPPDUpdatingContext() = delete;
 

@@ -10,6 +10,7 @@
 #include "manager/ITkPPDUpdater.h"
 #include "manager/OrbClass.h"
 #include "ppd/PPDText.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -24,7 +25,7 @@ namespace TkPPDUpdating {
 /// `std::out_of_range` when an updater's look-up meets an attribute that ends at its colon; the
 /// manager is then as it was. This class itself implements nothing: each of its operations raises
 /// `OrbInvalidOperationError`.
-class OrbPPDUpdatingManager {
+class TKPPDUPDATING_PUBLIC OrbPPDUpdatingManager {
   public:
     OrbPPDUpdatingManager() = default;
     OrbPPDUpdatingManager(const OrbPPDUpdatingManager&) = delete;

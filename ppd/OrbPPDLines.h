@@ -15,6 +15,7 @@
 #include "ppd/PPDText.h"
 #include "ppd/PPDTextIndex.h"
 #include "ppd/RemovedLines.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -25,7 +26,7 @@ namespace TkPPDUpdating {
 /// is handed on as a new text takes these changes along, so that nobody pays for the lines that
 /// stay. When following the changes has cost more than reading the whole text anew would have, it
 /// does that, and there are no changes any more.
-class OrbPPDLines {
+class TKPPDUPDATING_PUBLIC OrbPPDLines {
   public:
     /// A line of the index beneath, until the next insertion or call of `translations`.
     using LineID = PPDTextIndex::Line;

@@ -14,6 +14,7 @@
 #include "ppd/OrbPPDLines.h"
 #include "ppd/PPDConstants.h"
 #include "ppd/PPDText.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -35,7 +36,7 @@ struct OrbPPDLineRange {
 ///
 /// The text is split once and joined once. Absence is an empty range or nothing; the only errors
 /// are `std::out_of_range` from the operations that say so.
-class OrbPPDProcessor {
+class TKPPDUPDATING_PUBLIC OrbPPDProcessor {
   public:
     OrbPPDProcessor() = default;
     OrbPPDProcessor(const OrbPPDProcessor&) = delete;

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 /// Texts of the PPD format (PPD specification 4.3, CUPS PPD extensions) and of the suite's own
 /// attributes. "%@" in a format stands for one argument; `PPDFormatted` fills it in.
 namespace TkPPDUpdating {
@@ -34,11 +36,12 @@ inline constexpr std::size_t kTkPPDProcessorPPDEndLocation = PTRDIFF_MAX;
 
 /// The format with each "%@" replaced by the next of the arguments, which are taken as they stand.
 /// A "%@" beyond the last argument is left out.
-std::string PPDFormatted(std::string_view format,
-                         std::initializer_list<std::string_view> arguments);
+TKPPDUPDATING_PUBLIC std::string PPDFormatted(std::string_view format,
+                                              std::initializer_list<std::string_view> arguments);
 
 /// The same, appended to `text`.
-void appendPPDFormatted(std::string_view format, std::initializer_list<std::string_view> arguments,
-                        std::string& text);
+TKPPDUPDATING_PUBLIC void appendPPDFormatted(std::string_view format,
+                                             std::initializer_list<std::string_view> arguments,
+                                             std::string& text);
 
 }  // namespace TkPPDUpdating

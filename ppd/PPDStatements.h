@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// One statement of a PPD as the scheduler's library (libcups) reads it: a line with those that
@@ -45,10 +47,10 @@ struct PPDStatement {
 /// Reads a PPD as libcups does, in one pass: LF, CRLF and CR end lines; a value with an open quote
 /// goes on over the following ones; the first colon ends a translation text. Blank lines are no
 /// statements. Never fails: what libcups would refuse is a statement all the same.
-std::vector<PPDStatement> PPDStatementsOfText(std::string_view text);
+TKPPDUPDATING_PUBLIC std::vector<PPDStatement> PPDStatementsOfText(std::string_view text);
 
 /// A translation text as libcups gives it: hexadecimal parts ("<C3A9>") are the bytes that they
 /// stand for (PPD specification 4.3, section 3.5).
-std::string decodedPPDTranslation(std::string_view text);
+TKPPDUPDATING_PUBLIC std::string decodedPPDTranslation(std::string_view text);
 
 }  // namespace TkPPDUpdating

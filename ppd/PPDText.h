@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 class OrbPPDLines;
@@ -17,7 +19,7 @@ class PPDTextIndex;
 /// A text knows its lines (`OrbPPDLines`), or which lines of another text it was made of and what
 /// was changed; its bytes are put together when somebody asks for them, once. It may be used by
 /// several threads.
-class PPDText {
+class TKPPDUPDATING_PUBLIC PPDText {
   public:
     PPDText() = default;
     PPDText(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): null is a text's absence
@@ -47,6 +49,6 @@ class PPDText {
 };
 
 /// Makes a text of its own from `content`.
-PPDText makePPDText(std::string content);
+TKPPDUPDATING_PUBLIC PPDText makePPDText(std::string content);
 
 }  // namespace TkPPDUpdating

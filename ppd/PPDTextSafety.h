@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// What a text that a printer reported is, and so where in a PPD it comes to stand.
@@ -51,9 +53,11 @@ enum class PrinterText {
 /// goes what cannot do without it: a page type's list, a media type, a profile. The reason is one
 /// phrase that names the offending character and its byte offset and says what is left out; it
 /// holds none of the text itself.
-std::optional<std::string> reasonPrinterTextIsRefused(PrinterText kind, std::string_view text);
+TKPPDUPDATING_PUBLIC std::optional<std::string> reasonPrinterTextIsRefused(PrinterText kind,
+                                                                           std::string_view text);
 
 /// The same for a text of no special kind: whether it can stand in one PPD line at all.
-std::optional<std::string> reasonTextCannotStandInPPDLine(std::string_view text);
+TKPPDUPDATING_PUBLIC std::optional<std::string> reasonTextCannotStandInPPDLine(
+    std::string_view text);
 
 }  // namespace TkPPDUpdating

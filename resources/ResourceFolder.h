@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/TkPPDUpdatingPublic.h"
+
 namespace TkPPDUpdating {
 
 /// Finds the library's own data folder, which holds its resources. The calling program's working
@@ -12,13 +14,13 @@ namespace TkPPDUpdating {
 /// The folder is looked for from the object file that the library's code runs from: the shared
 /// library, or, with the static library, the program or shared library that it is linked into. In
 /// this order:
-/// 1. the installed data folder, by the way that leads there from an installed library (a static
-///    one: from an installed program), so that a relocated installation finds its own;
+/// 1. the installed data folder, by the way that leads there from an installed library, or from an
+///    installed program when the object is one, so that a relocated installation finds its own;
 /// 2. the `resources` folder of the sources, when the object lies in the build tree (that of the
 ///    whole project, where the library is a subproject);
-/// 3. for the static library, whose place tells nothing when it is linked into a program that is
-///    installed elsewhere, the data folder of the prefix that was configured.
-class ResourceFolder {
+/// 3. the data folder of the prefix that was configured, for the static library, whose place tells
+///    nothing when it is linked into a program that is installed elsewhere.
+class TKPPDUPDATING_PUBLIC ResourceFolder {
   public:
     ResourceFolder() = delete;
 

@@ -1,8 +1,8 @@
 #include "tools/Backends.h"
 
+#include "backends/modules/BackendModules.h"
 #include "backends/recorded/RecordedDeviceStatus.h"
 #include "core_interface/OrbCoreInterface.h"
-#include "tools/BackendModules.h"
 #include "tools/InterruptionWatch.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
 #include "sync/QueuePPDSource.h"

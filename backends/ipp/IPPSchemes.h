@@ -2,6 +2,7 @@
 
 #include "backends/ipp/IPPDeviceStatusLimits.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -14,7 +15,7 @@ namespace TkPPDUpdating {
 /// certificate proves nothing here, since nearly all are self-signed: any is accepted, and none is
 /// stored (docs/ipp-mapping.md says why). A "dnssd" name is resolved where libcups can, that is
 /// with Avahi running.
-void registerIPPDeviceStatus(DeviceStatusSchemes& schemes,
-                             const IPPDeviceStatusLimits& limits = {});
+TKPPDUPDATING_PUBLIC void registerIPPDeviceStatus(DeviceStatusSchemes& schemes,
+                                                  const IPPDeviceStatusLimits& limits = {});
 
 }  // namespace TkPPDUpdating

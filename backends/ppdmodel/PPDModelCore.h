@@ -8,13 +8,14 @@
 
 #include "core_interface/TkCore.h"
 #include "ppd/PPDText.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 class PPDModelFile;
 
 /// The core library of this project: parses PPDs with `PPDModelFile` and finds the PPDs of queues.
-class PPDModelCore : public TkCore {
+class TKPPDUPDATING_PUBLIC PPDModelCore : public TkCore {
   public:
     /// Gives the PPD text of a queue whose name has been checked: the scheduler's answer where a
     /// backend for it is built in. A null text when the answer is that the queue has none, nothing

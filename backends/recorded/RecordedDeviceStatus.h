@@ -6,12 +6,13 @@
 
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// A device status read from a recording: a JSON object whose keys are the status key texts (the
 /// format is in docs/recorded-status.md).
-class RecordedDeviceStatus : public ReportedDeviceStatus {
+class TKPPDUPDATING_PUBLIC RecordedDeviceStatus : public ReportedDeviceStatus {
   public:
     using ReportedDeviceStatus::ReportedDeviceStatus;
 
@@ -35,6 +36,6 @@ class RecordedDeviceStatus : public ReportedDeviceStatus {
 
 /// Registers the backend for "file": the URI names a recording, `file:///path/printer.json` or,
 /// relative to the working directory, `file:printer.json`.
-void registerRecordedDeviceStatus(DeviceStatusSchemes& schemes);
+TKPPDUPDATING_PUBLIC void registerRecordedDeviceStatus(DeviceStatusSchemes& schemes);
 
 }  // namespace TkPPDUpdating

@@ -10,12 +10,13 @@
 
 #include "core_interface/OrbCSError.h"
 #include "core_interface/TkCommunicationServices.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// The communication-services library of this project: hands a device URI to the backend that is
 /// registered for its scheme. An application adds a scheme of its own with one call.
-class DeviceStatusSchemes : public TkCommunicationServices {
+class TKPPDUPDATING_PUBLIC DeviceStatusSchemes : public TkCommunicationServices {
   public:
     /// Obtains the status of the printer behind a URI of the scheme; null, and the cause and
     /// reason in `error`, when there is none. `parameters` may be null. May be

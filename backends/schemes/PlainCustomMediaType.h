@@ -7,11 +7,12 @@
 #include <utility>
 
 #include "core_interface/OrbCustomMediaType.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// A custom media type as a plain value; what PPDs and device backends make.
-class PlainCustomMediaType : public OrbCustomMediaType {
+class TKPPDUPDATING_PUBLIC PlainCustomMediaType : public OrbCustomMediaType {
   public:
     PlainCustomMediaType(std::optional<std::string> name, std::optional<std::string> mediaID,
                          std::optional<std::string> parentMediaID,

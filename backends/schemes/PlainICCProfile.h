@@ -7,11 +7,12 @@
 #include <utility>
 
 #include "core_interface/OrbICCProfile.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// An ICC profile as a plain value; what PPDs and device backends make.
-class PlainICCProfile : public OrbICCProfile {
+class TKPPDUPDATING_PUBLIC PlainICCProfile : public OrbICCProfile {
   public:
     PlainICCProfile(std::optional<std::string> URL, std::optional<std::string> qualifierVer2,
                     std::optional<std::uint64_t> profileID)

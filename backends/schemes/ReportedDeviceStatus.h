@@ -12,16 +12,17 @@
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/OrbCSStatusSources.h"
 #include "core_interface/OrbCSStatusValue.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
 /// A device status that was read as a whole: what the printer reported, by status key
 /// (`core_interface/TkCSKeys.h`), what its answer told at all, and why other values of it are not
 /// in it. What backends hand over.
-class ReportedDeviceStatus : public OrbCSDeviceStatus,
-                             public OrbCSPartialStatus,
-                             public OrbCSStatusSources,
-                             public OrbCSIdentifiedStatus {
+class TKPPDUPDATING_PUBLIC ReportedDeviceStatus : public OrbCSDeviceStatus,
+                                                  public OrbCSPartialStatus,
+                                                  public OrbCSStatusSources,
+                                                  public OrbCSIdentifiedStatus {
   public:
     using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
 

@@ -2,6 +2,7 @@
 
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "backends/snmp/SNMPDeviceStatusLimits.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -13,7 +14,7 @@ namespace TkPPDUpdating {
 /// stands on net-snmp, of which only single sessions are used, one for each printer: no
 /// configuration file and no MIB of that library is read. A printer is asked without any lock held
 /// while it is waited for, so that many can be asked side by side.
-void registerSNMPDeviceStatus(DeviceStatusSchemes& schemes,
-                              const SNMPDeviceStatusLimits& limits = {});
+TKPPDUPDATING_PUBLIC void registerSNMPDeviceStatus(DeviceStatusSchemes& schemes,
+                                                   const SNMPDeviceStatusLimits& limits = {});
 
 }  // namespace TkPPDUpdating

@@ -22,12 +22,13 @@ bool exists(const std::string& path, const fs::path& page) {
 TEST(NamedFiles, AreThere) {
     // Folders of the sources; "ppd/NAME.ppd" stands for a file of the CUPS server root.
     const std::regex named(
-        "\\b(backends|benchmarks|cmake|core_interface|docs|fuzz|manager|ppd|resources|samples|"
+        "\\b(backends|benchmarks|c_interface|cmake|core_interface|docs|examples|exports|fuzz|"
+        "manager|packaging|ppd|resources|samples|"
         "scripts|sync|tests|text|tools|updaters)/(?!NAME)[A-Za-z0-9_./-]*[A-Za-z0-9_/]");
     for (const std::string page :
          {"README.md", "CONTRIBUTING.md", "SECURITY.md", "docs/architecture.md",
-          "docs/adding-a-scheme.md", "docs/ipp-mapping.md", "docs/one-line.md",
-          "docs/recorded-status.md", "docs/sync.md", "samples/README.md"}) {
+          "docs/adding-a-scheme.md", "docs/c-interface.md", "docs/ipp-mapping.md",
+          "docs/one-line.md", "docs/recorded-status.md", "docs/sync.md", "samples/README.md"}) {
         const std::string text = textOfSource(page);
         for (std::sregex_iterator each(text.begin(), text.end(), named), end; each != end; ++each) {
             const bool isPartOfLongerPath =

@@ -7,6 +7,7 @@
 #include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDUpdater.h"
 #include "ppd/OrbPPDProcessor.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -21,7 +22,8 @@ namespace TkPPDUpdating {
 ///
 /// The operations that edit pass on the `std::out_of_range` of
 /// `OrbPPDProcessor::deleteAttributeWithKeyword_spec_value`.
-class OrbPPDAttributesUpdater : public ITkPPDUpdater, public ITkPPDLineOwnership {
+class TKPPDUPDATING_PUBLIC OrbPPDAttributesUpdater : public ITkPPDUpdater,
+                                                     public ITkPPDLineOwnership {
   public:
     /// The main keywords (without asterisk) of the attributes, in the order in which they are
     /// written. The texts live as long as the process.

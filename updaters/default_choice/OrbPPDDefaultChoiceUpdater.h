@@ -9,6 +9,7 @@
 
 #include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDUpdater.h"
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -23,7 +24,8 @@ using OrbPPDDefaultChoices = std::map<std::string, std::string, std::less<>>;
 /// the parsed PPD, a text edit against the text itself, where the choice must have a translation.
 ///
 /// Implementers: keep no state from one PPD to the next.
-class OrbPPDDefaultChoiceUpdater : public ITkPPDUpdater, public ITkPPDLineOwnership {
+class TKPPDUPDATING_PUBLIC OrbPPDDefaultChoiceUpdater : public ITkPPDUpdater,
+                                                        public ITkPPDLineOwnership {
   public:
     static constexpr std::string_view kClassName = "OrbPPDDefaultChoiceUpdater";
 

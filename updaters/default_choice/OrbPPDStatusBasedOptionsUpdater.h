@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "text/TkPPDUpdatingPublic.h"
 #include "updaters/default_choice/OrbPPDDefaultChoiceUpdater.h"
 
 namespace TkPPDUpdating {
@@ -13,7 +14,7 @@ namespace TkPPDUpdating {
 /// Abstract base of the updaters whose default choices follow from the device's status. For each
 /// option a subclass answers three questions: the status key or the accessory that the option is
 /// read from, and the choice that a value means.
-class OrbPPDStatusBasedOptionsUpdater : public OrbPPDDefaultChoiceUpdater {
+class TKPPDUPDATING_PUBLIC OrbPPDStatusBasedOptionsUpdater : public OrbPPDDefaultChoiceUpdater {
   public:
     static constexpr std::string_view kClassName = "OrbPPDStatusBasedOptionsUpdater";
 

@@ -1,13 +1,13 @@
-#include "tools/BackendModules.h"
+#include "backends/modules/BackendModules.h"
 
 #include <dlfcn.h>
 
 #include <filesystem>
 #include <mutex>
 #include <optional>
-#include <system_error>
 
 #include "backends/schemes/BackendModule.h"
+#include "resources/ObjectFile.h"
 #include "sync/SchedulerModule.h"
 
 namespace TkPPDUpdating {
@@ -64,13 +64,15 @@ class LazyBackends {
 }  // namespace
 
 std::unique_ptr<BackendModule> BackendModule::loaded(const std::string& name, std::string& error) {
-    std::error_code failed;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
-    if (failed) {
-        error = "the program's own folder is not known";
+    const ObjectFile object = ObjectFile::ofThisCode();
+    if (object.path.empty()) {
+        error = "the library's own folder is not known";
         return nullptr;
     }
-    const auto path = program.parent_path() / TKPPDUPDATING_WAY_TO_MODULES / (name + ".so");
+    const auto path = std::filesystem::path(object.path).parent_path() /
+                      (object.isProgram ? TKPPDUPDATING_WAY_FROM_PROGRAM_TO_MODULES
+                                        : TKPPDUPDATING_WAY_FROM_LIBRARY_TO_MODULES) /
+                      (name + ".so");
     void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!handle) {
         // dlerror is safe here: its text belongs to this thread.

@@ -15,9 +15,10 @@ namespace TkPPDUpdating {
 /// stays there until its end.
 class BackendModule {
   public:
-    /// Loads "NAME.so" from the tool's own folder of modules, which lies at a fixed way from the
-    /// program's file: neither the environment nor the working directory has a part in it. Null,
-    /// with the reason (one phrase) in `error`, when it cannot be loaded.
+    /// Loads "NAME.so" from the folder of modules, which lies at a fixed way from the file that
+    /// this code runs from, the tool's or a shared library's: neither the environment nor the
+    /// working directory has a part in it. Null, with the reason (one phrase) in `error`, when it
+    /// cannot be loaded.
     static std::unique_ptr<BackendModule> loaded(const std::string& name, std::string& error);
 
     /// The function that it exports under that name, or null.
