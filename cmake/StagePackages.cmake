@@ -1,0 +1,62 @@
+# CPack runs this on the files of the Debian packages, each component in a folder of its own, before they
+# are packed: gives each a copyright file and a changelog, and compresses and strips as Debian wants it.
+cmake_policy(SET CMP0057 NEW)
+
+function(run)
+    execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# The section of the version that is packed, as a Debian changelog has it.
+function(write_changelog file)
+    file(STRINGS "${CPACK_TKPPDUPDATING_SOURCES}/CHANGELOG.md" lines)
+    set(entries "")
+    set(is_inside FALSE)
+    foreach(line IN LISTS lines)
+        if(line MATCHES "^## ")
+            string(FIND "${line}" "## ${CPACK_PACKAGE_VERSION}" place)
+            string(COMPARE EQUAL "${place}" 0 is_inside)
+        elseif(is_inside AND line MATCHES "^- (.*)")
+            string(APPEND entries "  * ${CMAKE_MATCH_1}\n")
+        elseif(is_inside AND line MATCHES "^  ([^ ].*)")
+            string(APPEND entries "    ${CMAKE_MATCH_1}\n")
+        endif()
+    endforeach()
+    if(NOT entries)
+        message(FATAL_ERROR "CHANGELOG.md has no entries for the version ${CPACK_PACKAGE_VERSION}")
+    endif()
+    # The moment that SOURCE_DATE_EPOCH names, where it is set.
+    string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+    file(WRITE "${file}" "${CPACK_PACKAGE_NAME} (${CPACK_PACKAGE_VERSION}) unstable; urgency=medium\n\n"
+        "${entries}\n -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
+    run(gzip -9n "${file}")
+endfunction()
+
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+    string(TOUPPER "${component}" upper)
+    set(package "${CPACK_DEBIAN_${upper}_PACKAGE_NAME}")
+    set(root "${CPACK_TEMPORARY_DIRECTORY}/${component}/usr")
+    if(NOT EXISTS "${root}")
+        message(FATAL_ERROR "no files of the component ${component} in ${root}")
+    endif()
+    set(documentation "${root}/share/doc/${package}")
+    file(MAKE_DIRECTORY "${documentation}")
+    file(COPY "${CPACK_TKPPDUPDATING_SOURCES}/packaging/copyright" DESTINATION "${documentation}"
+        FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+    write_changelog("${documentation}/changelog")
+    file(GLOB_RECURSE pages "${root}/share/man/*.1")
+    file(GLOB_RECURSE archives "${root}/lib/*.a")
+    foreach(page IN LISTS pages)
+        run(gzip -9n "${page}")
+    endforeach()
+    foreach(archive IN LISTS archives)
+        run("${CPACK_TKPPDUPDATING_STRIP}" --strip-debug --remove-section=.comment
+            --remove-section=.note --enable-deterministic-archives "${archive}")
+    endforeach()
+    # A shared library is data to whoever links it.
+    file(GLOB_RECURSE libraries "${root}/lib/*.so*")
+    foreach(library IN LISTS libraries)
+        if(NOT IS_SYMLINK "${library}")
+            file(CHMOD "${library}" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+        endif()
+    endforeach()
+endforeach()
