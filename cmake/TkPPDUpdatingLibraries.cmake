@@ -77,6 +77,9 @@ function(tkppdupdating_add_shared_library component target name requires)
         "-Wl,--version-script=${PROJECT_BINARY_DIR}/versions.map"
         # What comes out of a static library is this one's own business.
         -Wl,--exclude-libs,ALL)
+    if(TKPPDUPDATING_HARDENING)
+        tkppdupdating_harden(${shared})
+    endif()
     if(TKPPDUPDATING_SANITIZERS)
         target_link_options(${shared} PUBLIC "-fsanitize=${TKPPDUPDATING_SANITIZERS}")
     else()
