@@ -62,8 +62,8 @@ Cell cellOf(std::string_view line) {
     return cell;
 }
 
-template <typename Cells>
-std::string recordingOf(const Cells& cells) {
+/// The recording of the status that the cells mean, or why there is none.
+std::string recordingOf(const std::vector<Cell>& cells, bool isLookedAt) {
     SNMPRows rows;
     for (const Cell& cell : cells) {
         rows.set(*cell.column, cell.row, cell.value);
@@ -71,14 +71,16 @@ std::string recordingOf(const Cells& cells) {
             rows.setCutShort(*cell.column);
         }
     }
-    require(rows.size() <= std::size(cells), "no more cells than were set");
+    require(rows.size() <= cells.size(), "no more cells than were set");
     OrbCSError error;
     const auto status = SNMPStatusMapping::statusForRows(rows, error);
     if (!status) {
         require(!error.reason.empty(), "no status has a reason");
         return "none: " + error.reason;
     }
-    requireSoundNetworkStatus(*status);
+    if (isLookedAt) {
+        requireSoundNetworkStatus(*status);
+    }
     return RecordedDeviceStatus::JSONForStatus(*status);
 }
 
@@ -96,8 +98,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
             cells.push_back(std::move(cell));
         }
     }
-    const std::string recording = recordingOf(cells);
+    const std::string recording = recordingOf(cells, true);
     std::reverse(cells.begin(), cells.end());
-    require(recordingOf(cells) == recording, "the order of the cells does not count");
+    require(recordingOf(cells, false) == recording, "the order of the cells does not count");
     return 0;
 }

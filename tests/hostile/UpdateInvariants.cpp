@@ -26,8 +26,11 @@ constexpr std::array<std::string_view, 10> kOptionsOfUpdaters = {
     "MediaType",       "ZrPenConfig",       "ZrLowerTrayInstalled", "ZrAutoDuplexerInstalled",
     "ZrICCProfileId2", "ZrPenConfigOptions"};
 
-constexpr std::array<std::string_view, 3> kCapabilities = {
-    "ZrDeviceCapabilities", "ZrAutoDuplexCapability", "ZrNonInstallableDuplex"};
+/// Attributes that come from no printer's text, but from another PPD or what is known of a
+/// duplexer.
+constexpr std::array<std::string_view, 4> kOfOtherPPDs = {
+    "ZrDeviceCapabilities", "ZrAutoDuplexCapability", "ZrNonInstallableDuplex",
+    "ZrEPRInfoSupported"};
 
 template <typename List>
 bool contains(const List& list, std::string_view name) {
@@ -39,7 +42,7 @@ bool isDefaultOfUpdaters(std::string_view keyword) {
 }
 
 bool isAttributeOfUpdaters(std::string_view keyword) {
-    return isAttributeOfPrinters(keyword) || contains(kCapabilities, keyword);
+    return isAttributeOfPrinters(keyword) || contains(kOfOtherPPDs, keyword);
 }
 
 /// The library's property list: texts by their keys.
@@ -187,7 +190,7 @@ bool isOfUpdaters(const LibcupsFact& fact) {
     }
     if (fact.kind == "attribute") {
         return fact.text.empty() && fact.optionKeyword.empty() &&
-               (contains(kCapabilities, fact.keyword) || isDefaultOfUpdaters(fact.keyword));
+               (contains(kOfOtherPPDs, fact.keyword) || isDefaultOfUpdaters(fact.keyword));
     }
     return fact.kind == "default" && contains(kOptionsOfUpdaters, fact.keyword);
 }
