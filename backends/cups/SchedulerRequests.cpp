@@ -34,12 +34,12 @@ QueueFailure failureForHTTPStatus(http_status_t status) {
 
 QueueFailure failureForIPPStatus(ipp_t* answer) {
     constexpr std::size_t kLongestMessage = 255;  // RFC 8011, section 4.1.6.2
-    const ipp_status_t status = ippGetStatusCode(answer);
+    const int status = static_cast<int>(ippGetStatusCode(answer));
     ipp_attribute_t* attribute = ippFindAttribute(answer, "status-message", IPP_TAG_TEXT);
     const char* text = attribute ? ippGetString(attribute, 0, nullptr) : nullptr;
     const std::string message =
         text && *text ? ": " + std::string(text).substr(0, kLongestMessage) : "";
-    const std::string code = " (" + std::string(ippErrorString(status)) + ")";
+    const std::string code = " (" + nameOfIPPStatus(status) + ")";
     switch (status) {
         case IPP_STATUS_ERROR_NOT_FOUND:
             return {&queueSyncCause("no-queue"), "there is no queue of that name"};

@@ -159,13 +159,12 @@ std::optional<Failure> exchange(http_t* connection, const std::string& resource,
 }
 
 /// The status code of an answer (RFC 8010, section 3.1.1); nothing without a whole header.
-std::optional<ipp_status_t> statusOfAnswer(std::string_view answer) {
+std::optional<int> statusOfAnswer(std::string_view answer) {
     constexpr std::size_t kHeaderLength = 8;
     if (answer.size() < kHeaderLength) {
         return std::nullopt;
     }
-    return static_cast<ipp_status_t>(static_cast<unsigned char>(answer[2]) << 8U |
-                                     static_cast<unsigned char>(answer[3]));
+    return static_cast<unsigned char>(answer[2]) << 8U | static_cast<unsigned char>(answer[3]);
 }
 
 /// The status that the bytes of an answer mean; null and the cause when they are no usable one.
@@ -187,9 +186,8 @@ std::shared_ptr<const ReportedDeviceStatus> statusForBytes(std::string_view answ
     // RFC 8011, appendix B: every code below is a success, also one that we do not know.
     constexpr int kFirstAfterSuccess = 0x0100;
     const auto code = statusOfAnswer(answer);
-    if (code && static_cast<int>(*code) >= kFirstAfterSuccess) {
-        error = {OrbCSError::Cause::deviceError,
-                 "the printer answers " + std::string(ippErrorString(*code))};
+    if (code && *code >= kFirstAfterSuccess) {
+        error = {OrbCSError::Cause::deviceError, "the printer answers " + nameOfIPPStatus(*code)};
         return nullptr;
     }
     if (!filtered.hasWanted) {

@@ -1,6 +1,8 @@
 #include "backends/libcups/IPPMessage.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdio>
 #include <utility>
 
 namespace TkPPDUpdating {
@@ -44,6 +46,16 @@ IPPMessage IPPMessageWithBytes(std::string_view bytes) {
     IPPMessage message = IPPMessageReadFrom(bytes);
     // The length that it would have again on the wire: the same when nothing was lost.
     return message && ippLength(message.get()) == bytes.size() ? std::move(message) : nullptr;
+}
+
+std::string nameOfIPPStatus(int code) {
+    constexpr int kFirstBeyond = 0x1000;
+    if (code >= 0 && code < kFirstBeyond) {
+        return ippErrorString(static_cast<ipp_status_t>(code));
+    }
+    std::array<char, sizeof "0xFFFFFFFF"> number{};
+    (void)std::snprintf(number.data(), number.size(), "0x%04x", static_cast<unsigned>(code));
+    return number.data();
 }
 
 }  // namespace TkPPDUpdating

@@ -3,6 +3,7 @@
 #include <cups/ipp.h>
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace TkPPDUpdating {
@@ -27,5 +28,10 @@ IPPMessage IPPMessageReadFrom(std::string_view bytes);
 /// attributes out without a word, and what is missing in an answer must not be taken for what the
 /// printer does not have.
 IPPMessage IPPMessageWithBytes(std::string_view bytes);
+
+/// The name of a status code (RFC 8011, appendix B), such as "client-error-not-found"; "0xbb99" for
+/// one without a name. Whoever answers may send any of 16 bits: what is beyond libcups's
+/// enumeration is no value of it, and stays a number.
+std::string nameOfIPPStatus(int code);
 
 }  // namespace TkPPDUpdating

@@ -18,5 +18,13 @@ TEST(IPPMessageTest, ARequestAsksForEnglishWhateverTheLocale) {
     EXPECT_STREQ(ippGetString(language, 0, nullptr), "en");
 }
 
+TEST(IPPStatusName, IsThatOfTheStandardOrTheNumber) {
+    EXPECT_EQ(nameOfIPPStatus(0x0000), "successful-ok");
+    EXPECT_EQ(nameOfIPPStatus(0x0406), "client-error-not-found");
+    EXPECT_EQ(nameOfIPPStatus(0x0FFF), "0x0fff");
+    EXPECT_EQ(nameOfIPPStatus(0xBB99), "0xbb99");
+    EXPECT_EQ(nameOfIPPStatus(0xFFFF), "0xffff");
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating
