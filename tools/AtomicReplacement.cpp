@@ -14,6 +14,7 @@
 #include "text/FileDescriptor.h"
 #include "tools/Failure.h"
 #include "tools/FileAttributes.h"
+#include "tools/PPDOfUser.h"
 #include "tools/SpecialFile.h"
 
 namespace TkPPDUpdating {
@@ -219,7 +220,7 @@ FileInPlace::FileInPlace(std::string path)
     std::string reason;
     text_ = PPDTextWithContentsOfDescriptor(file_.get(), &reason);
     if (!text_) {
-        throw Failure(ExitStatus::noResult, path_, reason);
+        throwUnreadablePPD(path_, reason);
     }
 }
 

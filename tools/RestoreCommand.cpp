@@ -24,6 +24,9 @@ RestoreCommand::RestoreCommand(CLI::App& application)
         ->type_name("DIR");
     subcommand().add_option("QUEUE", queueName_, "The print queue")->required()->type_name("");
     schedulerOptions_.addTo(subcommand());
+    subcommand().footer(
+        "Example:\n"
+        "  tkppdupdate restore --backup /var/backups/ppd office");
 }
 
 ExitStatus RestoreCommand::run() {

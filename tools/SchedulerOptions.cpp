@@ -21,6 +21,12 @@ namespace {
 /// Empty for what may be a scheduler, else what is wrong: an empty text, as an unset variable gives
 /// it, must not become the scheduler of this machine.
 std::string complaintAboutServer(const std::string& server) {
+    const std::size_t scheme = server.find("://");
+    if (scheme != std::string::npos) {
+        const std::string_view place = std::string_view(server).substr(scheme + 3);
+        return "\"" + server + "\" is a URI; write " +
+               std::string(place.substr(0, place.find('/')));
+    }
     return server.empty() ? "\"\" is no scheduler" : "";
 }
 

@@ -17,6 +17,10 @@ StatusCommand::StatusCommand(CLI::App& application, const Backends& backends)
         .add_option("URI", deviceURI_, "The printer; file:PATH names a recorded status")
         ->required()
         ->type_name("");
+    subcommand().footer(
+        "Examples:\n"
+        "  tkppdupdate status ipp://192.168.1.5/ipp/print >office.json\n"
+        "  tkppdupdate status snmp://192.168.1.5");
 }
 
 ExitStatus StatusCommand::run() {

@@ -74,6 +74,11 @@ SyncCommand::SyncCommand(CLI::App& application, const Backends& backends)
                           "Set the default page size, too, to the paper of the user's country");
     addResultOptions();
     updaters_.addTo(subcommand());
+    subcommand().footer(
+        "Examples:\n"
+        "  tkppdupdate sync --all --dry-run\n"
+        "  tkppdupdate sync office --explain\n"
+        "  tkppdupdate sync --all --exclude lab --backup /var/backups/ppd --quiet");
 }
 
 void SyncCommand::addQueueOptions() {
@@ -226,10 +231,8 @@ std::vector<std::string> SyncCommand::allQueues(const QueueScheduler& scheduler)
     QueueFailure failure;
     auto names = scheduler.queueNames(failure);
     if (!names) {
-        const std::string& server = schedulerOptions_.server();
-        const auto place = server.empty() ? std::nullopt : std::optional(server);
         const bool isEnded = failure.isOf(queueSyncCause("interrupted"));
-        throw Failure(ExitStatus::noResult, place,
+        throw Failure(ExitStatus::noResult, scheduler.name(),
                       isEnded ? InterruptionWatch::reason() : failure.reason);
     }
     for (const std::string& name : withoutRepetitions(excluded_)) {

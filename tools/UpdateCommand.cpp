@@ -2,13 +2,13 @@
 
 #include <utility>
 
-#include "ppd/PPDTextFile.h"
 #include "sync/FollowedDefaults.h"
 #include "sync/UpdateGuard.h"
 #include "tools/AtomicReplacement.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/PPDOfUser.h"
 #include "tools/StandardOutput.h"
 #include "tools/UnifiedDiff.h"
 
@@ -35,17 +35,18 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
         ->needs(device)
         ->excludes("--require-device");
     updaters_.addTo(subcommand());
+    subcommand().footer(
+        "Examples:\n"
+        "  tkppdupdate update office.ppd --device-uri ipp://192.168.1.5/ipp/print --diff\n"
+        "  tkppdupdate update office.ppd --device-uri file:office.json --output new.ppd\n"
+        "  tkppdupdate update new-driver.ppd --queue office --in-place");
 }
 
 ExitStatus UpdateCommand::run() {
     UpdaterSelection::refuseUnwritableUpdateTime();
     std::optional<FileInPlace> inPlace;
-    const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfFile();
-    std::string reason;
-    const auto PPDFile = PPDModelFile::fileWithText(before, &reason);
-    if (!PPDFile) {
-        throw Failure(ExitStatus::noResult, file_, reason);
-    }
+    const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfUsersPPD(file_);
+    const auto PPDFile = PPDOfUser(file_, before);
     const PPDText after = updatedText(PPDFile);
     if (isFileWritten()) {
         refuseHarm(*PPDFile, *after);
@@ -61,15 +62,6 @@ ExitStatus UpdateCommand::run() {
         StandardOutput::write(*after);
     }
     return ExitStatus::done;
-}
-
-PPDText UpdateCommand::textOfFile() const {
-    std::string reason;
-    PPDText text = PPDTextWithContentsOfFile(file_, &reason);
-    if (!text) {
-        throw Failure(ExitStatus::noResult, file_, reason);
-    }
-    return text;
 }
 
 PPDText UpdateCommand::updatedText(const std::shared_ptr<const PPDModelFile>& before) const {

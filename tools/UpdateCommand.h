@@ -26,7 +26,6 @@ class UpdateCommand : public Command {
     ExitStatus run() override;
 
   private:
-    PPDText textOfFile() const;
     PPDText updatedText(const std::shared_ptr<const PPDModelFile>& before) const;
     PPDText textWithQueue(const PPDModelFile& before) const;
     PPDText textWithDevice(const std::shared_ptr<const PPDModelFile>& before) const;

@@ -1,15 +1,32 @@
 #include "tools/UpdaterSelection.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "core_interface/OrbCoreInterface.h"
 #include "manager/OrbClassTable.h"
 #include "ppd/PPDTextSafety.h"
 #include "tools/Failure.h"
+#include "tools/SimilarWord.h"
 
 namespace TkPPDUpdating {
 
 namespace {
+
+/// "; did you mean \"CLASS\"?" for a mistyped class, or for a part of the name of just one.
+std::string questionForUpdaterClass(const std::string& name) {
+    std::vector<std::string> names;
+    std::vector<std::string> longer;
+    for (const OrbClass* updaterClass : OrbClassTable()) {
+        names.emplace_back(updaterClass->name());
+        if (!name.empty() && names.back().find(name) != std::string::npos) {
+            longer.push_back(names.back());
+        }
+    }
+    return longer.size() == 1 ? "; did you mean \"" + longer.front() + "\"?"
+                              : questionForSimilarWord(name, names);
+}
 
 /// Empty for the name of an updater class, else what is wrong.
 std::string complaintAboutClassName(const std::string& name) {
@@ -17,7 +34,8 @@ std::string complaintAboutClassName(const std::string& name) {
     if (updaterClass && updaterClass->conformsToITkPPDUpdater()) {
         return {};
     }
-    return "no updater class is named \"" + name + "\"; \"tkppdupdate updaters\" lists them";
+    return "no updater class is named \"" + name + "\"" + questionForUpdaterClass(name) +
+           "; \"tkppdupdate updaters\" lists them";
 }
 
 }  // namespace
@@ -52,6 +70,11 @@ void UpdaterSelection::refuseUnwritableUpdateTime() {
 }
 
 std::unique_ptr<OrbPPDConcreteUpdatingManager> UpdaterSelection::makeManager() const {
+    const auto both = std::ranges::find_first_of(only_, skip_);
+    if (both != only_.end()) {
+        throw Failure(ExitStatus::usage, std::nullopt,
+                      "--only and --skip both name " + *both + "; leave one of them out");
+    }
     auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
     if (!only_.empty()) {
         const auto builtIn = manager->registeredClasses();

@@ -4,7 +4,7 @@
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
-#include "tools/Failure.h"
+#include "tools/PPDOfUser.h"
 #include "tools/StandardOutput.h"
 
 namespace TkPPDUpdating {
@@ -12,16 +12,16 @@ namespace TkPPDUpdating {
 UpdatersCommand::UpdatersCommand(CLI::App& application)
     : Command(application, kName, "List the updater classes, or those that apply to a PPD") {
     subcommand().add_option("FILE", file_, "The PPD that they shall apply to")->type_name("");
+    subcommand().footer(
+        "Examples:\n"
+        "  tkppdupdate updaters\n"
+        "  tkppdupdate updaters office.ppd");
 }
 
 ExitStatus UpdatersCommand::run() {
     std::shared_ptr<const PPDModelFile> PPDFile;
     if (file_) {
-        std::string reason;
-        PPDFile = PPDModelFile::fileWithContentsOfFile(*file_, &reason);
-        if (!PPDFile) {
-            throw Failure(ExitStatus::noResult, *file_, reason);
-        }
+        PPDFile = PPDOfUser(*file_, textOfUsersPPD(*file_));
     }
     std::set<std::string_view> names;
     const OrbPPDConcreteUpdatingManager manager;

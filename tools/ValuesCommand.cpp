@@ -7,6 +7,7 @@
 #include "sync/PPDUpdate.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/PPDOfUser.h"
 #include "tools/StandardOutput.h"
 
 namespace TkPPDUpdating {
@@ -40,6 +41,10 @@ ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
     PPD->require_option(1);
     device_.addTo(subcommand(), subcommand())->required();
     updaters_.addTo(subcommand());
+    subcommand().footer(
+        "Examples:\n"
+        "  tkppdupdate values --queue office --device-uri ipp://192.168.1.5/ipp/print\n"
+        "  tkppdupdate values --ppd office.ppd --device-uri file:office.json");
 }
 
 ExitStatus ValuesCommand::run() {
@@ -59,9 +64,7 @@ std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfQueue() const {
 }
 
 std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfFile() const {
-    std::string reason;
-    auto PPDFile = PPDModelFile::fileWithContentsOfFile(file_, &reason);
-    return PPDFile ? PPDFile : throw Failure(ExitStatus::noResult, file_, reason);
+    return PPDOfUser(file_, textOfUsersPPD(file_));
 }
 
 OrbPPDUpdatingValues ValuesCommand::valuesFor(const std::shared_ptr<const PPDModelFile>& PPDFile,

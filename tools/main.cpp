@@ -20,6 +20,7 @@
 #include "tools/StatusCommand.h"
 #include "tools/UpdateCommand.h"
 #include "tools/UpdatersCommand.h"
+#include "tools/UsageComplaint.h"
 #include "tools/ValuesCommand.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
 #include "tools/RestoreCommand.h"
@@ -29,18 +30,6 @@
 namespace {
 
 using namespace TkPPDUpdating;
-
-/// Raises what is wrong with the arguments, with a hint at the help that tells better.
-[[noreturn]] void throwUsageError(const CLI::App& application, const std::string& complaint) {
-    const auto named = application.get_subcommands();
-    const std::string command = named.empty() ? "" : named.front()->get_name() + " ";
-    // Where an unknown subcommand is named, the parser complains of a missing one.
-    const auto unknown = application.remaining();
-    const std::string cause =
-        named.empty() && !unknown.empty() ? CLI::ExtrasError(unknown).what() : complaint;
-    throw Failure(ExitStatus::usage, std::nullopt,
-                  cause + " (\"tkppdupdate " + command + "--help\" tells the usage)");
-}
 
 /// The arguments without the program's name. A "--" goes where it says nothing: of the arguments
 /// behind it, the parser takes only as many as the command requires.
@@ -107,10 +96,10 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
         "\"tkppdupdate SUBCOMMAND --help\" tells its options; the manual page tkppdupdate(1) tells "
         "the rest.");
 
+    const auto operands = operandsInPlace(argumentCount, arguments);
     try {
-        auto operands = operandsInPlace(argumentCount, arguments);
-        std::ranges::reverse(operands);  // As the parser wants them.
-        application.parse(std::move(operands));
+        // The parser wants them from the end.
+        application.parse(std::vector<std::string>(operands.rbegin(), operands.rend()));
     } catch (const CLI::CallForHelp&) {
         StandardOutput::write(application.help());
         return ExitStatus::done;
@@ -118,14 +107,16 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
         StandardOutput::write(version + "\n");
         return ExitStatus::done;
     } catch (const CLI::ParseError& error) {
-        throwUsageError(application, error.what());
+        throw Failure(ExitStatus::usage, std::nullopt,
+                      usageComplaint(application, operands, error.what()));
     }
     for (const auto& command : commands) {
         if (command->wasChosen()) {
             return command->run();
         }
     }
-    throwUsageError(application, "A subcommand is required");
+    throw Failure(ExitStatus::usage, std::nullopt,
+                  usageComplaint(application, operands, "A subcommand is required"));
 }
 
 ExitStatus runReportingFailures(int argumentCount, char** arguments) {

@@ -23,7 +23,8 @@ QueueFailure failureForHTTPStatus(http_status_t status) {
         case HTTP_STATUS_UNAUTHORIZED:
         case HTTP_STATUS_CUPS_AUTHORIZATION_CANCELED:
             return {&queueSyncCause("scheduler-refuses"),
-                    "the scheduler refuses it: it wants a password"};
+                    "the scheduler refuses it: it wants a password; run this as root, or as a "
+                    "member of the group lpadmin"};
         case HTTP_STATUS_FORBIDDEN:
             return {&queueSyncCause("scheduler-refuses"), "the scheduler refuses it" + number};
         default:

@@ -130,8 +130,10 @@ TEST_F(RealQueueSync, ASchedulerThatWantsAPasswordIsAFailureAndNobodyIsAsked) {
     const QueueSyncOutcome outcome = sync();
     EXPECT_EQ(outcome.result, QueueSyncResult::failed);
     EXPECT_EQ(outcome.cause, &queueSyncCause("scheduler-refuses"));
-    EXPECT_EQ(outcome.reason,
-              "the updated PPD was not installed: the scheduler refuses it: it wants a password");
+    EXPECT_EQ(
+        outcome.reason,
+        "the updated PPD was not installed: the scheduler refuses it: it wants a password; run "
+        "this as root, or as a member of the group lpadmin");
     EXPECT_TRUE(installedPPD() == before);
 }
 

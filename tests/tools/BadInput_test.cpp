@@ -25,7 +25,8 @@ class BadPPDTest : public ::testing::TestWithParam<BadPPD> {};
 
 TEST_P(BadPPDTest, EndsWithOneLineAndLeavesTheOutputAlone) {
     const TemporaryDirectory directory;
-    const std::string ppd = directory.write("bad.ppd", GetParam().bytes);
+    directory.write("bad.ppd", GetParam().bytes);
+    const std::string ppd = "bad.ppd";
     const std::string output = directory.write("old.ppd", "old");
     const std::string deviceURI = "file://" + directory.write("printer.json", kDuplexerIn);
     const std::string line = "tkppdupdate: " + ppd + ": " + GetParam().reason + "\n";
@@ -38,13 +39,13 @@ TEST_P(BadPPDTest, EndsWithOneLineAndLeavesTheOutputAlone) {
         {"values", "--ppd", ppd, "--device-uri", deviceURI},
         {"updaters", ppd}};
     for (const auto& command : commands) {
-        const ToolRun run = runTool(command);
+        const ToolRun run = runTool(command, {.directory = directory.path()});
         EXPECT_EQ(run.exitStatus, 1) << command[0];
         EXPECT_EQ(run.output, "");
         EXPECT_EQ(run.errors, line);
     }
     EXPECT_EQ(contentsOfFile(output), "old");
-    EXPECT_EQ(contentsOfFile(ppd), GetParam().bytes);
+    EXPECT_EQ(contentsOfFile(directory.path() / ppd), GetParam().bytes);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.path()), {}), 3);
 }
 
@@ -53,13 +54,33 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(BadPPD{"Empty", "", "is no PPD: it is empty"},
                       BadPPD{"Blank", "\n \n", "is no PPD: it is blank"},
                       BadPPD{"NotUTF8", "*PPD-Adobe: \"4.3\"\n*ModelName: \"M\xE9tro\"\n",
-                             "is not valid UTF-8 at byte 32"},
+                             "is not valid UTF-8 at byte 32; if it is ISO-8859-1, \"iconv -f "
+                             "ISO-8859-1 -t UTF-8 bad.ppd | sed "
+                             "'s/^\\*LanguageEncoding:.*/*LanguageEncoding: UTF-8/' >NEW.ppd\" "
+                             "converts it"},
                       BadPPD{"NoPPD", "\n<html></html>\n",
                              "is no PPD: line 2 does not begin with \"*PPD-Adobe\""},
                       BadPPD{"ByteOrderMark", "\xEF\xBB\xBF*PPD-Adobe: \"4.3\"\n",
-                             "is no PPD: it begins with a byte order mark"},
+                             "is no PPD: it begins with a byte order mark; \"tail -c +4 bad.ppd "
+                             ">NEW.ppd\" takes it away"},
                       BadPPD{"ValueThatNeverCloses", "*PPD-Adobe: \"4.3\"\n\n*Open: \"x\ny\n",
                              "has a quoted value that never closes, opened on line 3"},
+                      BadPPD{"UTF16", std::string("\xFF\xFE*\0P\0P\0", 8),
+                             "is not valid UTF-8 at byte 0; it is UTF-16, \"iconv -f UTF-16 -t "
+                             "UTF-8 bad.ppd >NEW.ppd\" converts it"},
+                      BadPPD{"Compressed", "\x1F\x8B\x08",
+                             "is not valid UTF-8 at byte 1; it is compressed, \"zcat <bad.ppd "
+                             ">NEW.ppd\" unpacks it"},
+                      BadPPD{"InTheEncodingThatItNames",
+                             "*PPD-Adobe: \"4.3\"\n*LanguageEncoding: WindowsANSI\n*A: \"\x80\"\n",
+                             "is not valid UTF-8 at byte 54; if it is WINDOWS-1252, \"iconv -f "
+                             "WINDOWS-1252 -t UTF-8 bad.ppd | sed "
+                             "'s/^\\*LanguageEncoding:.*/*LanguageEncoding: UTF-8/' >NEW.ppd\" "
+                             "converts it"},
+                      BadPPD{"BrokenOff",
+                             "*PPD-Adobe: \"4.3\"\n*OpenUI *Duplex/Two-Sided: PickOne\n*Default",
+                             "breaks off within the option Duplex, without a line end; it is not "
+                             "whole, get it once more"},
                       BadPPD{"NULByte", std::string("*PPD-Adobe: \"4.3\"\n*A: \0\n", 24),
                              "has a NUL byte at byte 22"}),
     [](const auto& test) { return test.param.testName; });

@@ -221,10 +221,6 @@ TEST_F(UpdateCommandTest, RunsAllButTheSkippedClasses) {
         update({"--skip", "OrbPPDPenConfigUpdater", "--skip", "OrbPPDDuplexerInstalledUpdater"})
             .output,
         kSmallPPD);
-    EXPECT_EQ(update({"--only", "OrbPPDDuplexerInstalledUpdater", "--skip",
-                      "OrbPPDDuplexerInstalledUpdater"})
-                  .output,
-              kSmallPPD);
 }
 
 TEST_F(UpdateCommandTest, TakesTheFileAfterAClassName) {

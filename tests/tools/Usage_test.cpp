@@ -97,8 +97,12 @@ TEST(UsageTest, HelpGoesToStandardOutput) {
     }
 }
 
-TEST(UsageTest, AnUnknownCommandIsNamed) {
-    EXPECT_NE(runTool({"upgrade"}).errors.find("upgrade"), std::string::npos);
+TEST(UsageTest, EachCommandsHelpHasExamplesThatItsParserTakes) {
+    for (const std::string command : {"update", "values", "updaters", "status"}) {
+        const std::string help = runTool({command, "--help"}).output;
+        const std::size_t examples = help.find("Examples:\n  tkppdupdate " + command);
+        EXPECT_NE(examples, std::string::npos) << help;
+    }
 }
 
 TEST(UsageTest, AnErrorPointsToTheHelpOfItsCommand) {
