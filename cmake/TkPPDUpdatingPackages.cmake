@@ -6,7 +6,7 @@
 # libtkppdupdatingMAJOR.MINOR has the shared libraries with their data and modules, so that two series
 # can be installed side by side; libtkppdupdating-dev what one compiles with; tkppdupdate the command
 # line, which brings its own code along and takes data and modules from the first. What is compiled has
-# its debug symbols in packages NAME-dbgsym.
+# its debug symbols in packages NAME-dbgsym (.ddeb).
 set(runtime_package "libtkppdupdating${TKPPDUPDATING_SERIES}")
 set(TKPPDUPDATING_MAINTAINER "The TkPPDUpdating developers <tkppdupdating@tkppdupdating.invalid>"
     CACHE STRING "Who is named as the maintainer of the Debian packages")
@@ -34,25 +34,23 @@ set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${TKPPDUPDATING_BUILT_LIBRARIES}")
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "keeps the PPD of a print queue in step with its printer (libraries)
- Given the PPD of a CUPS print queue and the device URI of its printer, the
- library gives the PPD back with default choices, driver attributes, duplex
- support and custom media types as the printer reports them.
- .
- This package has the shared libraries, and the modules that talk to
- schedulers and printers.")
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Given the PPD of a CUPS print queue and the device URI of its printer, the
+library gives the PPD back with default choices, driver attributes, duplex
+support and custom media types as the printer reports them.
+
+This package has the shared libraries, and the modules that talk to
+schedulers and printers.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtkppdupdating-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "libcups2-dev, libsnmp-dev, pkg-config")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "keeps the PPD of a print queue in step with its printer (development)
- Given the PPD of a CUPS print queue and the device URI of its printer, the
- library gives the PPD back with default choices, driver attributes, duplex
- support and custom media types as the printer reports them.
- .
- This package has what programs in C++ and C are compiled with: headers,
- static libraries, and files for CMake and pkg-config.")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Given the PPD of a CUPS print queue and the device URI of its printer, the
+library gives the PPD back with default choices, driver attributes, duplex
+support and custom media types as the printer reports them.
+
+This package has what programs in C++ and C are compiled with: headers,
+static libraries, and files for CMake and pkg-config.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME tkppdupdate)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
@@ -60,10 +58,9 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS cups-daemon)
 set(CPACK_DEBIAN_TOOL_DEBUGINFO_PACKAGE ON)
-set(CPACK_COMPONENT_TOOL_DESCRIPTION "keep the PPD of a print queue in step with its printer
- Shows or writes what the PPD of a CUPS print queue is with default choices,
- driver attributes, duplex support and custom media types as the printer
- reports them, and brings all queues of a print server in step.")
+set(CPACK_COMPONENT_TOOL_DESCRIPTION "Shows or writes what the PPD of a CUPS print queue is with default choices,
+driver attributes, duplex support and custom media types as the printer
+reports them, and brings all queues of a print server in step.")
 
 # What stands in the packages and is not installed otherwise, and what CPack does not know of Debian.
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/StagePackages.cmake")
