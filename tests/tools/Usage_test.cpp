@@ -97,7 +97,7 @@ TEST(UsageTest, HelpGoesToStandardOutput) {
     }
 }
 
-TEST(UsageTest, EachCommandsHelpHasExamplesThatItsParserTakes) {
+TEST(UsageTest, EachCommandsHelpHasExamples) {
     for (const std::string command : {"update", "values", "updaters", "status"}) {
         const std::string help = runTool({command, "--help"}).output;
         const std::size_t examples = help.find("Examples:\n  tkppdupdate " + command);
