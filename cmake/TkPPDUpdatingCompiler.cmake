@@ -1,7 +1,9 @@
 # One place for what every target of the project is compiled with.
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    # It keeps nothing of a file with a precompiled header, unless it is told these two.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
 endif()
 
 include(TkPPDUpdatingHardening)
