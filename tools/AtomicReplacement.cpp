@@ -24,6 +24,7 @@ namespace {
 constexpr int kRead = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 constexpr mode_t kModeOfNewFile = 0666;
 constexpr mode_t kModeUntilAttributesAreKept = 0600;
+constexpr const char* kNoNewFile = "no new file can be made in its folder";
 
 /// Holds back the signals by which a user ends a program, so that it ends before or after the
 /// replacement and leaves no temporary file behind.
@@ -85,7 +86,7 @@ class TemporaryFile {
             file_ = newTemporaryFile(place_.folder.get(), name_, mode);
         } while (!file_.isOpen() && errno == EEXIST);
         if (!file_.isOpen()) {
-            throw Failure::ofSystem(shownPath_, "no new file can be made in its folder");
+            throw Failure::ofSystem(shownPath_, kNoNewFile);
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -150,10 +151,10 @@ FilePlace placeForWriting(const std::string& path) {
         return placeOfFile(path);
     } catch (const std::system_error& error) {
         const bool isFolder = error.code() != std::errc::too_many_symbolic_link_levels;
-        throw Failure(
-            ExitStatus::noResult, path,
-            (isFolder ? "no new file can be made in its folder: " : "cannot be written: ") +
-                error.code().message());
+        const bool isMissing = error.code() == std::errc::no_such_file_or_directory;
+        throw Failure(ExitStatus::noResult, path,
+                      (isFolder ? std::string(kNoNewFile) : "cannot be written") + ": " +
+                          error.code().message() + (isMissing ? "; make the folder first" : ""));
     }
 }
 
@@ -205,6 +206,21 @@ void replaceFileAtomically(const std::string& path, std::string_view bytes) {
     }
     const ReplacedFile replaced{file.get(), status};
     replaceAtPlace(path, place, &replaced, bytes);
+}
+
+void refusePlaceToWrite(const std::string& path) {
+    const FilePlace place = placeForWriting(path);
+    struct stat status {};
+    const bool exists =
+        ::fstatat(place.folder.get(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    if (exists && S_ISDIR(status.st_mode)) {
+        errno = EISDIR;
+        throw Failure::ofSystem(path, "cannot be written");
+    }
+    const bool isNewFileMade = !exists || (S_ISREG(status.st_mode) && !place.isOpenFile);
+    if (isNewFileMade && ::faccessat(place.folder.get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
+        throw Failure::ofSystem(path, kNoNewFile);
+    }
 }
 
 FileInPlace::FileInPlace(std::string path)

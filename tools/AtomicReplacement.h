@@ -26,6 +26,10 @@ namespace TkPPDUpdating {
 /// Raises a `Failure` that names the file.
 void replaceFileAtomically(const std::string& path, std::string_view bytes);
 
+/// Raises the `Failure` of `replaceFileAtomically` for a place where it could write nothing, as far
+/// as that can be seen: for a run that asks a printer, or shows what changed, before it writes.
+void refusePlaceToWrite(const std::string& path);
+
 /// A file that is read now and replaced later, if it is still the very file that was read.
 class FileInPlace {
   public:

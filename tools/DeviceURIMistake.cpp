@@ -1,12 +1,17 @@
 #include "tools/DeviceURIMistake.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
+#include "backends/recorded/RecordedDeviceStatus.h"
+#include "text/ASCII.h"
 #include "text/FileURL.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/SimilarWord.h"
 
 namespace TkPPDUpdating {
 
@@ -76,6 +81,54 @@ std::string instead(const std::string& URI, const OrbCSError& error) {
     return scheme == "file" ? "file:PATH or file:///PATH" : kAnyPrinter;
 }
 
+/// The ends of a name that is made of words, from each of its words but the first: short ones,
+/// which other names may end with as well, left out.
+std::vector<std::string> endsOfName(std::string_view name) {
+    constexpr std::size_t kShortestEnd = 8;
+    std::vector<std::string> ends;
+    for (std::size_t at = 1; at + kShortestEnd <= name.size(); ++at) {
+        if (!isASCIILowerCaseLetter(name[at]) && isASCIILowerCaseLetter(name[at - 1])) {
+            ends.emplace_back(name.substr(at));
+        }
+    }
+    return ends;
+}
+
+/// The member that was probably meant by one that a recording may not have; empty when it resembles
+/// none. "Acessories" is meant to be "DeviceAccessories".
+std::string memberMeantBy(const RecordedIgnoredMember& ignored) {
+    std::string meant = similarWord(ignored.name, ignored.known);
+    for (auto known = ignored.known.begin(); meant.empty() && known != ignored.known.end();
+         ++known) {
+        if (!similarWord(ignored.name, endsOfName(*known)).empty()) {
+            meant = *known;
+        }
+    }
+    return meant;
+}
+
+/// What is wrong with a recording that was read: a member that is probably misspelt.
+std::optional<std::string> phraseForMisspeltMember(const Backends& backends,
+                                                   const std::string& deviceURI) {
+    if (DeviceStatusSchemes::schemeOfURI(deviceURI) != "file") {
+        return std::nullopt;
+    }
+    const auto status =
+        backends.devices().deviceStatusWithURI_parameters_error(deviceURI, nullptr, nullptr);
+    const auto* recorded = dynamic_cast<const RecordedDeviceStatus*>(status.get());
+    if (!recorded) {
+        return std::nullopt;
+    }
+    for (const auto& ignored : recorded->ignoredMembers()) {
+        const std::string meant = memberMeantBy(ignored);
+        if (!meant.empty()) {
+            return pathFromFileURL(deviceURI).value_or(deviceURI) + ": " + ignored.place +
+                   ": is no member of a recording; did you mean \"" + meant + "\"?";
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::string> phraseForMistakenDeviceURI(const Backends& backends,
@@ -83,7 +136,7 @@ std::optional<std::string> phraseForMistakenDeviceURI(const Backends& backends,
     const auto error = backends.mistakeInDeviceURI(deviceURI);
     return error ? std::optional(error->reason + "; write " +
                                  instead(Diagnostics::withoutUserInfo(deviceURI), *error))
-                 : std::nullopt;
+                 : phraseForMisspeltMember(backends, deviceURI);
 }
 
 void refuseMistakenDeviceURI(const Backends& backends, const std::string& deviceURI) {

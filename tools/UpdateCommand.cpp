@@ -47,6 +47,9 @@ ExitStatus UpdateCommand::run() {
     std::optional<FileInPlace> inPlace;
     const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfUsersPPD(file_);
     const auto PPDFile = PPDOfUser(file_, before);
+    if (output_) {
+        refusePlaceToWrite(*output_);
+    }
     const PPDText after = updatedText(PPDFile);
     if (isFileWritten()) {
         refuseHarm(*PPDFile, *after);

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "backends/recorded/BoundedJSON.h"
 #include "backends/recorded/RecordingFormat.h"
@@ -40,13 +41,16 @@ ReportedDeviceStatus::Values valuesOf(const nlohmann::json& recording, Recording
     if (!reader.isObject(recording, root)) {
         return values;
     }
+    std::vector<std::string_view> members = {kRecordingToldMember};
     for (const RecordedKey& each : recordedKeys()) {
+        members.push_back(each.key);
         const auto* value = RecordingReader::member(recording, each.key);
         auto statusValue = value ? each.read(reader, *value, {&root, each.key, {}}) : std::nullopt;
         if (statusValue) {
             values.emplace(each.key, std::move(*statusValue));
         }
     }
+    reader.noteOtherMembers(recording, root, members);
     return values;
 }
 
@@ -94,8 +98,10 @@ std::shared_ptr<const RecordedDeviceStatus> RecordedDeviceStatus::statusWithJSON
         error = reader.error();
         return nullptr;
     }
-    return std::make_shared<const RecordedDeviceStatus>(std::move(values), reader.droppedValues(),
-                                                        std::move(told));
+    auto status = std::make_shared<RecordedDeviceStatus>(std::move(values), reader.droppedValues(),
+                                                         std::move(told));
+    status->ignoredMembers_ = reader.ignoredMembers();
+    return status;
 }
 
 std::string RecordedDeviceStatus::JSONForStatus(const OrbCSDeviceStatus& status) {

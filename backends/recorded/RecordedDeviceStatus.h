@@ -3,7 +3,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "backends/recorded/RecordedIgnoredMember.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "text/TkPPDUpdatingPublic.h"
@@ -27,11 +29,18 @@ class TKPPDUPDATING_PUBLIC RecordedDeviceStatus : public ReportedDeviceStatus {
     static std::shared_ptr<const RecordedDeviceStatus> statusWithJSON(std::string_view JSON,
                                                                       std::string& error);
 
+    /// What was ignored of the recording, in its order: the first hundred. An ignored member is no
+    /// error; a caller whose user wrote the recording may want to ask whether it is misspelt.
+    const std::vector<RecordedIgnoredMember>& ignoredMembers() const { return ignoredMembers_; }
+
     /// The status as JSON in the recorded format: keys in the order of the format, two blanks of
     /// indentation, a line feed at the end; with the member "Told" when the status does not tell
     /// everything. What the printer did not report is left out, and so is a number that JSON cannot
     /// express (not finite). Reading it back gives an equal status.
     static std::string JSONForStatus(const OrbCSDeviceStatus& status);
+
+  private:
+    std::vector<RecordedIgnoredMember> ignoredMembers_;
 };
 
 /// Registers the backend for "file": the URI names a recording, `file:///path/printer.json` or,

@@ -67,9 +67,14 @@ std::vector<Element> elementsOf(RecordingReader& reader, const json& value, cons
     return elements;
 }
 
+/// The names of members, of which the others of an object are kept.
+template <std::size_t count>
+using Members = std::array<std::string_view, count>;
+
 // Accessories.
 
 OrbCSDeviceAccessory accessory(RecordingReader& reader, const json& value, const Place& place) {
+    reader.noteOtherMembers(value, place, Members<2>{"name", "isInstalled"});
     return {reader.textMember(value, "name", place, PrinterText::plain),
             reader.booleanMember(value, "isInstalled", place)};
 }
@@ -92,6 +97,7 @@ OptionalValue pensConfiguration(RecordingReader& reader, const json& value, cons
     if (!reader.isObject(value, place)) {
         return configuration;
     }
+    reader.noteOtherMembers(value, place, Members<2>{"codeName", "PPDAttributeValues"});
     configuration.codeName = reader.textMember(value, "codeName", place, PrinterText::pensCodeName);
     const json* attributes = RecordingReader::member(value, "PPDAttributeValues");
     const Place attributesPlace{&place, "PPDAttributeValues", {}};
@@ -128,6 +134,7 @@ Written written(const OrbCSPensConfiguration& configuration) {
 OptionalValue linTable(RecordingReader& reader, const json& value, const Place& place) {
     OrbCSLinTable table;
     if (reader.isObject(value, place)) {
+        reader.noteOtherMembers(value, place, Members<1>{"timestamp"});
         table.timestamp = reader.numberMember(value, "timestamp", place);
     }
     return table;
@@ -159,6 +166,8 @@ OptionalValue resolution(RecordingReader& reader, const json& value, const Place
 
 OrbCSRemainingPagesEstimation estimation(RecordingReader& reader, const json& value,
                                          const Place& place) {
+    reader.noteOtherMembers(value, place,
+                            Members<4>{"pageTypeName", "minPageCount", "maxPageCount", "state"});
     return {reader.textMember(value, "pageTypeName", place, PrinterText::pageTypeName),
             reader.numberMember(value, "minPageCount", place),
             reader.numberMember(value, "maxPageCount", place),
@@ -189,6 +198,7 @@ std::shared_ptr<const OrbICCProfile> profile(RecordingReader& reader, const json
     if (!value || !reader.isObject(*value, place)) {
         return nullptr;
     }
+    reader.noteOtherMembers(*value, place, Members<3>{"URL", "qualifierVer2", "profileID"});
     const std::size_t droppedBefore = reader.countOfDroppedTexts();
     auto URL = reader.URLMember(*value, "URL", place);
     auto qualifier =
@@ -206,6 +216,8 @@ std::shared_ptr<const OrbICCProfile> profile(RecordingReader& reader, const json
 
 std::shared_ptr<const OrbCustomMediaType> mediaType(RecordingReader& reader, const json& value,
                                                     const Place& place) {
+    reader.noteOtherMembers(value, place,
+                            Members<4>{"name", "mediaID", "parentMediaID", "ICCProfile"});
     const std::size_t droppedBefore = reader.countOfDroppedTexts();
     auto name = reader.textMember(value, "name", place, PrinterText::mediaTypeName);
     auto mediaID = reader.textMember(value, "mediaID", place, PrinterText::mediaID);

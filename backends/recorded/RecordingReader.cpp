@@ -1,5 +1,6 @@
 #include "backends/recorded/RecordingReader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -127,6 +128,17 @@ std::vector<std::string> RecordingReader::droppedValues() const {
                           " more texts");
     }
     return reasons;
+}
+
+void RecordingReader::noteOtherMembers(const json& object, const Place& place,
+                                       std::span<const std::string_view> members) {
+    for (const auto& [name, unused] : object.items()) {
+        const bool isKnown = std::ranges::find(members, name) != members.end();
+        if (!isKnown && ignoredMembers_.size() < kMostReasons) {
+            ignoredMembers_.push_back(
+                {Place{&place, name, {}}.text(), name, {members.begin(), members.end()}});
+        }
+    }
 }
 
 bool RecordingReader::isAccepted(PrinterText kind, std::string_view text, const Place& place) {

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "backends/recorded/RecordedIgnoredMember.h"
 #include "core_interface/OrbCSNumberOrString.h"
 #include "ppd/PPDTextSafety.h"
 
@@ -51,6 +53,11 @@ class RecordingReader {
     bool isObject(const nlohmann::json& value, const Place& place);
     bool isArray(const nlohmann::json& value, const Place& place);
 
+    /// Keeps the members of an object that are none of these: the first hundred of a recording.
+    void noteOtherMembers(const nlohmann::json& object, const Place& place,
+                          std::span<const std::string_view> members);
+    const std::vector<RecordedIgnoredMember>& ignoredMembers() const { return ignoredMembers_; }
+
     /// Whether the text may stand in a PPD as one of that kind; the reason is kept when it may not.
     bool isAccepted(PrinterText kind, std::string_view text, const Place& place);
 
@@ -71,6 +78,7 @@ class RecordingReader {
     std::string error_;
     std::vector<std::string> droppedValues_;
     std::size_t countOfDroppedTexts_ = 0;
+    std::vector<RecordedIgnoredMember> ignoredMembers_;
 };
 
 }  // namespace TkPPDUpdating

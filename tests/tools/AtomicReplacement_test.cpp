@@ -138,7 +138,8 @@ TEST(AtomicReplacementTest, RefusesAFolderThatDoesNotExist) {
     EXPECT_EQ(reasonForFailure((directory.write("file", "old") + "/a.ppd")),
               "no new file can be made in its folder: Not a directory");
     EXPECT_EQ(reasonForFailure((directory.path() / "none/a.ppd").string()),
-              "no new file can be made in its folder: No such file or directory");
+              "no new file can be made in its folder: No such file or directory; make the folder "
+              "first");
 }
 
 TEST(AtomicReplacementTest, RefusesAFolderThatCannotBeWrittenTo) {

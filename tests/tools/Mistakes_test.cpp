@@ -32,6 +32,10 @@ class MistakeTest : public ::testing::TestWithParam<Mistake> {
         directory_.write("office.json", kDuplexerIn);
         directory_.write("broken.json", "{\"DeviceAccessories\":\n");
         directory_.write("type.json", "{\"DeviceAccessories\": \"x\"}\n");
+        directory_.write("typo.json", "{\"DeviceAcessories\": []}\n");
+        directory_.write("short.json", "{\"Acessories\": []}\n");
+        directory_.write("inner.json",
+                         "{\"CustomMediaTypes\": [{\"name\": \"A\", \"mediaId\": \"1\"}]}\n");
         directory_.write("page.txt", "hello\n");
         directory_.write("with space.ppd", std::string(kSmallPPD) + "*A: \"\xE9\"\n");
         std::filesystem::create_directory(directory_.path() / "folder");
@@ -132,6 +136,16 @@ INSTANTIATE_TEST_SUITE_P(
                 {"update", "folder", "--device-uri", "file:office.json"},
                 1,
                 "folder: is a directory"},
+        Mistake{
+            "OutputIntoAMissingFolder",
+            {"update", "office.ppd", "--device-uri", "file:office.json", "--output", "none/x.ppd"},
+            1,
+            "none/x.ppd: no new file can be made in its folder: No such file or directory; "
+            "make the folder first"},
+        Mistake{"OutputIsAFolder",
+                {"update", "office.ppd", "--device-uri", "file:office.json", "--output", "folder"},
+                1,
+                "folder: cannot be written: Is a directory"},
         Mistake{"NoPPD",
                 {"update", "page.txt", "--device-uri", "file:office.json"},
                 1,
@@ -178,6 +192,21 @@ INSTANTIATE_TEST_SUITE_P(
                 "the device \"file:type.json\": type.json: DeviceAccessories: expected an array, "
                 "found a string; write file: and the path of a recording, such as \"tkppdupdate "
                 "status\" writes"},
+        Mistake{"MisspeltMember",
+                {"update", "office.ppd", "--device-uri", "file:typo.json", "--in-place"},
+                1,
+                "the device \"file:typo.json\": typo.json: DeviceAcessories: is no member of a "
+                "recording; did you mean \"DeviceAccessories\"?"},
+        Mistake{"MisspeltEndOfAMember",
+                {"values", "--ppd", "office.ppd", "--device-uri", "file:short.json"},
+                1,
+                "the device \"file:short.json\": short.json: Acessories: is no member of a "
+                "recording; did you mean \"DeviceAccessories\"?"},
+        Mistake{"MisspeltMemberWithinAnother",
+                {"status", "file:inner.json"},
+                1,
+                "the device \"file:inner.json\": inner.json: CustomMediaTypes[0].mediaId: is no "
+                "member of a recording; did you mean \"mediaID\"?"},
         Mistake{"RawPort",
                 {"update", "office.ppd", "--device-uri", "socket://localhost:9100"},
                 1,

@@ -24,6 +24,17 @@ TEST(StatusCommandTest, WritesWhatARecordingHoldsAndWhatItTold) {
     EXPECT_EQ(run.errors, "");
 }
 
+TEST(StatusCommandTest, IgnoresMembersOfARecordingThatResembleNoneOfTheFormat) {
+    const TemporaryDirectory directory;
+    const ToolRun run = runTool(
+        {"status", "file:" + directory.write("more.json", R"({"Comment": 1, "date": "2026-11-22",
+            "LinTable": {"timestamp": 7, "clock": "UTC"}, "Resolutions of old": [],
+            "InstalledPensConfiguration": {"PPDAttributeValues": {"codename": "x"}}})")});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    EXPECT_NE(run.output.find("\"timestamp\": 7"), std::string::npos) << run.output;
+}
+
 TEST(StatusCommandTest, ASilentPrinterEndsWithThree) {
     const TemporaryDirectory directory;
     const std::string silent = directory.write("silent.json", "null");

@@ -50,6 +50,35 @@ std::shared_ptr<const OrbICCProfile> profileWith(const std::string& members) {
     return type ? type->ICCProfile() : nullptr;
 }
 
+TEST(RecordedDeviceStatus, TellsWhichMembersWereIgnoredAndWhichThereMayBe) {
+    const auto status = statusFor(R"({"DeviceAccessories": [{"name": "Duplexer", "isInstaled": 1}],
+        "InstalledPensConfiguration": {"codename": "", "PPDAttributeValues": {"Anything": ""}},
+        "LinTable": {"time": 0}, "Comment": {"name": "of nobody"},
+        "CustomMediaTypes": [{"name": "A"}, {"ICCProfile": {"a b": 0}}]})");
+    std::vector<std::string> places;
+    for (const auto& ignored : status->ignoredMembers()) {
+        places.push_back(ignored.place + " " + ignored.name);
+    }
+    EXPECT_THAT(
+        places,
+        ElementsAre("DeviceAccessories[0].isInstaled isInstaled",
+                    "InstalledPensConfiguration.codename codename", "LinTable.time time",
+                    "CustomMediaTypes[1].ICCProfile.(an unprintable name) a b", "Comment Comment"));
+    EXPECT_THAT(status->ignoredMembers()[0].known, ElementsAre("name", "isInstalled"));
+    EXPECT_THAT(status->ignoredMembers()[3].known,
+                ElementsAre("URL", "qualifierVer2", "profileID"));
+    EXPECT_THAT(status->ignoredMembers()[4].known, testing::Contains("CustomMediaTypes"));
+    EXPECT_THAT(status->ignoredMembers()[4].known, testing::Contains("Told"));
+}
+
+TEST(RecordedDeviceStatus, TellsNoMoreThanAHundredIgnoredMembers) {
+    std::string members = "\"Told\": []";
+    for (int i = 0; i < 200; ++i) {
+        members += ", \"a" + std::to_string(i) + "\": 0";
+    }
+    EXPECT_THAT(statusFor("{" + members + "}")->ignoredMembers(), SizeIs(100));
+}
+
 TEST(RecordedDeviceStatus, ReadsAccessories) {
     const auto status = statusFor(R"({"DeviceAccessories": [
         {"name": "Duplexer", "isInstalled": true}, {"name": "Tray2", "isInstalled": false},

@@ -153,6 +153,7 @@ TEST(RecordingRoundTrip, ReadingBackWhatWasWrittenGivesAnEqualStatus) {
         const auto status = readBack(JSON);
         ASSERT_TRUE(status);
         EXPECT_TRUE(status->droppedValues().empty()) << JSON;
+        EXPECT_TRUE(status->ignoredMembers().empty()) << JSON;
         for (const std::string_view key :
              {kTkCSDeviceAccessoriesKey, kTkCSInstalledPensConfigurationKey, kTkCSLinTableKey,
               kTkCSMaxSupportedResolutionKey, kTkCSRemainingPagesEstimationsKey,
