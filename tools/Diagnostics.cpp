@@ -8,6 +8,7 @@
 #include "text/ASCII.h"
 #include "text/FileDescriptor.h"
 #include "text/UTF8.h"
+#include "tools/Journal.h"
 
 namespace TkPPDUpdating {
 
@@ -44,8 +45,10 @@ bool& progressIsShown() {
     return isShown;
 }
 
-void writeLine(std::string_view place, std::string_view mark, std::string_view reason) {
-    std::string line = "tkppdupdate: ";
+void writeLine(Journal::Priority priority, std::string_view place, std::string_view mark,
+               std::string_view reason) {
+    std::string line = Journal::isBehind(STDERR_FILENO) ? Journal::prefix(priority) : "";
+    line += "tkppdupdate: ";
     if (!place.empty()) {
         line += Diagnostics::printable(place) + ": ";
     }
@@ -59,7 +62,7 @@ void writeLine(std::string_view place, std::string_view mark, std::string_view r
 }  // namespace
 
 void Diagnostics::error(std::string_view place, std::string_view reason) {
-    writeLine(place, "", reason);
+    writeLine(Journal::Priority::error, place, "", reason);
 }
 
 void Diagnostics::outOfMemory() noexcept {
@@ -67,11 +70,11 @@ void Diagnostics::outOfMemory() noexcept {
 }
 
 void Diagnostics::warning(std::string_view place, std::string_view reason) {
-    writeLine(place, "warning: ", reason);
+    writeLine(Journal::Priority::warning, place, "warning: ", reason);
 }
 
 void Diagnostics::note(std::string_view place, std::string_view text) {
-    writeLine(place, "", text);
+    writeLine(Journal::Priority::information, place, "", text);
 }
 
 void Diagnostics::showProgress(std::string_view text) {

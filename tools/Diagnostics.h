@@ -6,7 +6,8 @@
 namespace TkPPDUpdating {
 
 /// Writes the tool's lines to standard error: "tkppdupdate: PLACE: REASON", always one line each;
-/// and, when a person looks on, how far it has come.
+/// and, when a person looks on, how far it has come. Under a service the journal is told how grave
+/// a line is (`Journal`).
 class Diagnostics {
   public:
     Diagnostics() = delete;

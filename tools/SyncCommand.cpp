@@ -1,5 +1,7 @@
 #include "tools/SyncCommand.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -13,6 +15,7 @@
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
+#include "tools/Journal.h"
 #include "tools/SystemLog.h"
 
 namespace TkPPDUpdating {
@@ -151,6 +154,10 @@ ExitStatus SyncCommand::run() {
     const QueueSync sync(*scheduler, syncOptions(std::move(statusURIs), backups.get()));
     SyncReport::Options reportOptions = reportOptions_;
     reportOptions.server = scheduler->name();
+    const Journal journal;
+    if (!reportOptions.isJSON && Journal::isBehind(STDOUT_FILENO)) {
+        reportOptions.journal = &journal;
+    }
     return statusFor(reportedRun(sync, queueNames, reportOptions));
 }
 

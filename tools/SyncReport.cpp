@@ -11,6 +11,7 @@
 #include "tools/ExplanationReport.h"
 #include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
+#include "tools/SystemLog.h"
 #include "tools/UnifiedDiff.h"
 
 namespace TkPPDUpdating {
@@ -55,6 +56,23 @@ bool isChange(const QueueSyncOutcome& outcome) {
 bool needsAttention(const QueueSyncOutcome& outcome) {
     return !outcome.notes.empty() || (outcome.result != QueueSyncResult::unchanged &&
                                       outcome.result != QueueSyncResult::skipped);
+}
+
+Journal::Priority priorityOf(QueueSyncResult result) {
+    using enum QueueSyncResult;
+    switch (result) {
+        case failed:
+        case abandoned:
+            return Journal::Priority::error;
+        case busy:
+        case unreachable:
+        case unsupported:
+            return Journal::Priority::warning;
+        case updated:
+            return Journal::Priority::notice;
+        default:
+            return Journal::Priority::information;
+    }
 }
 
 /// Where the status is from, when that is another place than the queue's; else empty. Why one is
@@ -117,7 +135,23 @@ void SyncReport::add(const QueueSyncOutcome& outcome) const {
                             diffStyleForStandardOutput());
     }
     Diagnostics::clearProgress();
-    StandardOutput::write(text);
+    const bool isInJournal =
+        options_.journal &&
+        options_.journal->add(priorityOf(outcome.result),
+                              std::string_view(text).substr(0, text.find_last_not_of('\n') + 1),
+                              journalFieldsForOutcome(outcome));
+    if (!isInJournal) {
+        StandardOutput::write(text);
+    }
+}
+
+Journal::Fields SyncReport::journalFieldsForOutcome(const QueueSyncOutcome& outcome) {
+    Journal::Fields fields = {{SystemLog::kJournalFieldOfQueue, outcome.queueName},
+                              {"TKPPDUPDATE_RESULT", std::string(wordsOf(outcome.result).name)}};
+    if (outcome.cause) {
+        fields.emplace_back("TKPPDUPDATE_CAUSE", outcome.cause->name);
+    }
+    return fields;
 }
 
 void SyncReport::finish(const QueueSyncRun::Summary& summary) const {

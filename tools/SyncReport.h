@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "sync/QueueSyncRun.h"
+#include "tools/Journal.h"
 
 namespace TkPPDUpdating {
 
@@ -20,6 +21,9 @@ class SyncReport {
         std::string server;
         /// Nothing of queues that need nobody's attention, and no summary.
         bool isQuiet = false;
+        /// Takes what is said of each queue instead of standard output, with queue, result and
+        /// cause as fields. Null for none, else it outlives the report; not with JSON.
+        const Journal* journal = nullptr;
     };
 
     SyncReport(const Options& options, std::size_t queueCount)
@@ -44,6 +48,9 @@ class SyncReport {
     std::string JSONForOutcome(const QueueSyncOutcome& outcome) const;
 
     static std::string lineForSummary(const QueueSyncRun::Summary& summary);
+
+    /// The fields of a queue's entry in the journal.
+    static Journal::Fields journalFieldsForOutcome(const QueueSyncOutcome& outcome);
 
     /// The result of that name, as JSON has it; nothing when there is none.
     static std::optional<QueueSyncResult> resultNamed(std::string_view name);

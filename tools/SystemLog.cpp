@@ -1,11 +1,13 @@
 #include "tools/SystemLog.h"
 
 #include <syslog.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cstddef>
 
 #include "tools/Diagnostics.h"
+#include "tools/Journal.h"
 
 namespace TkPPDUpdating {
 
@@ -22,8 +24,14 @@ void SystemLog::open() {
 
 void SystemLog::tellReplacement(const std::string& queueName, const std::string& what,
                                 const std::vector<std::string>& keywords) {
-    if (isOpen) {
-        const std::string line = lineForReplacement(queueName, what, keywords);
+    if (!isOpen) {
+        return;
+    }
+    const std::string line = lineForReplacement(queueName, what, keywords);
+    const bool isTold =
+        Journal::isBehind(STDERR_FILENO) &&
+        Journal().add(Journal::Priority::notice, line, {{kJournalFieldOfQueue, queueName}});
+    if (!isTold) {
         ::syslog(LOG_NOTICE, "%s", line.c_str());  // NOLINT(cppcoreguidelines-pro-type-vararg)
     }
 }

@@ -1,16 +1,21 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace TkPPDUpdating {
 
 /// Lines for the system's log (syslog(3), facility lpr): what this program changed on a machine is
-/// to be found there, whoever started it and wherever its output went. May be called from several
-/// threads.
+/// to be found there, whoever started it and wherever its output went. Under a service of systemd
+/// they are entries of its journal with the queue in a field (`Journal`). May be called from
+/// several threads.
 class SystemLog {
   public:
     SystemLog() = delete;
+
+    /// The field that names the queue of an entry.
+    static constexpr std::string_view kJournalFieldOfQueue = "TKPPDUPDATE_QUEUE";
 
     /// Opens the log; without it, nothing is logged.
     static void open();

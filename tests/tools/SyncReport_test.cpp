@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "sync/QueueSyncCauses.h"
+#include "tests/support/ListeningJournal.h"
 #include "tests/support/TestDoubles.h"
 #include "tests/tools/SmallPPD.h"
 
@@ -133,6 +135,52 @@ TEST_F(SyncReportTest, SaysWhereTheAnswerCameFromWhenThatIsAnotherPlace) {
     outcome.statusURI.clear();
     EXPECT_EQ(SyncReport::lineForOutcome(outcome).find("status from"), std::string::npos);
     EXPECT_FALSE(JSONOf(outcome).contains("statusURI"));
+}
+
+TEST_F(SyncReportTest, TheJournalGetsAnEntryForEachQueueWithItsNameResultAndCause) {
+    const ListeningJournal listening;
+    const Journal journal(listening.path());
+    SyncReport::Options options;
+    options.journal = &journal;
+    options.isQuiet = true;
+    const SyncReport report(options, 2);
+    report.add(updated(kSmallPPD, kSmallPPDWithDuplexer));
+    EXPECT_EQ(
+        listening.datagram(),
+        Journal::datagram({{"MESSAGE", "office: updated\n  Duplexer: Not Installed -> Installed"},
+                           {"PRIORITY", "5"},
+                           {"SYSLOG_IDENTIFIER", "tkppdupdate"},
+                           {"TKPPDUPDATE_QUEUE", "office"},
+                           {"TKPPDUPDATE_RESULT", "updated"}}));
+    QueueSyncOutcome unreachable;
+    unreachable.queueName = "lab";
+    unreachable.result = QueueSyncResult::unreachable;
+    unreachable.cause = &queueSyncCause("refused");
+    unreachable.reason = "it does not take a connection";
+    report.add(unreachable);
+    EXPECT_EQ(listening.datagram(),
+              Journal::datagram({{"MESSAGE", "lab: unreachable: it does not take a connection"},
+                                 {"PRIORITY", "4"},
+                                 {"SYSLOG_IDENTIFIER", "tkppdupdate"},
+                                 {"TKPPDUPDATE_QUEUE", "lab"},
+                                 {"TKPPDUPDATE_RESULT", "unreachable"},
+                                 {"TKPPDUPDATE_CAUSE", "refused"}}));
+    QueueSyncOutcome unchanged;
+    unchanged.queueName = "hall";
+    unchanged.result = QueueSyncResult::unchanged;
+    report.add(unchanged);
+    EXPECT_EQ(listening.datagram(), "");
+}
+
+TEST_F(SyncReportTest, WithoutAJournalThatListensTheLineGoesToStandardOutput) {
+    const TemporaryDirectory folder;
+    const Journal journal((folder.path() / "none").string());
+    SyncReport::Options options;
+    options.journal = &journal;
+    testing::internal::CaptureStdout();
+    SyncReport(options, 1).add(updated(kSmallPPD, kSmallPPDWithDuplexer));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "office: updated\n  Duplexer: Not Installed -> Installed\n");
 }
 
 TEST_F(SyncReportTest, AQueueThatWasNotFoundHasNoDeviceURI) {

@@ -10,9 +10,10 @@ namespace TkPPDUpdating::Testing {
 
 ToolRun runCommand(std::vector<std::string> command, const ToolSurroundings& surroundings) {
     ProgramSurroundings ownSurroundings;
-    for (const char* heeded : {"NO_COLOR", "TERM", "LC_ALL", "LC_PAPER", "LC_MESSAGES", "LANG",
-                               "CUPS_SERVER", "CUPS_SERVERROOT", "ZrCurrentLocaleIdentifier",
-                               "ZrEPRLastUpdateTime", "PATCH_GET", "POSIXLY_CORRECT"}) {
+    for (const char* heeded :
+         {"NO_COLOR", "TERM", "LC_ALL", "LC_PAPER", "LC_MESSAGES", "LANG", "CUPS_SERVER",
+          "CUPS_SERVERROOT", "ZrCurrentLocaleIdentifier", "ZrEPRLastUpdateTime", "JOURNAL_STREAM",
+          "PATCH_GET", "POSIXLY_CORRECT"}) {
         ownSurroundings.environment[heeded] = std::nullopt;
     }
     for (const auto& [name, value] : surroundings.environment) {
