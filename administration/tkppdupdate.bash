@@ -3,11 +3,12 @@
 _tkppdupdate_options() {
     case $1 in
         update) echo "--device-uri --queue --output --in-place --diff --without-device \
-            --require-device --only --skip --all-updaters --help" ;;
-        values) echo "--queue --ppd --device-uri --require-device --only --skip --all-updaters --help" ;;
+            --require-device --ask-postscript --only --skip --all-updaters --help" ;;
+        values) echo "--queue --ppd --device-uri --require-device --ask-postscript --only --skip \
+            --all-updaters --help" ;;
         sync) echo "--all --exclude --server --wait --status-uri --status-uris --dry-run --explain \
-            --diff --jobs --time-limit --backup --keep-all --json --page-size --accept --exit-code \
-            --quiet --only --skip --all-updaters --help" ;;
+            --diff --jobs --time-limit --backup --keep-all --json --page-size --ask-postscript --accept \
+            --exit-code --quiet --only --skip --all-updaters --help" ;;
         restore) echo "--backup --server --wait --help" ;;
         *) echo "--help" ;;
     esac
@@ -22,7 +23,7 @@ _tkppdupdate_values() {
         --backup) _filedir -d ;;
         --ppd) _filedir ppd ;;
         --output | --status-uris) _filedir ;;
-        --device-uri) COMPREPLY=($(compgen -W "ipp:// ipps:// snmp:// file:" -- "$2")) ;;
+        --device-uri) COMPREPLY=($(compgen -W "ipp:// ipps:// snmp:// socket:// file:" -- "$2")) ;;
         --server | --wait | --jobs | --time-limit | --status-uri) COMPREPLY=() ;;
         *) return 1 ;;
     esac

@@ -11,6 +11,7 @@ set(TKPPDUPDATING_LIBRARY_HEADERS
     core_interface/OrbCSError.h
     core_interface/OrbCSIdentifiedStatus.h
     core_interface/OrbCSNumberOrString.h
+    core_interface/OrbCSOptionQuestions.h
     core_interface/OrbCSPartialStatus.h
     core_interface/OrbCSStatusSources.h
     core_interface/OrbCSStatusValue.h
@@ -23,6 +24,7 @@ set(TKPPDUPDATING_LIBRARY_HEADERS
     core_interface/OrbPPDAttribute.h
     core_interface/OrbPPDChoice.h
     core_interface/OrbPPDFile.h
+    core_interface/OrbPPDGroupedOption.h
     core_interface/OrbPPDOption.h
     core_interface/OrbPPDPageSize.h
     core_interface/OrbProcess.h

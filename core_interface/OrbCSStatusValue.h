@@ -56,9 +56,15 @@ using OrbCSDeviceAccessories = std::vector<OrbCSDeviceAccessory>;
 using OrbCSRemainingPagesEstimations = std::vector<OrbCSRemainingPagesEstimation>;
 using OrbCustomMediaTypes = std::vector<std::shared_ptr<const OrbCustomMediaType>>;
 
+/// What is installed, in the words of a PPD: keywords of its installable options (no asterisk) to
+/// those of their choices, under `kTkCSInstalledOptionsKey`. Of an option that is not in it nothing
+/// is known. Whoever reads it compares both with the PPD: they are of the one that the printer was
+/// asked with.
+using OrbCSInstalledOptions = std::map<std::string, std::string, std::less<>>;
+
 /// What stands under one status key.
 using OrbCSStatusValue =
     std::variant<OrbCSDeviceAccessories, OrbCSPensConfiguration, OrbCSLinTable, OrbCSNumberOrString,
-                 OrbCSRemainingPagesEstimations, OrbCustomMediaTypes>;
+                 OrbCSRemainingPagesEstimations, OrbCustomMediaTypes, OrbCSInstalledOptions>;
 
 }  // namespace TkPPDUpdating

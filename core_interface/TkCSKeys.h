@@ -13,6 +13,7 @@ inline constexpr std::string_view kTkCSLinTableKey = "LinTable";
 inline constexpr std::string_view kTkCSMaxSupportedResolutionKey = "MaxSupportedResolution";
 inline constexpr std::string_view kTkCSRemainingPagesEstimationsKey = "RemainingPagesEstimations";
 inline constexpr std::string_view kTkCSCustomMediaTypesKey = "CustomMediaTypes";
+inline constexpr std::string_view kTkCSInstalledOptionsKey = "InstalledOptions";
 
 /// The part of the pens' configuration that is no value of a PPD keyword, in entries of what was
 /// told
@@ -34,6 +35,11 @@ inline constexpr std::string_view kTkCSIsCUPSFilterModeKey = "IsCUPSFilterMode";
 /// Request parameter (`std::chrono::milliseconds`): the caller waits for the status no longer than
 /// this, while a backend's own limit of time may be shorter.
 inline constexpr std::string_view kTkCSTimeLimitKey = "TimeLimit";
+
+/// Request parameter (`std::shared_ptr<const OrbCSPostScriptQuestions>`): what the printer is to be
+/// asked over PostScript (`core_interface/OrbCSOptionQuestions.h`). Without it such a backend has
+/// nothing to ask.
+inline constexpr std::string_view kTkCSPostScriptQuestionsKey = "PostScriptQuestions";
 
 /// Keys into the `PPDAttributeValues` of a pens configuration; each is also the PPD main keyword.
 inline constexpr std::string_view kTkCSPPDPensConfigNameKey = "ZrPensConfigName";

@@ -5,10 +5,14 @@
 namespace TkPPDUpdating {
 
 const OrbClass* OrbClassFromName(std::string_view name) {
-    const auto classes = OrbClassTable();
-    const auto found = std::find_if(classes.begin(), classes.end(),
-                                    [name](const OrbClass* each) { return each->name() == name; });
-    return found == classes.end() ? nullptr : *found;
+    for (const auto classes : {OrbClassTable(), OrbFurtherClassTable()}) {
+        const auto found = std::find_if(classes.begin(), classes.end(),
+                                        [name](const auto* each) { return each->name() == name; });
+        if (found != classes.end()) {
+            return *found;
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace TkPPDUpdating

@@ -13,7 +13,11 @@ namespace TkPPDUpdating {
 /// link keeps every class.
 TKPPDUPDATING_PUBLIC std::span<const OrbClass* const> OrbClassTable();
 
-/// The class of that name in the table, or null.
+/// Further updater classes of this library, which can be found by their name as well, and which no
+/// manager has unless somebody registers them.
+TKPPDUPDATING_PUBLIC std::span<const OrbClass* const> OrbFurtherClassTable();
+
+/// The class of that name in one of the tables, or null.
 TKPPDUPDATING_PUBLIC const OrbClass* OrbClassFromName(std::string_view name);
 
 }  // namespace TkPPDUpdating

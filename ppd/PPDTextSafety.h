@@ -24,7 +24,8 @@ enum class PrinterText {
     profileQualifier,
     /// The absolute path of a profile, whose file name becomes a translation text.
     profilePath,
-    /// A choice of the PPD, which it is compared with: the code name of the pens' configuration.
+    /// A choice of the PPD, which it is compared with: the code name of the pens' configuration; an
+    /// installable option and its choice.
     pensCodeName,
 };
 

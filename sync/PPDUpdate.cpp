@@ -3,7 +3,10 @@
 #include <set>
 #include <utility>
 
+#include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/TkCSKeys.h"
+#include "manager/ITkPPDStatusReading.h"
+#include "manager/OrbClassTable.h"
 #include "manager/OrbPPDToldRule.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "manager/StatusWithValue.h"
@@ -13,13 +16,44 @@
 
 namespace TkPPDUpdating {
 
+namespace {
+
+bool readsInstalledOptionsOnly(const ITkPPDUpdater& updater) {
+    const auto* const reading = dynamic_cast<const ITkPPDStatusReading*>(&updater);
+    return reading && reading->statusEntriesRead() ==
+                          std::vector<std::string>{std::string(kTkCSInstalledOptionsKey)};
+}
+
+}  // namespace
+
 PPDUpdate::PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
                      std::shared_ptr<const PPDModelFile> PPD, Defaults defaults)
     : manager_(std::move(manager)), PPD_(std::move(PPD)), defaults_(defaults) {
+    countUpdaters();
+}
+
+void PPDUpdate::countUpdaters() {
+    hasUpdaters_ = false;
+    needsStatus_ = false;
+    needsOtherStatus_ = false;
+    readsInstalledOptions_ = false;
     for (const auto& updater : manager_->applicableUpdatersForPPDFile(PPD_.get())) {
         hasUpdaters_ = true;
-        needsStatus_ = needsStatus_ || OrbPPDToldRule::readsStatus(*updater);
+        const bool readsStatus = OrbPPDToldRule::readsStatus(*updater);
+        needsStatus_ = needsStatus_ || readsStatus;
+        const bool isOfInstalledOptions = readsInstalledOptionsOnly(*updater);
+        needsOtherStatus_ = needsOtherStatus_ || (readsStatus && !isOfInstalledOptions);
+        readsInstalledOptions_ = readsInstalledOptions_ || isOfInstalledOptions;
     }
+}
+
+void PPDUpdate::leaveInstallableOptions() {
+    manager_->unregisterUpdaterClass(OrbClassFromName("OrbPPDInstallableOptionsUpdater"));
+    countUpdaters();
+}
+
+bool PPDUpdate::mayTellInstalledOptions(std::string_view deviceURI) {
+    return DeviceStatusSchemes::schemeOfURI(deviceURI) == "file";
 }
 
 void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule rule) {
@@ -52,6 +86,8 @@ void PPDUpdate::leaveWhatWasNotTold(const OrbCSToldEntries& told) {
         }
         kept.insert(decision.notTold.begin(), decision.notTold.end());
     }
+    // Most printers cannot tell it, and where one was asked, each option has its own reason.
+    kept.erase(std::string(kTkCSInstalledOptionsKey));
     status_ = OrbPPDToldRule::completedStatus(std::move(status_), penValues);
     keptEntries_.assign(kept.begin(), kept.end());
 }

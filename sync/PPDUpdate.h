@@ -42,6 +42,20 @@ class PPDUpdate {
     /// Whether an updater that has something to do may read the printer's status.
     bool needsStatus() const { return needsStatus_; }
 
+    /// The same of an updater that reads more than the installed options.
+    bool needsOtherStatus() const { return needsOtherStatus_; }
+
+    /// Whether an updater of the installable options has something to do.
+    bool readsInstalledOptions() const { return readsInstalledOptions_; }
+
+    /// Leaves the installable options alone, because nobody is asked for them. Before the status is
+    /// set.
+    void leaveInstallableOptions();
+
+    /// Whether the answer to a device URI can tell what installable options are set to: only a
+    /// recording has their words by itself.
+    static bool mayTellInstalledOptions(std::string_view deviceURI);
+
     /// Makes `status`, which is not null, the answer. Once, before text and values.
     void setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule rule);
 
@@ -72,6 +86,7 @@ class PPDUpdate {
     const OrbPPDConcreteUpdatingManager& manager() const { return *manager_; }
 
   private:
+    void countUpdaters();
     void leaveWhatWasNotTold(const OrbCSToldEntries& told);
     bool completeMediaTypes();
     void placeMediaTypes();
@@ -89,6 +104,8 @@ class PPDUpdate {
     std::vector<std::string> notes_;
     bool hasUpdaters_ = false;
     bool needsStatus_ = false;
+    bool needsOtherStatus_ = false;
+    bool readsInstalledOptions_ = false;
 };
 
 }  // namespace TkPPDUpdating

@@ -133,6 +133,12 @@ std::vector<std::string> QueuePrinters::placesOfHost(const std::string& deviceUR
     return {"ipp://" + host + "/ipp/print", "ipp://" + host + "/", "snmp://" + host};
 }
 
+const std::string& QueuePrinters::placeOfQueue(const std::string& queueName,
+                                               const std::string& deviceURI) const {
+    const auto named = options_.statusURIs.find(queueName);
+    return named == options_.statusURIs.end() ? deviceURI : named->second;
+}
+
 QueuePrinterAnswer QueuePrinters::ask(const std::string& queueName, const std::string& deviceURI,
                                       const OrbPPDFile& PPD) const {
     const auto named = options_.statusURIs.find(queueName);
@@ -177,6 +183,24 @@ QueuePrinterAnswer QueuePrinters::askOnePlace(const std::string& queueName,
         {&cause, cause.result == QueueSyncResult::unsupported
                      ? "its printer cannot be asked: " + error.reason + "; " + adviceFor(queueName)
                      : "its printer gives no status: " + error.reason}};
+}
+
+std::shared_ptr<const OrbCSDeviceStatus> QueuePrinters::askInTurn(
+    const TkCommunicationServices& services, const std::string& deviceURI,
+    const OrbDictionary& parameters, OrbCSError& error) const {
+    const auto place = NetworkPlace::placeOfURI(deviceURI);
+    std::shared_ptr<std::mutex> turn;
+    {
+        const std::lock_guard lock(mutex_);
+        auto& slot =
+            turns_[place ? place->host + ":" + std::to_string(place->port.value_or(0)) : deviceURI];
+        if (!slot) {
+            slot = std::make_shared<std::mutex>();
+        }
+        turn = slot;
+    }
+    const std::lock_guard lock(*turn);
+    return services.deviceStatusWithURI_parameters_error(deviceURI, &parameters, &error);
 }
 
 QueuePrinterAnswer QueuePrinters::askHost(const std::vector<std::string>& places) const {

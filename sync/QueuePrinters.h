@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbDictionary.h"
 #include "core_interface/OrbPPDFile.h"
+#include "core_interface/TkCommunicationServices.h"
 #include "sync/QueueSyncCauses.h"
 
 namespace TkPPDUpdating {
@@ -53,6 +55,17 @@ class QueuePrinters {
     QueuePrinterAnswer ask(const std::string& queueName, const std::string& deviceURI,
                            const OrbPPDFile& PPD) const;
 
+    /// Where the user wants the printer of a queue to be asked, else its device URI.
+    const std::string& placeOfQueue(const std::string& queueName,
+                                    const std::string& deviceURI) const;
+
+    /// Asks at a device URI through other services than `OrbCoreInterface`'s. Of the queues that
+    /// lead to one place, one asks at a time: most printers have one connection.
+    std::shared_ptr<const OrbCSDeviceStatus> askInTurn(const TkCommunicationServices& services,
+                                                       const std::string& deviceURI,
+                                                       const OrbDictionary& parameters,
+                                                       OrbCSError& error) const;
+
     /// The places at which the printer behind a device URI of "socket" or "lpd" is asked, in their
     /// order; empty for another URI.
     static std::vector<std::string> placesOfHost(const std::string& deviceURI);
@@ -68,6 +81,7 @@ class QueuePrinters {
     Options options_;
     mutable std::mutex mutex_;
     mutable std::map<std::string, std::shared_ptr<Host>> hosts_;
+    mutable std::map<std::string, std::shared_ptr<std::mutex>> turns_;
 };
 
 }  // namespace TkPPDUpdating

@@ -8,8 +8,11 @@
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelFile.h"
+#include "backends/schemes/DeviceStatusSchemes.h"
+#include "core_interface/TkCSKeys.h"
 #include "manager/MissingResourceWatch.h"
 #include "sync/EstimationsTime.h"
+#include "sync/InstalledOptionQuestions.h"
 #include "sync/QueueInstallation.h"
 #include "sync/QueueSyncCauses.h"
 #include "sync/UpdateGuard.h"
@@ -47,11 +50,12 @@ class QueueSync::Work::Steps {
     }
 
     std::optional<QueueSyncOutcome> proceed() {
+        isWaiting_ = false;
         const bool isReady = installation_ ? goesOn()
                                            : goesOn() && readQueue() && goesOn() && askPrinter() &&
                                                  goesOn() && updateText() && checkResult() &&
                                                  goesOn() && prepareInstallation();
-        const bool isBusy = isReady && !install();
+        const bool isBusy = isWaiting_ || (isReady && !install());
         return isBusy ? std::nullopt : std::optional(std::move(outcome_));
     }
 
@@ -144,11 +148,26 @@ class QueueSync::Work::Steps {
         update_.emplace(options_.makeManager ? options_.makeManager()
                                              : std::make_unique<OrbPPDConcreteUpdatingManager>(),
                         before_);
+        findQuestions();
         if (!update_->hasUpdaters()) {
             return skip("nothing in its PPD follows the printer");
         }
         return !invalid || end(queueSyncCause("not-utf8"),
                                "its PPD is not valid UTF-8 at byte " + std::to_string(*invalid));
+    }
+
+    /// What the PPD asks a PostScript printer. What is installed cannot be told otherwise, unless
+    /// by a recording.
+    void findQuestions() {
+        const std::string& place = printers_.placeOfQueue(outcome_.queueName, queue_.deviceURI);
+        const bool isAskable = options_.postScriptPrinters &&
+                               DeviceStatusSchemes::schemeOfURI(place) == "socket" &&
+                               update_->readsInstalledOptions();
+        std::string reason;
+        questions_ = isAskable ? postScriptQuestionsOfPPD(*before_, reason) : nullptr;
+        if (!questions_ && !PPDUpdate::mayTellInstalledOptions(place)) {
+            update_->leaveInstallableOptions();
+        }
     }
 
     bool askPrinter() {
@@ -159,14 +178,56 @@ class QueueSync::Work::Steps {
         if (!turn.isTaken()) {
             return goesOn();
         }
-        auto answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
-        outcome_.statusURI = answer.URI;
+        QueuePrinterAnswer answer;
+        if (!questions_ || update_->needsOtherStatus()) {
+            answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
+            outcome_.statusURI = answer.URI;
+        }
+        if (questions_ && (!goesOn() || !isIdle() || !askQuestions(answer))) {
+            return false;
+        }
         if (!answer.status) {
             // One that was not waited for is not to blame.
             return goesOn() && end("", answer.failure);
         }
         update_->setStatus(std::move(answer.status), options_.rule);
         outcome_.keptEntries = update_->keptEntries();
+        return true;
+    }
+
+    /// Whether the queue's own job would not be held up by a question. One that is printing may be
+    /// waited for.
+    bool isIdle() {
+        QueueFailure failure;
+        std::optional<SchedulerQueue> queue;
+        const bool isWhole = scheduler_.talkAbout(
+            outcome_.queueName, [&](QueueTalk& talk) { queue = talk.queue(failure); },
+            QueueScheduler::Patience::untilCancelled, failure);
+        if (!isWhole || !queue) {
+            return end("", failure);
+        }
+        if (queue->state == SchedulerQueue::State::printing) {
+            isWaiting_ = !isWaitOver();
+            return false;
+        }
+        return true;
+    }
+
+    /// Adds what is installed to the answer.
+    bool askQuestions(QueuePrinterAnswer& answer) {
+        const OrbDictionary parameters = {{std::string(kTkCSPostScriptQuestionsKey), questions_}};
+        OrbCSError error;
+        const auto asked =
+            printers_.askInTurn(*options_.postScriptPrinters, queue_.deviceURI, parameters, error);
+        outcome_.answers =
+            asked ? wordsForAnswers(*before_, *questions_, asked.get())
+                  : std::vector<std::string>{"its questions were not asked: " + error.reason};
+        if (asked) {
+            answer.status = statusWithInstalledOptions(std::move(answer.status), asked);
+        } else if (!answer.status && !answer.failure.cause) {
+            answer.failure = {&queueSyncCauseForError(error.cause),
+                              "its printer does not tell what is installed: " + error.reason};
+        }
         return true;
     }
 
@@ -294,6 +355,10 @@ class QueueSync::Work::Steps {
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
     std::optional<PPDUpdate> update_;
+    /// Null when the printer is not asked over PostScript.
+    std::shared_ptr<const OrbCSPostScriptQuestions> questions_;
+    /// Whether the queue is printing and its printer not yet asked.
+    bool isWaiting_ = false;
     std::optional<QueueBackups::Entry> backup_;
     std::optional<QueueInstallation> installation_;
     std::optional<Clock::time_point> deadline_;

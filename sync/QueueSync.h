@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core_interface/TkCommunicationServices.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "sync/PPDUpdate.h"
 #include "sync/PrinterTurns.h"
@@ -51,6 +52,11 @@ class QueueSync {
         /// Where the printers of some queues are asked instead of at their device URIs, by queue
         /// name. What is answered there is believed.
         std::map<std::string, std::string> statusURIs = {};
+        /// Who asks PostScript printers the questions of their queues' PPDs, at the device URIs of
+        /// these queues (`kTkCSPostScriptQuestionsKey`). Null for nobody: it is for whoever knows
+        /// that no other printer stands behind a "socket" URI, which would print the code. A queue
+        /// that is printing is not asked before it has stopped.
+        std::shared_ptr<const TkCommunicationServices> postScriptPrinters = nullptr;
         /// How many printers are asked at once, at least 1. While they are waited for, the threads
         /// that have no turn talk to the scheduler.
         std::size_t mostPrinters = 256;

@@ -29,6 +29,7 @@ constexpr auto kEntryWords = std::to_array<EntryWords>({
     {kTkCSMaxSupportedResolutionKey, "", "highest resolution"},
     {kTkCSRemainingPagesEstimationsKey, "", "pages left"},
     {kTkCSCustomMediaTypesKey, "", "custom media types"},
+    {kTkCSInstalledOptionsKey, "", "installed options"},
 });
 
 constexpr std::size_t kMostBytes = 500;
@@ -118,6 +119,16 @@ class ValueText {
                               std::string(type->mediaID().value_or(kNotReported)) + ")"
                         : std::string(kNotReported);
         });
+    }
+
+    std::string operator()(const OrbCSInstalledOptions& options) const {
+        if (part_.empty()) {
+            return listOf(options, [](const auto& optionAndChoice) {
+                return optionAndChoice.first + " " + optionAndChoice.second;
+            });
+        }
+        const auto choice = options.find(part_);
+        return choice == options.end() ? std::string(kNotReported) : choice->second;
     }
 
   private:

@@ -48,6 +48,13 @@ Backends::Backends()
     OrbCoreInterface::setCommunicationServices(devices_);
 }
 
+std::shared_ptr<const TkCommunicationServices> Backends::postScriptPrinters() {
+    auto schemes = std::make_shared<DeviceStatusSchemes>();
+    registerSchemesOfModule(*schemes, "postscript", {"socket"},
+                            &InterruptionWatch::isInterrupted());
+    return schemes;
+}
+
 #ifdef TKPPDUPDATING_WITH_CUPS
 std::unique_ptr<const QueueScheduler> Backends::scheduler(const std::string& server,
                                                           const std::atomic<bool>* isCancelled,

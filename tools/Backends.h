@@ -29,6 +29,11 @@ class Backends {
                                                            std::string& error);
 #endif
 
+    /// Who asks PostScript printers behind "socket" URIs the questions of a PPD
+    /// (`kTkCSPostScriptQuestionsKey`): not among the schemes, since only a user can know that it
+    /// is a PostScript printer.
+    static std::shared_ptr<const TkCommunicationServices> postScriptPrinters();
+
     const PPDModelCore& core() const {
         return *core_;
     }

@@ -75,6 +75,9 @@ SyncCommand::SyncCommand(CLI::App& application, const Backends& backends)
     subcommand().add_flag("--json", reportOptions_.isJSON, "Write one JSON object for each queue");
     subcommand().add_flag("--page-size", isPageSizeWanted_,
                           "Set the default page size, too, to the paper of the user's country");
+    subcommand().add_flag("--ask-postscript", asksPostScript_,
+                          "Ask PostScript printers of socket: queues what is installed, by the "
+                          "questions of their PPDs");
     addResultOptions();
     updaters_.addTo(subcommand());
     subcommand().footer(
@@ -170,6 +173,7 @@ QueueSync::Options SyncCommand::syncOptions(std::map<std::string, std::string> s
             .makeManager = [this] { return makeManager(); },
             .rule = updaters_.rule(),
             .statusURIs = std::move(statusURIs),
+            .postScriptPrinters = asksPostScript_ ? Backends::postScriptPrinters() : nullptr,
             .mostPrinters = jobs_,
             .wait = schedulerOptions_.wait(),
             .backups = backups,

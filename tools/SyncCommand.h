@@ -57,6 +57,7 @@ class SyncCommand : public Command {
     bool isExplained_ = false;
     bool isChangeAnExitStatus_ = false;
     bool isPageSizeWanted_ = false;
+    bool asksPostScript_ = false;
     std::vector<std::string> accepted_;
     std::size_t jobs_ = 4;
     std::optional<unsigned> timeLimit_;

@@ -123,6 +123,14 @@ std::string joined(const std::vector<std::string>& words) {
     return list;
 }
 
+std::string linesOf(const std::vector<std::string>& words) {
+    std::string lines;
+    for (const std::string& each : words) {
+        lines += "  " + Diagnostics::printable(each) + "\n";
+    }
+    return lines;
+}
+
 }  // namespace
 
 void SyncReport::add(const QueueSyncOutcome& outcome) const {
@@ -186,7 +194,8 @@ std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
                                   (details.empty() ? "" : ": " + details)) +
            "\n" + changesOf(outcome).lines("  ") +
            (place.empty() ? "" : "  status from " + Diagnostics::printable(place) + "\n") +
-           (kept.empty() ? "" : "  " + kept + "\n") + ExplanationReport::lines(outcome.steps, "  ");
+           linesOf(outcome.answers) + (kept.empty() ? "" : "  " + kept + "\n") +
+           ExplanationReport::lines(outcome.steps, "  ");
 }
 
 std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
@@ -203,6 +212,9 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
     }
     if (!outcome.notes.empty()) {
         object["notes"] = outcome.notes;
+    }
+    if (!outcome.answers.empty()) {
+        object["answers"] = outcome.answers;
     }
     if (!outcome.keptEntries.empty()) {
         object["kept"] = outcome.keptEntries;

@@ -94,10 +94,11 @@ PPDText UpdateCommand::textWithDevice(const std::shared_ptr<const PPDModelFile>&
     using Silence = DeviceInquiry::Silence;
     device_.refuseMistake(backends_);
     PPDUpdate update(updaters_.makeManager(), before, defaults());
+    device_.limit(update);
     if (update.needsStatus() || device_.isRequired()) {
         const bool isFailure = isFileWritten() && !isWithoutDevice_;
-        if (auto status =
-                device_.status(file_, {}, isFailure ? Silence::isFailure : Silence::isWarning)) {
+        if (auto status = device_.status(
+                file_, {}, isFailure ? Silence::isFailure : Silence::isWarning, *before)) {
             update.setStatus(std::move(status), updaters_.rule());
         }
     }

@@ -18,10 +18,12 @@ namespace {
 std::string questionForUpdaterClass(const std::string& name) {
     std::vector<std::string> names;
     std::vector<std::string> longer;
-    for (const OrbClass* updaterClass : OrbClassTable()) {
-        names.emplace_back(updaterClass->name());
-        if (!name.empty() && names.back().find(name) != std::string::npos) {
-            longer.push_back(names.back());
+    for (const auto classes : {OrbClassTable(), OrbFurtherClassTable()}) {
+        for (const OrbClass* updaterClass : classes) {
+            names.emplace_back(updaterClass->name());
+            if (!name.empty() && names.back().find(name) != std::string::npos) {
+                longer.push_back(names.back());
+            }
         }
     }
     return longer.size() == 1 ? "; did you mean \"" + longer.front() + "\"?"
@@ -69,16 +71,24 @@ void UpdaterSelection::refuseUnwritableUpdateTime() {
     }
 }
 
+std::unique_ptr<OrbPPDConcreteUpdatingManager> UpdaterSelection::managerWithAllClasses() {
+    auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
+    for (const OrbClass* updaterClass : OrbFurtherClassTable()) {
+        manager->registerUpdaterClass(updaterClass);
+    }
+    return manager;
+}
+
 std::unique_ptr<OrbPPDConcreteUpdatingManager> UpdaterSelection::makeManager() const {
     const auto both = std::ranges::find_first_of(only_, skip_);
     if (both != only_.end()) {
         throw Failure(ExitStatus::usage, std::nullopt,
                       "--only and --skip both name " + *both + "; leave one of them out");
     }
-    auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
+    auto manager = managerWithAllClasses();
     if (!only_.empty()) {
-        const auto builtIn = manager->registeredClasses();
-        for (const OrbClass* updaterClass : builtIn) {
+        const auto all = manager->registeredClasses();
+        for (const OrbClass* updaterClass : all) {
             manager->unregisterUpdaterClass(updaterClass);
         }
         for (const std::string& name : only_) {

@@ -17,6 +17,9 @@ class UpdaterSelection {
   public:
     void addTo(CLI::App& subcommand);
 
+    /// A manager with all updater classes of the library, also those that it has not by itself.
+    static std::unique_ptr<OrbPPDConcreteUpdatingManager> managerWithAllClasses();
+
     /// A manager with the classes that the user wants.
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
 

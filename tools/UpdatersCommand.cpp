@@ -3,9 +3,9 @@
 #include <set>
 
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "tools/PPDOfUser.h"
 #include "tools/StandardOutput.h"
+#include "tools/UpdaterSelection.h"
 
 namespace TkPPDUpdating {
 
@@ -24,9 +24,9 @@ ExitStatus UpdatersCommand::run() {
         PPDFile = PPDOfUser(*file_, textOfUsersPPD(*file_));
     }
     std::set<std::string_view> names;
-    const OrbPPDConcreteUpdatingManager manager;
+    const auto manager = UpdaterSelection::managerWithAllClasses();
     resultOf(file_.value_or(""), [&] {
-        for (const OrbClass* updaterClass : manager.registeredClasses()) {
+        for (const OrbClass* updaterClass : manager->registeredClasses()) {
             if (!PPDFile || updaterClass->newInstance()->isApplicableForPPDFile(PPDFile.get())) {
                 names.insert(updaterClass->name());
             }

@@ -71,11 +71,13 @@ OrbPPDUpdatingValues ValuesCommand::valuesFor(const std::shared_ptr<const PPDMod
                                               const std::string& place) const {
     using Silence = DeviceInquiry::Silence;
     PPDUpdate update(updaters_.makeManager(), PPDFile);
+    device_.limit(update);
     // The operation for a file begins with a status; the one for a queue asks when it needs one.
     const bool isAsked = !queueName_ || update.needsStatus() || device_.isRequired();
-    auto status = isAsked ? device_.status(place, filterModeParameters(),
-                                           queueName_ ? Silence::isWarning : Silence::isFailure)
-                          : nullptr;
+    auto status =
+        isAsked ? device_.status(place, filterModeParameters(),
+                                 queueName_ ? Silence::isWarning : Silence::isFailure, *PPDFile)
+                : nullptr;
     if (!status) {
         return updaters_.makeManager()
             ->PPDUpdatingValuesForQueueWithName_deviceURI(queueName_, device_.deviceURI())

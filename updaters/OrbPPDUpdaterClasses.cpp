@@ -11,6 +11,7 @@
 #include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 #include "updaters/default_choice/OrbPPDDefaultPageSizeUpdater.h"
 #include "updaters/default_choice/OrbPPDDuplexerInstalledUpdater.h"
+#include "updaters/default_choice/OrbPPDInstallableOptionsUpdater.h"
 #include "updaters/default_choice/OrbPPDLowerTrayInstalledUpdater.h"
 #include "updaters/default_choice/OrbPPDPenConfigUpdater.h"
 
@@ -40,6 +41,13 @@ std::span<const OrbClass* const> OrbClassTable() {
         &OrbClassOf<OrbPPDCustomMediaUpdater>(),
     };
     // clang-format on
+    return classes;
+}
+
+std::span<const OrbClass* const> OrbFurtherClassTable() {
+    static const std::vector<const OrbClass*> classes = {
+        &OrbClassOf<OrbPPDInstallableOptionsUpdater>(),
+    };
     return classes;
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "backends/ppdmodel/PPDModelAttributes.h"
+#include "backends/ppdmodel/PPDModelGroups.h"
 #include "backends/ppdmodel/PPDModelOption.h"
 #include "backends/ppdmodel/PPDModelReader.h"
 #include "ppd/PPDTextFile.h"
@@ -29,10 +30,12 @@ constexpr std::string_view kOptionPrefix = "*";
 }  // namespace
 
 struct PPDModelFile::Contents {
-    explicit Contents(PPDText parsedText) : text(std::move(parsedText)), attributes(text.index()) {}
+    explicit Contents(PPDText parsedText)
+        : text(std::move(parsedText)), attributes(text.index()), groups(attributes) {}
 
     PPDText text;
     PPDModelAttributes attributes;
+    PPDModelGroups groups;
     OrbPPDPageSize pageSize;
     /// Those that were asked for.
     std::mutex mutex;
@@ -82,17 +85,19 @@ const OrbPPDOption* PPDModelFile::optionForName(std::string_view optionName) con
     }
     const PPDModelAttributes& attributes = contents_->attributes;
     const std::string spec = std::string(kOptionPrefix).append(optionName);
-    const bool exists =
-        !optionName.empty() && std::any_of(kOpeningKeywords.begin(), kOpeningKeywords.end(),
-                                           [&](auto each) { return attributes.first(each, spec); });
-    if (!exists) {
+    const PPDModelAttribute* opening = nullptr;
+    for (const std::string_view keyword : kOpeningKeywords) {
+        opening = opening ? opening : attributes.first(keyword, spec);
+    }
+    if (optionName.empty() || !opening) {
         return nullptr;
     }
     const auto* const defaultLine =
         attributes.first(std::string(kDefaultPrefix).append(optionName));
     const auto defaultChoice = defaultLine ? defaultLine->value() : std::nullopt;
-    const auto entry = contents_->options.try_emplace(std::string(optionName), spec.substr(1),
-                                                      defaultChoice, attributes);
+    const auto entry =
+        contents_->options.try_emplace(std::string(optionName), spec.substr(1), defaultChoice,
+                                       opening->line(), contents_->groups, attributes);
     return &entry.first->second;
 }
 

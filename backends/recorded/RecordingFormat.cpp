@@ -258,6 +258,31 @@ Written written(const std::shared_ptr<const OrbCustomMediaType>& mediaType) {
     return object;
 }
 
+// What is installed.
+
+OptionalValue installedOptions(RecordingReader& reader, const json& value, const Place& place) {
+    OrbCSInstalledOptions options;
+    if (!reader.isObject(value, place)) {
+        return options;
+    }
+    for (const auto& [option, unused] : value.items()) {
+        auto choice = reader.textMember(value, option, place, PrinterText::pensCodeName);
+        if (choice &&
+            reader.isAccepted(PrinterText::pensCodeName, option, Place{&place, option, {}})) {
+            options.emplace(option, *std::move(choice));
+        }
+    }
+    return options;
+}
+
+Written written(const OrbCSInstalledOptions& options) {
+    Written::object_t choices;
+    for (const auto& [option, choice] : options) {
+        choices.emplace_back(option, choice);
+    }
+    return choices;
+}
+
 // Rows of the table.
 
 template <typename Element>
@@ -290,6 +315,7 @@ std::span<const RecordedKey> recordedKeys() {
         {kTkCSRemainingPagesEstimationsKey, estimations,
          writtenValue<OrbCSRemainingPagesEstimations>},
         {kTkCSCustomMediaTypesKey, mediaTypes, writtenValue<OrbCustomMediaTypes>},
+        {kTkCSInstalledOptionsKey, installedOptions, writtenValue<OrbCSInstalledOptions>},
     });
     return kKeys;
 }

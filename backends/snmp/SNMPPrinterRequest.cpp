@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "backends/addresses/NetworkAddresses.h"
 #include "backends/schemes/NetworkPlace.h"
-#include "backends/snmp/SNMPAddresses.h"
 #include "backends/snmp/SNMPCommunity.h"
 #include "backends/snmp/SNMPSession.h"
 #include "backends/snmp/SNMPStatusMapping.h"
@@ -48,7 +48,7 @@ class Conversation {
         limits_.isCancelled = limits.isCancelled;
     }
 
-    Outcome readTables(const SNMPAddress& address, SNMPVersion version,
+    Outcome readTables(const NetworkAddress& address, SNMPVersion version,
                        const std::string& community, SNMPRows& rows, OrbCSError& error) const {
         const auto session = SNMPSession::opened(address, version, community, error);
         if (!session) {
@@ -117,7 +117,7 @@ std::shared_ptr<const ReportedDeviceStatus> statusOfSNMPPrinter(
     const auto addresses = addressesOfHost(printer->host, printer->port.value_or(kUsualPort),
                                            deadline, limits.isCancelled, error);
     const Conversation conversation(limits, time, deadline, addresses.size());
-    for (const SNMPAddress& address : addresses) {
+    for (const NetworkAddress& address : addresses) {
         for (const SNMPVersion version : {SNMPVersion::two, SNMPVersion::one}) {
             SNMPRows rows;
             const Outcome outcome =

@@ -39,7 +39,7 @@ std::unique_lock<std::mutex> lockedLibrary() {
 }
 
 /// "udp:127.0.0.1:161", as the library wants it; empty when the system cannot write the address.
-std::string peerName(const SNMPAddress& address) {
+std::string peerName(const NetworkAddress& address) {
     std::array<char, NI_MAXHOST> host{};
     std::array<char, NI_MAXSERV> port{};
     if (getnameinfo(reinterpret_cast<const sockaddr*>(&address.storage), address.length,
@@ -102,7 +102,7 @@ struct SNMPSession::Receiver {
     }
 };
 
-std::unique_ptr<SNMPSession> SNMPSession::opened(const SNMPAddress& address, SNMPVersion version,
+std::unique_ptr<SNMPSession> SNMPSession::opened(const NetworkAddress& address, SNMPVersion version,
                                                  const std::string& community, OrbCSError& error) {
     std::string name = peerName(address);
     std::string communityCopy = community;

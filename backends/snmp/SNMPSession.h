@@ -12,7 +12,7 @@
 #include <variant>
 #include <vector>
 
-#include "backends/snmp/SNMPAddresses.h"
+#include "backends/addresses/NetworkAddresses.h"
 
 namespace TkPPDUpdating {
 
@@ -56,7 +56,7 @@ class SNMPSession {
     enum class End { answered, refused, timeOver, cancelled };
 
     /// Null, with the cause in `error`, when there is no socket for it.
-    static std::unique_ptr<SNMPSession> opened(const SNMPAddress& address, SNMPVersion version,
+    static std::unique_ptr<SNMPSession> opened(const NetworkAddress& address, SNMPVersion version,
                                                const std::string& community, OrbCSError& error);
 
     SNMPSession(const SNMPSession&) = delete;

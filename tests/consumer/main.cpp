@@ -26,6 +26,9 @@
 #ifdef CONSUMER_WITH_IPP
 #include <TkPPDUpdating/backends/ipp/IPPSchemes.h>
 #endif
+#ifdef CONSUMER_WITH_PostScript
+#include <TkPPDUpdating/backends/postscript/PostScriptSchemes.h>
+#endif
 #ifdef CONSUMER_WITH_Recorded
 #include <TkPPDUpdating/backends/recorded/RecordedDeviceStatus.h>
 #endif
@@ -89,6 +92,9 @@ std::shared_ptr<const DeviceStatusSchemes> printers() {
     });
 #ifdef CONSUMER_WITH_IPP
     registerIPPDeviceStatus(*schemes);
+#endif
+#ifdef CONSUMER_WITH_PostScript
+    registerPostScriptDeviceStatus(*schemes);
 #endif
 #ifdef CONSUMER_WITH_Recorded
     registerRecordedDeviceStatus(*schemes);

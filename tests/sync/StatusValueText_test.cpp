@@ -30,6 +30,8 @@ FakeDeviceStatus fullStatus() {
         kTkCSCustomMediaTypesKey,
         OrbCustomMediaTypes{
             std::make_shared<const PlainCustomMediaType>("Glossy", "1201", "3", nullptr), nullptr});
+    values.emplace(kTkCSInstalledOptionsKey,
+                   OrbCSInstalledOptions{{"Option1", "Tray500"}, {"Option2", "True"}});
     return FakeDeviceStatus(std::move(values));
 }
 
@@ -48,6 +50,9 @@ TEST(StatusValueText, SaysWhatStandsUnderAnEntry) {
         {"RemainingPagesEstimations",
          "Text 1 to 2, state 0, not reported not reported to not reported, state not reported"},
         {"CustomMediaTypes", "Glossy (1201), not reported"},
+        {"InstalledOptions", "Option1 Tray500, Option2 True"},
+        {"InstalledOptions.Option2", "True"},
+        {"InstalledOptions.Option3", "not reported"},
         {"Unknown", "not reported"},
         {"", "not reported"},
     };

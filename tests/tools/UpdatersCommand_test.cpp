@@ -14,9 +14,12 @@ namespace {
 
 TEST(UpdatersCommandTest, ListsTheClassesSortedOneALine) {
     std::set<std::string> lines;
-    for (const OrbClass* each : OrbClassTable()) {
-        lines.insert(std::string(each->name()) + "\n");
+    for (const auto classes : {OrbClassTable(), OrbFurtherClassTable()}) {
+        for (const OrbClass* each : classes) {
+            lines.insert(std::string(each->name()) + "\n");
+        }
     }
+    EXPECT_EQ(lines.size(), 15U);
     const ToolRun run = runTool({"updaters"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.errors, "");

@@ -52,6 +52,7 @@ class RandomStatus {
         });
         add(values, kTkCSCustomMediaTypesKey,
             [this] { return listOf([this] { return mediaType(); }); });
+        add(values, kTkCSInstalledOptionsKey, [this] { return installedOptions(); });
         return values;
     }
 
@@ -67,6 +68,17 @@ class RandomStatus {
 
     unsigned below(unsigned bound) { return static_cast<unsigned>(generator_() % bound); }
     bool chance() { return below(2) == 0; }
+
+    OrbCSInstalledOptions installedOptions() {
+        OrbCSInstalledOptions options;
+        for (unsigned i = below(4); i > 0; --i) {
+            const std::string option = text(PrinterText::pensCodeName);
+            if (!option.empty()) {
+                options.emplace(option, text(PrinterText::pensCodeName));
+            }
+        }
+        return options;
+    }
 
     /// A text of a status; one that would be refused is no part of any.
     std::string text(PrinterText kind) {
@@ -291,7 +303,7 @@ TEST(RecordingRoundTrip, TheExampleInTheManualIsARecordingOfAllMembers) {
     for (const std::string_view key :
          {kTkCSDeviceAccessoriesKey, kTkCSInstalledPensConfigurationKey, kTkCSLinTableKey,
           kTkCSMaxSupportedResolutionKey, kTkCSRemainingPagesEstimationsKey,
-          kTkCSCustomMediaTypesKey}) {
+          kTkCSCustomMediaTypesKey, kTkCSInstalledOptionsKey}) {
         EXPECT_TRUE(status->statusValueForKey_error(key, nullptr)) << key;
     }
 }

@@ -13,7 +13,7 @@
 namespace TkPPDUpdating {
 
 /// An IP address with a port.
-struct SNMPAddress {
+struct NetworkAddress {
     sockaddr_storage storage = {};
     socklen_t length = 0;
 
@@ -23,8 +23,9 @@ struct SNMPAddress {
 /// The addresses of a host, those that the system puts first, at most two, so that one that is
 /// silent does not use up the time for many others. Empty, with the cause in `error`, when its
 /// name was not found until `deadline` or before anybody set `isCancelled` (may be null).
-std::vector<SNMPAddress> addressesOfHost(const std::string& host, std::uint16_t port,
-                                         std::chrono::steady_clock::time_point deadline,
-                                         const std::atomic<bool>* isCancelled, OrbCSError& error);
+std::vector<NetworkAddress> addressesOfHost(const std::string& host, std::uint16_t port,
+                                            std::chrono::steady_clock::time_point deadline,
+                                            const std::atomic<bool>* isCancelled,
+                                            OrbCSError& error);
 
 }  // namespace TkPPDUpdating

@@ -1,4 +1,4 @@
-#include "backends/snmp/SNMPAddresses.h"
+#include "backends/addresses/NetworkAddresses.h"
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -16,7 +16,7 @@ constexpr std::size_t kMostAddresses = 2;
 
 /// Adds those of an address that is given as a number.
 void addAddresses(const std::string& number, std::uint16_t port,
-                  std::vector<SNMPAddress>& addresses) {
+                  std::vector<NetworkAddress>& addresses) {
     addrinfo hints{};
     hints.ai_family = AF_UNSPEC;
     hints.ai_socktype = SOCK_DGRAM;
@@ -28,7 +28,7 @@ void addAddresses(const std::string& number, std::uint16_t port,
     for (const addrinfo* each = list; each && addresses.size() < kMostAddresses;
          each = each->ai_next) {
         if (each->ai_family == AF_INET || each->ai_family == AF_INET6) {
-            SNMPAddress& address = addresses.emplace_back();
+            NetworkAddress& address = addresses.emplace_back();
             std::memcpy(&address.storage, each->ai_addr, each->ai_addrlen);
             address.length = each->ai_addrlen;
         }
@@ -38,10 +38,11 @@ void addAddresses(const std::string& number, std::uint16_t port,
 
 }  // namespace
 
-std::vector<SNMPAddress> addressesOfHost(const std::string& host, std::uint16_t port,
-                                         std::chrono::steady_clock::time_point deadline,
-                                         const std::atomic<bool>* isCancelled, OrbCSError& error) {
-    std::vector<SNMPAddress> addresses;
+std::vector<NetworkAddress> addressesOfHost(const std::string& host, std::uint16_t port,
+                                            std::chrono::steady_clock::time_point deadline,
+                                            const std::atomic<bool>* isCancelled,
+                                            OrbCSError& error) {
+    std::vector<NetworkAddress> addresses;
     for (const std::string& number : addressesOfHostName(host, deadline, isCancelled, error)) {
         addAddresses(number, port, addresses);
     }

@@ -1,0 +1,97 @@
+#include "backends/postscript/PostScriptJob.h"
+
+#include <sys/random.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace TkPPDUpdating {
+
+namespace {
+
+constexpr std::string_view kDigits = "0123456789abcdef";
+
+/// Names end with the first half of the mark (@), so that no question defines the same. They are
+/// bound: a dictionary that a question leaves open may have any word in it.
+///
+/// A: prints its operand at the start of a line, behind the mark. Q: label and code.
+constexpr std::string_view kProcedures = R"(userdict begin
+/TkD@ countdictstack 1 sub def
+/TkA@ {(\n#) print (@ ) print print (\n) print flush} bind def
+/TkE@ {$error /newerror get {$error /errorname get 99 string cvs} {(stop)} ifelse} bind def
+/TkQ@ {
+userdict exch /TkC@ exch put
+userdict exch /TkL@ exch put
+userdict /TkS@ save put
+(\n#) print (@ ) print TkL@ print ( begin\n) print flush
+$error /newerror false put
+TkC@ cvx stopped {TkE@} {(none)} ifelse
+userdict exch /TkN@ exch put
+clear
+(\n#) print (@ ) print TkL@ print ( end ) print TkN@ print (\n) print flush
+{countdictstack TkD@ le {exit} if end} bind loop
+TkS@ restore
+} bind def
+end
+)";
+
+std::string withMark(std::string_view text, const PostScriptMark& mark) {
+    std::string filled;
+    for (const char character : text) {
+        if (character == '@') {
+            filled += mark.first;
+        } else if (character == '#') {
+            filled += mark.second;
+        } else {
+            filled += character;
+        }
+    }
+    return filled;
+}
+
+/// "<0a1b...>" in lines that every spooler takes.
+std::string hexadecimalString(std::string_view bytes) {
+    constexpr std::size_t kBytesInLine = 60;
+    std::string text = "<";
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        if (index > 0 && index % kBytesInLine == 0) {
+            text += '\n';
+        }
+        const auto byte = static_cast<unsigned char>(bytes[index]);
+        text += kDigits[byte / kDigits.size()];
+        text += kDigits[byte % kDigits.size()];
+    }
+    return text + ">";
+}
+
+}  // namespace
+
+PostScriptMark PostScriptMark::random() {
+    std::array<unsigned char, 16> bytes{};
+    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+        throw std::system_error(errno, std::generic_category(), "no random digits");
+    }
+    std::string digits;
+    for (const unsigned char byte : bytes) {
+        digits += kDigits[byte / kDigits.size()];
+        digits += kDigits[byte % kDigits.size()];
+    }
+    return {digits.substr(0, bytes.size()), digits.substr(bytes.size())};
+}
+
+PostScriptJob::PostScriptJob(const OrbCSPostScriptQuestions& questions, PostScriptMark mark)
+    : questions_(questions), mark_(std::move(mark)) {}
+
+std::string PostScriptJob::beginning() const {
+    return questions_.beginning + "%!PS-Adobe-3.0 Query\n" + withMark(kProcedures, mark_) + "(" +
+           std::string(kReady) + " end none) TkA" + mark_.first + "\n";
+}
+
+std::string PostScriptJob::question(std::size_t index) const {
+    return "(" + label(index) + ") " + hexadecimalString(questions_.questions.at(index).code) +
+           " TkQ" + mark_.first + "\n";
+}
+
+}  // namespace TkPPDUpdating

@@ -1,0 +1,57 @@
+#include "backends/postscript/PostScriptJob.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+const PostScriptMark kMark{"00112233", "aabbccdd"};
+
+TEST(PostScriptJob, StandsBetweenTheCommandsOfThePrintersJobLanguage) {
+    const OrbCSPostScriptQuestions questions{"\x1B%-12345X@PJL\n", "\x1B%-12345X", {}};
+    const PostScriptJob job(questions, kMark);
+    EXPECT_TRUE(job.beginning().starts_with("\x1B%-12345X@PJL\n%!PS"));
+    EXPECT_EQ(job.end(), "\x1B%-12345X");
+}
+
+TEST(PostScriptJob, NeverHasTheMarkAsAWhole) {
+    const OrbCSPostScriptQuestions questions{"", "", {{"Option1", "(x) =", {"x"}}}};
+    const PostScriptJob job(questions, kMark);
+    const std::string text = job.beginning() + job.question(0) + job.end();
+    EXPECT_THAT(text, HasSubstr(kMark.first));
+    EXPECT_THAT(text, HasSubstr(kMark.second));
+    EXPECT_THAT(text, Not(HasSubstr(kMark.text())));
+}
+
+TEST(PostScriptJob, SendsAQuestionAsDigitsWhateverIsInIt) {
+    std::string code(1'000'000, ')');
+    code.replace(0, 6, std::string("(\0\x1B\x04\n{", 6));
+    const OrbCSPostScriptQuestions questions{"", "", {{"Option1", code, {"x"}}}};
+    const std::string text = PostScriptJob(questions, kMark).question(0);
+    EXPECT_TRUE(text.starts_with("(0) <28001b040a7b2929")) << text.substr(0, 40);
+    EXPECT_EQ(text.find_first_not_of("0123456789abcdef<>() TkQ\n"), std::string::npos);
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        ASSERT_LT(line.size(), 200U);
+    }
+    EXPECT_THROW((void)PostScriptJob(questions, kMark).question(1), std::out_of_range);
+}
+
+TEST(PostScriptJob, MarksAreNeverTheSame) {
+    const PostScriptMark one = PostScriptMark::random();
+    const PostScriptMark other = PostScriptMark::random();
+    EXPECT_NE(one.text(), other.text());
+    EXPECT_EQ(one.text().size(), 32U);
+    EXPECT_NE(one.first, one.second);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing

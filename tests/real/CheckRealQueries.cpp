@@ -1,0 +1,124 @@
+// Sends the questions of PPDs to Ghostscript, all of a PPD as one job, in their order and reversed;
+// run by scripts/check-real-queries. Fails when one is not answered, or otherwise in the other
+// order.
+//
+//   check_real_queries PPD...
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "backends/postscript/PostScriptAnswers.h"
+#include "backends/postscript/PostScriptJob.h"
+#include "backends/ppdmodel/PPDModelFile.h"
+#include "sync/InstalledOptionQuestions.h"
+#include "tests/support/RunProgram.h"
+
+namespace {
+
+using namespace TkPPDUpdating;
+
+struct Counts {
+    int PPDs = 0;
+    int questions = 0;
+    int choices = 0;
+    int notKnown = 0;
+    int errors = 0;
+    int others = 0;
+    int notAnswered = 0;
+    int differences = 0;
+};
+
+/// What came of each question, by its option: a choice, or why there is none.
+using Answers = std::map<std::string, std::string>;
+
+Answers askedAnswersTo(const OrbCSPostScriptQuestions& questions) {
+    const PostScriptMark mark = PostScriptMark::random();
+    const PostScriptJob job(questions, mark);
+    std::string text = job.beginning();
+    for (std::size_t index = 0; index < questions.questions.size(); ++index) {
+        text += job.question(index);
+    }
+    Testing::ProgramSurroundings surroundings;
+    surroundings.standardInput = text;
+    const auto run = Testing::runProgram({"gs", "-q", "-dNOPAUSE", "-dBATCH", "-dSAFER",
+                                          "-sDEVICE=ljet4d", "-sOutputFile=/dev/null", "-"},
+                                         surroundings);
+    Answers answers;
+    for (std::size_t index = 0; index < questions.questions.size(); ++index) {
+        const OrbCSOptionQuestion& question = questions.questions[index];
+        const auto answer = postScriptAnswer(run.standardOutput, mark, PostScriptJob::label(index));
+        const auto reason =
+            answer ? reasonForNoChoice(*answer, question.choices) : std::optional<std::string>("-");
+        answers[question.option] = reason ? "(" + *reason + ")" : answer->text;
+    }
+    return answers;
+}
+
+/// The same; many PPDs have the same questions, which are asked once.
+const Answers& answersTo(const OrbCSPostScriptQuestions& questions) {
+    static std::map<std::vector<std::string>, Answers> known;
+    std::vector<std::string> words;
+    for (const OrbCSOptionQuestion& question : questions.questions) {
+        words.insert(words.end(), {question.option, question.code});
+        words.insert(words.end(), question.choices.begin(), question.choices.end());
+    }
+    const auto place = known.find(words);
+    return place != known.end() ? place->second
+                                : known.emplace(words, askedAnswersTo(questions)).first->second;
+}
+
+void count(const std::string& answer, Counts& counts) {
+    if (!answer.starts_with('(')) {
+        ++counts.choices;
+    } else if (answer == "(-)") {
+        ++counts.notAnswered;
+    } else if (answer == "(the printer does not know)") {
+        ++counts.notKnown;
+    } else if (answer.starts_with("(the question ends in an error")) {
+        ++counts.errors;
+    } else {
+        ++counts.others;
+    }
+}
+
+void check(const std::string& path, Counts& counts) {
+    std::string reason;
+    const auto PPD = PPDModelFile::fileWithContentsOfFile(path, &reason);
+    const auto found = PPD ? postScriptQuestionsOfPPD(*PPD, reason) : nullptr;
+    if (!found) {
+        return;
+    }
+    OrbCSPostScriptQuestions questions{"", "", found->questions};
+    const Answers& answers = answersTo(questions);
+    std::reverse(questions.questions.begin(), questions.questions.end());
+    const Answers& reversed = answersTo(questions);
+    ++counts.PPDs;
+    for (const auto& [option, answer] : answers) {
+        ++counts.questions;
+        count(answer, counts);
+        if (reversed.at(option) != answer) {
+            ++counts.differences;
+            std::printf("%s: %s: %s, and reversed %s\n", path.c_str(), option.c_str(),
+                        answer.c_str(), reversed.at(option).c_str());
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Counts counts;
+    for (const std::string path : std::vector<std::string>(argv + 1, argv + argc)) {
+        check(path, counts);
+    }
+    std::printf(
+        "%d PPDs, %d questions: %d choices, %d not known, %d errors, %d none of the choices, %d "
+        "not answered; %d differ in the other order\n",
+        counts.PPDs, counts.questions, counts.choices, counts.notKnown, counts.errors,
+        counts.others, counts.notAnswered, counts.differences);
+    return counts.questions > 0 && counts.notAnswered == 0 && counts.differences == 0 ? 0 : 1;
+}

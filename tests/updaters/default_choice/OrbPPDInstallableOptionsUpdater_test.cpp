@@ -1,0 +1,173 @@
+#include "updaters/default_choice/OrbPPDInstallableOptionsUpdater.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "manager/OrbClassTable.h"
+#include "manager/OrbPPDConcreteUpdatingManager.h"
+#include "manager/OrbPPDToldRule.h"
+#include "ppd/PPDStatements.h"
+#include "tests/updaters/default_choice/DefaultChoiceTestSupport.h"
+
+namespace TkPPDUpdating::Testing {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+/// Two installable options, one that the driver's own updaters set, and one outside of the group.
+constexpr std::string_view kPPD =
+    "*OpenGroup: InstallableOptions/Installable Options\n"
+    "*OpenUI *Option1/Tray 2: PickOne\n"
+    "*DefaultOption1: None\n"
+    "*Option1 None/Not Installed: \"\"\n"
+    "*Option1 Tray500/Installed: \"\"\n"
+    "*?Option1: \"(None) = flush\"\n"
+    "*CloseUI: *Option1\n"
+    "*JCLOpenUI *Option2/Duplex Unit: Boolean\n"
+    "*DefaultOption2: False\n"
+    "*Option2 False/Not Installed: \"\"\n"
+    "*Option2 True/Installed: \"\"\n"
+    "*JCLCloseUI: *Option2\n"
+    "*OpenUI *ZrAutoDuplexerInstalled/Duplexer: Boolean\n"
+    "*DefaultZrAutoDuplexerInstalled: False\n"
+    "*ZrAutoDuplexerInstalled False/Not Installed: \"\"\n"
+    "*ZrAutoDuplexerInstalled True/Installed: \"\"\n"
+    "*CloseUI: *ZrAutoDuplexerInstalled\n"
+    "*CloseGroup: InstallableOptions\n"
+    "*OpenUI *Duplex/Two-sided: PickOne\n"
+    "*DefaultDuplex: None\n"
+    "*Duplex None/Off: \"\"\n"
+    "*Duplex DuplexTumble/On: \"\"\n"
+    "*CloseUI: *Duplex\n";
+
+OrbDictionary contextWithOptions(OrbCSInstalledOptions options) {
+    FakeDeviceStatus::Values values;
+    values.emplace(kTkCSInstalledOptionsKey, std::move(options));
+    return OrbPPDUpdatingContext::contextWithDeviceStatus_parameters(
+        std::make_shared<FakeDeviceStatus>(std::move(values)), nullptr);
+}
+
+std::optional<std::string> updated(OrbCSInstalledOptions options, std::string_view PPD = kPPD) {
+    OrbDictionary context = contextWithOptions(std::move(options));
+    return textOf(OrbPPDInstallableOptionsUpdater().updatedPPDContentsForContents_deviceURI_context(
+        makePPDText("*PPD-Adobe: \"4.3\"\n" + std::string(PPD)), "file:printer", &context));
+}
+
+/// The test's PPD with parts of it in other words.
+std::string withReplaced(std::initializer_list<std::pair<std::string, std::string>> replacements) {
+    std::string text = "*PPD-Adobe: \"4.3\"\n" + std::string(kPPD);
+    for (const auto& [old, replacement] : replacements) {
+        text.replace(text.find(old), old.size(), replacement);
+    }
+    return text;
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, AppliesToAPPDWithTheGroup) {
+    OrbPPDInstallableOptionsUpdater updater;
+    EXPECT_TRUE(updater.isApplicableForPPDFile(parsedPPD(kPPD).get()));
+    EXPECT_TRUE(updater.isApplicableForPPDFile(
+        parsedPPD("*OpenGroup: General\n*OpenGroup: InstallableOptions\n").get()));
+    for (const char* PPD : {"*OpenGroup: General/InstallableOptions\n",
+                            "*OpenGroup: InstallableOptionsOfMine/Options\n", "*OpenGroup:\n",
+                            "*CloseGroup: InstallableOptions\n"}) {
+        EXPECT_FALSE(updater.isApplicableForPPDFile(parsedPPD(PPD).get())) << PPD;
+    }
+    EXPECT_FALSE(updater.isApplicableForPPDFile(nullptr));
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, SetsTheDefaultsOfOptionsOfTheGroup) {
+    EXPECT_EQ(updated({{"Option1", "Tray500"}, {"Option2", "True"}}),
+              withReplaced({{"DefaultOption1: None", "DefaultOption1: Tray500"},
+                            {"DefaultOption2: False", "DefaultOption2: True"}}));
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, LeavesOptionsOutsideOfTheGroupAndThoseOfOtherUpdaters) {
+    EXPECT_EQ(
+        updated(
+            {{"Duplex", "DuplexTumble"}, {"ZrAutoDuplexerInstalled", "True"}, {"Unknown", "True"}}),
+        withReplaced({}));
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, AnOptionThatFailsKeepsNoneOfTheOthers) {
+    for (const char* choice : {"Tray250", "", "None/Not", "Tray500\n*Option1 Evil/x"}) {
+        EXPECT_EQ(updated({{"Option1", choice}, {"Option2", "True"}}),
+                  withReplaced({{"DefaultOption2: False", "DefaultOption2: True"}}))
+            << choice;
+    }
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, ChangesNothingWhenNothingIsTold) {
+    OrbDictionary context = contextWithSilentDevice();
+    OrbPPDInstallableOptionsUpdater updater;
+    EXPECT_EQ(updater.updatedPPDContentsForContents_deviceURI_context(
+                  makePPDText(std::string(kPPD)), "file:printer", &context),
+              nullptr);
+    EXPECT_EQ(updater.PPDUpdatingValuesForPPDFile_deviceURI_context(parsedPPD(kPPD).get(),
+                                                                    "file:printer", &context),
+              std::nullopt);
+    context = contextWithOptions({{"Option1", "Tray500"}});
+    EXPECT_EQ(
+        updater.updatedPPDContentsForContents_deviceURI_context(nullptr, "file:printer", &context),
+        nullptr);
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, TellsTheValuesThatItWouldWrite) {
+    OrbDictionary context = contextWithOptions({{"Option1", "Tray500"},
+                                                {"Option2", "Maybe"},
+                                                {"Duplex", "DuplexTumble"},
+                                                {"ZrAutoDuplexerInstalled", "True"}});
+    const auto values =
+        OrbPPDInstallableOptionsUpdater().PPDUpdatingValuesForPPDFile_deviceURI_context(
+            parsedPPD(kPPD).get(), "file:printer", &context);
+    ASSERT_TRUE(values);
+    EXPECT_THAT(*values, ElementsAre(Pair("DefaultOption1", "Tray500")));
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, TakesTheDefaultsOfAQueuesPPDEachByItself) {
+    const auto queue = parsedPPD(
+        "*OpenUI *Option1/Tray 2: PickOne\n*DefaultOption1: Gone\n*CloseUI: *Option1\n"
+        "*OpenUI *Option2/Duplex Unit: Boolean\n*DefaultOption2: True\n*CloseUI: *Option2\n");
+    const PPDText text = makePPDText("*PPD-Adobe: \"4.3\"\n" + std::string(kPPD));
+    EXPECT_EQ(
+        textOf(OrbPPDInstallableOptionsUpdater().updatedPPDContentsForContents_PPDFile_context(
+            text, queue.get(), nullptr)),
+        withReplaced({{"DefaultOption2: False", "DefaultOption2: True"}}));
+    EXPECT_EQ(OrbPPDInstallableOptionsUpdater().updatedPPDContentsForContents_PPDFile_context(
+                  text, nullptr, nullptr),
+              nullptr);
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, OwnsTheDefaultsOfItsOptionsOnly) {
+    const std::string text = withReplaced({});
+    const auto statements = PPDStatementsOfText(text);
+    const auto owned = OrbPPDInstallableOptionsUpdater().ownedLines(statements, statements);
+    EXPECT_THAT(owned.defaultsOfOptions, ElementsAre("Option1", "Option2"));
+    EXPECT_THAT(owned.attributes, IsEmpty());
+    EXPECT_THAT(owned.choices, IsEmpty());
+    EXPECT_FALSE(owned.mayAdd || owned.mayTakeAway);
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, IsFoundByItsNameAndInNoFreshManager) {
+    const OrbClass* const itself = OrbClassFromName("OrbPPDInstallableOptionsUpdater");
+    ASSERT_NE(itself, nullptr);
+    EXPECT_EQ(itself, &OrbClassOf<OrbPPDInstallableOptionsUpdater>());
+    const OrbPPDConcreteUpdatingManager manager;
+    EXPECT_FALSE(manager.registeredClasses().contains(itself));
+    EXPECT_EQ(manager.registeredClasses().size(), 14U);
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, RunsOnlyWhenWhatIsInstalledWasTold) {
+    const OrbPPDInstallableOptionsUpdater updater;
+    using Kind = OrbPPDToldDecision::Kind;
+    EXPECT_EQ(OrbPPDToldRule::decision(updater, OrbCSToldEntries{"InstalledOptions"}, kPPD).kind,
+              Kind::run);
+    EXPECT_EQ(OrbPPDToldRule::decision(updater, OrbCSToldEntries{"DeviceAccessories"}, kPPD).kind,
+              Kind::keep);
+}
+
+}  // namespace
+}  // namespace TkPPDUpdating::Testing
