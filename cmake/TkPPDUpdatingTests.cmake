@@ -24,10 +24,12 @@ endfunction()
 
 function(tkppdupdating_add_tests program)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES")
+    add_executable(${program} ${arg_SOURCES})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
+        # A test that loops for ever says so before CTest ends it.
+        target_link_libraries(${program} PRIVATE tkppdupdating_test_time_limit)
     endif()
-    add_executable(${program} ${arg_SOURCES})
     tkppdupdating_compiler_settings(${program})
     target_link_libraries(${program} PRIVATE
         TkPPDUpdating ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
