@@ -56,11 +56,13 @@ TEST_P(AnyCommand, GivesTheRightResultOrAnErrorWhenNoMemoryIsLeft) {
 TEST_P(AnyCommand, GivesTheRightResultOrAnErrorWhenASystemCallFails) {
     constexpr auto kErrors = std::to_array({EIO, ENOSPC, EACCES, EINTR, ENOMEM, EMFILE});
     FaultyRuns runs(GetParam());
+    const std::size_t step = 3 * static_cast<std::size_t>(GetParam().sampleStep) / 10;
     for (std::size_t place = 1; place <= runs.calls().size(); ++place) {
         const std::string call = "call " + std::to_string(place);
         for (std::size_t which = 0; which < kErrors.size(); ++which) {
-            // Of a sample, each third place with one error after the other.
-            if (isEveryFaultTried() || (place % 3 == 1 && place / 3 % kErrors.size() == which)) {
+            // Of a sample, each third place (of long runs fewer) with one error after the other.
+            if (isEveryFaultTried() ||
+                (place % step == 1 && place / step % kErrors.size() == which)) {
                 runs.tryFault(call + " errno " + std::to_string(kErrors[which]));
             }
         }
@@ -75,8 +77,11 @@ bool isTransfer(const std::string& call) {
 
 TEST_P(AnyCommand, GivesTheRightResultWhenASystemCallComesShort) {
     FaultyRuns runs(GetParam());
+    const auto step =
+        isEveryFaultTried() ? 1 : static_cast<std::size_t>(GetParam().sampleStep) / 10;
+    std::size_t transfers = 0;
     for (std::size_t place = 1; place <= runs.calls().size(); ++place) {
-        if (isTransfer(runs.calls()[place - 1])) {
+        if (isTransfer(runs.calls()[place - 1]) && transfers++ % step == 0) {
             runs.tryFault("call " + std::to_string(place) + " short");
         }
     }
@@ -85,15 +90,20 @@ TEST_P(AnyCommand, GivesTheRightResultWhenASystemCallComesShort) {
 
 TEST_P(WritingCommand, LeavesWholeFilesWhenItIsKilledAtASystemCall) {
     FaultyRuns runs(GetParam());
-    const std::size_t step = isEveryFaultTried() ? 1 : 3;
+    // Of a sample, each third call that changes nothing, and each (of long runs some) that may.
+    const auto sampleStep = static_cast<std::size_t>(GetParam().sampleStep);
+    const std::size_t step = isEveryFaultTried() ? 1 : 3 * sampleStep / 10;
+    const std::size_t stepOfChanges = isEveryFaultTried() ? 1 : sampleStep / 10;
+    std::size_t changes = 0;
     for (std::size_t place = 1; place <= runs.calls().size(); ++place) {
         const std::string call = "call " + std::to_string(place);
         const std::string& name = runs.calls()[place - 1];
-        const bool isOfInterest = name != "read" && name != "stat" && name != "close";
+        const bool mayChange = name != "read" && name != "stat" && name != "close";
+        const bool isOfInterest = mayChange && changes++ % stepOfChanges == 0;
         if (place % step == 0 || isOfInterest) {
             runs.tryFault(call + " kill");
         }
-        if (name == "write") {
+        if (name == "write" && isOfInterest) {
             runs.tryFault(call + " torn");
         }
     }

@@ -201,13 +201,15 @@ FaultyCommand telling(const std::string& name, std::vector<std::string> argument
 }  // namespace
 
 std::vector<FaultyCommand> writingCommands() {
+    auto one = syncing("Sync", {"office"}, {"--keep-all"});
+    one.sampleStep = 30;
     auto three = syncing("SyncOfThreeQueues", {"first", "second", "third"}, {"--jobs", "2"});
     three.sampleStep = 100;
     return {replacing("UpdateInPlace", "a.ppd", withDevice({"update", "{}/a.ppd", "--in-place"}),
                       printerFiles()),
             updateInto("UpdateIntoANewFile", {}),
             updateInto("UpdateIntoAnotherFile", {{"b.ppd", "*PPD-Adobe: \"4.3\"\n"}}),
-            syncing("Sync", {"office"}, {"--keep-all"}),
+            one,
             three,
             restoring()};
 }

@@ -338,7 +338,7 @@ std::uint32_t timesAsManySequences() {
 
 TEST(OrbPPDProcessorModel, AgreesWithAPlainListOfStringsOverManyShortTexts) {
     constexpr std::uint32_t kFirstSeed = 20010101;
-    const std::uint32_t count = 2100 * timesAsManySequences();
+    const std::uint32_t count = 1000 * timesAsManySequences();
     for (std::uint32_t seed = kFirstSeed; seed < kFirstSeed + count; ++seed) {
         HostileTexts sizes(~seed);
         runSequence(seed, sizes.below(40), 10 + sizes.below(60));

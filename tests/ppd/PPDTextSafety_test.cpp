@@ -91,12 +91,17 @@ TEST_P(EveryKind, RefusesExactlyItsCharacters) {
                                           "a" + characters + (takesSlashes ? "/b" : "b"))
             .has_value();
     };
-    // Beyond ASCII, those that are accepted are asked for together, which takes less time.
+    // Beyond ASCII, those that are accepted are asked for together, and of the planes that hold few
+    // characters each 17th that is refused, which takes less time.
     std::string accepted;
     std::size_t count = 0;
     for (char32_t codePoint = 0; codePoint <= kLastCodePoint; ++codePoint) {
         const std::string character = encodedUTF8(codePoint);
         const bool isAllowed = canStandInAnyText(codePoint) && GetParam().isAllowed(codePoint);
+        if (!isAllowed && codePoint > 0x1FFFF && codePoint % 17 != 0 &&
+            codePoint != kLastCodePoint) {
+            continue;
+        }
         if (!isAllowed || codePoint < 0x80) {
             ASSERT_NE(isRefused(character), isAllowed) << std::hex << std::uint32_t{codePoint};
         } else {

@@ -241,7 +241,7 @@ std::set<std::string> mainKeywords(const std::string& text) {
 }
 
 TEST(IPPMappingProperties, NoAnswerMakesTheUpdatersWriteWhatIsNotTheirs) {
-    const unsigned long answers = numberFromEnvironment("IPP_MAPPING_ANSWERS", 2000);
+    const unsigned long answers = numberFromEnvironment("IPP_MAPPING_ANSWERS", 1000);
     const auto seed = static_cast<unsigned>(numberFromEnvironment("IPP_MAPPING_SEED", 1));
     const CoreInterfaceScope scope;
     OrbCoreInterface::setCore(std::make_shared<const PPDModelCore>());
@@ -389,7 +389,7 @@ std::map<std::string, std::string> toldValues(const ReportedDeviceStatus& status
 }
 
 TEST(IPPMappingProperties, AValueThatIsMissingNeverMakesAnotherStatus) {
-    const unsigned long answers = numberFromEnvironment("IPP_MAPPING_ANSWERS", 2000);
+    const unsigned long answers = numberFromEnvironment("IPP_MAPPING_ANSWERS", 1000);
     TameAnswers random(static_cast<unsigned>(numberFromEnvironment("IPP_MAPPING_SEED", 1)));
     std::map<std::string, unsigned long> timesTold;
     for (unsigned long number = 0; number < answers && !testing::Test::HasFailure(); ++number) {

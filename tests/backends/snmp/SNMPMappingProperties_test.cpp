@@ -179,7 +179,7 @@ ToldValues toldValues(const SNMPRows& rows) {
 }
 
 TEST(SNMPMappingProperties, TextsAreHarmlessAndAMissingCellNeverMakesAnotherValue) {
-    const unsigned long printers = numberFromEnvironment("SNMP_MAPPING_ROWS", 3000);
+    const unsigned long printers = numberFromEnvironment("SNMP_MAPPING_ROWS", 1500);
     RandomPrinters random(static_cast<unsigned>(numberFromEnvironment("SNMP_MAPPING_SEED", 1)));
     std::map<std::string, unsigned long> timesTold;
     for (unsigned long number = 0; number < printers && !testing::Test::HasFailure(); ++number) {
