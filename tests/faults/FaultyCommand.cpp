@@ -64,7 +64,7 @@ FaultyCommand replacing(const std::string& commandName, const std::string& name,
     FaultyCommand command{commandName, std::move(arguments), std::move(files), nullptr};
     const Files before = command.files;
     command.complaint = [name, before](const Files& after, const Files& whole, RunEnd end) {
-        const std::string& now = valueOf(after, name);
+        const std::string now = valueOf(after, name);
         if (now != valueOf(whole, name) && (end == RunEnd::done || now != valueOf(before, name))) {
             return name + " is neither old nor new: " + std::to_string(now.size()) + " bytes";
         }
@@ -99,9 +99,9 @@ constexpr const char* kEarlier = "*PPD-Adobe: \"4.3\"\n*% an earlier one\n";
 /// one.
 std::string complaintAboutBackup(const std::string& queue, const Files& before, const Files& after,
                                  const Files& whole, RunEnd end) {
-    const std::string& now = valueOf(after, "queues/" + queue + ".ppd");
-    const std::string& old = valueOf(before, "queues/" + queue + ".ppd");
-    const std::string& kept = valueOf(after, "kept/" + queue + ".ppd");
+    const std::string now = valueOf(after, "queues/" + queue + ".ppd");
+    const std::string old = valueOf(before, "queues/" + queue + ".ppd");
+    const std::string kept = valueOf(after, "kept/" + queue + ".ppd");
     if (now != old && now != valueOf(whole, "queues/" + queue + ".ppd")) {
         return queue + " has a PPD that is neither old nor new";
     }
