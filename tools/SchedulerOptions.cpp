@@ -13,6 +13,7 @@
 #include "tools/Backends.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
+#include "tools/NumberWithin.h"
 
 namespace TkPPDUpdating {
 
@@ -68,7 +69,7 @@ void SchedulerOptions::addTo(CLI::App& subcommand) {
         .add_option("--wait", wait_,
                     "How long to wait for a queue that is printing, and for another run (default "
                     "30; 0: not at all)")
-        ->check(CLI::Range(0U, kMostSeconds))
+        ->check(numberWithin(0, kMostSeconds))
         ->type_name("SECONDS");
 }
 

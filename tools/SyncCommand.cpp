@@ -16,6 +16,7 @@
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
 #include "tools/Journal.h"
+#include "tools/NumberWithin.h"
 #include "tools/SystemLog.h"
 
 namespace TkPPDUpdating {
@@ -104,12 +105,12 @@ void SyncCommand::addTimeOptions() {
     constexpr unsigned kMostSeconds = 7 * 24 * 60 * 60;
     subcommand()
         .add_option("--jobs", jobs_, "How many printers to ask at once (default 4)")
-        ->check(CLI::Range(std::size_t{1}, kMostJobs))
+        ->check(numberWithin(1, kMostJobs))
         ->type_name("N");
     subcommand()
         .add_option("--time-limit", timeLimit_,
                     "Abandon the queues that are not done by then (default: no limit)")
-        ->check(CLI::Range(1U, kMostSeconds))
+        ->check(numberWithin(1, kMostSeconds))
         ->type_name("SECONDS");
 }
 

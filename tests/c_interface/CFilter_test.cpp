@@ -26,10 +26,14 @@ class CFilter : public testing::Test {
         ASSERT_EQ(PrivateScheduler::missingPrograms(), "") << "scripts/setup test installs them";
         ASSERT_NE(pathOfProgram("lp"), "") << "lp is not installed; scripts/setup test installs it";
         scheduler_ = std::make_unique<PrivateScheduler>();
-        // Filters run as the scheduler's user.
-        fs::permissions(folder(), fs::perms::owner_all | fs::perms::group_read |
-                                      fs::perms::group_exec | fs::perms::others_read |
-                                      fs::perms::others_exec);
+        // Filters run as the scheduler's user, who need not get at the folder of the build.
+        constexpr auto kForEverybody = fs::perms::owner_all | fs::perms::group_read |
+                                       fs::perms::group_exec | fs::perms::others_read |
+                                       fs::perms::others_exec;
+        fs::permissions(folder(), kForEverybody);
+        const fs::path filter = folder() / "values_filter";
+        fs::copy_file(TKPPDUPDATING_VALUES_FILTER, filter);
+        fs::permissions(filter, kForEverybody);
         std::ifstream sample(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd");
         std::string text((std::istreambuf_iterator<char>(sample)),
                          std::istreambuf_iterator<char>());
@@ -40,7 +44,7 @@ class CFilter : public testing::Test {
             lines += line.starts_with("*cupsFilter") ? "" : line;
             at = end;
         }
-        lines += "*cupsFilter: \"application/postscript 0 " TKPPDUPDATING_VALUES_FILTER "\"\n";
+        lines += "*cupsFilter: \"application/postscript 0 " + filter.string() + "\"\n";
         const std::string PPD = scheduler_->directory().write("office.ppd", lines);
         scheduler_->addQueue("office", "file:" + printed(), PPD);
     }

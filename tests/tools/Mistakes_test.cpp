@@ -240,11 +240,27 @@ INSTANTIATE_TEST_SUITE_P(
                 2,
                 "--server: \"http://127.0.0.1:631/\" is a URI; write 127.0.0.1:631 (\"tkppdupdate "
                 "sync --help\" tells the usage)"},
-        Mistake{"NoJobs",
-                {"sync", "--all", "--jobs", "0"},
+        Mistake{
+            "NoJobs",
+            {"sync", "--all", "--jobs", "0"},
+            2,
+            "--jobs: \"0\" is not a whole number from 1 to 256 (\"tkppdupdate sync --help\" tells "
+            "the usage)"},
+        Mistake{"JobsInWords",
+                {"sync", "--all", "--jobs", "four"},
                 2,
-                "--jobs: Value 0 not in range 1 to 256 (\"tkppdupdate sync --help\" tells the "
-                "usage)"}),
+                "--jobs: \"four\" is not a whole number from 1 to 256 (\"tkppdupdate sync --help\" "
+                "tells the usage)"},
+        Mistake{"NoTime",
+                {"sync", "--all", "--time-limit=-5"},
+                2,
+                "--time-limit: \"-5\" is not a whole number from 1 to 604800 (\"tkppdupdate sync "
+                "--help\" tells the usage)"},
+        Mistake{"WaitsForEver",
+                {"sync", "--all", "--wait", "99999999999999999999"},
+                2,
+                "--wait: \"99999999999999999999\" is not a whole number from 0 to 86400 "
+                "(\"tkppdupdate sync --help\" tells the usage)"}),
     [](const auto& test) { return test.param.testName; });
 #endif
 
