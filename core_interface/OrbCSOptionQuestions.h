@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "text/TkPPDUpdatingPublic.h"
@@ -27,6 +30,28 @@ struct TKPPDUPDATING_PUBLIC OrbCSPostScriptQuestions {
     std::string beginning;
     std::string end;
     std::vector<OrbCSOptionQuestion> questions;
+};
+
+/// The question of a PPD about one of its installable options that an object of the printer's
+/// tables answers over SNMP ("*?OIDOPTION" and "*OIDOPTION").
+struct OrbCSObjectQuestion {
+    /// The option's keyword, without asterisk.
+    std::string option;
+    /// The object's identifier: numbers with dots between them.
+    std::string identifier;
+    /// What the object may hold, a text or a decimal number, to the option's choice.
+    std::map<std::string, std::string, std::less<>> choices;
+    /// The choice for whatever else it holds; empty when that is no answer.
+    std::string choiceForOthers;
+};
+
+/// Request parameter (`std::shared_ptr<const OrbCSSNMPQuestions>`): what the printer is asked over
+/// SNMP besides what it is always asked.
+inline constexpr std::string_view kTkCSSNMPQuestionsKey = "SNMPQuestions";
+
+/// The questions of a PPD that are answered over SNMP.
+struct TKPPDUPDATING_PUBLIC OrbCSSNMPQuestions {
+    std::vector<OrbCSObjectQuestion> questions;
 };
 
 }  // namespace TkPPDUpdating

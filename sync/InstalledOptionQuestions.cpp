@@ -2,17 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <map>
-#include <optional>
-#include <set>
-#include <span>
 #include <utility>
 
-#include "backends/schemes/ReportedDeviceStatus.h"
-#include "core_interface/OrbCSPartialStatus.h"
-#include "core_interface/OrbCSStatusSources.h"
-#include "core_interface/TkCSKeys.h"
 #include "ppd/PPDStatements.h"
+#include "sync/InstallableOptions.h"
 
 namespace TkPPDUpdating {
 
@@ -20,7 +15,6 @@ namespace {
 
 using Statements = std::vector<PPDStatement>;
 
-constexpr std::string_view kGroup = "InstallableOptions";
 constexpr std::string_view kBlanks = " \t\r\n";
 
 std::vector<std::string_view> wordsOf(std::string_view text) {
@@ -98,97 +92,44 @@ std::string JCL(const Statements& statements, std::string_view keyword) {
 }
 
 std::vector<OrbCSOptionQuestion> questionsIn(const Statements& statements) {
-    std::map<std::string_view, std::vector<std::string>> choices;
-    std::set<std::string_view> installable;
-    for (const PPDStatement& statement : statements) {
-        const bool isOpening = statement.keyword == "OpenUI" || statement.keyword == "JCLOpenUI";
-        if (isOpening && statement.group == kGroup) {
-            installable.insert(statement.option);
-        } else if (!statement.optionKeyword.empty() && installable.contains(statement.keyword)) {
-            choices[statement.keyword].emplace_back(statement.optionKeyword);
-        }
+    std::vector<InstallableOption> options = installableOptionsOf(statements);
+    std::map<std::string_view, const InstallableOption*> open;
+    for (const InstallableOption& option : options) {
+        open.emplace(option.keyword, &option);
     }
     std::vector<OrbCSOptionQuestion> questions;
     for (const PPDStatement& statement : statements) {
         const bool isQuestion = statement.keyword.starts_with('?') && statement.isQuoted &&
                                 statement.optionKeyword.empty();
-        const std::string_view option =
-            isQuestion ? statement.keyword.substr(1) : std::string_view();
-        // The first question of an option is its question.
-        if (isQuestion && installable.erase(option) == 1) {
-            questions.push_back(
-                {std::string(option), std::string(statement.value), choices[option]});
+        const auto option = isQuestion ? open.find(statement.keyword.substr(1)) : open.end();
+        if (option == open.end()) {
+            continue;
         }
+        OrbCSOptionQuestion question{option->second->keyword, std::string(statement.value), {}};
+        for (const InstallableOption::Choice& choice : option->second->choices) {
+            question.choices.push_back(choice.keyword);
+        }
+        questions.push_back(std::move(question));
+        // The first question of an option is its question.
+        open.erase(option);
     }
     return questions;
 }
 
-std::string textOr(std::optional<std::string_view> text, std::string_view keyword) {
-    return text && !text->empty() ? decodedPPDTranslation(*text) : std::string(keyword);
-}
-
-std::string textOfOption(const PPDModelFile& PPD, const std::string& option) {
-    for (const char* const keyword : {"OpenUI", "JCLOpenUI"}) {
-        const auto opening = PPD.attributesForName_spec(keyword, "*" + option);
-        if (!opening.empty()) {
-            return textOr(opening.front()->text(), option);
+/// Takes a line that says what the answers to a question mean.
+void takeMeaning(const PPDStatement& line, const InstallableOption& option,
+                 OrbCSObjectQuestion& question) {
+    constexpr std::string_view kAnythingElse = ".*";
+    if (!option.choice(line.optionKeyword)) {
+        if (option.choice(line.value)) {
+            question.choices.emplace(line.optionKeyword, line.value);
         }
+    } else if (line.value == kAnythingElse) {
+        question.choiceForOthers = line.optionKeyword;
+    } else {
+        question.choices.emplace(line.value, line.optionKeyword);
     }
-    return option;
 }
-
-std::string textOfChoice(const PPDModelFile& PPD, const std::string& option,
-                         const std::string& choice) {
-    const auto choices = PPD.attributesForName_spec(option, choice);
-    return choices.empty() ? choice : textOr(choices.front()->text(), choice);
-}
-
-/// Why an option was not answered, as the status tells it behind the option's keyword.
-std::string reasonFor(const std::string& option, const std::vector<std::string>& reasons) {
-    const std::string beginning = option + ": ";
-    const auto found = std::ranges::find_if(
-        reasons, [&](const std::string& reason) { return reason.starts_with(beginning); });
-    return found == reasons.end() ? "" : found->substr(beginning.size());
-}
-
-const OrbCSInstalledOptions* installedOptionsOf(const OrbCSDeviceStatus& status) {
-    return status.statusValueForKey<OrbCSInstalledOptions>(kTkCSInstalledOptionsKey);
-}
-
-/// Two statuses as one.
-class CombinedStatus : public OrbCSDeviceStatus,
-                       public OrbCSPartialStatus,
-                       public OrbCSStatusSources {
-  public:
-    CombinedStatus(std::shared_ptr<const OrbCSDeviceStatus> others,
-                   std::shared_ptr<const OrbCSDeviceStatus> asked)
-        : others_(std::move(others)),
-          asked_(std::move(asked)),
-          told_(OrbCSPartialStatus::toldEntriesOf(*others_)) {
-        if (told_) {
-            told_->emplace(kTkCSInstalledOptionsKey);
-        }
-        if (const auto* const known = dynamic_cast<const OrbCSStatusSources*>(others_.get())) {
-            sources_ = known->sources();
-        }
-    }
-
-    const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
-                                                    std::string* error) const override {
-        const auto& status = key == kTkCSInstalledOptionsKey ? asked_ : others_;
-        return status->statusValueForKey_error(key, error);
-    }
-
-    const std::optional<OrbCSToldEntries>& toldEntries() const override { return told_; }
-
-    const std::vector<OrbCSStatusSource>& sources() const override { return sources_; }
-
-  private:
-    std::shared_ptr<const OrbCSDeviceStatus> others_;
-    std::shared_ptr<const OrbCSDeviceStatus> asked_;
-    std::optional<OrbCSToldEntries> told_;
-    std::vector<OrbCSStatusSource> sources_;
-};
 
 }  // namespace
 
@@ -212,34 +153,37 @@ std::shared_ptr<const OrbCSPostScriptQuestions> postScriptQuestionsOfPPD(const P
     return questions;
 }
 
-std::vector<std::string> wordsForAnswers(const PPDModelFile& PPD,
-                                         const OrbCSPostScriptQuestions& questions,
-                                         const OrbCSDeviceStatus* answer) {
-    const auto* const installed = answer ? installedOptionsOf(*answer) : nullptr;
-    const auto reasons =
-        answer ? ReportedDeviceStatus::droppedValuesOf(*answer) : std::vector<std::string>();
-    std::vector<std::string> lines;
-    for (const OrbCSOptionQuestion& question : questions.questions) {
-        std::string line = textOfOption(PPD, question.option) + ": asked over PostScript";
-        const bool isAnswered = installed && installed->contains(question.option);
-        const std::string reason = reasonFor(question.option, reasons);
-        if (isAnswered) {
-            line += ": " + textOfChoice(PPD, question.option, installed->at(question.option));
-        } else {
-            line += ", no answer" + (reason.empty() ? "" : ": " + reason);
+std::shared_ptr<const OrbCSSNMPQuestions> SNMPQuestionsOfPPD(const PPDModelFile& PPD) {
+    // Nearly no PPD has one.
+    if (PPD.text()->find("*?OID") == std::string::npos) {
+        return nullptr;
+    }
+    const Statements statements = PPDStatementsOfText(*PPD.text());
+    const std::vector<InstallableOption> options = installableOptionsOf(statements);
+    std::map<std::string, const InstallableOption*, std::less<>> open;
+    for (const InstallableOption& option : options) {
+        open.emplace("?OID" + option.keyword, &option);
+    }
+    auto questions = std::make_shared<OrbCSSNMPQuestions>();
+    std::map<std::string, std::pair<const InstallableOption*, std::size_t>, std::less<>> asked;
+    for (const PPDStatement& statement : statements) {
+        const auto option = open.find(statement.keyword);
+        if (option != open.end() && statement.optionKeyword.empty() && statement.isQuoted) {
+            const InstallableOption& itself = *option->second;
+            asked.emplace("OID" + itself.keyword, std::pair(&itself, questions->questions.size()));
+            questions->questions.push_back({itself.keyword, std::string(statement.value), {}, {}});
+            // The first question of an option is its question.
+            open.erase(option);
         }
-        lines.push_back(std::move(line));
     }
-    return lines;
-}
-
-std::shared_ptr<const OrbCSDeviceStatus> statusWithInstalledOptions(
-    std::shared_ptr<const OrbCSDeviceStatus> others,
-    std::shared_ptr<const OrbCSDeviceStatus> asked) {
-    if (!others || !installedOptionsOf(*asked)) {
-        return others ? others : asked;
+    for (const PPDStatement& statement : statements) {
+        const auto question = asked.find(statement.keyword);
+        if (question != asked.end() && !statement.optionKeyword.empty()) {
+            takeMeaning(statement, *question->second.first,
+                        questions->questions[question->second.second]);
+        }
     }
-    return std::make_shared<const CombinedStatus>(std::move(others), std::move(asked));
+    return questions->questions.empty() ? nullptr : questions;
 }
 
 }  // namespace TkPPDUpdating

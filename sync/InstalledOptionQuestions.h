@@ -2,11 +2,8 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "backends/ppdmodel/PPDModelFile.h"
-#include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbCSOptionQuestions.h"
 
 namespace TkPPDUpdating {
@@ -22,17 +19,14 @@ namespace TkPPDUpdating {
 std::shared_ptr<const OrbCSPostScriptQuestions> postScriptQuestionsOfPPD(const PPDModelFile& PPD,
                                                                          std::string& reason);
 
-/// What was asked of a printer, and answered, for people, in the PPD's own texts: one line for each
-/// question, "Duplex Unit: asked over PostScript: Installed". `answer` is the status that came of
-/// it, null when none did.
-std::vector<std::string> wordsForAnswers(const PPDModelFile& PPD,
-                                         const OrbCSPostScriptQuestions& questions,
-                                         const OrbCSDeviceStatus* answer);
-
-/// A status that says what `others` does, which may be null, and the installed options of `asked`
-/// besides, which is not null.
-std::shared_ptr<const OrbCSDeviceStatus> statusWithInstalledOptions(
-    std::shared_ptr<const OrbCSDeviceStatus> others,
-    std::shared_ptr<const OrbCSDeviceStatus> asked);
+/// The questions of a PPD that objects of the printer's tables answer over SNMP, about the options
+/// of its group InstallableOptions, in their order; null when it has none:
+///
+///     *?OIDOPTION: "1.3.6.1.4.1.99.1.0"
+///     *OIDOPTION CHOICE: "what the object then holds"
+///
+/// ".*" stands for whatever no other line names. A line may also have the two sides the other way
+/// round, where what the object holds is one word and no choice.
+std::shared_ptr<const OrbCSSNMPQuestions> SNMPQuestionsOfPPD(const PPDModelFile& PPD);
 
 }  // namespace TkPPDUpdating

@@ -30,6 +30,9 @@ PPDUpdate::PPDUpdate(std::unique_ptr<OrbPPDConcreteUpdatingManager> manager,
                      std::shared_ptr<const PPDModelFile> PPD, Defaults defaults)
     : manager_(std::move(manager)), PPD_(std::move(PPD)), defaults_(defaults) {
     countUpdaters();
+    if (readsInstalledOptions_) {
+        accessories_.emplace(*PPD_);
+    }
 }
 
 void PPDUpdate::countUpdaters() {
@@ -59,6 +62,7 @@ bool PPDUpdate::mayTellInstalledOptions(std::string_view deviceURI) {
 void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule rule) {
     answer_ = status;
     status_ = std::move(status);
+    takeOptionsOfAccessories();
     const auto told = OrbCSPartialStatus::toldEntriesOf(*status_);
     if (rule == Rule::whatWasNotToldStays && told) {
         leaveWhatWasNotTold(*told);
@@ -66,6 +70,23 @@ void PPDUpdate::setStatus(std::shared_ptr<const OrbCSDeviceStatus> status, Rule 
     if (defaults_ == Defaults::keepTheirMeaning) {
         placeMediaTypes();
     }
+}
+
+void PPDUpdate::takeOptionsOfAccessories() {
+    if (!accessories_ || !readsInstalledOptions_) {
+        return;
+    }
+    const auto* const known = installedOptionsOf(*status_);
+    OrbCSInstalledOptions installed;
+    for (InstalledOptionAnswer& answer : accessories_->answersOfStatus(*status_)) {
+        // What was said of the option itself counts.
+        if (!known || !known->contains(answer.option)) {
+            installed.emplace(answer.option, answer.after);
+            answersOfAccessories_.push_back(std::move(answer));
+        }
+    }
+    status_ = statusWithInstalledOptions(std::move(status_), std::move(installed));
+    answer_ = status_;
 }
 
 void PPDUpdate::leaveWhatWasNotTold(const OrbCSToldEntries& told) {

@@ -12,6 +12,7 @@
 #include "core_interface/OrbCSStatusValue.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "ppd/PPDText.h"
+#include "sync/OptionsOfAccessories.h"
 #include "sync/PPDUpdateStep.h"
 
 namespace TkPPDUpdating {
@@ -48,12 +49,16 @@ class PPDUpdate {
     /// Whether an updater of the installable options has something to do.
     bool readsInstalledOptions() const { return readsInstalledOptions_; }
 
+    /// Whether some of them say no more than an accessory does (`OptionsOfAccessories`): then any
+    /// status may tell.
+    bool followsAccessories() const { return accessories_ && !accessories_->areNone(); }
+
     /// Leaves the installable options alone, because nobody is asked for them. Before the status is
     /// set.
     void leaveInstallableOptions();
 
-    /// Whether the answer to a device URI can tell what installable options are set to: only a
-    /// recording has their words by itself.
+    /// Whether the answer to a device URI can tell what installable options are set to without
+    /// being asked for them: only a recording has their words by itself.
     static bool mayTellInstalledOptions(std::string_view deviceURI);
 
     /// Makes `status`, which is not null, the answer. Once, before text and values.
@@ -69,6 +74,11 @@ class PPDUpdate {
 
     /// The updated text, the text of the PPD itself when nothing changed. Raises
     /// `std::out_of_range` as the manager does.
+    /// What accessories of the status told about installable options.
+    const std::vector<InstalledOptionAnswer>& answersOfAccessories() const {
+        return answersOfAccessories_;
+    }
+
     PPDText updatedText(std::optional<std::string_view> deviceURI);
 
     /// What else is to be told of the updated text, one phrase each.
@@ -87,6 +97,7 @@ class PPDUpdate {
 
   private:
     void countUpdaters();
+    void takeOptionsOfAccessories();
     void leaveWhatWasNotTold(const OrbCSToldEntries& told);
     bool completeMediaTypes();
     void placeMediaTypes();
@@ -106,6 +117,9 @@ class PPDUpdate {
     bool needsStatus_ = false;
     bool needsOtherStatus_ = false;
     bool readsInstalledOptions_ = false;
+    /// When an updater reads the installed options.
+    std::optional<OptionsOfAccessories> accessories_;
+    std::vector<InstalledOptionAnswer> answersOfAccessories_;
 };
 
 }  // namespace TkPPDUpdating

@@ -27,6 +27,8 @@ struct OneWayProtocol {
     std::uint16_t port;
 };
 
+constexpr std::uint16_t kIPPPort = 631;
+
 constexpr auto kOneWayProtocols = std::to_array<OneWayProtocol>({{"socket", 9100}, {"lpd", 515}});
 
 const OneWayProtocol* protocolOf(std::string_view scheme) {
@@ -131,6 +133,41 @@ std::vector<std::string> QueuePrinters::placesOfHost(const std::string& deviceUR
     }
     const std::string host = place->hostInURI();
     return {"ipp://" + host + "/ipp/print", "ipp://" + host + "/", "snmp://" + host};
+}
+
+std::string QueuePrinters::SNMPPlace(const std::string& deviceURI) {
+    const auto place = NetworkPlace::placeOfURI(deviceURI);
+    if (!place) {
+        return {};
+    }
+    if (place->scheme == "snmp") {
+        return deviceURI;
+    }
+    const bool isPrinter = place->scheme == "ipp" || place->scheme == "ipps"
+                               ? !place->port || *place->port == kIPPPort
+                               : protocolOf(place->scheme) && isPrintersOwnPort(*place);
+    return isPrinter ? "snmp://" + place->hostInURI() : std::string();
+}
+
+QueuePrinterAnswer QueuePrinters::askOverSNMP(const std::string& queueName,
+                                              const std::string& deviceURI, const OrbPPDFile& PPD,
+                                              const OrbDictionary& parameters) const {
+    const std::string& known = placeOfQueue(queueName, deviceURI);
+    const std::string place = SNMPPlace(known);
+    OrbCSError error;
+    auto status =
+        OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(place, &parameters, &error);
+    if (!status) {
+        return {nullptr, {}, {&queueSyncCauseForError(error.cause), error.reason}};
+    }
+    const auto reason = place == known
+                            ? std::nullopt
+                            : reasonNotToBelieve(OrbCSIdentifiedStatus::identityOf(*status),
+                                                 PrinterAgreement::identityOfPPD(PPD), place);
+    if (reason) {
+        return {nullptr, place, {&queueSyncCause("another-printer"), *reason}};
+    }
+    return {std::move(status), place, {}};
 }
 
 const std::string& QueuePrinters::placeOfQueue(const std::string& queueName,

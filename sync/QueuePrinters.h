@@ -66,6 +66,15 @@ class QueuePrinters {
                                                        const OrbDictionary& parameters,
                                                        OrbCSError& error) const;
 
+    /// Asks the printer of a queue over SNMP, with the questions in `parameters`: at `SNMPPlace`,
+    /// and believed as above. The reason of a failure is one phrase.
+    QueuePrinterAnswer askOverSNMP(const std::string& queueName, const std::string& deviceURI,
+                                   const OrbPPDFile& PPD, const OrbDictionary& parameters) const;
+
+    /// Where the printer behind a device URI answers SNMP; empty when nobody can know. A port other
+    /// than the printer's own may lead to another printer.
+    static std::string SNMPPlace(const std::string& deviceURI);
+
     /// The places at which the printer behind a device URI of "socket" or "lpd" is asked, in their
     /// order; empty for another URI.
     static std::vector<std::string> placesOfHost(const std::string& deviceURI);

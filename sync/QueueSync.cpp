@@ -1,17 +1,25 @@
 #include "sync/QueueSync.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
+#include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/TkCSKeys.h"
 #include "manager/MissingResourceWatch.h"
+#include "ppd/PPDStatements.h"
 #include "sync/EstimationsTime.h"
+#include "sync/InstallableOptions.h"
+#include "sync/InstalledOptionAnswers.h"
 #include "sync/InstalledOptionQuestions.h"
 #include "sync/QueueInstallation.h"
 #include "sync/QueueSyncCauses.h"
@@ -156,18 +164,31 @@ class QueueSync::Work::Steps {
                                "its PPD is not valid UTF-8 at byte " + std::to_string(*invalid));
     }
 
-    /// What the PPD asks a PostScript printer. What is installed cannot be told otherwise, unless
-    /// by a recording.
+    /// What the PPD asks the printer about installable options. They are left alone when nobody can
+    /// tell what is installed.
     void findQuestions() {
+        if (!update_->readsInstalledOptions()) {
+            return;
+        }
         const std::string& place = printers_.placeOfQueue(outcome_.queueName, queue_.deviceURI);
-        const bool isAskable = options_.postScriptPrinters &&
-                               DeviceStatusSchemes::schemeOfURI(place) == "socket" &&
-                               update_->readsInstalledOptions();
         std::string reason;
-        questions_ = isAskable ? postScriptQuestionsOfPPD(*before_, reason) : nullptr;
-        if (!questions_ && !PPDUpdate::mayTellInstalledOptions(place)) {
+        if (options_.postScriptPrinters && DeviceStatusSchemes::schemeOfURI(place) == "socket") {
+            questions_ = postScriptQuestionsOfPPD(*before_, reason);
+        }
+        if (!QueuePrinters::SNMPPlace(place).empty()) {
+            objectQuestions_ = SNMPQuestionsOfPPD(*before_);
+        }
+        if (!questions_ && !objectQuestions_ && !update_->followsAccessories() &&
+            !PPDUpdate::mayTellInstalledOptions(place)) {
             update_->leaveInstallableOptions();
         }
+    }
+
+    /// Whether the printer is asked more than the questions of the PPD.
+    bool isStatusWanted() const {
+        const bool hasQuestions = questions_ || objectQuestions_;
+        return update_->needsOtherStatus() || !hasQuestions ||
+               (!questions_ && update_->followsAccessories());
     }
 
     bool askPrinter() {
@@ -179,19 +200,23 @@ class QueueSync::Work::Steps {
             return goesOn();
         }
         QueuePrinterAnswer answer;
-        if (!questions_ || update_->needsOtherStatus()) {
+        outcome_.answers.clear();
+        if (isStatusWanted()) {
             answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
             outcome_.statusURI = answer.URI;
         }
-        if (questions_ && (!goesOn() || !isIdle() || !askQuestions(answer))) {
+        if (questions_ && (!goesOn() || !isIdle())) {
             return false;
         }
+        askQuestions(answer);
         if (!answer.status) {
             // One that was not waited for is not to blame.
             return goesOn() && end("", answer.failure);
         }
         update_->setStatus(std::move(answer.status), options_.rule);
         outcome_.keptEntries = update_->keptEntries();
+        const auto& more = update_->answersOfAccessories();
+        outcome_.answers.insert(outcome_.answers.end(), more.begin(), more.end());
         return true;
     }
 
@@ -213,22 +238,58 @@ class QueueSync::Work::Steps {
         return true;
     }
 
-    /// Adds what is installed to the answer.
-    bool askQuestions(QueuePrinterAnswer& answer) {
-        const OrbDictionary parameters = {{std::string(kTkCSPostScriptQuestionsKey), questions_}};
-        OrbCSError error;
-        const auto asked =
-            printers_.askInTurn(*options_.postScriptPrinters, queue_.deviceURI, parameters, error);
-        outcome_.answers =
-            asked ? wordsForAnswers(*before_, *questions_, asked.get())
-                  : std::vector<std::string>{"its questions were not asked: " + error.reason};
-        if (asked) {
-            answer.status = statusWithInstalledOptions(std::move(answer.status), asked);
-        } else if (!answer.status && !answer.failure.cause) {
-            answer.failure = {&queueSyncCauseForError(error.cause),
-                              "its printer does not tell what is installed: " + error.reason};
+    /// Adds what is installed to the answer. What is asked over PostScript, at the queue's own
+    /// device, comes before what is asked over SNMP.
+    void askQuestions(QueuePrinterAnswer& answer) {
+        if (objectQuestions_) {
+            const OrbDictionary parameters = {
+                {std::string(kTkCSSNMPQuestionsKey), objectQuestions_}};
+            const auto asked =
+                printers_.askOverSNMP(outcome_.queueName, queue_.deviceURI, *before_, parameters);
+            take("SNMP", optionsAsked(objectQuestions_->questions), asked, answer);
         }
-        return true;
+        if (questions_) {
+            const OrbDictionary parameters = {
+                {std::string(kTkCSPostScriptQuestionsKey), questions_}};
+            OrbCSError error;
+            QueuePrinterAnswer asked;
+            asked.status = printers_.askInTurn(*options_.postScriptPrinters, queue_.deviceURI,
+                                               parameters, error);
+            asked.failure = {&queueSyncCauseForError(error.cause), error.reason};
+            take("PostScript", optionsAsked(questions_->questions), asked, answer);
+        }
+    }
+
+    template <typename Questions>
+    static std::vector<std::string> optionsAsked(const Questions& questions) {
+        std::vector<std::string> options;
+        for (const auto& question : questions) {
+            options.push_back(question.option);
+        }
+        return options;
+    }
+
+    /// Takes the installed options out of what was answered to the questions of the PPD.
+    void take(std::string_view way, const std::vector<std::string>& optionsAsked,
+              const QueuePrinterAnswer& asked, QueuePrinterAnswer& answer) {
+        const auto options = installableOptionsOf(PPDStatementsOfText(*before_->text()));
+        const auto answers =
+            answersOfStatus(options, optionsAsked, way, asked.status.get(), asked.failure.reason);
+        outcome_.answers.insert(outcome_.answers.end(), answers.begin(), answers.end());
+        if (asked.status) {
+            const auto* const installed = installedOptionsOf(*asked.status);
+            answer.status = statusWithInstalledOptions(
+                answer.status ? std::move(answer.status) : statusThatTellsNothing(),
+                installed ? *installed : OrbCSInstalledOptions());
+        } else if (!answer.status && !answer.failure.cause) {
+            answer.failure = {asked.failure.cause, "its printer does not tell what is installed: " +
+                                                       asked.failure.reason};
+        }
+    }
+
+    static std::shared_ptr<const OrbCSDeviceStatus> statusThatTellsNothing() {
+        return std::make_shared<const ReportedDeviceStatus>(
+            ReportedDeviceStatus::Values(), std::vector<std::string>(), OrbCSToldEntries());
     }
 
     bool updateText() {
@@ -355,8 +416,9 @@ class QueueSync::Work::Steps {
     SchedulerQueue queue_;
     std::shared_ptr<const PPDModelFile> before_;
     std::optional<PPDUpdate> update_;
-    /// Null when the printer is not asked over PostScript.
+    /// Null when the printer is not asked over PostScript, or SNMP.
     std::shared_ptr<const OrbCSPostScriptQuestions> questions_;
+    std::shared_ptr<const OrbCSSNMPQuestions> objectQuestions_;
     /// Whether the queue is printing and its printer not yet asked.
     bool isWaiting_ = false;
     std::optional<QueueBackups::Entry> backup_;

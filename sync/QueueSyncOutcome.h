@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ppd/PPDText.h"
+#include "sync/InstalledOptionAnswers.h"
 #include "sync/PPDUpdateStep.h"
 
 namespace TkPPDUpdating {
@@ -50,8 +51,8 @@ struct QueueSyncOutcome {
     /// The entries of a status that the updaters would have read and the printer did not tell: the
     /// lines that follow them stayed (`core_interface/OrbCSPartialStatus.h`). Sorted.
     std::vector<std::string> keptEntries;
-    /// What the printer was asked with the questions of the PPD, and answered, one line each.
-    std::vector<std::string> answers;
+    /// What came of asking about installable options, in their order for each way of asking.
+    std::vector<InstalledOptionAnswer> answers;
     /// The queue's PPD as it was, when it could be read, and as it is or would be, when it differs.
     PPDText before;
     PPDText after;

@@ -4,11 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "core_interface/OrbCSDeviceStatus.h"
 #include "core_interface/OrbCSError.h"
+#include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/OrbDictionary.h"
+#include "sync/InstalledOptionAnswers.h"
 #include "sync/PPDUpdate.h"
 #include "tools/Backends.h"
 
@@ -39,18 +42,26 @@ class DeviceInquiry {
                                                     const OrbDictionary& parameters,
                                                     Silence silence, const PPDModelFile& PPD) const;
 
-    /// Leaves the installable options alone in an update for which the device is not asked about
-    /// them.
-    void limit(PPDUpdate& update) const;
+    /// Leaves the installable options alone in an update of that PPD when the device cannot tell
+    /// about them.
+    void limit(PPDUpdate& update, const PPDModelFile& PPD) const;
+
+    /// Tells the user what came of asking about installable options.
+    static void tell(const std::string& place, const std::vector<InstalledOptionAnswer>& answers);
 
     /// Whether the device is asked even when no updater needs it.
     bool isRequired() const { return isRequired_; }
 
   private:
-    std::shared_ptr<const OrbCSDeviceStatus> answerToQuestions(const std::string& place,
-                                                               const PPDModelFile& PPD,
-                                                               OrbDictionary parameters,
-                                                               OrbCSError& error) const;
+    std::shared_ptr<const OrbCSDeviceStatus> statusOverPostScript(const std::string& place,
+                                                                  const PPDModelFile& PPD,
+                                                                  OrbDictionary parameters,
+                                                                  OrbCSError& error) const;
+    std::shared_ptr<const OrbCSDeviceStatus> usualStatus(const std::string& place,
+                                                         const PPDModelFile& PPD,
+                                                         OrbDictionary parameters,
+                                                         OrbCSError& error) const;
+    std::shared_ptr<const OrbCSSNMPQuestions> objectQuestions(const PPDModelFile& PPD) const;
 
     std::string deviceURI_;
     bool asksPostScript_ = false;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/TkCSKeys.h"
 
 namespace TkPPDUpdating {
@@ -12,7 +13,9 @@ OneAnswerServices::OneAnswerServices(std::shared_ptr<const TkCommunicationServic
 std::shared_ptr<const OrbCSDeviceStatus> OneAnswerServices::deviceStatusWithURI_parameters_error(
     std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
     OrbCSError* error) const {
-    if (!deviceURI || (parameters && parameters->contains(kTkCSTimeLimitKey))) {
+    const bool isOfItsOwn = parameters && (parameters->contains(kTkCSTimeLimitKey) ||
+                                           parameters->contains(kTkCSSNMPQuestionsKey));
+    if (!deviceURI || isOfItsOwn) {
         return services_->deviceStatusWithURI_parameters_error(deviceURI, parameters, error);
     }
     std::shared_ptr<Request> request;

@@ -17,7 +17,8 @@ namespace TkPPDUpdating {
 /// The updating context keeps only a status that it got: without this, each updater of a run would
 /// ask a printer that is switched off anew and wait for it to time out. A request with a limit of
 /// time of its own (`kTkCSTimeLimitKey`) is passed on each time: that a device did not answer so
-/// soon is no answer for those who wait longer. Safe for several threads.
+/// soon is no answer for those who wait longer. So is one with a PPD's own questions
+/// (`kTkCSSNMPQuestionsKey`), which others do not have. Safe for several threads.
 class OneAnswerServices : public TkCommunicationServices {
   public:
     /// What a device answered.

@@ -123,12 +123,27 @@ std::string joined(const std::vector<std::string>& words) {
     return list;
 }
 
-std::string linesOf(const std::vector<std::string>& words) {
+std::string linesOf(const std::vector<InstalledOptionAnswer>& answers) {
     std::string lines;
-    for (const std::string& each : words) {
-        lines += "  " + Diagnostics::printable(each) + "\n";
+    for (const InstalledOptionAnswer& answer : answers) {
+        lines += "  " + Diagnostics::printable(answer.words) + "\n";
     }
     return lines;
+}
+
+nlohmann::ordered_json JSONOfAnswers(const std::vector<InstalledOptionAnswer>& answers) {
+    auto array = nlohmann::ordered_json::array();
+    for (const InstalledOptionAnswer& answer : answers) {
+        nlohmann::ordered_json object = {
+            {"option", answer.option}, {"from", answer.way}, {"before", answer.before}};
+        if (answer.after.empty()) {
+            object["reason"] = answer.reason;
+        } else {
+            object["answer"] = answer.after;
+        }
+        array.push_back(std::move(object));
+    }
+    return array;
 }
 
 }  // namespace
@@ -214,7 +229,7 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
         object["notes"] = outcome.notes;
     }
     if (!outcome.answers.empty()) {
-        object["answers"] = outcome.answers;
+        object["answers"] = JSONOfAnswers(outcome.answers);
     }
     if (!outcome.keptEntries.empty()) {
         object["kept"] = outcome.keptEntries;

@@ -94,12 +94,13 @@ PPDText UpdateCommand::textWithDevice(const std::shared_ptr<const PPDModelFile>&
     using Silence = DeviceInquiry::Silence;
     device_.refuseMistake(backends_);
     PPDUpdate update(updaters_.makeManager(), before, defaults());
-    device_.limit(update);
+    device_.limit(update, *before);
     if (update.needsStatus() || device_.isRequired()) {
         const bool isFailure = isFileWritten() && !isWithoutDevice_;
         if (auto status = device_.status(
                 file_, {}, isFailure ? Silence::isFailure : Silence::isWarning, *before)) {
             update.setStatus(std::move(status), updaters_.rule());
+            DeviceInquiry::tell(file_, update.answersOfAccessories());
         }
     }
     PPDText after = update.updatedText(device_.deviceURI());

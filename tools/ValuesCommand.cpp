@@ -71,7 +71,7 @@ OrbPPDUpdatingValues ValuesCommand::valuesFor(const std::shared_ptr<const PPDMod
                                               const std::string& place) const {
     using Silence = DeviceInquiry::Silence;
     PPDUpdate update(updaters_.makeManager(), PPDFile);
-    device_.limit(update);
+    device_.limit(update, *PPDFile);
     // The operation for a file begins with a status; the one for a queue asks when it needs one.
     const bool isAsked = !queueName_ || update.needsStatus() || device_.isRequired();
     auto status =
@@ -84,6 +84,7 @@ OrbPPDUpdatingValues ValuesCommand::valuesFor(const std::shared_ptr<const PPDMod
             .value_or(OrbPPDUpdatingValues());
     }
     update.setStatus(std::move(status), updaters_.rule());
+    DeviceInquiry::tell(place, update.answersOfAccessories());
     auto values = update.updatingValues(device_.deviceURI());
     if (!update.keptEntries().empty()) {
         Diagnostics::note(place, PPDUpdate::wordsForKeptEntries(update.keptEntries()));

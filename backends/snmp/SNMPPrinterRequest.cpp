@@ -10,6 +10,7 @@
 #include "backends/addresses/NetworkAddresses.h"
 #include "backends/schemes/NetworkPlace.h"
 #include "backends/snmp/SNMPCommunity.h"
+#include "backends/snmp/SNMPOptionAnswers.h"
 #include "backends/snmp/SNMPSession.h"
 #include "backends/snmp/SNMPStatusMapping.h"
 #include "backends/snmp/SNMPTableWalk.h"
@@ -37,6 +38,13 @@ std::optional<NetworkPlace> printerWithURI(const std::string& deviceURI) {
 
 enum class Outcome { done, silent, failed };
 
+/// What is to be known of a printer, and what it told.
+struct Told {
+    std::span<const OrbCSObjectQuestion> questions;
+    SNMPRows rows = {};
+    SNMPOptionAnswers options = {};
+};
+
 /// The tables of the printer behind one address, in one version of SNMP.
 class Conversation {
   public:
@@ -48,8 +56,8 @@ class Conversation {
         limits_.isCancelled = limits.isCancelled;
     }
 
-    Outcome readTables(const NetworkAddress& address, SNMPVersion version,
-                       const std::string& community, SNMPRows& rows, OrbCSError& error) const {
+    Outcome read(const NetworkAddress& address, SNMPVersion version, const std::string& community,
+                 Told& told, OrbCSError& error) const {
         const auto session = SNMPSession::opened(address, version, community, error);
         if (!session) {
             return Outcome::silent;
@@ -58,7 +66,7 @@ class Conversation {
         auto limits = limits_;
         limits.tries = kFirstTries;
         for (const auto& columns : SNMPStatusMapping::tables()) {
-            if (!walk.read(columns, limits, rows)) {
+            if (!walk.read(columns, limits, told.rows)) {
                 error = errorOf(walk);
                 const bool mayAnswerOtherwise =
                     !walk.hasAnswered() && walk.end() != SNMPSession::End::cancelled;
@@ -66,7 +74,10 @@ class Conversation {
             }
             limits.tries = kLaterTries;
         }
-        readIdentity(*session, rows);
+        readIdentity(*session, told.rows);
+        for (const OrbCSObjectQuestion& question : told.questions) {
+            readOption(*session, question, told.options);
+        }
         return Outcome::done;
     }
 
@@ -78,6 +89,31 @@ class Conversation {
         limits.tries = kFirstTries;
         limits.cells = std::min(limits.cells, kMostCells);
         (void)SNMPTableWalk(session).read(SNMPStatusMapping::identityColumns(), limits, rows);
+    }
+
+    /// One that the printer does not answer leaves the others.
+    void readOption(SNMPSession& session, const OrbCSObjectQuestion& question,
+                    SNMPOptionAnswers& options) const {
+        const auto name = SNMPNameOfIdentifier(question.identifier);
+        std::string reason = "its question names no object";
+        if (name) {
+            session.begin({.names = {*name}, .isExact = true});
+            SNMPAnswer answer;
+            auto end = SNMPSession::End::timeOver;
+            for (int tries = 0; tries < kFirstTries && end == SNMPSession::End::timeOver; ++tries) {
+                const auto until = std::min(limits_.deadline, Clock::now() + limits_.oneTry);
+                end = session.ask(until, limits_.isCancelled, answer);
+            }
+            reason = "the printer did not answer in time";
+            const auto choice = end == SNMPSession::End::answered
+                                    ? choiceOfAnswer(question, *name, answer, reason)
+                                    : std::nullopt;
+            if (choice) {
+                options.installed.insert_or_assign(question.option, *choice);
+                return;
+            }
+        }
+        options.reasons.push_back(question.option + ": " + reason);
     }
 
     OrbCSError errorOf(const SNMPTableWalk& walk) const {
@@ -104,7 +140,8 @@ class Conversation {
 
 std::shared_ptr<const ReportedDeviceStatus> statusOfSNMPPrinter(
     const std::string& deviceURI, const SNMPDeviceStatusLimits& limits,
-    std::chrono::milliseconds time, OrbCSError& error) {
+    std::chrono::milliseconds time, std::span<const OrbCSObjectQuestion> questions,
+    OrbCSError& error) {
     const auto printer = printerWithURI(deviceURI);
     if (!printer) {
         error = {OrbCSError::Cause::malformedURI,
@@ -119,11 +156,10 @@ std::shared_ptr<const ReportedDeviceStatus> statusOfSNMPPrinter(
     const Conversation conversation(limits, time, deadline, addresses.size());
     for (const NetworkAddress& address : addresses) {
         for (const SNMPVersion version : {SNMPVersion::two, SNMPVersion::one}) {
-            SNMPRows rows;
-            const Outcome outcome =
-                conversation.readTables(address, version, community, rows, error);
+            Told told{questions};
+            const Outcome outcome = conversation.read(address, version, community, told, error);
             if (outcome == Outcome::done) {
-                return SNMPStatusMapping::statusForRows(rows, error);
+                return SNMPStatusMapping::statusForRows(told.rows, error, std::move(told.options));
             }
             if (outcome == Outcome::failed) {
                 return nullptr;

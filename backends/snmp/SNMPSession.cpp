@@ -168,14 +168,16 @@ SNMPSession::End SNMPSession::ask(Clock::time_point until, const std::atomic<boo
 
 bool SNMPSession::send() {
     const auto lock = lockedLibrary();
-    netsnmp_pdu* const PDU =
-        snmp_pdu_create(version_ == SNMPVersion::two ? SNMP_MSG_GETBULK : SNMP_MSG_GETNEXT);
+    const bool isBulk = version_ == SNMPVersion::two && !question_.isExact;
+    netsnmp_pdu* const PDU = snmp_pdu_create(isBulk              ? SNMP_MSG_GETBULK
+                                             : question_.isExact ? SNMP_MSG_GET
+                                                                 : SNMP_MSG_GETNEXT);
     if (!PDU) {
         return true;  // As if it had been lost on the way.
     }
     constexpr unsigned kPositive = 0x7FFFFFFF;
     PDU->reqid = static_cast<long>(random_() & kPositive);
-    if (version_ == SNMPVersion::two) {
+    if (isBulk) {
         PDU->non_repeaters = 0;
         PDU->max_repetitions = question_.repetitions;
     }

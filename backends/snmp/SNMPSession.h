@@ -22,17 +22,19 @@ using SNMPName = std::vector<std::uint32_t>;
 enum class SNMPVersion { two, one };
 
 /// Asks for what follows each of the names: GetBulkRequest in version 2c, as often as
-/// `repetitions`, or GetNextRequest in version 1 (RFC 3416, sections 4.2.2 and 4.2.3).
+/// `repetitions`, or GetNextRequest in version 1 (RFC 3416, sections 4.2.2 and 4.2.3). With
+/// `isExact` it asks for just what the names name: GetRequest (section 4.2.1).
 struct SNMPQuestion {
     std::vector<SNMPName> names;
     int repetitions = 1;
+    bool isExact = false;
 };
 
 struct SNMPVariable {
     SNMPName name;
     /// Nothing for a value that is neither an INTEGER nor an OCTET STRING.
     std::variant<std::monostate, std::int64_t, std::string> value;
-    /// Whether nothing follows (RFC 3416, section 3: endOfMibView and its like).
+    /// Whether nothing follows or is there (RFC 3416, section 3: endOfMibView and its like).
     bool isEnd = false;
 };
 

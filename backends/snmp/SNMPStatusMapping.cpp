@@ -2,6 +2,8 @@
 
 #include <array>
 #include <set>
+#include <string>
+#include <utility>
 
 #include "backends/snmp/SNMPAccessories.h"
 #include "backends/snmp/SNMPResolutions.h"
@@ -86,8 +88,8 @@ std::span<const std::span<const SNMPColumn>> SNMPStatusMapping::tables() {
     return kTables;
 }
 
-std::shared_ptr<const ReportedDeviceStatus> SNMPStatusMapping::statusForRows(const SNMPRows& rows,
-                                                                             OrbCSError& error) {
+std::shared_ptr<const ReportedDeviceStatus> SNMPStatusMapping::statusForRows(
+    const SNMPRows& rows, OrbCSError& error, SNMPOptionAnswers options) {
     const auto printers = printersOf(rows);
     if (printers.size() != 1) {
         error = {OrbCSError::Cause::notAPrinter, printers.empty()
@@ -105,6 +107,7 @@ std::shared_ptr<const ReportedDeviceStatus> SNMPStatusMapping::statusForRows(con
             values.addSources(entry, rows, column);
         }
     }
+    values.addInstalledOptions(std::move(options));
     return values.takeStatus(identityOfPrinter(rows, *printers.begin()));
 }
 

@@ -35,11 +35,11 @@ class SNMPStatusMapping {
     /// The columns that say which printer it is, to be asked for besides.
     static std::span<const SNMPColumn> identityColumns();
 
-    /// The status that the rows mean. What they do not tell is not told. Null, with the cause in
-    /// `error`, when no printer answered (there is none of the rows that are asked for) or more
-    /// than one did.
-    static std::shared_ptr<const ReportedDeviceStatus> statusForRows(const SNMPRows& rows,
-                                                                     OrbCSError& error);
+    /// The status that the rows mean, with what other objects say about installable options. What
+    /// they do not tell is not told. Null, with the cause in `error`, when no printer answered
+    /// (there is none of the rows that are asked for) or more than one did.
+    static std::shared_ptr<const ReportedDeviceStatus> statusForRows(
+        const SNMPRows& rows, OrbCSError& error, SNMPOptionAnswers options = {});
 };
 
 }  // namespace TkPPDUpdating

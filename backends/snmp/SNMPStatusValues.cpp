@@ -60,6 +60,15 @@ bool SNMPStatusValues::setPensValue(std::string_view keyword, std::string value)
     return true;
 }
 
+void SNMPStatusValues::addInstalledOptions(SNMPOptionAnswers answers) {
+    reasonsOfOptions_ = std::move(answers.reasons);
+    if (!answers.installed.empty()) {
+        values_.insert_or_assign(std::string(kTkCSInstalledOptionsKey),
+                                 std::move(answers.installed));
+        told_.emplace(kTkCSInstalledOptionsKey);
+    }
+}
+
 void SNMPStatusValues::drop(const SNMPColumn& column, const SNMPRows::Row& row,
                             std::string_view reason) {
     dropped_.add(std::string(column.name) + dottedNumbers(row), reason);
@@ -111,7 +120,9 @@ std::optional<std::string> SNMPStatusValues::text(const SNMPRows& rows, const SN
 
 std::shared_ptr<const ReportedDeviceStatus> SNMPStatusValues::takeStatus(
     OrbCSPrinterIdentity identity) {
-    return std::make_shared<const ReportedDeviceStatus>(std::move(values_), dropped_.takeReasons(),
+    auto reasons = dropped_.takeReasons();
+    reasons.insert(reasons.end(), reasonsOfOptions_.begin(), reasonsOfOptions_.end());
+    return std::make_shared<const ReportedDeviceStatus>(std::move(values_), std::move(reasons),
                                                         std::move(told_), std::move(sources_),
                                                         std::move(identity));
 }

@@ -10,6 +10,7 @@
 
 #include "backends/schemes/DroppedValues.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
+#include "backends/snmp/SNMPOptionAnswers.h"
 #include "backends/snmp/SNMPRows.h"
 
 namespace TkPPDUpdating {
@@ -26,6 +27,9 @@ class SNMPStatusValues {
     /// A value of the pens; left out, and false, when it would be refused in a PPD or make its line
     /// too long.
     bool setPensValue(std::string_view keyword, std::string value);
+
+    /// Adds the installable options of a PPD; when there are none, nothing of them was told.
+    void addInstalledOptions(SNMPOptionAnswers answers);
 
     /// Keeps the column's cells as what the entry was read from, as many as people may read.
     void addSources(const std::string& entry, const SNMPRows& rows, const SNMPColumn& column);
@@ -50,6 +54,7 @@ class SNMPStatusValues {
     OrbCSToldEntries told_;
     DroppedValues dropped_;
     std::vector<OrbCSStatusSource> sources_;
+    std::vector<std::string> reasonsOfOptions_;
 };
 
 }  // namespace TkPPDUpdating

@@ -3,6 +3,7 @@
 // order.
 //
 //   check_real_queries PPD...
+//   check_real_queries --queue PPD     syncs a queue of a scheduler of its own with that PPD
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
@@ -15,7 +16,9 @@
 #include "backends/postscript/PostScriptJob.h"
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "sync/InstalledOptionQuestions.h"
+#include "tests/real/PrivateScheduler.h"
 #include "tests/support/RunProgram.h"
+#include "tests/support/SocketPrinter.h"
 
 namespace {
 
@@ -108,9 +111,34 @@ void check(const std::string& path, Counts& counts) {
     }
 }
 
+/// Whether a queue with that PPD gets what its printer answers, is in step then, and is sent
+/// nothing unless the user wants it.
+bool checkQueue(const std::string& path) {
+    using namespace Testing;
+    const PostScriptPrinter printer("", 2);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("real", printer.URI(), path);
+    const auto sync = [&scheduler](std::vector<std::string> more) {
+        std::vector<std::string> arguments = {TKPPDUPDATING_TOOL, "sync", "real", "--server",
+                                              scheduler.server()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return runProgram(arguments, {}).standardOutput;
+    };
+    (void)sync({});
+    const bool isLeftAlone = printer.connectionCount() == 0;
+    const std::string first = sync({"--ask-postscript"});
+    const std::string second = sync({"--ask-postscript"});
+    std::printf("%s\n%s%s", path.c_str(), first.c_str(), second.c_str());
+    return isLeftAlone && first.starts_with("real: updated\n") &&
+           second.starts_with("real: unchanged\n");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 3 && std::string(argv[1]) == "--queue") {
+        return checkQueue(argv[2]) ? 0 : 1;
+    }
     Counts counts;
     for (const std::string path : std::vector<std::string>(argv + 1, argv + argc)) {
         check(path, counts);

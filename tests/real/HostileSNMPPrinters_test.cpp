@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <functional>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -16,6 +18,7 @@
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "backends/snmp/PrinterMIB.h"
 #include "backends/snmp/SNMPSchemes.h"
+#include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/backends/snmp/SNMPTestRows.h"
 #include "tests/support/HostileSNMPResponder.h"
@@ -568,6 +571,65 @@ TEST_F(HostileSNMPPrinters, ManyAreAskedSideBySide) {
     for (std::size_t index = 0; index < kThreads; ++index) {
         EXPECT_EQ(asked[index].status != nullptr, index % 2 == 0) << asked[index].error;
     }
+}
+
+/// What a printer is asked about three options of a PPD.
+OrbDictionary threeQuestions() {
+    const std::map<std::string, std::string, std::less<>> choices = {{"1", "False"}, {"2", "True"}};
+    auto questions = std::make_shared<OrbCSSNMPQuestions>();
+    questions->questions = {{"Option1", ".1.3.6.1.4.1.99.1.0", choices, ""},
+                            {"Option2", "no number", choices, ""},
+                            {"Option3", "1.3.6.1.4.1.99.3.0", choices, ""}};
+    return {
+        {std::string(kTkCSSNMPQuestionsKey), std::shared_ptr<const OrbCSSNMPQuestions>(questions)}};
+}
+
+OrbCSInstalledOptions installedOf(const Asked& asked) {
+    const auto* const installed =
+        asked.status
+            ? asked.status->statusValueForKey<OrbCSInstalledOptions>(kTkCSInstalledOptionsKey)
+            : nullptr;
+    return installed ? *installed : OrbCSInstalledOptions();
+}
+
+TEST_F(HostileSNMPPrinters, ObjectsThatAPPDAsksForAreAskedForBesidesEachByItself) {
+    SNMPObjects laser(SNMPTables::kLaser);
+    laser.set(name("1.3.6.1.4.1.99.1.0"), integer(2));
+    const OrbDictionary parameters = threeQuestions();
+    for (const int version : {1, 0}) {
+        const HostileSNMPResponder printer(
+            [&](const SNMPSeenRequest& request, const HostileSNMPResponder::Sender& send) {
+                if (request.version == version) {
+                    send(laser.answerTo(request), false);
+                }
+            });
+        const Asked asked = ask(printer.URI(), {}, &parameters);
+        EXPECT_EQ(installedOf(asked), (OrbCSInstalledOptions{{"Option1", "True"}})) << version;
+        EXPECT_THAT(asked.dropped(),
+                    testing::IsSupersetOf({"Option2: its question names no object",
+                                           "Option3: the printer has no such object"}));
+        EXPECT_THAT(asked.told(), Contains("InstalledOptions"));
+        EXPECT_THAT(asked.told(), Contains("DeviceAccessories.Duplexer"));
+        EXPECT_THAT(ask(printer.URI(), {}).told(), testing::Not(Contains("InstalledOptions")));
+    }
+}
+
+TEST_F(HostileSNMPPrinters, SilenceAboutAnObjectLeavesTheRest) {
+    SNMPObjects laser(SNMPTables::kLaser);
+    laser.set(name("1.3.6.1.4.1.99.3.0"), octets("1"));
+    const HostileSNMPResponder printer(
+        [&](const SNMPSeenRequest& request, const HostileSNMPResponder::Sender& send) {
+            if (request.tag != kGetRequest || request.names.front() != name("1.3.6.1.4.1.99.1.0")) {
+                send(laser.answerTo(request), false);
+            }
+        });
+    SNMPDeviceStatusLimits limits;
+    limits.time = 3s;
+    const OrbDictionary parameters = threeQuestions();
+    const Asked asked = ask(printer.URI(), limits, &parameters);
+    EXPECT_EQ(installedOf(asked), (OrbCSInstalledOptions{{"Option3", "False"}}));
+    EXPECT_THAT(asked.dropped(), Contains("Option1: the printer did not answer in time"));
+    EXPECT_EQ(asked.resolution(), "1200");
 }
 
 TEST_F(HostileSNMPPrinters, URIsThatNameNoneAreRefused) {

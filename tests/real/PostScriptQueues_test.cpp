@@ -38,7 +38,7 @@ constexpr const char* kPPD =
     " currentpagedevice /InputAttributes get dup 1 known {1 get null ne}{pop false} ifelse\n"
     " {(Tray500)}{(None)} ifelse = flush\"\n*End\n"
     "*CloseUI: *OptionTray\n"
-    "*OpenUI *OptionDuplex/Duplex Unit: Boolean\n"
+    "*OpenUI *OptionDuplex/Duplexing Unit: Boolean\n"
     "*DefaultOptionDuplex: False\n"
     "*OptionDuplex True/Installed: \"\"\n"
     "*OptionDuplex False/Not Installed: \"\"\n"
@@ -101,11 +101,12 @@ TEST_F(PostScriptQueues, GetWhatTheirPrinterAnswersAndStayInStepThen) {
     EXPECT_EQ(run.exitStatus, 0) << run.standardError;
     EXPECT_THAT(run.standardOutput, HasSubstr("other: updated\n"));
     EXPECT_THAT(run.standardOutput, HasSubstr("  Lower Tray: Not Installed -> 500 Sheets\n"));
-    EXPECT_THAT(run.standardOutput, HasSubstr("  Duplex Unit: Not Installed -> Installed\n"));
-    EXPECT_THAT(run.standardOutput, HasSubstr("  Lower Tray: asked over PostScript: 500 Sheets\n"));
+    EXPECT_THAT(run.standardOutput, HasSubstr("  Duplexing Unit: Not Installed -> Installed\n"));
+    EXPECT_THAT(run.standardOutput,
+                HasSubstr("  Lower Tray: asked over PostScript: Not Installed -> 500 Sheets\n"));
     EXPECT_THAT(run.standardOutput,
                 HasSubstr("  Hard Disk: asked over PostScript, no answer: the printer does not "
-                          "know\n"));
+                          "know; stays Installed\n"));
     const std::string installed = contentsOfFile(scheduler.PPDPath("other"));
     EXPECT_THAT(installed, HasSubstr("\n*DefaultOptionTray: Tray500\n"));
     EXPECT_THAT(installed, HasSubstr("\n*DefaultOptionDuplex: True\n"));
@@ -187,7 +188,8 @@ TEST_F(PostScriptQueues, AFileIsUpdatedByItsQuestionsToo) {
         runTool({"update", PPD_, "--device-uri", printer.URI(), "--ask-postscript", "--in-place"});
     EXPECT_EQ(update.exitStatus, 0) << update.standardError;
     EXPECT_THAT(update.standardOutput, HasSubstr("Lower Tray: Not Installed -> 500 Sheets\n"));
-    EXPECT_THAT(update.standardError, HasSubstr("Duplex Unit: asked over PostScript: Installed"));
+    EXPECT_THAT(update.standardError,
+                HasSubstr("Duplexing Unit: asked over PostScript: Not Installed -> Installed"));
     EXPECT_THAT(contentsOfFile(PPD_), HasSubstr("\n*DefaultOptionTray: Tray500\n"));
 }
 

@@ -123,6 +123,48 @@ TEST_F(SNMPQueues, ASocketQueueGetsWhatItsPrinterSaysOverSNMP) {
     EXPECT_EQ(contentsOfFile(scheduler.PPDPath("office")), installed);
 }
 
+/// The office printer's PPD with a question that one of its objects answers.
+std::string PPDWithObject() {
+    std::string PPD = contentsOfFile(kOfficePPD);
+    const std::string end = "*CloseGroup: InstallableOptions";
+    EXPECT_NE(PPD.find(end), std::string::npos);
+    PPD.insert(PPD.find(end),
+               "*OpenUI *OptionFeeder/Feeder: PickOne\n*DefaultOptionFeeder: None\n"
+               "*OptionFeeder None/Not Installed: \"\"\n*OptionFeeder Tray/A Tray: \"\"\n"
+               // prtInputType.1.2
+               "*?OIDOptionFeeder: \".1.3.6.1.2.1.43.8.2.1.2.1.2\"\n"
+               "*OIDOptionFeeder None: \"2\"\n*OIDOptionFeeder Tray: \"3\"\n"
+               "*CloseUI: *OptionFeeder\n");
+    return PPD;
+}
+
+TEST_F(SNMPQueues, AnObjectThatThePPDAsksForSetsItsOption) {
+    const SNMPPrinter printer(officePrinter(), kSNMPPort);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("office", "socket://127.0.0.1",
+                       folder_.write("object.ppd", PPDWithObject()));
+    const ProgramResult run = sync(scheduler, {"office"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardOutput << run.standardError;
+    EXPECT_THAT(run.standardOutput,
+                HasSubstr("  Feeder: asked over SNMP: Not Installed -> A Tray\n"));
+    EXPECT_THAT(contentsOfFile(scheduler.PPDPath("office")),
+                HasSubstr("\n*DefaultOptionFeeder: Tray\n"));
+    const ProgramResult values = runTool(
+        {"values", "--ppd", scheduler.PPDPath("office"), "--device-uri", "snmp://127.0.0.1"});
+    EXPECT_THAT(values.standardOutput, HasSubstr("\"DefaultOptionFeeder\": \"Tray\""));
+    EXPECT_THAT(values.standardError, HasSubstr("Feeder: asked over SNMP: A Tray, as before"));
+}
+
+TEST_F(SNMPQueues, AnObjectOfAnotherPrinterSetsNothing) {
+    const SNMPPrinter printer(SNMPTables::kInkjet, kSNMPPort);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("office", "socket://127.0.0.1",
+                       folder_.write("object.ppd", PPDWithObject()));
+    const std::string before = contentsOfFile(scheduler.PPDPath("office"));
+    EXPECT_EQ(sync(scheduler, {"office"}).exitStatus, 4);
+    EXPECT_EQ(contentsOfFile(scheduler.PPDPath("office")), before);
+}
+
 TEST_F(SNMPQueues, AnotherPrinterBehindTheSocketChangesNothing) {
     const SNMPPrinter printer(SNMPTables::kInkjet, kSNMPPort);
     const PrivateScheduler scheduler;

@@ -167,8 +167,23 @@ SNMPObjects::SNMPObjects(const std::string& rows) {
 }
 
 std::string SNMPObjects::answerTo(const SNMPSeenRequest& request) const {
+    constexpr int kNoSuchName = 2;
     std::string variables;
     auto names = request.names;
+    if (request.tag == SNMPBytes::kGetRequest) {
+        for (std::size_t index = 0; index < names.size(); ++index) {
+            const auto found = values_.find(names[index]);
+            if (found == values_.end() && request.version == 0) {
+                return SNMPBytes::message(request.version, request.ID, "", SNMPBytes::kResponse,
+                                          kNoSuchName, static_cast<int>(index) + 1);
+            }
+            variables += SNMPBytes::variable(names[index],
+                                             found == values_.end()
+                                                 ? SNMPBytes::value(SNMPBytes::kNoSuchObject, "")
+                                                 : found->second);
+        }
+        return request.answer(variables);
+    }
     for (int repetition = 0; repetition < request.repetitions; ++repetition) {
         for (std::size_t index = 0; index < names.size(); ++index) {
             const auto next = values_.upper_bound(names[index]);
@@ -176,7 +191,6 @@ std::string SNMPObjects::answerTo(const SNMPSeenRequest& request) const {
                 variables += SNMPBytes::variable(next->first, next->second);
                 names[index] = next->first;
             } else if (request.version == 0) {
-                constexpr int kNoSuchName = 2;
                 return SNMPBytes::message(request.version, request.ID, "", SNMPBytes::kResponse,
                                           kNoSuchName, static_cast<int>(index) + 1);
             } else {

@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
+#include <map>
 #include <string>
 
-#include "backends/schemes/ReportedDeviceStatus.h"
-#include "core_interface/OrbCSPartialStatus.h"
-#include "core_interface/TkCSKeys.h"
 #include "tests/support/ParsedPPD.h"
 
 namespace TkPPDUpdating::Testing {
@@ -115,37 +115,71 @@ TEST(InstalledOptionQuestions, AreForPostScriptPrintersOnly) {
     }
 }
 
-TEST(InstalledOptionQuestions, AnswersAreToldInThePPDsWords) {
-    const auto PPD = parsedPPD(kOptions);
-    const auto questions = questionsOf(kOptions);
-    ReportedDeviceStatus::Values values;
-    values.emplace(kTkCSInstalledOptionsKey, OrbCSInstalledOptions{{"Option1", "Tray500"}});
-    const ReportedDeviceStatus answer(values, {"Option2: the printer does not know"},
-                                      OrbCSToldEntries{"InstalledOptions"});
-    EXPECT_THAT(wordsForAnswers(*PPD, *questions, &answer),
-                ElementsAre("Tray 2: asked over PostScript: 500 Sheets",
-                            "Finisher: asked over PostScript, no answer: the printer does not "
-                            "know"));
+TEST(InstalledOptionQuestions, OfPPDsThatAreNoneAreNotAsked) {
+    std::string text = std::string("*PPD-Adobe: \"4.3\"\n") + kOptions;
+    EXPECT_NE(PPDModelFile::fileWithText(makePPDText(text)), nullptr);
+    EXPECT_EQ(PPDModelFile::fileWithText(makePPDText(text + "*?Option9: \"never closed\n")),
+              nullptr);
+    text.insert(text.find("currentpagedevice"), 1, '\0');
+    EXPECT_EQ(PPDModelFile::fileWithText(makePPDText(text)), nullptr);
 }
 
-TEST(InstalledOptionQuestions, OneStatusHasWhatTwoTold) {
-    ReportedDeviceStatus::Values ofOthers;
-    ofOthers.emplace(kTkCSLinTableKey, OrbCSLinTable());
-    const auto others = std::make_shared<const ReportedDeviceStatus>(
-        ofOthers, std::vector<std::string>(), OrbCSToldEntries{"LinTable"});
-    ReportedDeviceStatus::Values ofAsked;
-    ofAsked.emplace(kTkCSInstalledOptionsKey, OrbCSInstalledOptions{{"Option1", "None"}});
-    const auto asked = std::make_shared<const ReportedDeviceStatus>(
-        ofAsked, std::vector<std::string>(), OrbCSToldEntries{"InstalledOptions"});
-    const auto both = statusWithInstalledOptions(others, asked);
-    EXPECT_TRUE(both->statusValueForKey<OrbCSLinTable>(kTkCSLinTableKey));
-    EXPECT_TRUE(both->statusValueForKey<OrbCSInstalledOptions>(kTkCSInstalledOptionsKey));
-    EXPECT_EQ(OrbCSPartialStatus::toldEntriesOf(*both),
-              (OrbCSToldEntries{"LinTable", "InstalledOptions"}));
-    EXPECT_EQ(statusWithInstalledOptions(nullptr, asked), asked);
-    const auto silent = std::make_shared<const ReportedDeviceStatus>(
-        ReportedDeviceStatus::Values(), std::vector<std::string>(), OrbCSToldEntries());
-    EXPECT_EQ(statusWithInstalledOptions(others, silent), others);
+TEST(InstalledOptionQuestions, WithManyOptionsCostNoMoreThanTheirLines) {
+    std::string lines = "*OpenGroup: InstallableOptions\n";
+    constexpr int kOptionCount = 20'000;
+    for (int number = 0; number < kOptionCount; ++number) {
+        const std::string name = "Option" + std::to_string(number);
+        lines += "*OpenUI *" + name + ": Boolean\n*" + name + " True/Yes: \"\"\n*?" + name +
+                 ": \"(True) =\"\n*?OID" + name + ": \"1.3.6.1\"\n*OID" + name +
+                 " True: \"1\"\n*CloseUI: *" + name + "\n";
+    }
+    const auto PPD = parsedPPD(lines + "*CloseGroup: InstallableOptions\n");
+    std::string reason;
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(postScriptQuestionsOfPPD(*PPD, reason)->questions.size(), 20'000U);
+    EXPECT_EQ(SNMPQuestionsOfPPD(*PPD)->questions.size(), 20'000U);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+}
+
+constexpr const char* kObjects =
+    "*OpenGroup: InstallableOptions/Installable Options\n"
+    "*OpenUI *OptDuplex/Duplex: Boolean\n"
+    "*DefaultOptDuplex: False\n"
+    "*OptDuplex False/No: \"\"\n"
+    "*OptDuplex True/Yes: \"\"\n"
+    "*?OIDOptDuplex: \".1.3.6.1.4.1.99.1.0\"\n"
+    "*OIDOptDuplex False: \"not there\"\n"
+    "*OIDOptDuplex True: \".*\"\n"
+    "*CloseUI: *OptDuplex\n"
+    "*OpenUI *Memory/Memory: PickOne\n"
+    "*DefaultMemory: 1Meg\n"
+    "*Memory 1Meg/1 MB: \"\"\n"
+    "*Memory 2Meg/2 MB: \"\"\n"
+    "*?OIDMemory: \"1.3.6.1.4.1.99.2.0\"\n"
+    "*OIDMemory 1024: \"1Meg\"\n"
+    "*OIDMemory 2048: \"2Meg\"\n"
+    "*OIDMemory 4096: \"4Meg\"\n"
+    "*OIDMemory 2Meg: \"2 MB\"\n"
+    "*?OIDMemory: \"1.3.6.1.4.1.99.3.0\"\n"
+    "*CloseUI: *Memory\n"
+    "*CloseGroup: InstallableOptions\n"
+    "*?OIDElsewhere: \"1.3.6.1.4.1.99.4.0\"\n";
+
+TEST(InstalledOptionQuestions, ThatObjectsAnswerHaveWhatTheAnswersMean) {
+    const auto questions = SNMPQuestionsOfPPD(*parsedPPD(kObjects));
+    ASSERT_TRUE(questions);
+    ASSERT_EQ(questions->questions.size(), 2U);
+    using Meanings = std::map<std::string, std::string, std::less<>>;
+    EXPECT_EQ(questions->questions[0].option, "OptDuplex");
+    EXPECT_EQ(questions->questions[0].identifier, ".1.3.6.1.4.1.99.1.0");
+    EXPECT_EQ(questions->questions[0].choices, (Meanings{{"not there", "False"}}));
+    EXPECT_EQ(questions->questions[0].choiceForOthers, "True");
+    EXPECT_EQ(questions->questions[1].identifier, "1.3.6.1.4.1.99.2.0");
+    EXPECT_EQ(questions->questions[1].choices,
+              (Meanings{{"1024", "1Meg"}, {"2048", "2Meg"}, {"2 MB", "2Meg"}}));
+    EXPECT_EQ(questions->questions[1].choiceForOthers, "");
+    EXPECT_EQ(SNMPQuestionsOfPPD(*parsedPPD(kOptions)), nullptr);
+    EXPECT_EQ(SNMPQuestionsOfPPD(*parsedPPD("*?OIDOption1: \"1.3.6\"\n")), nullptr);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "backends/schemes/ReportedDeviceStatus.h"
+#include "core_interface/TkCSKeys.h"
 #include "manager/OrbClassTable.h"
 #include "tests/support/ParsedPPD.h"
 #include "tests/support/TestDoubles.h"
@@ -206,6 +207,49 @@ TEST(PPDUpdateTest, SaysInWordsWhatWasKept) {
                    "LinTable", "MaxSupportedResolution", "RemainingPagesEstimations", "Other"}),
               "kept: custom media types, duplexer, lower tray, ZrPenDyes, pens configuration, "
               "calibration, highest resolution, pages left, Other, which the printer did not tell");
+}
+
+constexpr const char* kDuplexUnit =
+    "*OpenGroup: InstallableOptions/Installable Options\n"
+    "*OpenUI *Option5/Duplex Unit: Boolean\n*DefaultOption5: False\n"
+    "*Option5 False/Not Installed: \"\"\n*Option5 True/Installed: \"\"\n"
+    "*CloseUI: *Option5\n*CloseGroup: InstallableOptions\n";
+
+PPDUpdate updateWithInstallableOptions(std::string_view lines) {
+    auto manager = allButPageSize();
+    manager->registerUpdaterClass(OrbClassFromName("OrbPPDInstallableOptionsUpdater"));
+    return {std::move(manager), parsedPPD(lines)};
+}
+
+TEST(PPDUpdateTest, AnOptionThatSaysNoMoreThanAnAccessoryFollowsIt) {
+    PPDUpdate update = updateWithInstallableOptions(kDuplexUnit);
+    EXPECT_TRUE(update.followsAccessories());
+    EXPECT_TRUE(update.needsStatus());
+    Values values;
+    values.emplace(kTkCSDeviceAccessoriesKey, OrbCSDeviceAccessories{{"Duplexer", true}});
+    update.setStatus(partial(values, {"DeviceAccessories.Duplexer"}), Rule::whatWasNotToldStays);
+    ASSERT_EQ(update.answersOfAccessories().size(), 1U);
+    EXPECT_NE(update.updatedText("file:x")->find("\n*DefaultOption5: True\n"), std::string::npos);
+    EXPECT_EQ(update.keptEntries(), Words());
+}
+
+TEST(PPDUpdateTest, WhatWasSaidOfTheOptionItselfCountsMore) {
+    PPDUpdate update = updateWithInstallableOptions(kDuplexUnit);
+    Values values;
+    values.emplace(kTkCSDeviceAccessoriesKey, OrbCSDeviceAccessories{{"Duplexer", true}});
+    values.emplace(kTkCSInstalledOptionsKey, OrbCSInstalledOptions{{"Option5", "False"}});
+    update.setStatus(std::make_shared<const ReportedDeviceStatus>(values),
+                     Rule::whatWasNotToldStays);
+    EXPECT_TRUE(update.answersOfAccessories().empty());
+    EXPECT_NE(update.updatedText("file:x")->find("\n*DefaultOption5: False\n"), std::string::npos);
+}
+
+TEST(PPDUpdateTest, NoOptionFollowsAnAccessoryWithoutItsUpdater) {
+    EXPECT_FALSE(updateOf(kDuplexUnit).followsAccessories());
+    EXPECT_FALSE(updateOf(kDuplexUnit).hasUpdaters());
+    PPDUpdate left = updateWithInstallableOptions(kDuplexUnit);
+    left.leaveInstallableOptions();
+    EXPECT_FALSE(left.hasUpdaters());
 }
 
 }  // namespace

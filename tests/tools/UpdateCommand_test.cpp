@@ -477,5 +477,22 @@ TEST_F(UpdateCommandTest, RefusesToWriteAPPDThatLostAnAttributeWhoseNewLineWould
                                        std::string(228, '6') + "\n*Z: 1\n");
 }
 
+TEST_F(UpdateCommandTest, ADuplexUnitOfAnyMakerIsAsTheDuplexerThatThePrinterTells) {
+    const std::string PPD =
+        "*PPD-Adobe: \"4.3\"\n*OpenGroup: InstallableOptions/Installable Options\n"
+        "*OpenUI *Option5/Duplex Unit: Boolean\n*DefaultOption5: False\n"
+        "*Option5 False/Not Installed: \"\"\n*Option5 True/Installed: \"\"\n"
+        "*CloseUI: *Option5\n*CloseGroup: InstallableOptions\n";
+    const std::string file = directory_.write("other.ppd", PPD);
+    const ToolRun run = runTool({"update", file, "--device-uri", deviceURI_});
+    EXPECT_EQ(run.exitStatus, 0);
+    std::string expected = PPD;
+    expected.replace(expected.find("Option5: False"), 14, "Option5: True");
+    EXPECT_EQ(run.output, expected);
+    EXPECT_NE(run.errors.find("Duplex Unit: as its duplexer: Not Installed -> Installed"),
+              std::string::npos)
+        << run.errors;
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating::Testing
