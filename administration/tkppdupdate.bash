@@ -3,12 +3,13 @@
 _tkppdupdate_options() {
     case $1 in
         update) echo "--device-uri --queue --output --in-place --diff --without-device \
-            --require-device --ask-postscript --only --skip --all-updaters --help" ;;
+            --require-device --ask-postscript --only --skip --all-updaters --load --help" ;;
         values) echo "--queue --ppd --device-uri --require-device --ask-postscript --only --skip \
-            --all-updaters --help" ;;
+            --all-updaters --load --help" ;;
         sync) echo "--all --exclude --server --wait --status-uri --status-uris --dry-run --explain \
             --diff --jobs --time-limit --backup --keep-all --json --page-size --ask-postscript --accept \
-            --exit-code --quiet --only --skip --all-updaters --help" ;;
+            --exit-code --quiet --only --skip --all-updaters --load --help" ;;
+        updaters | status) echo "--load --help" ;;
         restore) echo "--backup --server --wait --help" ;;
         *) echo "--help" ;;
     esac
@@ -22,6 +23,7 @@ _tkppdupdate_values() {
         --accept) COMPREPLY=($(compgen -W "busy unreachable unsupported" -- "$2")) ;;
         --backup) _filedir -d ;;
         --ppd) _filedir ppd ;;
+        --load) _filedir so ;;
         --output | --status-uris) _filedir ;;
         --device-uri) COMPREPLY=($(compgen -W "ipp:// ipps:// snmp:// socket:// file:" -- "$2")) ;;
         --server | --wait | --jobs | --time-limit | --status-uri) COMPREPLY=() ;;
@@ -34,7 +36,7 @@ _tkppdupdate() {
     _init_completion -n : || return
     local command=${words[1]}
     if ((cword == 1)); then
-        COMPREPLY=($(compgen -W "update values updaters status sync restore --help --version" -- "$cur"))
+        COMPREPLY=($(compgen -W "update values updaters status sync restore --load --help --version" -- "$cur"))
         return
     fi
     _tkppdupdate_values "$prev" "$cur" && return

@@ -1,6 +1,7 @@
 # The public headers of the library itself; other components name their own. What is not installed may
 # change.
 set(TKPPDUPDATING_LIBRARY_HEADERS
+    backends/modules/TkPPDUpdatingModule.h
     backends/ppdmodel/PPDModelCore.h
     backends/schemes/DeviceStatusSchemes.h
     backends/schemes/PlainCustomMediaType.h
@@ -48,9 +49,12 @@ set(TKPPDUPDATING_LIBRARY_HEADERS
     ppd/PPDText.h
     ppd/PPDTextSafety.h
     resources/ResourceFolder.h
+    text/LibraryVersion.h
+    text/SeededTextHash.h
     text/TkPPDUpdatingPublic.h
     updaters/attributes/OrbPPDAttributesUpdater.h
     updaters/default_choice/OrbPPDDefaultChoiceUpdater.h
+    updaters/default_choice/OrbPPDOneOptionUpdater.h
     updaters/default_choice/OrbPPDStatusBasedOptionsUpdater.h
     # A line editor holds these; they are for nothing else.
     ppd/PPDLineKeys.h

@@ -1,5 +1,5 @@
-# Modules of backends (backends/schemes/BackendModule.h, sync/SchedulerModule.h): shared objects in a folder of their own
-# beside the library, which the tool loads when a run needs one.
+# Modules of backends (backends/modules/TkPPDUpdatingModule.h): shared objects in a folder of their own beside the
+# library, which the tool loads when a run needs one.
 #
 #   tkppdupdating_add_backend_module(<name> SOURCES <file>... LIBRARIES <target>...)
 #
@@ -17,7 +17,6 @@ function(tkppdupdating_add_backend_module name)
     add_library(${target} MODULE ${arg_SOURCES})
     tkppdupdating_compiler_settings(${target})
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
-    target_compile_definitions(${target} PRIVATE TKPPDUPDATING_VERSION="${PROJECT_VERSION}")
     # What is linked in statically is the module's own business.
     target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL)
     set_target_properties(${target} PROPERTIES

@@ -2,14 +2,13 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <cstring>
 
 namespace TkPPDUpdating {
 
 namespace {
 
-using Seeds = std::array<std::uint64_t, 2>;
+using Seeds = SeededTextHash::Seeds;
 
 Seeds randomSeeds() {
     // Arbitrary odd numbers of mixed bits; they stay when the system has no entropy to give.
@@ -22,8 +21,8 @@ Seeds randomSeeds() {
     return seeds;
 }
 
-const Seeds& seedsOfProcess() {
-    static const Seeds seeds = randomSeeds();
+Seeds& seedsOfThisCopy() {
+    static Seeds seeds = randomSeeds();
     return seeds;
 }
 
@@ -36,8 +35,19 @@ std::uint64_t mixed(std::uint64_t left, std::uint64_t right) {
 
 }  // namespace
 
+const SeededTextHash::Seeds& SeededTextHash::seeds() {
+    return seedsOfThisCopy();
+}
+
+void SeededTextHash::setSeeds(const Seeds& seeds) {
+    // Only once: other threads may read them when a module is asked for again.
+    if (seedsOfThisCopy() != seeds) {
+        seedsOfThisCopy() = seeds;
+    }
+}
+
 std::uint64_t SeededTextHash::of(std::string_view text, std::uint64_t context) {
-    const Seeds& seeds = seedsOfProcess();
+    const Seeds& seeds = seedsOfThisCopy();
     std::uint64_t hash = mixed(context ^ seeds[0], seeds[1] ^ text.size());
     while (!text.empty()) {
         std::uint64_t word = 0;
@@ -50,12 +60,12 @@ std::uint64_t SeededTextHash::of(std::string_view text, std::uint64_t context) {
 }
 
 std::uint64_t SeededTextHash::ofWords(std::uint64_t first, std::uint64_t second) {
-    const Seeds& seeds = seedsOfProcess();
+    const Seeds& seeds = seedsOfThisCopy();
     return mixed(first ^ seeds[0], second ^ seeds[1]);
 }
 
 std::uint64_t SeededTextHash::carriedOn(std::uint64_t hash, std::uint64_t word) {
-    const Seeds& seeds = seedsOfProcess();
+    const Seeds& seeds = seedsOfThisCopy();
     return mixed(hash ^ word ^ seeds[0], seeds[1]);
 }
 

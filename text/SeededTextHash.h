@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
+#include "text/TkPPDUpdatingPublic.h"
 
 namespace TkPPDUpdating {
 
@@ -10,6 +13,16 @@ namespace TkPPDUpdating {
 /// into one slot of a table. Values differ from run to run: never store or show them.
 class SeededTextHash {
   public:
+    using Seeds = std::array<std::uint64_t, 2>;
+
+    /// Those of this copy of the library. In one process there may be several, a program's and a
+    /// module's, and texts with tables of hashes pass between them: each has to have the same
+    /// (`backends/modules/TkPPDUpdatingModule.h`).
+    static const Seeds& seeds();
+
+    /// Before this copy has hashed anything.
+    TKPPDUPDATING_PUBLIC static void setSeeds(const Seeds& seeds);
+
     /// The hash of `text` in the context of an earlier hash (of a keyword, for its option keyword).
     static std::uint64_t of(std::string_view text, std::uint64_t context = 0);
 

@@ -12,7 +12,7 @@ namespace TkPPDUpdating {
 
 namespace {
 
-std::shared_ptr<const DeviceStatusSchemes> builtInSchemes() {
+std::shared_ptr<DeviceStatusSchemes> builtInSchemes() {
     auto schemes = std::make_shared<DeviceStatusSchemes>();
     registerRecordedDeviceStatus(*schemes);
 #ifdef TKPPDUPDATING_WITH_CUPS

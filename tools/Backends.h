@@ -4,11 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "backends/ppdmodel/PPDModelCore.h"
 #include "backends/schemes/DeviceStatusSchemes.h"
 #include "core_interface/OrbCSError.h"
+#include "manager/OrbClass.h"
 #include "sync/QueueScheduler.h"
+#include "tools/AddedModules.h"
 #include "tools/OneAnswerServices.h"
 
 namespace TkPPDUpdating {
@@ -19,6 +22,17 @@ class Backends {
   public:
     /// Sets them in `OrbCoreInterface`.
     Backends();
+
+    /// Lets the modules of others take part in the run (`AddedModules::load`). Before anything else
+    /// is asked.
+    void loadModules(const std::vector<std::string>& paths) {
+        addedModules_.load(paths, *schemes_);
+    }
+
+    /// The updater classes that modules have brought.
+    const std::vector<const OrbClass*>& addedUpdaterClasses() const {
+        return addedModules_.updaterClasses();
+    }
 
 #ifdef TKPPDUPDATING_WITH_CUPS
     /// The scheduler of that name, the machine's own for an empty one. `isCancelled` ends all talks
@@ -48,8 +62,9 @@ class Backends {
 
   private:
     std::shared_ptr<const PPDModelCore> core_;
-    std::shared_ptr<const DeviceStatusSchemes> schemes_;
+    std::shared_ptr<DeviceStatusSchemes> schemes_;
     std::shared_ptr<const OneAnswerServices> devices_;
+    AddedModules addedModules_;
 };
 
 }  // namespace TkPPDUpdating

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "manager/MissingResourceWatch.h"
 #include "tools/ExitStatus.h"
@@ -20,6 +21,10 @@ class Command {
     /// Whether the user named this command.
     bool wasChosen() const { return subcommand_->parsed(); }
 
+    /// Whether modules of others take part in its run, and those that the user names behind it.
+    bool usesModules() const { return usesModules_; }
+    const std::vector<std::string>& modulePaths() const { return modulePaths_; }
+
     /// Does the work. Raises a `Failure` when there is no result.
     virtual ExitStatus run() = 0;
 
@@ -27,6 +32,9 @@ class Command {
     Command(CLI::App& application, const std::string& name, const std::string& description);
 
     CLI::App& subcommand() { return *subcommand_; }
+
+    /// Adds --load: for a command that runs updaters or asks devices.
+    void addModules();
 
     /// Runs an operation of the library; its out-of-range error, and data of the library's own that
     /// it could not read, become a `Failure` about `place`.
@@ -47,6 +55,8 @@ class Command {
                                                   const MissingResourceError& error);
 
     CLI::App* subcommand_;
+    bool usesModules_ = false;
+    std::vector<std::string> modulePaths_;
 };
 
 }  // namespace TkPPDUpdating

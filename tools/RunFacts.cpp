@@ -5,11 +5,12 @@
 #include <ctime>
 
 #include "core_interface/OrbCoreInterface.h"
+#include "text/LibraryVersion.h"
 
 namespace TkPPDUpdating {
 
 std::string toolVersion() {
-    return TKPPDUPDATING_VERSION;
+    return libraryVersion();
 }
 
 std::string timestampNow() {

@@ -17,6 +17,7 @@ StatusCommand::StatusCommand(CLI::App& application, const Backends& backends)
         .add_option("URI", deviceURI_, "The printer; file:PATH names a recorded status")
         ->required()
         ->type_name("");
+    addModules();
     subcommand().footer(
         "Examples:\n"
         "  tkppdupdate status ipp://192.168.1.5/ipp/print >office.json\n"

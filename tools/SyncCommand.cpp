@@ -81,6 +81,7 @@ SyncCommand::SyncCommand(CLI::App& application, const Backends& backends)
                           "questions of their PPDs");
     addResultOptions();
     updaters_.addTo(subcommand());
+    addModules();
     subcommand().footer(
         "Examples:\n"
         "  tkppdupdate sync --all --dry-run\n"
@@ -145,6 +146,7 @@ ExitStatus SyncCommand::run() {
         throw Failure(ExitStatus::usage, std::nullopt,
                       "QUEUE or --all is required (\"tkppdupdate sync --help\" tells the usage)");
     }
+    updaters_.takeClasses(backends_.addedUpdaterClasses());
     UpdaterSelection::refuseUnwritableUpdateTime();
     auto statusURIs = statusURIOptions_.URIs(backends_);
     const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))

@@ -35,6 +35,7 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
         ->needs(device)
         ->excludes("--require-device");
     updaters_.addTo(subcommand());
+    addModules();
     subcommand().footer(
         "Examples:\n"
         "  tkppdupdate update office.ppd --device-uri ipp://192.168.1.5/ipp/print --diff\n"
@@ -43,6 +44,7 @@ UpdateCommand::UpdateCommand(CLI::App& application, const Backends& backends)
 }
 
 ExitStatus UpdateCommand::run() {
+    updaters_.takeClasses(backends_.addedUpdaterClasses());
     UpdaterSelection::refuseUnwritableUpdateTime();
     std::optional<FileInPlace> inPlace;
     const PPDText before = isInPlace_ ? inPlace.emplace(file_).text() : textOfUsersPPD(file_);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "manager/OrbClass.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "sync/PPDUpdate.h"
 
@@ -17,8 +18,15 @@ class UpdaterSelection {
   public:
     void addTo(CLI::App& subcommand);
 
-    /// A manager with all updater classes of the library, also those that it has not by itself.
-    static std::unique_ptr<OrbPPDConcreteUpdatingManager> managerWithAllClasses();
+    /// A manager with all updater classes of the library, also those that it has not by itself, and
+    /// those that modules have added.
+    static std::unique_ptr<OrbPPDConcreteUpdatingManager> managerWithAllClasses(
+        const std::vector<const OrbClass*>& added);
+
+    /// Finds the classes that the options name, among the built-in ones and those that modules have
+    /// added. Raises a `Failure` of usage when there is none of a name, or one is both taken and
+    /// left out. Before the others.
+    void takeClasses(const std::vector<const OrbClass*>& added);
 
     /// A manager with the classes that the user wants.
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
@@ -36,8 +44,15 @@ class UpdaterSelection {
     }
 
   private:
-    std::vector<std::string> only_;
-    std::vector<std::string> skip_;
+    /// Raises a `Failure` of usage when there is none of that name.
+    const OrbClass* classNamed(const std::string& option, const std::string& name) const;
+
+    std::string commandName_;
+    std::vector<std::string> onlyNames_;
+    std::vector<std::string> skippedNames_;
+    std::vector<const OrbClass*> added_;
+    std::vector<const OrbClass*> only_;
+    std::vector<const OrbClass*> skipped_;
     bool runAllUpdaters_ = false;
 };
 

@@ -9,9 +9,11 @@
 
 namespace TkPPDUpdating {
 
-UpdatersCommand::UpdatersCommand(CLI::App& application)
-    : Command(application, kName, "List the updater classes, or those that apply to a PPD") {
+UpdatersCommand::UpdatersCommand(CLI::App& application, const Backends& backends)
+    : Command(application, kName, "List the updater classes, or those that apply to a PPD"),
+      backends_(backends) {
     subcommand().add_option("FILE", file_, "The PPD that they shall apply to")->type_name("");
+    addModules();
     subcommand().footer(
         "Examples:\n"
         "  tkppdupdate updaters\n"
@@ -24,7 +26,7 @@ ExitStatus UpdatersCommand::run() {
         PPDFile = PPDOfUser(*file_, textOfUsersPPD(*file_));
     }
     std::set<std::string_view> names;
-    const auto manager = UpdaterSelection::managerWithAllClasses();
+    const auto manager = UpdaterSelection::managerWithAllClasses(backends_.addedUpdaterClasses());
     resultOf(file_.value_or(""), [&] {
         for (const OrbClass* updaterClass : manager->registeredClasses()) {
             if (!PPDFile || updaterClass->newInstance()->isApplicableForPPDFile(PPDFile.get())) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "tools/Backends.h"
 #include "tools/Command.h"
 
 namespace TkPPDUpdating {
@@ -12,12 +13,13 @@ class UpdatersCommand : public Command {
   public:
     static constexpr const char* kName = "updaters";
 
-    /// Not owned; outlives the command.
-    explicit UpdatersCommand(CLI::App& application);
+    /// Neither is owned; both outlive the command.
+    UpdatersCommand(CLI::App& application, const Backends& backends);
 
     ExitStatus run() override;
 
   private:
+    const Backends& backends_;
     std::optional<std::string> file_;
 };
 

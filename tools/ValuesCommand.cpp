@@ -41,6 +41,7 @@ ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
     PPD->require_option(1);
     device_.addTo(subcommand(), subcommand())->required();
     updaters_.addTo(subcommand());
+    addModules();
     subcommand().footer(
         "Examples:\n"
         "  tkppdupdate values --queue office --device-uri ipp://192.168.1.5/ipp/print\n"
@@ -48,6 +49,7 @@ ValuesCommand::ValuesCommand(CLI::App& application, const Backends& backends)
 }
 
 ExitStatus ValuesCommand::run() {
+    updaters_.takeClasses(backends_.addedUpdaterClasses());
     UpdaterSelection::refuseUnwritableUpdateTime();
     const auto PPDFile = queueName_ ? PPDOfQueue() : PPDOfFile();
     device_.refuseMistake(backends_);

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/AddedModules.h"
 #include "tools/Backends.h"
 #include "tools/Command.h"
 #include "tools/Diagnostics.h"
@@ -87,7 +88,9 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     application.set_version_flag("--version", version);
     application.require_subcommand(1);
 
-    const Backends backends;
+    std::vector<std::string> modulePaths;
+    AddedModules::addOptionTo(application, modulePaths);
+    Backends backends;
     const Commands commands =
         commandsFor(argumentCount > 1 ? arguments[1] : "", application, backends);
 
@@ -112,6 +115,11 @@ ExitStatus parseAndRun(int argumentCount, char** arguments) {
     }
     for (const auto& command : commands) {
         if (command->wasChosen()) {
+            if (command->usesModules()) {
+                modulePaths.insert(modulePaths.end(), command->modulePaths().begin(),
+                                   command->modulePaths().end());
+                backends.loadModules(modulePaths);
+            }
             return command->run();
         }
     }

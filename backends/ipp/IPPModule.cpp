@@ -1,11 +1,11 @@
 // What the module of this backend exports.
 #include "backends/ipp/IPPSchemes.h"
-#include "backends/schemes/BackendModule.h"
+#include "backends/modules/TkPPDUpdatingModule.h"
 
-extern "C" bool TkPPDUpdatingRegisterBackends(const char* version,
-                                              TkPPDUpdating::DeviceStatusSchemes& schemes,
-                                              const std::atomic<bool>* isCancelled) {
-    return TkPPDUpdating::registerBackendsOfModule(TKPPDUPDATING_VERSION, version, schemes,
-                                                   isCancelled,
-                                                   TkPPDUpdating::registerIPPDeviceStatus);
-}
+const TkPPDUpdating::Module TkPPDUpdatingModule = {
+    .registerSchemes = [](TkPPDUpdating::DeviceStatusSchemes& schemes,
+                          const std::atomic<bool>* isCancelled) {
+        TkPPDUpdating::IPPDeviceStatusLimits limits;
+        limits.isCancelled = isCancelled;
+        TkPPDUpdating::registerIPPDeviceStatus(schemes, limits);
+    }};

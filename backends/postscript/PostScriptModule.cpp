@@ -1,11 +1,11 @@
 // What the module of this backend exports.
+#include "backends/modules/TkPPDUpdatingModule.h"
 #include "backends/postscript/PostScriptSchemes.h"
-#include "backends/schemes/BackendModule.h"
 
-extern "C" bool TkPPDUpdatingRegisterBackends(const char* version,
-                                              TkPPDUpdating::DeviceStatusSchemes& schemes,
-                                              const std::atomic<bool>* isCancelled) {
-    return TkPPDUpdating::registerBackendsOfModule(TKPPDUPDATING_VERSION, version, schemes,
-                                                   isCancelled,
-                                                   TkPPDUpdating::registerPostScriptDeviceStatus);
-}
+const TkPPDUpdating::Module TkPPDUpdatingModule = {
+    .registerSchemes = [](TkPPDUpdating::DeviceStatusSchemes& schemes,
+                          const std::atomic<bool>* isCancelled) {
+        TkPPDUpdating::PostScriptLimits limits;
+        limits.isCancelled = isCancelled;
+        TkPPDUpdating::registerPostScriptDeviceStatus(schemes, limits);
+    }};

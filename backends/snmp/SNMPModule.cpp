@@ -1,11 +1,11 @@
 // What the module of this backend exports.
-#include "backends/schemes/BackendModule.h"
+#include "backends/modules/TkPPDUpdatingModule.h"
 #include "backends/snmp/SNMPSchemes.h"
 
-extern "C" bool TkPPDUpdatingRegisterBackends(const char* version,
-                                              TkPPDUpdating::DeviceStatusSchemes& schemes,
-                                              const std::atomic<bool>* isCancelled) {
-    return TkPPDUpdating::registerBackendsOfModule(TKPPDUPDATING_VERSION, version, schemes,
-                                                   isCancelled,
-                                                   TkPPDUpdating::registerSNMPDeviceStatus);
-}
+const TkPPDUpdating::Module TkPPDUpdatingModule = {
+    .registerSchemes = [](TkPPDUpdating::DeviceStatusSchemes& schemes,
+                          const std::atomic<bool>* isCancelled) {
+        TkPPDUpdating::SNMPDeviceStatusLimits limits;
+        limits.isCancelled = isCancelled;
+        TkPPDUpdating::registerSNMPDeviceStatus(schemes, limits);
+    }};

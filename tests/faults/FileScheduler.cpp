@@ -1,7 +1,7 @@
-// A scheduler's module (sync/SchedulerModule.h) whose queues are the files of a folder, which
-// --server names: QUEUE.ppd, and QUEUE.json for what its printer answers. It is put in the place of
-// the real one, so that commands run as users run them, fast and without a scheduler, and a test
-// sees at once what has become of a queue.
+// A scheduler's module (backends/modules/TkPPDUpdatingModule.h) whose queues are the files of a
+// folder, which --server names: QUEUE.ppd, and QUEUE.json for what its printer answers. It is put
+// in the place of the real one, so that commands run as users run them, fast and without a
+// scheduler, and a test sees at once what has become of a queue.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,7 +15,8 @@
 #include <string_view>
 #include <utility>
 
-#include "sync/SchedulerModule.h"
+#include "backends/modules/TkPPDUpdatingModule.h"
+#include "sync/QueueScheduler.h"
 #include "text/FileDescriptor.h"
 
 namespace TkPPDUpdating::Testing {
@@ -132,12 +133,8 @@ class FileScheduler : public QueueScheduler {
 }  // namespace
 }  // namespace TkPPDUpdating::Testing
 
-extern "C" TkPPDUpdating::MakeScheduler TkPPDUpdatingMakeScheduler
-    __attribute__((visibility("default")));
-
-extern "C" bool TkPPDUpdatingMakeScheduler(
-    const char* /*version*/, const std::string& server, const std::atomic<bool>* /*isCancelled*/,
-    std::unique_ptr<TkPPDUpdating::QueueScheduler>& scheduler) {
-    scheduler = std::make_unique<TkPPDUpdating::Testing::FileScheduler>(server);
-    return true;
-}
+const TkPPDUpdating::Module TkPPDUpdatingModule = {
+    .makeScheduler = [](const std::string& server, const std::atomic<bool>* /*isCancelled*/,
+                        std::unique_ptr<TkPPDUpdating::QueueScheduler>& scheduler) {
+        scheduler = std::make_unique<TkPPDUpdating::Testing::FileScheduler>(server);
+    }};
