@@ -11,6 +11,7 @@ _tkppdupdate_options() {
             --exit-code --quiet --only --skip --all-updaters --load --help" ;;
         updaters | status) echo "--load --help" ;;
         restore) echo "--backup --server --wait --help" ;;
+        report) echo "--html --all --server --load --help" ;;
         *) echo "--help" ;;
     esac
 }
@@ -24,6 +25,7 @@ _tkppdupdate_values() {
         --backup) _filedir -d ;;
         --ppd) _filedir ppd ;;
         --load) _filedir so ;;
+        --html) _filedir html ;;
         --output | --status-uris) _filedir ;;
         --device-uri) COMPREPLY=($(compgen -W "ipp:// ipps:// snmp:// socket:// file:" -- "$2")) ;;
         --server | --wait | --jobs | --time-limit | --status-uri) COMPREPLY=() ;;
@@ -36,7 +38,7 @@ _tkppdupdate() {
     _init_completion -n : || return
     local command=${words[1]}
     if ((cword == 1)); then
-        COMPREPLY=($(compgen -W "update values updaters status sync restore --load --help --version" -- "$cur"))
+        COMPREPLY=($(compgen -W "update values updaters status sync restore report --load --help --version" -- "$cur"))
         return
     fi
     _tkppdupdate_values "$prev" "$cur" && return
@@ -46,6 +48,7 @@ _tkppdupdate() {
     fi
     case $command in
         update | updaters) _filedir ppd ;;
+        report) _filedir json ;;
         sync | restore) COMPREPLY=($(compgen -W "$(lpstat -e 2>/dev/null)" -- "$cur")) ;;
     esac
 } &&

@@ -213,6 +213,7 @@ class QueueSync::Work::Steps {
             // One that was not waited for is not to blame.
             return goesOn() && end("", answer.failure);
         }
+        outcome_.status = answer.status;
         update_->setStatus(std::move(answer.status), options_.rule);
         outcome_.keptEntries = update_->keptEntries();
         const auto& more = update_->answersOfAccessories();

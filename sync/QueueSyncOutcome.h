@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "core_interface/OrbCSDeviceStatus.h"
 #include "ppd/PPDText.h"
 #include "sync/InstalledOptionAnswers.h"
 #include "sync/PPDUpdateStep.h"
@@ -53,6 +55,8 @@ struct QueueSyncOutcome {
     std::vector<std::string> keptEntries;
     /// What came of asking about installable options, in their order for each way of asking.
     std::vector<InstalledOptionAnswer> answers;
+    /// What the printer answered, when it was asked and believed; else null.
+    std::shared_ptr<const OrbCSDeviceStatus> status;
     /// The queue's PPD as it was, when it could be read, and as it is or would be, when it differs.
     PPDText before;
     PPDText after;

@@ -18,6 +18,9 @@ class ChangeReport {
     /// the texts are equal.
     std::string lines(const std::string& indentation = {}) const;
 
+    /// The same as they are, with control characters that may stand in them.
+    const std::vector<std::string>& descriptions() const { return descriptions_; }
+
     /// The same for programs: every attribute that changed, and the main keywords of them.
     const std::vector<PPDChange>& changes() const { return changes_; }
     std::vector<std::string> keywords() const { return keywordsOfPPDChanges(changes_); }

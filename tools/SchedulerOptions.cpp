@@ -8,8 +8,10 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "core_interface/OrbCoreInterface.h"
+#include "sync/QueueSyncCauses.h"
 #include "tools/Backends.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
@@ -62,15 +64,31 @@ std::filesystem::path runtimeFolder() {
 
 void SchedulerOptions::addTo(CLI::App& subcommand) {
     constexpr unsigned kMostSeconds = 24 * 60 * 60;
-    subcommand.add_option("--server", server_, "The scheduler, instead of the one of this machine")
-        ->check(CLI::Validator(complaintAboutServer, ""))
-        ->type_name("HOST:PORT");
+    addServerTo(subcommand);
     subcommand
         .add_option("--wait", wait_,
                     "How long to wait for a queue that is printing, and for another run (default "
                     "30; 0: not at all)")
         ->check(numberWithin(0, kMostSeconds))
         ->type_name("SECONDS");
+}
+
+CLI::Option* SchedulerOptions::addServerTo(CLI::App& subcommand) {
+    return subcommand
+        .add_option("--server", server_, "The scheduler, instead of the one of this machine")
+        ->check(CLI::Validator(complaintAboutServer, ""))
+        ->type_name("HOST:PORT");
+}
+
+std::vector<std::string> SchedulerOptions::allQueues(const QueueScheduler& scheduler) {
+    QueueFailure failure;
+    auto names = scheduler.queueNames(failure);
+    if (!names) {
+        const bool isEnded = failure.isOf(queueSyncCause("interrupted"));
+        throw Failure(ExitStatus::noResult, scheduler.name(),
+                      isEnded ? InterruptionWatch::reason() : failure.reason);
+    }
+    return std::move(*names);
 }
 
 std::unique_ptr<const QueueScheduler> SchedulerOptions::scheduler() const {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "sync/QueueScheduler.h"
 #include "sync/RunLock.h"
@@ -15,9 +16,16 @@ class SchedulerOptions {
   public:
     void addTo(CLI::App& subcommand);
 
+    /// The same for a command that replaces nothing and so waits for nobody; gives the option that
+    /// names the scheduler.
+    CLI::Option* addServerTo(CLI::App& subcommand);
+
     /// The scheduler, which no longer waits once the run is interrupted. Raises a `Failure` when
     /// the module that talks to it cannot be loaded.
     std::unique_ptr<const QueueScheduler> scheduler() const;
+
+    /// All queues of the scheduler. Raises a `Failure` when it does not tell them.
+    static std::vector<std::string> allQueues(const QueueScheduler& scheduler);
 
     /// How the user has named the scheduler; empty when he has not.
     const std::string& server() const { return server_; }

@@ -9,8 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include "manager/OrbClassTable.h"
-#include "sync/QueueSyncCauses.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
@@ -213,13 +211,7 @@ std::unique_ptr<QueueBackups> SyncCommand::openBackups() const {
 }
 
 std::unique_ptr<OrbPPDConcreteUpdatingManager> SyncCommand::makeManager() const {
-    auto manager = updaters_.makeManager();
-    // It is for a new queue: afterwards the paper is what the queue's users have chosen.
-    constexpr std::string_view kPageSizeUpdater = "OrbPPDDefaultPageSizeUpdater";
-    if (!isPageSizeWanted_ && !updaters_.areOnly(kPageSizeUpdater)) {
-        manager->unregisterUpdaterClass(OrbClassFromName(kPageSizeUpdater));
-    }
-    return manager;
+    return isPageSizeWanted_ ? updaters_.makeManager() : updaters_.makeManagerForQueueInUse();
 }
 
 ExitStatus SyncCommand::statusFor(const QueueSyncRun::Summary& summary) const {
@@ -242,20 +234,14 @@ std::vector<std::string> SyncCommand::queuesToSync(const QueueScheduler& schedul
 }
 
 std::vector<std::string> SyncCommand::allQueues(const QueueScheduler& scheduler) const {
-    QueueFailure failure;
-    auto names = scheduler.queueNames(failure);
-    if (!names) {
-        const bool isEnded = failure.isOf(queueSyncCause("interrupted"));
-        throw Failure(ExitStatus::noResult, scheduler.name(),
-                      isEnded ? InterruptionWatch::reason() : failure.reason);
-    }
+    auto names = SchedulerOptions::allQueues(scheduler);
     for (const std::string& name : withoutRepetitions(excluded_)) {
-        if (std::erase(*names, name) == 0) {
+        if (std::erase(names, name) == 0) {
             // It may be mistyped, and then the queue that was meant is not left out.
             Diagnostics::warning("", "--exclude: there is no queue \"" + name + "\"");
         }
     }
-    return *names;
+    return names;
 }
 
 }  // namespace TkPPDUpdating

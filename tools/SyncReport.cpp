@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "backends/recorded/RecordedDeviceStatus.h"
 #include "sync/QueueSyncCauses.h"
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
@@ -115,6 +116,11 @@ nlohmann::ordered_json JSONForChanges(const std::vector<PPDChange>& changes) {
     return list;
 }
 
+/// As `tkppdupdate status` writes it.
+nlohmann::ordered_json JSONForStatus(const OrbCSDeviceStatus& status) {
+    return nlohmann::ordered_json::parse(RecordedDeviceStatus::JSONForStatus(status));
+}
+
 std::string joined(const std::vector<std::string>& words) {
     std::string list;
     for (const std::string& word : words) {
@@ -197,6 +203,14 @@ std::optional<QueueSyncResult> SyncReport::resultNamed(std::string_view name) {
     return found == kResults.end() ? std::nullopt : std::optional(found->result);
 }
 
+std::string_view SyncReport::nameOfResult(QueueSyncResult result) {
+    return wordsOf(result).name;
+}
+
+std::string_view SyncReport::wordsForResult(QueueSyncResult result) {
+    return wordsOf(result).words;
+}
+
 std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
     std::string details = outcome.reason;
     for (const std::string& note : outcome.notes) {
@@ -219,6 +233,9 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
                                      {"result", wordsOf(outcome.result).name},
                                      {"changed", changes.keywords()},
                                      {"changes", JSONForChanges(changes.changes())}};
+    if (!changes.descriptions().empty()) {
+        object["changedInWords"] = changes.descriptions();
+    }
     if (outcome.cause) {
         object["cause"] = outcome.cause->name;
     }
@@ -233,6 +250,9 @@ std::string SyncReport::JSONForOutcome(const QueueSyncOutcome& outcome) const {
     }
     if (!outcome.keptEntries.empty()) {
         object["kept"] = outcome.keptEntries;
+    }
+    if (outcome.status) {
+        object["status"] = JSONForStatus(*outcome.status);
     }
     if (!outcome.steps.empty()) {
         object["explanation"] = ExplanationReport::JSON(outcome.steps);

@@ -55,6 +55,10 @@ class SyncReport {
     /// The result of that name, as JSON has it; nothing when there is none.
     static std::optional<QueueSyncResult> resultNamed(std::string_view name);
 
+    /// The name of a result, as JSON has it, and what it is for people.
+    static std::string_view nameOfResult(QueueSyncResult result);
+    static std::string_view wordsForResult(QueueSyncResult result);
+
   private:
     Options options_;
     std::size_t queueCount_;

@@ -120,4 +120,13 @@ std::unique_ptr<OrbPPDConcreteUpdatingManager> UpdaterSelection::makeManager() c
     return manager;
 }
 
+std::unique_ptr<OrbPPDConcreteUpdatingManager> UpdaterSelection::makeManagerForQueueInUse() const {
+    constexpr std::string_view kPageSizeUpdater = "OrbPPDDefaultPageSizeUpdater";
+    auto manager = makeManager();
+    if (!areOnly(kPageSizeUpdater)) {
+        manager->unregisterUpdaterClass(OrbClassFromName(kPageSizeUpdater));
+    }
+    return manager;
+}
+
 }  // namespace TkPPDUpdating

@@ -31,8 +31,9 @@ class UpdaterSelection {
     /// A manager with the classes that the user wants.
     std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManager() const;
 
-    /// Whether the user asked for this class with --only.
-    bool areOnly(std::string_view className) const;
+    /// The same without the default page size, unless the user asked for just that class: it is for
+    /// a new queue, and afterwards the paper is what the queue's users have chosen.
+    std::unique_ptr<OrbPPDConcreteUpdatingManager> makeManagerForQueueInUse() const;
 
     /// Ends the command when the time of the last update that the user's environment gives could
     /// not stand in a line of the PPD: the updaters write it as it is.
@@ -44,6 +45,8 @@ class UpdaterSelection {
     }
 
   private:
+    /// Whether the user asked for this class with --only.
+    bool areOnly(std::string_view className) const;
     /// Raises a `Failure` of usage when there is none of that name.
     const OrbClass* classNamed(const std::string& option, const std::string& name) const;
 

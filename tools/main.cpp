@@ -24,6 +24,7 @@
 #include "tools/UsageComplaint.h"
 #include "tools/ValuesCommand.h"
 #ifdef TKPPDUPDATING_WITH_CUPS
+#include "tools/ReportCommand.h"
 #include "tools/RestoreCommand.h"
 #include "tools/SyncCommand.h"
 #endif
@@ -76,7 +77,7 @@ Commands commandsFor(std::string_view argument, CLI::App& application, const Bac
     return commandsNamedBy<UpdateCommand, ValuesCommand, UpdatersCommand, StatusCommand
 #ifdef TKPPDUPDATING_WITH_CUPS
                            ,
-                           SyncCommand, RestoreCommand
+                           SyncCommand, RestoreCommand, ReportCommand
 #endif
                            >(argument, application, backends);
 }

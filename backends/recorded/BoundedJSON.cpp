@@ -15,12 +15,13 @@ using nlohmann::json;
 constexpr std::size_t kDeepestNesting = 32;
 
 /// "line L, column C" of the byte at an offset, or of the end of the text.
-std::string placeOfByte(std::string_view text, std::size_t offset) {
+std::string placeOfByte(std::string_view text, std::size_t offset, std::size_t firstLine) {
     const std::string_view before = text.substr(0, offset);
     const std::size_t lineFeed = before.rfind('\n');
     const std::size_t lineStart = lineFeed == std::string_view::npos ? 0 : lineFeed + 1;
-    return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n')) +
-           ", column " + std::to_string(1 + before.size() - lineStart);
+    const auto lineFeeds = std::count(before.begin(), before.end(), '\n');
+    return "line " + std::to_string(firstLine + static_cast<std::size_t>(lineFeeds)) + ", column " +
+           std::to_string(1 + before.size() - lineStart);
 }
 
 /// Where the text first nests too deep, brackets in strings not counted.
@@ -58,7 +59,7 @@ std::string causeOf(const json::exception& exception) {
 /// Builds the value from the parser's events, which tell the place of every error.
 class Builder : public json::json_sax_t {
   public:
-    explicit Builder(std::string_view text) : text_(text) {}
+    Builder(std::string_view text, std::size_t firstLine) : text_(text), firstLine_(firstLine) {}
 
     bool null() override { return add(nullptr); }
     bool boolean(bool value) override { return add(value); }
@@ -82,7 +83,7 @@ class Builder : public json::json_sax_t {
         constexpr int kNumberOverflow = 406;
         error =
             exception.id == kNumberOverflow ? "has a number out of range at " : "is not JSON at ";
-        error += placeOfByte(text_, position - 1);
+        error += placeOfByte(text_, position - 1, firstLine_);
         if (exception.id != kNumberOverflow) {
             error += ": " + causeOf(exception);
         }
@@ -117,6 +118,7 @@ class Builder : public json::json_sax_t {
     }
 
     std::string_view text_;
+    std::size_t firstLine_;
     std::string key_;
     /// What is open, from the outside in. A container gets no new element while one of its elements
     /// is open, so none of them moves.
@@ -125,13 +127,13 @@ class Builder : public json::json_sax_t {
 
 }  // namespace
 
-std::optional<json> JSONWithText(std::string_view text, std::string& error) {
+std::optional<json> JSONWithText(std::string_view text, std::string& error, std::size_t firstLine) {
     if (const auto offset = placeOfTooDeepNesting(text)) {
         error = "nests deeper than " + std::to_string(kDeepestNesting) + " levels at " +
-                placeOfByte(text, *offset);
+                placeOfByte(text, *offset, firstLine);
         return std::nullopt;
     }
-    Builder builder(text);
+    Builder builder(text, firstLine);
     if (!json::sax_parse(text.begin(), text.end(), &builder)) {
         error = std::move(builder.error);
         return std::nullopt;

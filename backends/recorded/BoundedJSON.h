@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -12,7 +13,9 @@ namespace TkPPDUpdating {
 ///
 /// Nothing, and the reason in `error`, when the text is not JSON, nests deeper than 32 levels, or
 /// holds a number beyond the range of a double: one phrase with line and column (in bytes, from 1)
-/// of the place where it was noticed.
-std::optional<nlohmann::json> JSONWithText(std::string_view text, std::string& error);
+/// of the place where it was noticed. `firstLine` is the number of the text's first line, where it
+/// is a part of a file.
+std::optional<nlohmann::json> JSONWithText(std::string_view text, std::string& error,
+                                           std::size_t firstLine = 1);
 
 }  // namespace TkPPDUpdating

@@ -310,6 +310,37 @@ TEST_F(SyncRoundTrip, AnExplanationNamesUpdaterStatusAttributeAndLinesAndInstall
     EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("inkjet")), before);
 }
 
+TEST_F(SyncRoundTrip, AReportOfItsOwnRunShowsEveryQueueAndInstallsNothing) {
+    SimulatedPrinter printer(kFullPrinter);
+    scheduler_->addQueue("a-office", printer.URI(), kOfficePPD);
+    scheduler_->addQueue("b-raw", printer.URI(), "");
+    scheduler_->addQueue("c-web", "https://127.0.0.1:9/", kOfficePPD);
+    const std::string before = contentsOfFile(scheduler_->PPDPath("a-office"));
+    const std::string page = (scheduler_->directory().path() / "page.html").string();
+    const std::string home = scheduler_->directory().path().string();
+    const ProgramResult run =
+        runTool({"report", "--html", page, "--all", "--server", scheduler_->server()}, home);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError;
+    const std::string ofOwnRun = contentsOfFile(page);
+    for (const char* text : {"<strong>a-office</strong>", ">would be updated<",
+                             ": Not Installed -&gt; Installed<", "<li>lower tray: installed</li>",
+                             ">it is a raw queue, which has no PPD<", ">cause: no-backend<"}) {
+        EXPECT_THAT(ofOwnRun, HasSubstr(text));
+    }
+    EXPECT_EQ(contentsOfFile(scheduler_->PPDPath("a-office")), before);
+
+    const std::string JSON = scheduler_->directory().write(
+        "print1.json", sync({"--all", "--dry-run", "--json"}).standardOutput);
+    ASSERT_EQ(runTool({"report", "--html", page, JSON}, home).exitStatus, 0);
+    const std::string ofFile = contentsOfFile(page);
+    EXPECT_THAT(ofFile, HasSubstr("print1"));
+    const auto rowsOf = [](const std::string& text) {
+        const std::size_t begin = text.find("<strong>a-office");
+        return text.substr(begin, text.rfind("</table>") - begin);
+    };
+    EXPECT_EQ(rowsOf(ofFile), rowsOf(ofOwnRun));
+}
+
 TEST_F(SyncRoundTrip, AllQueuesGetALineAndOneThatIsNotInStepIsExitStatus4) {
     SimulatedPrinter printer(kFullPrinter);
     scheduler_->addQueue("a-office", printer.URI(), kOfficePPD);

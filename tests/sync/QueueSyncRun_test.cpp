@@ -172,6 +172,15 @@ TEST_F(QueueSyncRunTest, AQueueIsAskedWhereTheUserSaysAndTheOutcomeSaysSo) {
     EXPECT_EQ(sync.sync("b").statusURI, "fake:b");
 }
 
+TEST_F(QueueSyncRunTest, TheOutcomeHasTheAnswerThatWasBelieved) {
+    scheduler.add("a", kPPD);
+    const auto believed = QueueSync(scheduler, {.isDryRun = true}).sync("a").status;
+    ASSERT_TRUE(believed);
+    EXPECT_TRUE(believed->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey));
+    scheduler.queues["a"].attributes.deviceURI = "socket://box.example";
+    EXPECT_FALSE(QueueSync(scheduler, {.isDryRun = true}).sync("a").status);
+}
+
 TEST_F(QueueSyncRunTest, AQueueBehindWhichAnotherPrinterAnswersStaysAsItIs) {
     scheduler.add("a", kPPD);
     scheduler.queues["a"].attributes.deviceURI = "socket://box.example";

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "backends/recorded/RecordedDeviceStatus.h"
 #include "sync/QueueSyncCauses.h"
 #include "tests/support/ListeningJournal.h"
 #include "tests/support/TestDoubles.h"
@@ -99,6 +100,16 @@ TEST_F(SyncReportTest, JSONHasEachChangeAndWhereAndWhen) {
     EXPECT_EQ(object["deviceURI"], "ipp://printer.example/ipp/print");
     EXPECT_EQ(object["time"], "2009-01-01T20:00:00Z");
     EXPECT_EQ(object["version"], TKPPDUPDATING_VERSION);
+}
+
+TEST_F(SyncReportTest, JSONHasTheLinesForPeopleAndWhatThePrinterAnswered) {
+    QueueSyncOutcome outcome = updated(kSmallPPD, kSmallPPDWithDuplexer);
+    EXPECT_FALSE(JSONOf(outcome).contains("status"));
+    const json recording = json::parse(kDuplexerIn);
+    std::string error;
+    outcome.status = RecordedDeviceStatus::statusWithJSON(kDuplexerIn, error);
+    EXPECT_EQ(JSONOf(outcome)["status"], recording) << error;
+    EXPECT_EQ(JSONOf(outcome)["changedInWords"], json({"Duplexer: Not Installed -> Installed"}));
 }
 
 TEST_F(SyncReportTest, JSONHasTextsAndWhatIsNotThereIsNull) {

@@ -49,6 +49,14 @@ TEST(BoundedJSON, OfMembersOfOneNameTheLastCounts) {
               (json{{"a", {{"d", 4}}}, {"c", 3}}));
 }
 
+TEST(BoundedJSON, CountsLinesFromTheFirstOfThePart) {
+    std::string error;
+    EXPECT_FALSE(JSONWithText("[1,\n]", error, 7));
+    EXPECT_NE(error.find("is not JSON at line 8, column 1"), std::string::npos) << error;
+    EXPECT_FALSE(JSONWithText(std::string(40, '['), error, 7));
+    EXPECT_NE(error.find("at line 7, column 33"), std::string::npos) << error;
+}
+
 TEST(BoundedJSON, NamesLineAndColumnOfASyntaxError) {
     const std::vector<std::pair<std::string_view, std::string>> cases{
         {"", "line 1, column 1"},
