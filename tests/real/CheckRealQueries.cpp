@@ -140,7 +140,7 @@ int main(int argc, char** argv) {
         return checkQueue(argv[2]) ? 0 : 1;
     }
     Counts counts;
-    for (const std::string path : std::vector<std::string>(argv + 1, argv + argc)) {
+    for (const std::string& path : std::vector<std::string>(argv + 1, argv + argc)) {
         check(path, counts);
     }
     std::printf(
