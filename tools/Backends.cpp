@@ -31,7 +31,11 @@ PPDModelCore::QueuePPDSource builtInQueuePPDSource() {
     return [](const std::string& queueName, std::string& reason) -> std::optional<PPDText> {
         const std::shared_ptr<const QueueScheduler> scheduler =
             Backends::scheduler({}, nullptr, reason);
-        return scheduler ? queuePPDSource(scheduler)(queueName, reason) : std::nullopt;
+        auto PPD = scheduler ? queuePPDSource(scheduler)(queueName, reason) : std::nullopt;
+        if (scheduler && !PPD) {
+            reason.insert(0, scheduler->name() + ": ");
+        }
+        return PPD;
     };
 #else
     return nullptr;

@@ -14,6 +14,7 @@
 #include "tools/DeviceURIMistake.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/NextStep.h"
 
 namespace TkPPDUpdating {
 
@@ -143,8 +144,9 @@ std::shared_ptr<const OrbCSDeviceStatus> DeviceInquiry::status(const std::string
                                   : usualStatus(place, PPD, parameters, error);
     const std::string name = Diagnostics::nameOfDevice(deviceURI_);
     if (!status) {
-        const std::string reason =
-            name + " gave no status" + (error.reason.empty() ? "" : ": " + error.reason);
+        const std::string reason = name + " gave no status" +
+                                   (error.reason.empty() ? "" : ": " + error.reason) +
+                                   nextStepAfter(error);
         if (isRequired_ || silence == Silence::isFailure) {
             throw Failure(ExitStatus::deviceSilent, place, reason);
         }

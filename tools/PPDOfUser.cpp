@@ -64,6 +64,17 @@ bool isUTF16(std::string_view text) {
            (text.size() > 1 && (text[0] == '\0') != (text[1] == '\0'));
 }
 
+/// What to name instead of a text file that is no PPD.
+std::string wayFromOtherFile(const std::string& path, std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    if (text.starts_with('{')) {
+        return "if it is a recorded status, write \"--device-uri file:" + path +
+               "\" and the path of a PPD file";
+    }
+    return text.starts_with('<') ? "it is a page of the web, save the file behind it"
+                                 : "name the PPD file of the printer's driver";
+}
+
 /// What makes a text that is no PPD as it stands one that can be read; empty when it is not known.
 std::string wayToPPD(const std::string& path, std::string_view text) {
     const std::string name = inShellQuotes(path);
@@ -137,7 +148,10 @@ std::string insteadOfMissingFile(const std::string& path) {
 
 [[noreturn]] void throwRefusedPPD(const std::string& path, const std::string& reason,
                                   std::string_view text) {
-    const std::string way = wayToPPD(path, text);
+    std::string way = wayToPPD(path, text);
+    if (way.empty() && reason.starts_with("is no PPD")) {
+        way = wayFromOtherFile(path, text);
+    }
     throw Failure(ExitStatus::noResult, path, way.empty() ? reason : reason + "; " + way);
 }
 
@@ -169,12 +183,19 @@ void throwUnreadablePPD(const std::string& path, const std::string& reason) {
     if (isMissing(path)) {
         throw Failure(ExitStatus::noResult, path, reason + insteadOfMissingFile(path));
     }
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        throw Failure(ExitStatus::noResult, path, reason + "; name a PPD file in it");
+    }
     throwRefusedPPD(path, reason, beginOfFile(path));
 }
 
 std::shared_ptr<const PPDModelFile> PPDOfUser(const std::string& path, const PPDText& text) {
     std::string reason;
     auto file = PPDModelFile::fileWithText(text, &reason);
+    if (!file && text->empty()) {
+        throw Failure(ExitStatus::noResult, path, reason + "; get it once more");
+    }
     if (!file) {
         throwRefusedPPD(path, reason, *text);
     }

@@ -11,6 +11,7 @@
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
+#include "tools/NextStep.h"
 #include "tools/StandardOutput.h"
 #include "tools/SystemLog.h"
 
@@ -45,7 +46,8 @@ ExitStatus RestoreCommand::run() {
 
 PPDText RestoreCommand::keptPPD() const {
     if (!couldBeQueueName(queueName_)) {
-        throw Failure(ExitStatus::noResult, queueName_, kNoQueueName);
+        throw Failure(ExitStatus::noResult, queueName_,
+                      std::string(kNoQueueName) + kQueuesAreListed);
     }
     std::string reason;
     const auto backups = QueueBackups::openExisting(folder_, reason);
@@ -76,7 +78,8 @@ QueueInstallation::Wish RestoreCommand::wishFor(const QueueScheduler& scheduler,
         failure.reason = "it has no PPD that could be replaced";
     }
     if (!isWhole || !queue || !before.text) {
-        throw Failure(ExitStatus::noResult, queueName_, failure.reason);
+        throw Failure(ExitStatus::noResult, queueName_,
+                      failure.reason + nextStepAfter(failure.cause));
     }
     return {*queue, before.text, std::move(PPD)};
 }

@@ -15,6 +15,7 @@
 #include "tools/Backends.h"
 #include "tools/Failure.h"
 #include "tools/InterruptionWatch.h"
+#include "tools/NextStep.h"
 #include "tools/NumberWithin.h"
 
 namespace TkPPDUpdating {
@@ -85,8 +86,9 @@ std::vector<std::string> SchedulerOptions::allQueues(const QueueScheduler& sched
     auto names = scheduler.queueNames(failure);
     if (!names) {
         const bool isEnded = failure.isOf(queueSyncCause("interrupted"));
-        throw Failure(ExitStatus::noResult, scheduler.name(),
-                      isEnded ? InterruptionWatch::reason() : failure.reason);
+        throw Failure(
+            ExitStatus::noResult, scheduler.name(),
+            isEnded ? InterruptionWatch::reason() : failure.reason + nextStepAfter(failure.cause));
     }
     return std::move(*names);
 }

@@ -6,6 +6,7 @@
 #include "tools/DeviceURIMistake.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/NextStep.h"
 #include "tools/StandardOutput.h"
 
 namespace TkPPDUpdating {
@@ -31,7 +32,8 @@ ExitStatus StatusCommand::run() {
     const auto status =
         OrbCSDeviceStatus::deviceStatusWithURI_parameters_error(deviceURI_, nullptr, &error);
     if (!status) {
-        throw Failure(ExitStatus::deviceSilent, place, "gave no status: " + error.reason);
+        throw Failure(ExitStatus::deviceSilent, place,
+                      "gave no status: " + error.reason + nextStepAfter(error));
     }
     for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(*status)) {
         Diagnostics::warning(place, dropped);

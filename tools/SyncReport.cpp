@@ -10,6 +10,7 @@
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/ExplanationReport.h"
+#include "tools/NextStep.h"
 #include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
 #include "tools/SystemLog.h"
@@ -212,7 +213,7 @@ std::string_view SyncReport::wordsForResult(QueueSyncResult result) {
 }
 
 std::string SyncReport::lineForOutcome(const QueueSyncOutcome& outcome) {
-    std::string details = outcome.reason;
+    std::string details = outcome.reason + nextStepAfter(outcome.cause);
     for (const std::string& note : outcome.notes) {
         details += (details.empty() ? "" : "; ") + note;
     }

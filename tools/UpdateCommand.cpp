@@ -8,6 +8,7 @@
 #include "tools/ChangeReport.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/NextStep.h"
 #include "tools/PPDOfUser.h"
 #include "tools/StandardOutput.h"
 #include "tools/UnifiedDiff.h"
@@ -80,7 +81,7 @@ PPDText UpdateCommand::textWithQueue(const PPDModelFile& before) const {
     if (!after) {
         std::string reason;
         (void)backends_.core().queuePPDFile(*queueName_, reason);
-        throw Failure(ExitStatus::noResult, queueName_, reason);
+        throw Failure(ExitStatus::noResult, queueName_, reason + kQueuesAreListed);
     }
     if (defaults() == PPDUpdate::Defaults::areAsWritten) {
         return after;

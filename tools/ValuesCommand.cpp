@@ -7,6 +7,7 @@
 #include "sync/PPDUpdate.h"
 #include "tools/Diagnostics.h"
 #include "tools/Failure.h"
+#include "tools/NextStep.h"
 #include "tools/PPDOfUser.h"
 #include "tools/StandardOutput.h"
 
@@ -62,7 +63,8 @@ ExitStatus ValuesCommand::run() {
 std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfQueue() const {
     std::string reason;
     auto PPDFile = backends_.core().queuePPDFile(*queueName_, reason);
-    return PPDFile ? PPDFile : throw Failure(ExitStatus::noResult, queueName_, reason);
+    return PPDFile ? PPDFile
+                   : throw Failure(ExitStatus::noResult, queueName_, reason + kQueuesAreListed);
 }
 
 std::shared_ptr<const PPDModelFile> ValuesCommand::PPDOfFile() const {

@@ -14,6 +14,8 @@ QueueFailure noScheduler(std::string reason) {
     return {&queueSyncCause("no-scheduler"), std::move(reason)};
 }
 
+constexpr const char* kWhoMay = "; run this as root, or as a member of the group lpadmin";
+
 /// In one language: libcups and the scheduler would tell it in the user's.
 QueueFailure failureForHTTPStatus(http_status_t status) {
     const std::string number = " (HTTP status " + std::to_string(static_cast<int>(status)) + ")";
@@ -23,10 +25,10 @@ QueueFailure failureForHTTPStatus(http_status_t status) {
         case HTTP_STATUS_UNAUTHORIZED:
         case HTTP_STATUS_CUPS_AUTHORIZATION_CANCELED:
             return {&queueSyncCause("scheduler-refuses"),
-                    "the scheduler refuses it: it wants a password; run this as root, or as a "
-                    "member of the group lpadmin"};
+                    std::string("the scheduler refuses it: it wants a password") + kWhoMay};
         case HTTP_STATUS_FORBIDDEN:
-            return {&queueSyncCause("scheduler-refuses"), "the scheduler refuses it" + number};
+            return {&queueSyncCause("scheduler-refuses"),
+                    "the scheduler refuses it" + number + kWhoMay};
         default:
             return {&queueSyncCause("scheduler-error"),
                     "the scheduler answers with an error" + number};
@@ -48,7 +50,7 @@ QueueFailure failureForIPPStatus(ipp_t* answer) {
         case IPP_STATUS_ERROR_NOT_AUTHENTICATED:
         case IPP_STATUS_ERROR_NOT_AUTHORIZED:
             return {&queueSyncCause("scheduler-refuses"),
-                    "the scheduler refuses it" + code + message};
+                    "the scheduler refuses it" + code + message + kWhoMay};
         default:
             return {&queueSyncCause("scheduler-error"),
                     "the scheduler answers with an error" + code + message};

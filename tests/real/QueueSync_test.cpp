@@ -167,7 +167,8 @@ TEST(BrokenSchedulers, WhatTheySayOfAnInstallationIsToldInOneLanguage) {
     };
     const std::vector<Case> cases = {
         {"HTTP/1.1 403 Verboten\r\nContent-Length: 0\r\n\r\n", queueSyncCause("scheduler-refuses"),
-         "the scheduler refuses it (HTTP status 403)"},
+         "the scheduler refuses it (HTTP status 403); run this as root, or as a member of the "
+         "group lpadmin"},
         {"HTTP/1.1 500 Oh\r\nContent-Length: 0\r\n\r\n", queueSyncCause("scheduler-error"),
          "the scheduler answers with an error (HTTP status 500)"},
         {HostileIPPResponder::HTTPAnswer(

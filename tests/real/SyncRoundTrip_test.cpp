@@ -400,7 +400,8 @@ TEST_F(SyncRoundTrip, AnEmptyQueueNameIsShownAsOne) {
     const ProgramResult run = sync({""});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(run.standardOutput,
-              "\"\": failed: cannot be the name of a queue\n1 queue: 1 failed\n");
+              "\"\": failed: cannot be the name of a queue; \"lpstat -e\" lists the queues\n"
+              "1 queue: 1 failed\n");
 }
 
 TEST_F(SyncRoundTrip, ProgressIsShownOnATerminalOnly) {

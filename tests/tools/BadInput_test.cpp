@@ -51,38 +51,40 @@ TEST_P(BadPPDTest, EndsWithOneLineAndLeavesTheOutputAlone) {
 
 INSTANTIATE_TEST_SUITE_P(
     PPDs, BadPPDTest,
-    ::testing::Values(BadPPD{"Empty", "", "is no PPD: it is empty"},
-                      BadPPD{"Blank", "\n \n", "is no PPD: it is blank"},
-                      BadPPD{"NotUTF8", "*PPD-Adobe: \"4.3\"\n*ModelName: \"M\xE9tro\"\n",
-                             "is not valid UTF-8 at byte 32; if it is ISO-8859-1, \"iconv -f "
-                             "ISO-8859-1 -t UTF-8 bad.ppd | sed "
-                             "'s/^\\*LanguageEncoding:.*/*LanguageEncoding: UTF-8/' >NEW.ppd\" "
-                             "converts it"},
-                      BadPPD{"NoPPD", "\n<html></html>\n",
-                             "is no PPD: line 2 does not begin with \"*PPD-Adobe\""},
-                      BadPPD{"ByteOrderMark", "\xEF\xBB\xBF*PPD-Adobe: \"4.3\"\n",
-                             "is no PPD: it begins with a byte order mark; \"tail -c +4 bad.ppd "
-                             ">NEW.ppd\" takes it away"},
-                      BadPPD{"ValueThatNeverCloses", "*PPD-Adobe: \"4.3\"\n\n*Open: \"x\ny\n",
-                             "has a quoted value that never closes, opened on line 3"},
-                      BadPPD{"UTF16", std::string("\xFF\xFE*\0P\0P\0", 8),
-                             "is not valid UTF-8 at byte 0; it is UTF-16, \"iconv -f UTF-16 -t "
-                             "UTF-8 bad.ppd >NEW.ppd\" converts it"},
-                      BadPPD{"Compressed", "\x1F\x8B\x08",
-                             "is not valid UTF-8 at byte 1; it is compressed, \"zcat <bad.ppd "
-                             ">NEW.ppd\" unpacks it"},
-                      BadPPD{"InTheEncodingThatItNames",
-                             "*PPD-Adobe: \"4.3\"\n*LanguageEncoding: WindowsANSI\n*A: \"\x80\"\n",
-                             "is not valid UTF-8 at byte 54; if it is WINDOWS-1252, \"iconv -f "
-                             "WINDOWS-1252 -t UTF-8 bad.ppd | sed "
-                             "'s/^\\*LanguageEncoding:.*/*LanguageEncoding: UTF-8/' >NEW.ppd\" "
-                             "converts it"},
-                      BadPPD{"BrokenOff",
-                             "*PPD-Adobe: \"4.3\"\n*OpenUI *Duplex/Two-Sided: PickOne\n*Default",
-                             "breaks off within the option Duplex, without a line end; it is not "
-                             "whole, get it once more"},
-                      BadPPD{"NULByte", std::string("*PPD-Adobe: \"4.3\"\n*A: \0\n", 24),
-                             "has a NUL byte at byte 22"}),
+    ::testing::Values(
+        BadPPD{"Empty", "", "is no PPD: it is empty; get it once more"},
+        BadPPD{"Blank", "\n \n",
+               "is no PPD: it is blank; name the PPD file of the printer's driver"},
+        BadPPD{"NotUTF8", "*PPD-Adobe: \"4.3\"\n*ModelName: \"M\xE9tro\"\n",
+               "is not valid UTF-8 at byte 32; if it is ISO-8859-1, \"iconv -f "
+               "ISO-8859-1 -t UTF-8 bad.ppd | sed "
+               "'s/^\\*LanguageEncoding:.*/*LanguageEncoding: UTF-8/' >NEW.ppd\" "
+               "converts it"},
+        BadPPD{"NoPPD", "\n<html></html>\n",
+               "is no PPD: line 2 does not begin with \"*PPD-Adobe\"; it is a page of the "
+               "web, save the file behind it"},
+        BadPPD{"ByteOrderMark", "\xEF\xBB\xBF*PPD-Adobe: \"4.3\"\n",
+               "is no PPD: it begins with a byte order mark; \"tail -c +4 bad.ppd "
+               ">NEW.ppd\" takes it away"},
+        BadPPD{"ValueThatNeverCloses", "*PPD-Adobe: \"4.3\"\n\n*Open: \"x\ny\n",
+               "has a quoted value that never closes, opened on line 3"},
+        BadPPD{"UTF16", std::string("\xFF\xFE*\0P\0P\0", 8),
+               "is not valid UTF-8 at byte 0; it is UTF-16, \"iconv -f UTF-16 -t "
+               "UTF-8 bad.ppd >NEW.ppd\" converts it"},
+        BadPPD{"Compressed", "\x1F\x8B\x08",
+               "is not valid UTF-8 at byte 1; it is compressed, \"zcat <bad.ppd "
+               ">NEW.ppd\" unpacks it"},
+        BadPPD{"InTheEncodingThatItNames",
+               "*PPD-Adobe: \"4.3\"\n*LanguageEncoding: WindowsANSI\n*A: \"\x80\"\n",
+               "is not valid UTF-8 at byte 54; if it is WINDOWS-1252, \"iconv -f "
+               "WINDOWS-1252 -t UTF-8 bad.ppd | sed "
+               "'s/^\\*LanguageEncoding:.*/*LanguageEncoding: UTF-8/' >NEW.ppd\" "
+               "converts it"},
+        BadPPD{"BrokenOff", "*PPD-Adobe: \"4.3\"\n*OpenUI *Duplex/Two-Sided: PickOne\n*Default",
+               "breaks off within the option Duplex, without a line end; it is not "
+               "whole, get it once more"},
+        BadPPD{"NULByte", std::string("*PPD-Adobe: \"4.3\"\n*A: \0\n", 24),
+               "has a NUL byte at byte 22"}),
     [](const auto& test) { return test.param.testName; });
 
 TEST(BadInputTest, AFileThatDoesNotExistEndsWithOneLine) {
@@ -101,7 +103,7 @@ TEST(BadInputTest, AnEmptyNameIsShownAsOne) {
               "tkppdupdate: \"\": No such file or directory\n");
     EXPECT_EQ(runTool({"updaters", ""}).errors, "tkppdupdate: \"\": No such file or directory\n");
     EXPECT_EQ(runTool({"values", "--queue", "", "--device-uri", "file:x"}).errors,
-              "tkppdupdate: \"\": cannot be the name of a queue\n");
+              "tkppdupdate: \"\": cannot be the name of a queue; \"lpstat -e\" lists the queues\n");
 }
 
 TEST(BadInputTest, ADirectoryEndsWithOneLine) {
@@ -109,7 +111,8 @@ TEST(BadInputTest, ADirectoryEndsWithOneLine) {
     const ToolRun run =
         runTool({"update", directory.path(), "--device-uri", "file:/nonexistent", "--in-place"});
     EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_EQ(run.errors, "tkppdupdate: " + directory.path().string() + ": is a directory\n");
+    EXPECT_EQ(run.errors, "tkppdupdate: " + directory.path().string() +
+                              ": is a directory; name a PPD file in it\n");
 }
 
 /// Writes `start` and a hundred megabytes of the letter x, without a line feed.
@@ -149,7 +152,9 @@ TEST(BadInputTest, AQueueNameWithAPathInItIsNoQueue) {
         EXPECT_EQ(run.exitStatus, 1) << name;
         EXPECT_EQ(run.output, "");
         EXPECT_EQ(lineCount(run.errors), 1U) << run.errors;
-        EXPECT_TRUE(run.errors.ends_with(": cannot be the name of a queue\n")) << run.errors;
+        EXPECT_TRUE(run.errors.ends_with(
+            ": cannot be the name of a queue; \"lpstat -e\" lists the queues\n"))
+            << run.errors;
         const ToolRun values =
             runTool({"values", "--queue", name, "--device-uri", "file:x"}, surroundings);
         EXPECT_EQ(values.exitStatus, 1) << name;
@@ -167,7 +172,9 @@ TEST(BadInputTest, AQueueWithoutAPPDEndsWithOneLineThatNamesIt) {
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(lineCount(run.errors), 1U) << run.errors;
     EXPECT_TRUE(run.errors.starts_with("tkppdupdate: nowhere: ")) << run.errors;
-    EXPECT_TRUE(run.errors.ends_with("/ppd/nowhere.ppd: No such file or directory\n"))
+    EXPECT_TRUE(
+        run.errors.ends_with("/ppd/nowhere.ppd: No such file or directory; \"lpstat -e\" "
+                             "lists the queues\n"))
         << run.errors;
 }
 

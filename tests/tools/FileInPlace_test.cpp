@@ -177,7 +177,7 @@ TEST_F(FileInPlaceTest, RefusesWhatIsNoFileOfItsOwn) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(reasonForFailure(pipe), "is not a regular file");
     EXPECT_EQ(reasonForFailure("/dev/null"), "is not a regular file");
-    EXPECT_EQ(reasonForFailure(path("folder")), "is a directory");
+    EXPECT_EQ(reasonForFailure(path("folder")), "is a directory; name a PPD file in it");
     EXPECT_EQ(reasonForFailure("/dev/stdin"), "cannot be replaced: it is an open file");
     EXPECT_EQ(reasonForFailure(path("none.ppd")), "No such file or directory");
     EXPECT_EQ(reasonForFailure(path("none/a.ppd")), "No such file or directory");
