@@ -28,7 +28,8 @@ TEST(NamedFiles, AreThere) {
     for (const std::string page :
          {"README.md", "CONTRIBUTING.md", "SECURITY.md", "docs/architecture.md",
           "docs/adding-a-scheme.md", "docs/c-interface.md", "docs/ipp-mapping.md",
-          "docs/one-line.md", "docs/recorded-status.md", "docs/sync.md", "samples/README.md"}) {
+          "docs/one-line.md", "docs/recorded-status.md", "docs/sync.md",
+          "docs/writing-an-updater.md", "samples/README.md"}) {
         const std::string text = textOfSource(page);
         for (std::sregex_iterator each(text.begin(), text.end(), named), end; each != end; ++each) {
             const bool isPartOfLongerPath =

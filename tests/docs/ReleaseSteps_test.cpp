@@ -43,14 +43,14 @@ bool isOfTheSources(const fs::path& path) {
     return !name.starts_with(".git") && !name.starts_with("build");
 }
 
-std::string withoutDots(const std::string& version) {
+std::string escaped(const std::string& version) {
     return std::regex_replace(version, std::regex(R"(\.)"), R"(\.)");
 }
 
 TEST(ReleaseSteps, TheVersionStandsInTheProjectLineAndTheListOfChangesOnly) {
     const std::string series = kVersion.substr(0, kVersion.rfind('.'));
-    const std::regex stated("(^|[^0-9.])" + withoutDots(kVersion) + "([^0-9.]|\\.[^0-9]|$)|" +
-                            "tkppdupdating" + withoutDots(series) + "([^0-9]|$)");
+    const std::regex stated("(^|[^0-9.])" + escaped(kVersion) + "([^0-9.]|\\.[^0-9]|$)|" +
+                            "tkppdupdating" + escaped(series) + "([^0-9]|$)");
     std::vector<std::string> places;
     for (const auto& top : fs::directory_iterator(kSources)) {
         const std::string name = top.path().filename().string();
@@ -110,7 +110,13 @@ class AnotherVersion : public testing::Test {
             }
         }
         replace("CMakeLists.txt", "VERSION " + kVersion, "VERSION 9.8.7");
-        replace("CHANGELOG.md", "## " + kVersion + ", not released", "## 9.8.7, 2031-02-03");
+        // "not released", or the date of its release.
+        const std::string changes = contentsOf(copy() / "CHANGELOG.md");
+        std::smatch heading;
+        ASSERT_TRUE(std::regex_search(changes, heading,
+                                      std::regex("## " + escaped(kVersion) + ", [^\n]+\n")))
+            << "CHANGELOG.md has no section of version " << kVersion;
+        replace("CHANGELOG.md", heading.str(), "## 9.8.7, 2031-02-03\n");
     }
 
     fs::path copy() const { return directory_.path() / "copy"; }
