@@ -79,9 +79,11 @@ class DeviceScope {
 
     /// A device that tells of a duplexer, or one that says nothing.
     static DeviceScope withDuplexer(std::optional<bool> isInstalled) {
-        return isInstalled ? DeviceScope(OrbCSDeviceAccessories{
-                                 {std::string(kTkCSDeviceAccessoryDuplexer), *isInstalled}})
-                           : DeviceScope(std::shared_ptr<const OrbCSDeviceStatus>());
+        if (!isInstalled) {
+            return DeviceScope(std::shared_ptr<const OrbCSDeviceStatus>());
+        }
+        return DeviceScope(
+            OrbCSDeviceAccessories{{std::string(kTkCSDeviceAccessoryDuplexer), *isInstalled}});
     }
 
   private:
