@@ -288,9 +288,13 @@ void FaultyRuns::tryFault(const std::string& fault) {
     ++tried_;
     makeFiles();
     const ProgramResult result = run({{"TKPPDUPDATING_FAULT", fault}});
-    const RunEnd end = result.exitStatus == 0         ? RunEnd::done
-                       : result.exitStatus == kKilled ? RunEnd::killed
-                                                      : RunEnd::failed;
+    // Where not even an exception finds room, the run ends at once, whatever its other threads are
+    // doing: as after a kill, the next run takes away what they had begun.
+    const bool endsAtOnce = result.exitStatus == kKilled ||
+                            result.standardError == "tkppdupdate: there is not enough memory\n";
+    const RunEnd end = result.exitStatus == 0 ? RunEnd::done
+                       : endsAtOnce           ? RunEnd::killed
+                                              : RunEnd::failed;
     std::string complaint = complaintAbout(result, end, filesNow());
     if (complaint.empty() && end == RunEnd::killed) {
         complaint = complaintAfterKill();
