@@ -46,6 +46,15 @@ TEST_F(ReportCommandTest, MakesOnePageOfTheFilesOfManyServers) {
                       HasSubstr("there is none"), HasSubstr("Nothing was reported.")));
 }
 
+TEST_F(ReportCommandTest, MakesAPageOfTheSamples) {
+    const std::string folder = TKPPDUPDATING_SOURCE_DIR "/samples/reports/";
+    const ToolRun run =
+        report({folder + "print1.json", folder + "print2.json", folder + "print3.json"});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_THAT(page(), AllOf(HasSubstr(">M: low<"), HasSubstr(">cause: no-backend<"),
+                              HasSubstr("Glossy Brochure (1201)")));
+}
+
 TEST_F(ReportCommandTest, KeepsTheSchedulersOfOneFileApart) {
     directory_.write("both.json",
                      std::string(kUnchanged) +
