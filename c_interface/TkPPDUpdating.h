@@ -48,8 +48,8 @@ typedef enum TkPPDUpdatingResult {
 
 /// A text of the caller's or of the library's: that many bytes. Null with the length 0 is no text.
 typedef struct TkPPDUpdatingText {
-    const char* bytes;
-    size_t length;
+    const char* bytes;  ///< UTF-8, with or without a NUL behind them.
+    size_t length;      ///< In bytes, the NUL not counted.
 } TkPPDUpdatingText;
 
 /// The length of a text that has no end; every function refuses it.
@@ -125,16 +125,16 @@ typedef int (*TkPPDUpdatingStatusFunction)(void* context, TkPPDUpdatingAnswer* a
 
 /// To be set to zero before its members are ("= {0}").
 typedef struct TkPPDUpdatingStatusSource {
-    TkPPDUpdatingSourceKind kind;
-    TkPPDUpdatingText text;
-    TkPPDUpdatingStatusFunction function;
-    void* context;
+    TkPPDUpdatingSourceKind kind;          ///< Which of the next two counts.
+    TkPPDUpdatingText text;                ///< The device URI or the recording.
+    TkPPDUpdatingStatusFunction function;  ///< Null for the other kinds.
+    void* context;                         ///< Handed to the function; never looked at.
 } TkPPDUpdatingStatusSource;
 
 /// A value that an updater would write into a PPD. Each text has a NUL behind it.
 typedef struct TkPPDUpdatingValue {
-    TkPPDUpdatingText key;
-    TkPPDUpdatingText value;
+    TkPPDUpdatingText key;    ///< What it stands for: a keyword of the PPD.
+    TkPPDUpdatingText value;  ///< The value itself.
 } TkPPDUpdatingValue;
 
 /// The text of the PPD at `path` with the values of the printer, in `*contents`, with a NUL behind

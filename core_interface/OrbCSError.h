@@ -34,8 +34,8 @@ struct OrbCSError {
         /// The caller no longer waits.
         cancelled,
     };
-
-    Cause cause = Cause::unknown;
+    /// @enum Cause What went wrong.
+    Cause cause = Cause::unknown;  ///< For programs; the rest is for people.
     /// One phrase without the device URI.
     std::string reason;
 };

@@ -15,7 +15,7 @@ struct OrbCSPrinterIdentity {
     std::vector<std::string> deviceIDs;
     /// Models, with the maker's name before them or without.
     std::vector<std::string> models;
-    std::vector<std::string> makers;
+    std::vector<std::string> makers;  ///< Makers, without a model.
 };
 
 /// An optional second interface of an `OrbCSDeviceStatus` that knows which printer it is of.

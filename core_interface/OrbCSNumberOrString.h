@@ -11,10 +11,10 @@ namespace TkPPDUpdating {
 /// A scalar that a device reports: an integer, a floating-point number or a text. Immutable.
 class TKPPDUPDATING_PUBLIC OrbCSNumberOrString {
   public:
-    explicit OrbCSNumberOrString(std::int64_t number) : value_(number) {}
-    explicit OrbCSNumberOrString(std::uint64_t number) : value_(number) {}
-    explicit OrbCSNumberOrString(double number) : value_(number) {}
-    explicit OrbCSNumberOrString(std::string text) : value_(std::move(text)) {}
+    explicit OrbCSNumberOrString(std::int64_t number) : value_(number) {}        ///< An integer.
+    explicit OrbCSNumberOrString(std::uint64_t number) : value_(number) {}       ///< An integer.
+    explicit OrbCSNumberOrString(double number) : value_(number) {}              ///< A number.
+    explicit OrbCSNumberOrString(std::string text) : value_(std::move(text)) {}  ///< A text.
 
     /// A text as it is; an integer in decimal; a floating-point number in its shortest decimal form
     /// that reads back as the same number, as ECMAScript (ECMA-262, Number::toString) writes it:

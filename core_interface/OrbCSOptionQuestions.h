@@ -28,8 +28,8 @@ struct TKPPDUPDATING_PUBLIC OrbCSPostScriptQuestions {
     /// specification 4.3, JCLBegin with JCLToPSInterpreter, and JCLEnd); empty for one that needs
     /// none.
     std::string beginning;
-    std::string end;
-    std::vector<OrbCSOptionQuestion> questions;
+    std::string end;                             ///< Out of it.
+    std::vector<OrbCSOptionQuestion> questions;  ///< In the order of the PPD.
 };
 
 /// The question of a PPD about one of its installable options that an object of the printer's
@@ -51,7 +51,7 @@ inline constexpr std::string_view kTkCSSNMPQuestionsKey = "SNMPQuestions";
 
 /// The questions of a PPD that are answered over SNMP.
 struct TKPPDUPDATING_PUBLIC OrbCSSNMPQuestions {
-    std::vector<OrbCSObjectQuestion> questions;
+    std::vector<OrbCSObjectQuestion> questions;  ///< In the order of the PPD.
 };
 
 }  // namespace TkPPDUpdating

@@ -16,8 +16,8 @@ namespace TkPPDUpdating {
 
 /// An accessory of the printer, under `kTkCSDeviceAccessoriesKey`.
 struct OrbCSDeviceAccessory {
-    std::optional<std::string> name;
-    bool isInstalled = false;
+    std::optional<std::string> name;  ///< What the printer's language calls it: "Duplexer".
+    bool isInstalled = false;         ///< False also when that was not reported.
 
     friend bool operator==(const OrbCSDeviceAccessory&, const OrbCSDeviceAccessory&) = default;
 };
@@ -43,18 +43,18 @@ struct OrbCSLinTable {
 /// How many pages of one page type can still be printed, in the list under
 /// `kTkCSRemainingPagesEstimationsKey`.
 struct OrbCSRemainingPagesEstimation {
-    std::optional<std::string> pageTypeName;
-    std::optional<OrbCSNumberOrString> minPageCount;
-    std::optional<OrbCSNumberOrString> maxPageCount;
-    std::optional<OrbCSNumberOrString> state;
+    std::optional<std::string> pageTypeName;          ///< Of the list in the PPD.
+    std::optional<OrbCSNumberOrString> minPageCount;  ///< At least so many pages.
+    std::optional<OrbCSNumberOrString> maxPageCount;  ///< At most so many.
+    std::optional<OrbCSNumberOrString> state;         ///< The printer's number for it.
 
     friend bool operator==(const OrbCSRemainingPagesEstimation&,
                            const OrbCSRemainingPagesEstimation&) = default;
 };
 
-using OrbCSDeviceAccessories = std::vector<OrbCSDeviceAccessory>;
-using OrbCSRemainingPagesEstimations = std::vector<OrbCSRemainingPagesEstimation>;
-using OrbCustomMediaTypes = std::vector<std::shared_ptr<const OrbCustomMediaType>>;
+using OrbCSDeviceAccessories = std::vector<OrbCSDeviceAccessory>;                    ///< A list.
+using OrbCSRemainingPagesEstimations = std::vector<OrbCSRemainingPagesEstimation>;   ///< A list.
+using OrbCustomMediaTypes = std::vector<std::shared_ptr<const OrbCustomMediaType>>;  ///< None null.
 
 /// What is installed, in the words of a PPD: keywords of its installable options (no asterisk) to
 /// those of their choices, under `kTkCSInstalledOptionsKey`. Of an option that is not in it nothing

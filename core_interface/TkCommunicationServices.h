@@ -24,7 +24,7 @@ class TKPPDUPDATING_PUBLIC TkCommunicationServices {
 
     virtual std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
-        OrbCSError* error) const = 0;
+        OrbCSError* error) const = 0;  ///< Behind the operation of `OrbCSDeviceStatus`.
 };
 
 }  // namespace TkPPDUpdating

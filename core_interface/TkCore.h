@@ -25,7 +25,7 @@ class TKPPDUPDATING_PUBLIC TkCore {
     virtual ~TkCore() = default;
 
     virtual std::shared_ptr<const OrbPPDFile> PPDFileWithContentsOfFile(
-        const std::string& path) const = 0;
+        const std::string& path) const = 0;  ///< Behind the operation of `OrbPPDFile`.
     /// Parses the text of the file at `path`, which has just been read, so that it need not be read
     /// again. A library that cannot parse a text reads the file.
     virtual std::shared_ptr<const OrbPPDFile> PPDFileWithContents(const PPDText& /*contents*/,
@@ -33,13 +33,13 @@ class TKPPDUPDATING_PUBLIC TkCore {
         return PPDFileWithContentsOfFile(path);
     }
     virtual std::shared_ptr<const OrbPPDFile> PPDFileForQueueWithName(
-        const std::string& queueName) const = 0;
+        const std::string& queueName) const = 0;  ///< Behind the operation of `OrbPPDFile`.
     virtual std::shared_ptr<const OrbCustomMediaType> customMediaTypeWithPPDParameters(
-        const OrbDictionary& parameters) const = 0;
+        const OrbDictionary& parameters) const = 0;  ///< Behind that of `OrbCustomMediaType`.
     virtual std::shared_ptr<const OrbICCProfile> profileWithPPDParameters(
-        const OrbDictionary& parameters) const = 0;
+        const OrbDictionary& parameters) const = 0;  ///< Behind that of `OrbICCProfile`.
     virtual std::shared_ptr<const OrbCUPSICCProfileSpecifier> specifierVer2WithProfileID(
-        std::uint64_t profileID) const = 0;
+        std::uint64_t profileID) const = 0;  ///< Behind that of `OrbCUPSICCProfileSpecifier`.
 };
 
 }  // namespace TkPPDUpdating

@@ -14,8 +14,8 @@ namespace TkPPDUpdating {
 struct OrbPPDOwnedLines {
     /// A choice of an option, or another statement with an option keyword.
     struct Choice {
-        std::string option;
-        std::string keyword;
+        std::string option;   ///< The main keyword (no asterisk).
+        std::string keyword;  ///< The option keyword.
         /// The code, without quotes.
         std::string code;
     };
@@ -35,7 +35,7 @@ struct OrbPPDOwnedLines {
     /// Further statements of the text before that may be taken away, and of the text after that may
     /// be added. Null for none. Each is asked with statements of the span that `ownedLines` got.
     std::function<bool(const PPDStatement&)> mayTakeAway;
-    std::function<bool(const PPDStatement&)> mayAdd;
+    std::function<bool(const PPDStatement&)> mayAdd;  ///< Of the text after.
 };
 
 /// An optional second interface of an updater class: what it owns of a PPD. Before a result is

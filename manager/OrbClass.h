@@ -14,12 +14,12 @@ namespace TkPPDUpdating {
 /// long as the process.
 class TKPPDUPDATING_PUBLIC OrbClass {
   public:
-    using Maker = std::unique_ptr<ITkPPDUpdater> (*)();
+    using Maker = std::unique_ptr<ITkPPDUpdater> (*)();  ///< Makes an instance.
 
     /// `maker` is null for a class that does not fulfil `ITkPPDUpdater`.
     constexpr OrbClass(std::string_view name, Maker maker) : name_(name), maker_(maker) {}
 
-    using MakerWithContext = std::unique_ptr<ITkPPDUpdater> (*)(const void* context);
+    using MakerWithContext = std::unique_ptr<ITkPPDUpdater> (*)(const void* context);  ///< The same
 
     /// A class that is made while the program runs, of a description at `context`: both outlive
     /// every manager that the class is registered with. `maker` is not null.
@@ -29,7 +29,7 @@ class TKPPDUPDATING_PUBLIC OrbClass {
     OrbClass& operator=(const OrbClass&) = delete;
     ~OrbClass() = default;
 
-    std::string_view name() const { return name_; }
+    std::string_view name() const { return name_; }  ///< As registered.
 
     /// Whether the class declares that it fulfils the updater contract, by deriving from it.
     bool conformsToITkPPDUpdater() const { return maker_ || makerWithContext_; }

@@ -21,13 +21,13 @@ namespace TkPPDUpdating {
 struct OrbClassRunOrder {
     bool operator()(const OrbClass* left, const OrbClass* right) const {
         return left->name() != right->name() ? left->name() > right->name() : left < right;
-    }
+    }  ///< Whether `left` runs first.
 };
 
 /// The only implementation of `OrbPPDUpdatingManager`. Made with the built-in updaters.
 class TKPPDUPDATING_PUBLIC OrbPPDConcreteUpdatingManager : public OrbPPDUpdatingManager {
   public:
-    using Classes = std::set<const OrbClass*, OrbClassRunOrder>;
+    using Classes = std::set<const OrbClass*, OrbClassRunOrder>;  ///< In the order of their runs.
 
     OrbPPDConcreteUpdatingManager();
 

@@ -23,8 +23,8 @@ struct OrbPPDToldDecision {
         /// It may not run: its lines stay.
         keep,
     };
-
-    Kind kind = Kind::run;
+    /// @enum Kind What becomes of its lines.
+    Kind kind = Kind::run;  ///< What may be done; the rest says with what.
     /// The entries that it reads and that were not told, in its order.
     std::vector<std::string> notTold;
     /// For `runCompleted`: pens' keyword to the value that stands in the PPD.

@@ -34,7 +34,7 @@ class TKPPDUPDATING_PUBLIC OrbPPDLines {
     /// The lines of the text, which must not be null. One empty last part is dropped.
     explicit OrbPPDLines(const PPDText& text);
 
-    std::size_t size() const { return size_; }
+    std::size_t size() const { return size_; }  ///< How many lines there are now.
 
     /// The line at `index`; valid until the next operation. Raises `std::out_of_range` past the
     /// last line.
@@ -59,7 +59,7 @@ class TKPPDUPDATING_PUBLIC OrbPPDLines {
 
     /// Whether `text` ends with a line feed.
     bool endsWithLineFeed() const { return endsWithLineFeed_; }
-    void setEndsWithLineFeed(bool ends) { endsWithLineFeed_ = ends; }
+    void setEndsWithLineFeed(bool ends) { endsWithLineFeed_ = ends; }  ///< For `text`.
 
     /// The index of the first line that
     /// `OrbPPDProcessor::scanLine_forAttributeWithKeyword_spec_value` accepts, or nothing.
@@ -91,7 +91,7 @@ class TKPPDUPDATING_PUBLIC OrbPPDLines {
 
     /// The index beneath, with lines that may be gone, and which those are.
     const PPDTextIndex& base() const { return *index_; }
-    bool isGone(LineID line) const { return changes_->removed.contains(line); }
+    bool isGone(LineID line) const { return changes_->removed.contains(line); }  ///< Of `base`.
 
     /// Calls `visit(index, line)` for every line that is not one of the index beneath, from the
     /// last to the first, so that it may be erased.

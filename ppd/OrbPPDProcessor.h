@@ -21,8 +21,8 @@ namespace TkPPDUpdating {
 /// A run of lines: the index of the first one and how many there are. A range of nothing has the
 /// location `kTkPPDProcessorPPDEndLocation` and the length 0.
 struct OrbPPDLineRange {
-    std::size_t location = kTkPPDProcessorPPDEndLocation;
-    std::size_t length = 0;
+    std::size_t location = kTkPPDProcessorPPDEndLocation;  ///< The first line, from 0.
+    std::size_t length = 0;                                ///< How many there are.
 
     friend bool operator==(const OrbPPDLineRange&, const OrbPPDLineRange&) = default;
 };
@@ -78,7 +78,7 @@ class TKPPDUPDATING_PUBLIC OrbPPDProcessor {
     /// extensions: cupsLanguages) split at every single space; empty when there is none. Read once,
     /// then kept. Raises what `valueForAttributeWithKeyword_spec` raises.
     const std::vector<std::string>& localizations();
-    void setLocalizations(std::vector<std::string> localizations);
+    void setLocalizations(std::vector<std::string> localizations);  ///< Instead of the PPD's.
 
     /// Whether the line is the attribute. Compared from the left, ignoring case: "*", the keyword;
     /// with a spec, one or more spaces, the spec, and ":" or "/"; without one, ":" directly. With a

@@ -11,8 +11,8 @@
 /// Texts of the PPD format (PPD specification 4.3, CUPS PPD extensions) and of the suite's own
 /// attributes. "%@" in a format stands for one argument; `PPDFormatted` fills it in.
 namespace TkPPDUpdating {
-
-inline constexpr std::string_view kTkPPDDefaultChoiceNameFormat = "Default%@";
+///@{
+inline constexpr std::string_view kTkPPDDefaultChoiceNameFormat = "Default%@";  ///< Text of PPDs.
 inline constexpr std::string_view kTkPPDDefaultChoiceFormatPrefix = "\n*Default%@:";
 inline constexpr std::string_view kTkPPDDefaultChoiceFormatString = "*Default%@: %@";
 inline constexpr std::string_view kTkPPDChoiceFormatPrefix = "\n*%@ %@/";
@@ -29,7 +29,7 @@ inline constexpr std::string_view kTkPPDSpace = " ";
 inline constexpr std::string_view kTkPPDEmptyString;
 inline constexpr std::string_view kTkPPDCUPSVersionAttributeName = "cupsVersion";
 inline constexpr std::string_view kTkPPDCUPSLanguagesAttributeName = "cupsLanguages";
-
+///@}
 /// The largest signed machine word: as a line index it means that nothing was found, as an insert
 /// location the end of the PPD.
 inline constexpr std::size_t kTkPPDProcessorPPDEndLocation = PTRDIFF_MAX;

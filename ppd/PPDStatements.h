@@ -29,7 +29,7 @@ struct PPDStatement {
     bool isQuoted = false;
     /// The option whose UI is open here, and the innermost group; empty outside.
     std::string_view option;
-    std::string_view group;
+    std::string_view group;  ///< Of `*OpenGroup`.
     /// Its place among the statements, from 0.
     std::size_t index = 0;
 

@@ -22,17 +22,17 @@ class PPDTextIndex;
 class TKPPDUPDATING_PUBLIC PPDText {
   public:
     PPDText() = default;
-    PPDText(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): null is a text's absence
+    PPDText(std::nullptr_t) {}  ///< NOLINT(google-explicit-constructor): no text
 
-    explicit operator bool() const { return contents_ != nullptr; }
+    explicit operator bool() const { return contents_ != nullptr; }  ///< Whether there is one.
     friend bool operator==(const PPDText&, const PPDText&) = default;
     friend bool operator==(const PPDText& text, std::nullptr_t) { return !text; }
-    void reset() { contents_.reset(); }
+    void reset() { contents_.reset(); }  ///< Makes it null.
 
     /// The bytes; the text must not be null. They live as long as the text, or a copy of it.
     const std::string& operator*() const { return *bytes(); }
-    const std::string* operator->() const { return bytes().get(); }
-    const std::string* get() const { return contents_ ? bytes().get() : nullptr; }
+    const std::string* operator->() const { return bytes().get(); }                 ///< Not null.
+    const std::string* get() const { return contents_ ? bytes().get() : nullptr; }  ///< Or null.
     /// The same, to be held without the text; the text must not be null.
     const std::shared_ptr<const std::string>& bytes() const;
 

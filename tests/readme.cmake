@@ -26,6 +26,12 @@ add_test(NAME Readme.TheLibraryExampleUpdatesAPPD COMMAND readme_example
 set_tests_properties(Readme.TheLibraryExampleUpdatesAPPD PROPERTIES
     PASS_REGULAR_EXPRESSION "[*]DefaultZrLowerTrayInstalled: True")
 
+tkppdupdating_readme_block(text readme_picture.txt)
+add_test(NAME Readme.ThePictureShowsWhatARunWrites
+    COMMAND "${CMAKE_CURRENT_LIST_DIR}/readme-picture" "$<TARGET_FILE:tkppdupdate>"
+        "${CMAKE_CURRENT_BINARY_DIR}/readme_picture.txt"
+    WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+
 tkppdupdating_readme_block(sh readme_example.sh)
 add_test(NAME Readme.TheCommandLineExampleRuns
     COMMAND "${CMAKE_COMMAND}" -E env "PATH=$<TARGET_FILE_DIR:tkppdupdate>:$ENV{PATH}"

@@ -13,7 +13,7 @@ namespace TkPPDUpdating {
 /// into one slot of a table. Values differ from run to run: never store or show them.
 class SeededTextHash {
   public:
-    using Seeds = std::array<std::uint64_t, 2>;
+    using Seeds = std::array<std::uint64_t, 2>;  ///< Any numbers.
 
     /// Those of this copy of the library. In one process there may be several, a program's and a
     /// module's, and texts with tables of hashes pass between them: each has to have the same
@@ -32,7 +32,7 @@ class SeededTextHash {
     /// An earlier hash carried on by one more word.
     static std::uint64_t carriedOn(std::uint64_t hash, std::uint64_t word);
 
-    std::size_t operator()(std::string_view text) const { return of(text); }
+    std::size_t operator()(std::string_view text) const { return of(text); }  ///< For tables.
 };
 
 }  // namespace TkPPDUpdating

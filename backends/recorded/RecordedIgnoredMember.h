@@ -9,7 +9,7 @@ namespace TkPPDUpdating {
 struct RecordedIgnoredMember {
     /// As in an error: "CustomMediaTypes[2].nmae".
     std::string place;
-    std::string name;
+    std::string name;  ///< Its name alone.
     /// The members that the object may have.
     std::vector<std::string> known;
 };

@@ -14,6 +14,7 @@ namespace TkPPDUpdating {
 /// A custom media type as a plain value; what PPDs and device backends make.
 class TKPPDUPDATING_PUBLIC PlainCustomMediaType : public OrbCustomMediaType {
   public:
+    /// Of these members; each may be nothing.
     PlainCustomMediaType(std::optional<std::string> name, std::optional<std::string> mediaID,
                          std::optional<std::string> parentMediaID,
                          std::shared_ptr<const OrbICCProfile> ICCProfile)

@@ -14,6 +14,7 @@ namespace TkPPDUpdating {
 /// An ICC profile as a plain value; what PPDs and device backends make.
 class TKPPDUPDATING_PUBLIC PlainICCProfile : public OrbICCProfile {
   public:
+    /// Of these members; each may be nothing.
     PlainICCProfile(std::optional<std::string> URL, std::optional<std::string> qualifierVer2,
                     std::optional<std::uint64_t> profileID)
         : URL_(std::move(URL)), qualifierVer2_(std::move(qualifierVer2)), profileID_(profileID) {}

@@ -24,7 +24,7 @@ class TKPPDUPDATING_PUBLIC ReportedDeviceStatus : public OrbCSDeviceStatus,
                                                   public OrbCSStatusSources,
                                                   public OrbCSIdentifiedStatus {
   public:
-    using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;
+    using Values = std::map<std::string, OrbCSStatusValue, std::less<>>;  ///< By status key.
 
     /// `droppedValues` are one phrase each, which begins with the value's place in the answer and
     /// holds none of the printer's own text. `told` are the entries that the answer told, those

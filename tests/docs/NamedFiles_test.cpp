@@ -26,10 +26,10 @@ TEST(NamedFiles, AreThere) {
         "manager|packaging|ppd|resources|samples|"
         "scripts|sync|tests|text|tools|updaters)/(?!NAME)[A-Za-z0-9_./-]*[A-Za-z0-9_/]");
     for (const std::string page :
-         {"README.md", "CONTRIBUTING.md", "SECURITY.md", "docs/architecture.md",
-          "docs/adding-a-scheme.md", "docs/c-interface.md", "docs/ipp-mapping.md",
-          "docs/one-line.md", "docs/recorded-status.md", "docs/sync.md",
-          "docs/writing-an-updater.md", "samples/README.md"}) {
+         {"README.md", "CONTRIBUTING.md", "SECURITY.md", "docs/architecture.md", "docs/README.md",
+          "docs/fleet.md", "docs/versions.md", "docs/adding-a-scheme.md", "docs/c-interface.md",
+          "docs/ipp-mapping.md", "docs/one-line.md", "docs/recorded-status.md", "docs/sync.md",
+          "samples/README.md"}) {
         const std::string text = textOfSource(page);
         for (std::sregex_iterator each(text.begin(), text.end(), named), end; each != end; ++each) {
             const bool isPartOfLongerPath =

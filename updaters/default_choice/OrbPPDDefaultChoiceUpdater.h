@@ -27,7 +27,7 @@ using OrbPPDDefaultChoices = std::map<std::string, std::string, std::less<>>;
 class TKPPDUPDATING_PUBLIC OrbPPDDefaultChoiceUpdater : public ITkPPDUpdater,
                                                         public ITkPPDLineOwnership {
   public:
-    static constexpr std::string_view kClassName = "OrbPPDDefaultChoiceUpdater";
+    static constexpr std::string_view kClassName = "OrbPPDDefaultChoiceUpdater";  ///< Its name.
 
     /// The option keywords, without asterisk, in the order in which they are processed. Raises
     /// `OrbInvalidOperationError` here: subclasses answer it.

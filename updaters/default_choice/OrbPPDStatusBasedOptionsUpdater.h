@@ -16,7 +16,7 @@ namespace TkPPDUpdating {
 /// read from, and the choice that a value means.
 class TKPPDUPDATING_PUBLIC OrbPPDStatusBasedOptionsUpdater : public OrbPPDDefaultChoiceUpdater {
   public:
-    static constexpr std::string_view kClassName = "OrbPPDStatusBasedOptionsUpdater";
+    static constexpr std::string_view kClassName = "OrbPPDStatusBasedOptionsUpdater";  ///< Its name
 
     /// What was read from the device for an option: whether the accessory is installed, or the
     /// value under the status key (never null, owned by the status).
