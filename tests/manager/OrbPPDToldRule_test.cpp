@@ -131,6 +131,11 @@ TEST(OrbPPDToldRuleTest, CompletesOnlyFromExactlyOneUnquotedLine) {
         {"*ZrPenDropVolumes a: 5\n", std::nullopt},
         {"*ZrPenDropVolumes/Text: 5\n", std::nullopt},
         {"ZrPenDropVolumes: 5\n", std::nullopt},
+        {"*ZrPenDropVolumes:\t5\t\n", "5"},
+        {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumes\ta: 6\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumes/Text: 6\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\n-ZrPenDropVolumes a: 6\n", "5"},
+        {"*ZrPenDropVolumes\n*ZrPenDropVolumes: 5\n", "5"},
     };
     for (const Completion& completion : completions) {
         SCOPED_TRACE(completion.contents);
@@ -164,6 +169,18 @@ TEST(OrbPPDToldRuleTest, CompletesNothingButThePensValues) {
     EXPECT_EQ(OrbPPDToldRule::decision(withTheWhole, kDyesAlone, contents).kind, Kind::keep);
 }
 
+TEST(OrbPPDToldRuleTest, OnlyAnEntryOfThePensNamesAValueThatCanBeCompleted) {
+    const std::string contents = "*ZrPenDropVolumes: 5\n*: 5\n";
+    for (const char* entry :
+         {"InstalledPensConfiguration.", "InstalledPensConfigurationXZrPenDropVolumes",
+          "InstalledPensConfigurations.ZrPenDropVolumes",
+          "InstalledPensDescriptions_.ZrPenDropVolumes"}) {
+        const ReadingUpdater updater({"InstalledPensConfiguration.ZrPenDyes", entry});
+        EXPECT_EQ(OrbPPDToldRule::decision(updater, kDyesAlone, contents).kind, Kind::keep)
+            << entry;
+    }
+}
+
 TEST(OrbPPDToldRuleTest, SomeMediaTypesAreToBeCompleted) {
     const ReadingUpdater updater({"CustomMediaTypes"});
     const auto some =
@@ -173,8 +190,22 @@ TEST(OrbPPDToldRuleTest, SomeMediaTypesAreToBeCompleted) {
     const auto none = OrbPPDToldRule::decision(updater, OrbCSToldEntries(), "");
     EXPECT_EQ(none.kind, Kind::keep);
     EXPECT_FALSE(none.completesMediaTypes);
+    const auto other = OrbPPDToldRule::decision(ReadingUpdater({"LinTable"}),
+                                                OrbCSToldEntries{"CustomMediaTypes.reported"}, "");
+    EXPECT_EQ(other.kind, Kind::keep);
+    EXPECT_FALSE(other.completesMediaTypes);
     EXPECT_FALSE(OrbPPDToldRule::decision(updater, OrbCSToldEntries{"CustomMediaTypes"}, "")
                      .completesMediaTypes);
+}
+
+TEST(OrbPPDToldRuleTest, TheCompletedStatusHasPensOfItsOwnWhereNoneWereTold) {
+    const auto status = std::make_shared<const FakeDeviceStatus>(FakeDeviceStatus::Values{});
+    const auto completed = OrbPPDToldRule::completedStatus(status, {{"ZrPenDyes", "C"}});
+    OrbCSPensConfiguration pens;
+    pens.PPDAttributeValues = {{"ZrPenDyes", "C"}};
+    EXPECT_EQ(
+        *completed->statusValueForKey<OrbCSPensConfiguration>(kTkCSInstalledPensConfigurationKey),
+        pens);
 }
 
 TEST(OrbPPDToldRuleTest, TheCompletedStatusHasTheAddedValuesAndAllOthers) {
