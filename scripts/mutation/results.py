@@ -66,13 +66,15 @@ class Equivalents:
         again = f" #{mutant.repetition}" if mutant.repetition > 1 else ""
         return (mutant.path, mutant.function or "(no function)", mutant.line_text, mutant.change + again)
 
-    def names(self, mutant):
+    def line_of(self, mutant):
+        """The number of the line of the entry that names it, None when there is none, and whether it names that
+        change alone."""
         path, function, line, change = self.lines_of(mutant)
         for key in ((path, function, line, change), (path, function, line, "*")):
             if key in self.entries:
                 self.used.add(key)
-                return True
-        return False
+                return self.entries[key], key[3] != "*"
+        return None, False
 
     def unused(self, paths):
         return [(number, key) for key, number in self.entries.items() if key not in self.used and key[0] in paths]
