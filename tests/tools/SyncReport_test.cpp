@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "sync/InstalledOptionAnswers.h"
 #include "sync/QueueSyncCauses.h"
 #include "tests/support/ListeningJournal.h"
 #include "tests/support/TestDoubles.h"
@@ -57,6 +58,28 @@ TEST_F(SyncReportTest, WhatChangedStandsBelowTheLineOfTheQueue) {
     dryRun.result = QueueSyncResult::wouldUpdate;
     EXPECT_EQ(SyncReport::lineForOutcome(dryRun),
               "office: would be updated\n  Duplexer: Not Installed -> Installed\n");
+}
+
+TEST_F(SyncReportTest, WhatCameOfAskingAboutInstallableOptionsIsToldForEach) {
+    const InstallableOption option{
+        "Option1", "Tray\x1B[2J", {{"None", "Not Installed"}, {"Tray500", "500 Sheets"}}, "None"};
+    QueueSyncOutcome outcome = updated(kSmallPPD, kSmallPPD);
+    outcome.result = QueueSyncResult::unchanged;
+    outcome.answers = {answeredOption(option, "PostScript", "Tray500"),
+                       unansweredOption(option, "SNMP", "the printer has no such object")};
+    EXPECT_EQ(
+        SyncReport::lineForOutcome(outcome),
+        "office: unchanged\n"
+        "  Tray\\x1B[2J: asked over PostScript: Not Installed -> 500 Sheets\n"
+        "  Tray\\x1B[2J: asked over SNMP, no answer: the printer has no such object; stays Not "
+        "Installed\n");
+    EXPECT_EQ(JSONOf(outcome)["answers"],
+              json::parse(R"([{"option": "Option1", "from": "PostScript", "before": "None",
+                               "answer": "Tray500"},
+                              {"option": "Option1", "from": "SNMP", "before": "None",
+                               "reason": "the printer has no such object"}])"));
+    outcome.answers.clear();
+    EXPECT_FALSE(JSONOf(outcome).contains("answers"));
 }
 
 TEST_F(SyncReportTest, TextsAreInTheUsersLanguageAndAllElseIsNot) {
