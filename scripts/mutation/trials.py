@@ -20,8 +20,8 @@ QUICK = 0.1
 # memory; bytes of a file.
 SLOWER, MORE_SECONDS = 10, 2
 MEMORY, FILE_SIZE = 2 << 30, 64 << 20
-# The time by the clock, when it sleeps. The machine may be busy.
-WALL = 30
+# The time by the clock, so that nothing waits for ever. It tells nothing of the mutant: the machine may be busy.
+WALL = 300
 
 
 class Tree:
@@ -111,7 +111,7 @@ class Program:
         with tempfile.NamedTemporaryFile(dir=tree.folder / "tmp") as reached:
             reached.truncate(schemata.MOST_MUTANTS)
             run = Run(tree, self, [name], 0, 600, {"MUTANTS_REACHED": reached.name})
-            if run.status != 0:
+            if run.status != 0 or run.is_ended_by_clock:
                 raise SystemExit(f"{self.name}: {name} fails without a mutant:\n{run.output}")
             bits = reached.read()
         return {"seconds": run.seconds, "reached": [each.start() for each in re.finditer(b"\1", bits)]}
@@ -125,11 +125,12 @@ class Run:
         script = "".join(f"ulimit -{name} {value} && " for name, value in limits.items()) + 'exec "$@"'
         command = ["sh", "-c", script, "mutant", program.path(tree), "--gtest_filter=" + ":".join(tests),
                    "--gtest_fail_fast", "--gtest_brief=1"]
+        self.is_ended_by_clock = False
         environment = {**os.environ, "MUTANT": str(number), "TMPDIR": str(tree.folder / "tmp"), **(variables or {})}
         with tempfile.TemporaryFile(dir=tree.folder / "tmp") as output:
             child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
                                      env=environment, start_new_session=True, cwd=tree.build)
-            clock = threading.Timer(WALL + 10 * seconds, os.killpg, (child.pid, signal.SIGKILL))
+            clock = threading.Timer(WALL + 10 * seconds, self.end_by_clock, (child.pid,))
             clock.start()
             _, status, usage = os.wait4(child.pid, 0)
             clock.cancel()
@@ -141,6 +142,10 @@ class Run:
             output.seek(0)
             self.output = output.read(1 << 20).decode("utf-8", "replace")
         self.status, self.seconds = child.returncode, usage.ru_utime + usage.ru_stime
+
+    def end_by_clock(self, process):
+        self.is_ended_by_clock = True
+        os.killpg(process, signal.SIGKILL)
 
     def result(self):
         """What ended it, in a word or two."""
@@ -172,7 +177,7 @@ def try_mutant(tree, programs, mutant):
 
 def try_tests(tree, program, tests, mutant):
     run = Run(tree, program, list(tests), mutant.number, MORE_SECONDS + SLOWER * sum(tests.values()))
-    return run.result() if run.status != 0 else None
+    return run.result() if run.status != 0 and not run.is_ended_by_clock else None
 
 
 def programs_of(root, folder):
