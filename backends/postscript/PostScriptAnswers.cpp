@@ -26,17 +26,21 @@ std::string withoutMessages(std::string_view text) {
     std::string rest;
     for (;;) {
         const std::size_t opening = text.find(kOpening);
-        rest += text.substr(0, opening);
-        if (opening == std::string_view::npos) {
+        const std::size_t closing = opening == std::string_view::npos
+                                        ? std::string_view::npos
+                                        : text.find(kClosing, opening + kOpening.size());
+        if (closing == std::string_view::npos) {
+            rest += text;
             return rest;
         }
-        text.remove_prefix(opening);
-        const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
-        const std::size_t closing = line.find(kClosing, kOpening.size());
-        const bool isMessage = closing != std::string_view::npos;
-        const std::size_t length = isMessage ? closing + kClosing.size() : kOpening.size();
-        rest += isMessage ? std::string_view() : text.substr(0, length);
-        text.remove_prefix(length);
+        const std::size_t end = text.substr(opening, closing - opening).find_first_of("\r\n");
+        if (end == std::string_view::npos) {
+            rest += text.substr(0, opening);
+            text.remove_prefix(closing + kClosing.size());
+        } else {
+            rest += text.substr(0, opening + end);
+            text.remove_prefix(opening + end);
+        }
     }
 }
 

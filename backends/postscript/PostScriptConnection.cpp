@@ -103,8 +103,12 @@ PostScriptConnection::End PostScriptConnection::receive(std::size_t mostBytes,
     return end == End::none ? take(mostBytes) : end;
 }
 
-void PostScriptConnection::finish(Clock::time_point deadline) {
+void PostScriptConnection::finish(std::string_view last, Clock::time_point deadline) {
     constexpr std::size_t kMostBytes = 65'536;
+    forget();
+    const ssize_t count = ::send(socket_.get(), last.data(), last.size(), MSG_NOSIGNAL);
+    last.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
+    (void)send(last, kMostBytes, deadline);
     (void)::shutdown(socket_.get(), SHUT_WR);
     while (receive(kMostBytes, deadline) == End::none) {
     }

@@ -36,9 +36,10 @@ class PostScriptConnection {
     const std::string& received() const { return received_; }
     void forget() { received_.clear(); }
 
-    /// Says that nothing else will be sent, and gives the printer until then to end the connection
-    /// itself, so that it need not take it for broken.
-    void finish(Clock::time_point deadline);
+    /// Sends these last bytes, and gives the printer until then to end the connection itself, so
+    /// that it need not take it for broken. When somebody cancels, nothing is waited for, but the
+    /// bytes go if the printer takes them at once.
+    void finish(std::string_view last, Clock::time_point deadline);
 
   private:
     /// Waits until the connection is ready for one of the events of poll(2), or has ended.

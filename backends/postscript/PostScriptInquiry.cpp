@@ -59,11 +59,10 @@ class Talk {
         }
     }
 
+    /// To be called however the talk went: a printer that was busy reads the job later.
     void finish() {
         constexpr auto kPatience = std::chrono::seconds(1);
-        const auto until = Clock::now() + kPatience;
-        (void)connection_.send(job_.end(), limits_.answerBytes, until);
-        connection_.finish(until);
+        connection_.finish(job_.end(), Clock::now() + kPatience);
     }
 
     std::shared_ptr<const ReportedDeviceStatus> status() {
@@ -105,7 +104,7 @@ class Talk {
         if (end_ != End::timeout) {
             return end_ != End::none;
         }
-        return Clock::now() >= deadline_;
+        return isCut_ || Clock::now() >= deadline_;
     }
 
     std::optional<PostScriptAnswer> ask(std::string_view text, std::string_view label) {
@@ -113,6 +112,7 @@ class Talk {
         connection_.forget();
         const auto until = std::min(deadline_, Clock::now() + limits_.questionTime);
         end_ = connection_.send(text, limits_.answerBytes, until);
+        isCut_ = end_ != End::none;
         while (end_ == End::none) {
             if (auto answer = postScriptAnswer(connection_.received(), mark_, label)) {
                 return answer;
@@ -143,6 +143,8 @@ class Talk {
     PostScriptMark mark_;
     PostScriptJob job_;
     End end_ = End::none;
+    /// Whether the printer did not take all of a question, so that the next would stand within it.
+    bool isCut_ = false;
     OrbCSInstalledOptions installed_;
     std::vector<std::string> reasons_;
 };
@@ -167,11 +169,14 @@ std::shared_ptr<const ReportedDeviceStatus> PostScriptInquiry::statusOfPrinter(
             continue;
         }
         Talk talk(limits_, questions_, connection, deadline);
-        if (!talk.begin(error)) {
+        const bool isReady = talk.begin(error);
+        if (isReady) {
+            talk.askAll();
+        }
+        talk.finish();
+        if (!isReady) {
             return nullptr;
         }
-        talk.askAll();
-        talk.finish();
         if (talk.isCancelled()) {
             error = {Cause::cancelled, "interrupted"};
             return nullptr;

@@ -16,15 +16,20 @@ constexpr std::string_view kDigits = "0123456789abcdef";
 /// Names end with the first half of the mark (@), so that no question defines the same. They are
 /// bound: a dictionary that a question leaves open may have any word in it.
 ///
-/// A: prints its operand at the start of a line, behind the mark. Q: label and code.
+/// A: prints its operand at the start of a line, behind the mark. Q: label and code. W: what a
+/// question has no use for, and would print a page, end the job, leave the printer changed for
+/// those behind it or read what is sent behind the question; it stops the question instead, until
+/// restore.
 constexpr std::string_view kProcedures = R"(userdict begin
 /TkD@ countdictstack 1 sub def
 /TkA@ {(\n#) print (@ ) print print (\n) print flush} bind def
 /TkE@ {$error /newerror get {$error /errorname get 99 string cvs} {(stop)} ifelse} bind def
+/TkW@ [/showpage /copypage /quit /startjob /exitserver /serverdict /currentfile] def
 /TkQ@ {
 userdict exch /TkC@ exch put
 userdict exch /TkL@ exch put
 userdict /TkS@ save put
+TkW@ {userdict exch /stop load put} bind forall
 (\n#) print (@ ) print TkL@ print ( begin\n) print flush
 $error /newerror false put
 TkC@ cvx stopped {TkE@} {(none)} ifelse

@@ -29,9 +29,10 @@ struct PostScriptMark {
 /// The code of a question is sent as a hexadecimal string and run between a save and a restore in a
 /// stopped context, and operand and dictionary stacks are cleared behind it. So one that breaks, be
 /// it in the middle of a string or procedure, takes nothing else along, nor can a byte of it be
-/// mistaken for a command of the connection. Before and behind what it prints stands a marker line:
-/// the mark, a label and "begin", or "end" and the name of the PostScript error that ended it,
-/// "none" when none did.
+/// mistaken for a command of the connection. Operators that print a page, end the job, change the
+/// printer beyond it or read the connection stop a question that calls them by their names. Before
+/// and behind what it prints stands a marker line: the mark, a label and "begin", or "end" and the
+/// name of the PostScript error that ended it, "none" when none did.
 class PostScriptJob {
   public:
     PostScriptJob(const OrbCSPostScriptQuestions& questions, PostScriptMark mark);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -82,6 +83,18 @@ TEST(PostScriptAnswers, BytesOfAnyKindAreNoAnswerAndNoHarm) {
         (void)answerIn(received);
     }
     EXPECT_EQ(answerIn(answered(std::string("\0\xFF", 2)))->text, std::string("\0\xFF", 2));
+}
+
+TEST(PostScriptAnswers, AreFoundInTimeBehindMessagesThatAreNone) {
+    std::string beginnings;
+    while (beginnings.size() < 16'000) {
+        beginnings += "%%[";
+    }
+    const auto start = std::chrono::steady_clock::now();
+    for (int times = 0; times < 100; ++times) {
+        ASSERT_EQ(answerIn(beginnings + answered("True"))->text, "True");
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST(PostScriptAnswers, OnlyAChoiceIsAnAnswer) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <map>
 #include <regex>
 #include <string>
@@ -239,6 +240,87 @@ TEST(PostScriptInquiry, NobodyThereAndAMistakenURIAreToldApart) {
     EXPECT_EQ(ask("socket://me@127.0.0.1:1").error.cause, Cause::malformedURI);
 }
 
+OrbCSPostScriptQuestions questionsBetweenSwitches() {
+    OrbCSPostScriptQuestions questions = twoQuestions();
+    questions.beginning = "\x1B%-12345X@PJL JOB\n";
+    questions.end = "\x1B%-12345X@PJL EOJ\n\x1B%-12345X";
+    return questions;
+}
+
+TEST(PostScriptInquiry, AJobIsEndedForAPrinterThatReadsItTooLate) {
+    std::string sent;
+    {
+        const SocketPrinter printer([&sent](const SocketTalk& talk) {
+            while (const auto bytes = talk.next()) {
+                sent += *bytes;
+            }
+        });
+        EXPECT_EQ(
+            ask(printer.URI(), {.questionTime = milliseconds(300)}, questionsBetweenSwitches())
+                .error.cause,
+            Cause::timeout);
+    }
+    EXPECT_THAT(sent, testing::StartsWith(questionsBetweenSwitches().beginning));
+    EXPECT_THAT(sent, testing::EndsWith(questionsBetweenSwitches().end));
+}
+
+TEST(PostScriptInquiry, AJobIsEndedWhenSomebodyCancels) {
+    std::atomic<bool> isCancelled = false;
+    std::promise<std::string> sent;
+    const SocketPrinter printer([&](const SocketTalk& talk) {
+        std::string text;
+        while (const auto bytes = talk.next()) {
+            text += *bytes;
+            isCancelled = true;
+        }
+        sent.set_value(text);
+    });
+    PostScriptLimits limits = patient();
+    limits.isCancelled = &isCancelled;
+    EXPECT_EQ(ask(printer.URI(), limits, questionsBetweenSwitches()).error.cause, Cause::cancelled);
+    auto text = sent.get_future();
+    ASSERT_EQ(text.wait_for(seconds(20)), std::future_status::ready);
+    EXPECT_THAT(text.get(), testing::EndsWith(questionsBetweenSwitches().end));
+}
+
+TEST(PostScriptInquiry, NothingFollowsAQuestionOfWhichThePrinterTookAPart) {
+    std::string sent;
+    OrbCSPostScriptQuestions questions = twoQuestions();
+    questions.questions[0].code.assign(6'000'000, ' ');
+    {
+        // Takes its time, and then everything.
+        const SocketPrinter printer([&sent](const SocketTalk& talk) {
+            static const std::regex kMark(
+                R"(\(\\n([0-9a-f]+)\) print \(([0-9a-f]+) \) print[^]*\(ready [^]*TkA[0-9a-f]+\n)");
+            std::smatch found;
+            while (!std::regex_search(sent, found, kMark)) {
+                const auto bytes = talk.next();
+                if (!bytes) {
+                    return;
+                }
+                sent += *bytes;
+            }
+            (void)talk.send("\n" + found.str(1) + found.str(2) + " ready end none\n");
+            (void)talk.pause(milliseconds(1500));
+            while (const auto bytes = talk.next()) {
+                sent += *bytes;
+            }
+        });
+        const Result result = ask(printer.URI(),
+                                  {.questionTime = seconds(1),
+                                   .time = seconds(60),
+                                   .questionBytes = questions.questions[0].code.size()},
+                                  questions);
+        EXPECT_THAT(result.installed(), IsEmpty()) << result.error.reason;
+        EXPECT_THAT(result.reasons(), SizeIs(2));
+    }
+    const std::size_t first = sent.find("(0) <");
+    const std::size_t second = sent.find("(1) <");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_TRUE(second == std::string::npos || sent.find(" TkQ", first) < second)
+        << "the second question stands within the first";
+}
+
 TEST(PostScriptInquiry, EndsWhenItIsCancelled) {
     const std::atomic<bool> isCancelled = true;
     const SocketPrinter printer{PlayedInterpreter({kReady})};
@@ -295,6 +377,29 @@ TEST(PostScriptInquiry, OneQuestionThatBreaksTakesNoOtherAlongInARealInterpreter
                     "Stop: the question ends in an error of the printer's (stop)",
                     "Forgotten: the question ends in an error of the printer's (undefined)"));
     EXPECT_EQ(printer.connectionCount(), 1);
+}
+
+TEST(PostScriptInquiry, AQuestionEndsNoJobPrintsNoPageAndReadsNoOtherInARealInterpreter) {
+    ASSERT_EQ(PostScriptPrinter::missingPrograms(), "");
+    OrbCSPostScriptQuestions questions{"", "", {}};
+    for (const char* code :
+         {"quit", "(True) = showpage", "copypage", "currentfile closefile",
+          "currentfile 99 string readline pop =", "serverdict begin 0 exitserver",
+          "true () startjob", "errordict /undefined {quit} put nothing", "cleardictstack {1} loop",
+          "(True) = % the end"}) {
+        const std::string number = std::to_string(questions.questions.size());
+        questions.questions.push_back({"Option" + number, code, {"True"}});
+    }
+    questions.questions.push_back({"Last", "(True) =", {"True"}});
+    const PostScriptPrinter printer("");
+    const Result result = ask(printer.URI(), patient(), questions);
+    EXPECT_THAT(result.installed(), ElementsAre(Pair("Last", "True"), Pair("Option1", "True"),
+                                                Pair("Option9", "True")));
+    for (const std::string option : {"0", "2", "3", "4", "5", "6", "7"}) {
+        EXPECT_THAT(result.reasons(),
+                    testing::Contains("Option" + option +
+                                      ": the question ends in an error of the printer's (stop)"));
+    }
 }
 
 TEST(PostScriptInquiry, TheOrderOfTheQuestionsDoesNotMatterInARealInterpreter) {
