@@ -31,7 +31,8 @@ struct InstallableOption {
     std::string textOfChoice(std::string_view choiceKeyword) const;
 };
 
-/// The options of the group, in their order, as libcups reads them.
+/// The options of the group whose defaults `OrbPPDInstallableOptionsUpdater` sets, in their order,
+/// as libcups reads them.
 std::vector<InstallableOption> installableOptionsOf(std::span<const PPDStatement> statements);
 
 }  // namespace TkPPDUpdating

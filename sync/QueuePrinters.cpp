@@ -13,6 +13,7 @@
 #include "core_interface/OrbDictionary.h"
 #include "core_interface/TkCSKeys.h"
 #include "sync/PrinterAgreement.h"
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
@@ -222,22 +223,18 @@ QueuePrinterAnswer QueuePrinters::askOnePlace(const std::string& queueName,
                      : "its printer gives no status: " + error.reason}};
 }
 
-std::shared_ptr<const OrbCSDeviceStatus> QueuePrinters::askInTurn(
-    const TkCommunicationServices& services, const std::string& deviceURI,
-    const OrbDictionary& parameters, OrbCSError& error) const {
-    const auto place = NetworkPlace::placeOfURI(deviceURI);
-    std::shared_ptr<std::mutex> turn;
+std::unique_lock<std::mutex> QueuePrinters::turnAt(const std::string& deviceURI) const {
+    const auto place = oneWayPlace(deviceURI);
+    const std::string key =
+        place ? textInASCIILowerCase(place->host) + ":" +
+                    std::to_string(place->port.value_or(protocolOf(place->scheme)->port))
+              : deviceURI;
+    std::mutex* turn = nullptr;
     {
         const std::lock_guard lock(mutex_);
-        auto& slot =
-            turns_[place ? place->host + ":" + std::to_string(place->port.value_or(0)) : deviceURI];
-        if (!slot) {
-            slot = std::make_shared<std::mutex>();
-        }
-        turn = slot;
+        turn = &turns_[key];
     }
-    const std::lock_guard lock(*turn);
-    return services.deviceStatusWithURI_parameters_error(deviceURI, &parameters, &error);
+    return std::unique_lock(*turn);
 }
 
 QueuePrinterAnswer QueuePrinters::askHost(const std::vector<std::string>& places) const {

@@ -59,12 +59,9 @@ class QueuePrinters {
     const std::string& placeOfQueue(const std::string& queueName,
                                     const std::string& deviceURI) const;
 
-    /// Asks at a device URI through other services than `OrbCoreInterface`'s. Of the queues that
-    /// lead to one place, one asks at a time: most printers have one connection.
-    std::shared_ptr<const OrbCSDeviceStatus> askInTurn(const TkCommunicationServices& services,
-                                                       const std::string& deviceURI,
-                                                       const OrbDictionary& parameters,
-                                                       OrbCSError& error) const;
+    /// Waits until no other queue has the turn at the place where a device URI leads, and takes it:
+    /// most printers have one connection for jobs. It must not outlive this object.
+    std::unique_lock<std::mutex> turnAt(const std::string& deviceURI) const;
 
     /// Asks the printer of a queue over SNMP, with the questions in `parameters`: at `SNMPPlace`,
     /// and believed as above. The reason of a failure is one phrase.
@@ -90,7 +87,8 @@ class QueuePrinters {
     Options options_;
     mutable std::mutex mutex_;
     mutable std::map<std::string, std::shared_ptr<Host>> hosts_;
-    mutable std::map<std::string, std::shared_ptr<std::mutex>> turns_;
+    /// By place; none ever goes.
+    mutable std::map<std::string, std::mutex> turns_;
 };
 
 }  // namespace TkPPDUpdating

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -172,7 +173,8 @@ class QueueSync::Work::Steps {
         }
         const std::string& place = printers_.placeOfQueue(outcome_.queueName, queue_.deviceURI);
         std::string reason;
-        if (options_.postScriptPrinters && DeviceStatusSchemes::schemeOfURI(place) == "socket") {
+        if (options_.postScriptPrinters && place == queue_.deviceURI &&
+            DeviceStatusSchemes::schemeOfURI(place) == "socket") {
             questions_ = postScriptQuestionsOfPPD(*before_, reason);
         }
         if (!QueuePrinters::SNMPPlace(place).empty()) {
@@ -205,8 +207,12 @@ class QueueSync::Work::Steps {
             answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
             outcome_.statusURI = answer.URI;
         }
-        if (questions_ && (!goesOn() || !isIdle())) {
-            return false;
+        std::unique_lock<std::mutex> turnAtPrinter;
+        if (questions_) {
+            turnAtPrinter = printers_.turnAt(queue_.deviceURI);
+            if (!goesOn() || !isIdle()) {
+                return false;
+            }
         }
         askQuestions(answer);
         if (!answer.status) {
@@ -254,8 +260,8 @@ class QueueSync::Work::Steps {
                 {std::string(kTkCSPostScriptQuestionsKey), questions_}};
             OrbCSError error;
             QueuePrinterAnswer asked;
-            asked.status = printers_.askInTurn(*options_.postScriptPrinters, queue_.deviceURI,
-                                               parameters, error);
+            asked.status = options_.postScriptPrinters->deviceStatusWithURI_parameters_error(
+                queue_.deviceURI, &parameters, &error);
             asked.failure = {&queueSyncCauseForError(error.cause), error.reason};
             take("PostScript", optionsAsked(questions_->questions), asked, answer);
         }

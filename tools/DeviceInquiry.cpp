@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "backends/schemes/DeviceStatusSchemes.h"
+#include "backends/schemes/NetworkPlace.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/TkCSKeys.h"
@@ -70,7 +71,10 @@ CLI::Option* DeviceInquiry::addTo(CLI::App& subcommand, CLI::App& group) {
 void DeviceInquiry::refuseMistake(const Backends& backends) const {
     if (!asksPostScript_) {
         refuseMistakenDeviceURI(backends, deviceURI_);
-    } else if (DeviceStatusSchemes::schemeOfURI(deviceURI_) != "socket") {
+        return;
+    }
+    const auto place = NetworkPlace::placeOfURI(deviceURI_);
+    if (!place || place->scheme != "socket" || place->hasUserInfo) {
         throw Failure(ExitStatus::noResult, Diagnostics::nameOfDevice(deviceURI_),
                       "--ask-postscript asks a PostScript printer; write socket://HOST");
     }

@@ -198,6 +198,13 @@ TEST_F(PostScriptQueues, AMistakeInTheURIIsToldBeforeAnybodyIsAsked) {
         {"update", PPD_, "--device-uri", "ipp://127.0.0.1:1/ipp/print", "--ask-postscript"});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(run.standardError, HasSubstr("write socket://HOST"));
+    for (const char* URI : {"socket:", "socket://127.0.0.1:0", "socket://me@127.0.0.1"}) {
+        const ProgramResult mistaken =
+            runTool({"update", PPD_, "--device-uri", URI, "--ask-postscript"});
+        EXPECT_EQ(mistaken.exitStatus, 1) << URI;
+        EXPECT_EQ(mistaken.standardOutput, "") << URI;
+        EXPECT_THAT(mistaken.standardError, HasSubstr("write socket://HOST")) << URI;
+    }
     const ProgramResult without = runTool({"update", PPD_, "--device-uri", "socket://127.0.0.1"});
     EXPECT_EQ(without.exitStatus, 1);
     EXPECT_THAT(without.standardError, Not(HasSubstr("--ask-postscript")));

@@ -64,6 +64,25 @@ TEST(InstalledOptionQuestions, AreThoseOfTheGroupWithTheirChoices) {
     EXPECT_EQ(questions->end, "");
 }
 
+TEST(InstalledOptionQuestions, AreNotAboutOptionsThatAreNotSetByTheAnswer) {
+    const auto questions = questionsOf(
+        "*OpenGroup: General\n"
+        "*OpenUI *Option3/Stapler: Boolean\n*DefaultOption3: False\n"
+        "*Option3 False/No: \"\"\n*Option3 True/Yes: \"\"\n*CloseUI: *Option3\n"
+        "*CloseGroup: General\n"
+        "*OpenGroup: InstallableOptions\n"
+        "*OpenUI *Option3/Stapler: Boolean\n*?Option3: \"(True) =\"\n*CloseUI: *Option3\n"
+        "*OpenUI *ZrAutoDuplexerInstalled/Duplexer: Boolean\n"
+        "*ZrAutoDuplexerInstalled False/No: \"\"\n*ZrAutoDuplexerInstalled True/Yes: \"\"\n"
+        "*?ZrAutoDuplexerInstalled: \"(True) =\"\n*CloseUI: *ZrAutoDuplexerInstalled\n"
+        "*CloseGroup: InstallableOptions\n" +
+        std::string(kOptions));
+    ASSERT_TRUE(questions);
+    ASSERT_EQ(questions->questions.size(), 2U);
+    EXPECT_EQ(questions->questions[0].option, "Option1");
+    EXPECT_EQ(questions->questions[1].option, "Option2");
+}
+
 TEST(InstalledOptionQuestions, StandBetweenTheSwitchesOfThePPD) {
     const auto questions = questionsOf(std::string(kOptions) +
                                        "*JCLBegin: \"<1B>%-12345X@PJL JOB<0A>\"\n"

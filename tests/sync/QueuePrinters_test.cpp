@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -246,6 +248,17 @@ TEST_F(QueuePrintersTest, ACancelledRunAsksNobodyElse) {
     const std::atomic<bool> yes{true};
     EXPECT_EQ(ask("socket://host", {.isCancelled = &yes}).status, nullptr);
     EXPECT_THAT(network->asked, IsEmpty());
+}
+
+TEST_F(QueuePrintersTest, OneQueueHasTheTurnAtAPlaceHoweverItsURIIsWritten) {
+    const QueuePrinters printers({});
+    auto first = printers.turnAt("socket://Host");
+    const auto other = printers.turnAt("socket://host:9101");
+    auto second = std::async(std::launch::async,
+                             [&] { return printers.turnAt("socket://host:9100/?x").owns_lock(); });
+    EXPECT_EQ(second.wait_for(milliseconds(100)), std::future_status::timeout);
+    first.unlock();
+    EXPECT_TRUE(second.get());
 }
 
 }  // namespace

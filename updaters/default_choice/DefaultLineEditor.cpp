@@ -24,6 +24,11 @@ DefaultLineEditor::DefaultLineEditor(PPDText contents) : contents_(std::move(con
 }
 
 bool DefaultLineEditor::setDefaultChoice(std::string_view optionName, std::string_view choiceName) {
+    return setDefaultChoiceIfPossible(optionName, choiceName) || fail();
+}
+
+bool DefaultLineEditor::setDefaultChoiceIfPossible(std::string_view optionName,
+                                                   std::string_view choiceName) {
     if (!lines_) {
         return false;
     }
@@ -39,12 +44,12 @@ bool DefaultLineEditor::setDefaultChoice(std::string_view optionName, std::strin
     const auto found =
         choice ? lineThatBegins(kTkPPDDefaultChoiceFormatPrefix, {optionName}) : std::nullopt;
     if (!found) {
-        return fail();
+        return false;
     }
     // One line, unless the name of the option holds line feeds.
     const auto count = static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n'));
     if (*found + count == lines_->size() && !lines_->endsWithLineFeed()) {
-        return fail();
+        return false;
     }
     text_.clear();
     appendPPDFormatted(kTkPPDDefaultChoiceFormatString, {optionName, choiceName}, text_);

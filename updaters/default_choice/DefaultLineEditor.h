@@ -21,6 +21,9 @@ class DefaultLineEditor {
     /// possible; no choice can be set from then on, and there is no text as a result.
     bool setDefaultChoice(std::string_view optionName, std::string_view choiceName);
 
+    /// The same, but when it is not possible, the text stays as it is and others can be set.
+    bool setDefaultChoiceIfPossible(std::string_view optionName, std::string_view choiceName);
+
     /// The text: the one given when nothing was changed, null after a failure. Call it once, last.
     PPDText takeContents();
 

@@ -9,6 +9,7 @@
 #include "manager/OrbClassTable.h"
 #include "manager/OrbPPDUpdatingContext.h"
 #include "ppd/PPDStatements.h"
+#include "updaters/default_choice/DefaultLineEditor.h"
 
 namespace TkPPDUpdating {
 
@@ -96,14 +97,11 @@ PPDText OrbPPDInstallableOptionsUpdater::updatedPPDContentsForContents_PPDFile_c
 
 PPDText OrbPPDInstallableOptionsUpdater::textWithChoices(const PPDText& contents,
                                                          const OrbPPDDefaultChoices& choices) {
-    PPDText text = contents;
+    DefaultLineEditor editor(contents);
     for (const auto& [optionName, choiceName] : choices) {
-        if (PPDText updated = updatedContentsForContents_optionWithName_defaultChoice(
-                text, optionName, choiceName)) {
-            text = std::move(updated);
-        }
+        editor.setDefaultChoiceIfPossible(optionName, choiceName);
     }
-    return text;
+    return editor.takeContents();
 }
 
 bool OrbPPDInstallableOptionsUpdater::containsChoiceWithName_forOptionWithName_inPPDFile(
@@ -133,8 +131,9 @@ std::vector<std::string> OrbPPDInstallableOptionsUpdater::installableOptions(
     OptionNames known = optionsOfOtherUpdaters();
     for (const PPDStatement& statement : statements) {
         const bool isOpening = statement.keyword == "OpenUI" || statement.keyword == "JCLOpenUI";
-        if (isOpening && statement.group == kGroup && !statement.option.empty() &&
-            known.emplace(statement.option).second) {
+        const bool isFirst =
+            isOpening && !statement.option.empty() && known.emplace(statement.option).second;
+        if (isFirst && statement.group == kGroup) {
             names.emplace_back(statement.option);
         }
     }

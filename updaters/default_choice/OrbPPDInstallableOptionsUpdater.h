@@ -56,7 +56,8 @@ class OrbPPDInstallableOptionsUpdater : public OrbPPDDefaultChoiceUpdater,
 
     std::vector<std::string> statusEntriesRead() const override;
 
-    /// The options of the group, in their order, without those of other updaters.
+    /// The options of the group, in their order, without those of other updaters and those that an
+    /// earlier line opens elsewhere.
     static std::vector<std::string> installableOptions(std::span<const PPDStatement> statements);
 
   private:

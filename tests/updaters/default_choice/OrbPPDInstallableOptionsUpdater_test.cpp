@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 
 #include "manager/OrbClassTable.h"
@@ -98,6 +99,37 @@ TEST(OrbPPDInstallableOptionsUpdater, AnOptionThatFailsKeepsNoneOfTheOthers) {
                   withReplaced({{"DefaultOption2: False", "DefaultOption2: True"}}))
             << choice;
     }
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, LeavesAnOptionThatStandsElsewhereFirst) {
+    const std::string PPD =
+        "*OpenGroup: General\n*OpenUI *Option1/Tray 2: PickOne\n*CloseUI: *Option1\n"
+        "*CloseGroup: General\n" +
+        std::string(kPPD);
+    EXPECT_EQ(updated({{"Option1", "Tray500"}}, PPD), "*PPD-Adobe: \"4.3\"\n" + PPD);
+    OrbDictionary context = contextWithOptions({{"Option1", "Tray500"}});
+    EXPECT_THAT(*OrbPPDInstallableOptionsUpdater().PPDUpdatingValuesForPPDFile_deviceURI_context(
+                    parsedPPD(PPD).get(), "file:printer", &context),
+                IsEmpty());
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, ThousandsOfOptionsAreSetInTime) {
+    constexpr int kCount = 4000;
+    std::string PPD = "*OpenGroup: InstallableOptions/Installable Options\n";
+    OrbCSInstalledOptions options;
+    for (int number = 0; number < kCount; ++number) {
+        const std::string name = "Option" + std::to_string(number);
+        PPD += "*OpenUI *" + name + "/Tray: Boolean\n*Default" + name + ": False\n*" + name +
+               " False/No: \"\"\n*" + name + " True/Yes: \"\"\n*CloseUI: *" + name + "\n";
+        options.emplace(name, number % 2 == 0 ? "True" : "Maybe");
+    }
+    PPD += "*CloseGroup: InstallableOptions\n";
+    const auto start = std::chrono::steady_clock::now();
+    const auto text = updated(options, PPD);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    ASSERT_TRUE(text);
+    EXPECT_NE(text->find("*DefaultOption3998: True\n"), std::string::npos);
+    EXPECT_NE(text->find("*DefaultOption3999: False\n"), std::string::npos);
 }
 
 TEST(OrbPPDInstallableOptionsUpdater, ChangesNothingWhenNothingIsTold) {
