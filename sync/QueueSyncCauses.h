@@ -44,7 +44,7 @@ inline constexpr auto kQueueSyncCauses = [] {
         {"bad-uri", unsupported, "the device URI names no printer"},
         {"not-utf8", unsupported, "the PPD follows its printer, but is not UTF-8"},
         {"no-queue", failed, "there is no queue of that name, or no longer"},
-        {"no-scheduler", failed, "the scheduler cannot be reached or does not answer"},
+        {"no-scheduler", failed, "the scheduler cannot be reached, or gives no whole answer"},
         {"scheduler-refuses", failed, "the scheduler does not let this user do it"},
         {"scheduler-error", failed, "the scheduler answers with an error"},
         {"bad-ppd", failed, "the PPD cannot be parsed"},

@@ -109,7 +109,7 @@ IPPMessage answerOfScheduler(HTTPConnection& connection, const IPPMessage& reque
     }
     IPPMessage answer = IPPMessageReadFrom(bytes);
     if (!answer) {
-        failure = {&queueSyncCause("scheduler-error"), "the scheduler's answer is not IPP"};
+        failure = noScheduler("the scheduler's answer is not IPP");
         return nullptr;
     }
     constexpr int kFirstAfterSuccess = 0x0100;  // RFC 8011, appendix B

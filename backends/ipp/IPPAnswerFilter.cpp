@@ -1,7 +1,10 @@
 #include "backends/ipp/IPPAnswerFilter.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
+
+#include "text/ASCII.h"
 
 namespace TkPPDUpdating {
 
@@ -74,6 +77,13 @@ bool hasLanguage(Tag tag) {
 /// The same syntax for a value whose language was left out.
 Tag withoutLanguage(Tag tag) {
     return tag == kTextWithLanguage ? kText : tag == kNameWithLanguage ? kName : tag;
+}
+
+/// RFC 8011, section 5.1.4, and capital letters: libcups (2.4.20) refuses an answer as a whole for
+/// a name with any other.
+bool isCharacterOfName(char character) {
+    return isASCIILetterOrDigit(character) || character == '-' || character == '.' ||
+           character == '_';
 }
 
 /// The one length of all values of the syntax (RFC 8010, section 3.9); nothing when it has none.
@@ -277,7 +287,7 @@ class Value {
     void takeMemberName(std::string_view name) {
         constexpr std::size_t kLongestName = 255;
         if (name.empty() || name.size() > kLongestName ||
-            name.find('\0') != std::string_view::npos) {
+            !std::ranges::all_of(name, isCharacterOfName)) {
             fail("has a member with a bad name");
         }
         if (depth_ <= IPPAnswerFilter::kDeepestCollection) {

@@ -101,6 +101,38 @@ TEST(IPPAnswerFilter, TakesACollectionWhoseEndHasAValueOut) {
                             "media type is left out"));
 }
 
+/// A media type with another member before its name.
+std::string answerWithMember(const std::string& name) {
+    IPPBytes bytes;
+    bytes.value(0x34, "media-col-database", "")
+        .value(0x4A, "", name)
+        .value(0x21, "", "\0\0\0\1"sv)
+        .value(0x4A, "", "media-type")
+        .value(0x42, "", "My Gloss")
+        .value(0x37, "", "");
+    return bytes.keyword("sides-supported", "two-sided-long-edge").end();
+}
+
+// RFC 8011, section 5.1.4: the characters of a name. libcups takes capitals for such, too.
+TEST(IPPAnswerFilter, TakesACollectionOutForAMemberWhoseNameIsNone) {
+    for (const char character : "\1 !\"*,/:;@[]^`{}~\x7F\x80\xC3\xFF"s) {
+        const auto status = statusOf(answerWithMember("media"s + character + "size"));
+        ASSERT_NE(status, nullptr) << int{character};
+        EXPECT_EQ(status->statusValueForKey<OrbCustomMediaTypes>(kTkCSCustomMediaTypesKey), nullptr)
+            << int{character};
+        EXPECT_NE(status->statusValueForKey<OrbCSDeviceAccessories>(kTkCSDeviceAccessoriesKey),
+                  nullptr);
+        EXPECT_THAT(status->droppedValues(),
+                    ElementsAre("media-col-database: value 1 has a member with a bad name, this "
+                                "media type is left out"));
+    }
+    for (const char* name : {"x", "0", "-", ".", "_", "vendor.com_Size-2"}) {
+        const auto status = statusOf(answerWithMember(name));
+        ASSERT_NE(status, nullptr) << name;
+        EXPECT_THAT(status->droppedValues(), IsEmpty()) << name;
+    }
+}
+
 TEST(IPPAnswerFilter, LeavesLanguagesOut) {
     IPPBytes bytes;
     bytes.keyword("marker-types", "ink").keyword("", "ink").keyword("", "ink");
