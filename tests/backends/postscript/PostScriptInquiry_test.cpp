@@ -301,6 +301,8 @@ TEST(PostScriptInquiry, NothingFollowsAQuestionOfWhichThePrinterTookAPart) {
                 sent += *bytes;
             }
             (void)talk.send("\n" + found.str(1) + found.str(2) + " ready end none\n");
+            // Only now does the time of the question run.
+            sent += talk.next().value_or("");
             (void)talk.pause(milliseconds(1500));
             while (const auto bytes = talk.next()) {
                 sent += *bytes;
