@@ -33,7 +33,8 @@ struct FaultyCommand {
     /// What is wrong with the files after a run; empty when nothing is. `whole` are the files after
     /// a run without a fault.
     std::function<std::string(const Files& after, const Files& whole, RunEnd end)> complaint;
-    /// Each how many allocations one is let fail where not all are; each tenth of it of other calls.
+    /// Each how many allocations one is let fail where not all are; each tenth of it of other
+    /// calls.
     long sampleStep = 10;
 };
 

@@ -47,7 +47,8 @@ INSTANTIATE_TEST_SUITE_P(Commands, Completion,
                          ::testing::Values("update", "values", "updaters", "status"),
                          [](const auto& test) { return test.param; });
 #ifdef TKPPDUPDATING_WITH_CUPS
-INSTANTIATE_TEST_SUITE_P(CommandsForQueues, Completion, ::testing::Values("sync", "restore", "report"),
+INSTANTIATE_TEST_SUITE_P(CommandsForQueues, Completion,
+                         ::testing::Values("sync", "restore", "report"),
                          [](const auto& test) { return test.param; });
 #endif
 
