@@ -1,4 +1,5 @@
 // What is left of an answer when memory runs out while libcups reads it.
+#include <cups/cups.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -63,9 +64,12 @@ std::string answer() {
     return bytes.end();
 }
 
-/// What becomes of a message. Some versions of libcups end the process where they get no memory;
-/// nothing is taken for a message then either.
-enum class End { refused, whole, notWhole, enough };
+/// What becomes of a message. Newer versions of libcups (2.4.20) end the process at some places
+/// where they get no memory; nothing is taken for a message then either.
+enum class End { refused, whole, notWhole, enough, died };
+
+constexpr bool kMayLibcupsDie =
+    CUPS_VERSION_MAJOR * 10'000 + CUPS_VERSION_MINOR * 100 + CUPS_VERSION_PATCH > 2'04'10;
 
 /// In a process of its own, with that many allocations.
 End endWith(long number, const std::string& bytes) {
@@ -83,7 +87,7 @@ End endWith(long number, const std::string& bytes) {
     }
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
-    return WIFEXITED(status) ? static_cast<End>(WEXITSTATUS(status)) : End::refused;
+    return WIFEXITED(status) ? static_cast<End>(WEXITSTATUS(status)) : End::died;
 }
 
 TEST(IPPMessageMemory, IsAWholeMessageOrNoneWhereverItRunsOut) {
@@ -95,7 +99,8 @@ TEST(IPPMessageMemory, IsAWholeMessageOrNoneWhereverItRunsOut) {
         ASSERT_LT(number, 10'000);
         end = endWith(number, bytes);
         EXPECT_NE(end, End::notWhole) << "after " << number;
-        refused += end == End::refused ? 1 : 0;
+        EXPECT_TRUE(end != End::died || kMayLibcupsDie) << "after " << number;
+        refused += end == End::refused || end == End::died ? 1 : 0;
     }
     EXPECT_GT(refused, 10);
 }
