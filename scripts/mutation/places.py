@@ -91,7 +91,7 @@ class Finder:
             raise SystemExit(f"{self.name} cannot be read: {errors[0]}")
         self.places, self.constants, self.left_out = {}, [], Counter()
         self.function, self.is_constexpr = "", False
-        self.skipped = set()
+        self.skipped, self.ends_of_functions = set(), set()
 
     def find(self):
         for cursor in self.unit.cursor.get_children():
@@ -164,7 +164,10 @@ class Finder:
         start, end = self.range_of(cursor)
         body = self.source.find(b"{", start, end)
         self.is_constexpr = re.search(rb"\bconst(expr|eval)\b", self.text(start, body)) is not None
-        for child in cursor.get_children():
+        children = list(cursor.get_children())
+        if children and children[-1].kind == Kind.COMPOUND_STMT and cursor.result_type.spelling not in ("", "void"):
+            self.ends_of_functions.update(self.range_of(each) for each in list(children[-1].get_children())[-1:])
+        for child in children:
             self.visit(child)
         self.function, self.is_constexpr = outer
 
@@ -199,7 +202,12 @@ class Finder:
             if SAVES_TIME.match(text):
                 self.left_out["calls that only save time"] += 1
                 self.skipped.add((start, end))
-            else:
+                return
+            is_throw = re.match(rb"throw\b", text)
+            if is_throw:
+                self.add(start, end, "void", b"throw mutation::OtherError()", "throw of another type")
+            # There would be no result: what a program then does tells nothing of its tests.
+            if not (is_throw and (start, end) in self.ends_of_functions):
                 self.add(start, end, "void", b"void()", "(nothing)")
 
     def at_if_stmt(self, cursor, children):

@@ -28,6 +28,9 @@ inline bool mutant(unsigned n) {
     return number == n;
 }
 
+/// Nobody waits for it.
+struct OtherError {};
+
 /// In functions that may run at compile time.
 constexpr bool mutantAtRunTime(unsigned n) { return !std::is_constant_evaluated() && mutant(n); }
 
@@ -51,6 +54,11 @@ constexpr bool mutantAtRunTime(unsigned n) { return !std::is_constant_evaluated(
 }  // namespace mutation
 """
 MOST_MUTANTS = 1 << 20
+
+# How a mutated source is compiled. What is undefined ends the program, as it does where the tests run with sanitizers:
+# else the compiler may take for granted that no mutant does it, and leave the mutant out.
+BUILD = ["-O1", "-w", "-Wno-c++11-narrowing", "-fsanitize=undefined", "-fno-sanitize=vptr",
+         "-fsanitize-trap=undefined", "-fno-delete-null-pointer-checks"]
 
 
 def precompile(folder, sources, arguments):

@@ -57,7 +57,7 @@ class Tree:
 
     def configure(self):
         self.run("cmake", "-S", self.sources, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                 "-DCMAKE_CXX_COMPILER=clang++", "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -w -Wno-c++11-narrowing",
+                 "-DCMAKE_CXX_COMPILER=clang++", f"-DCMAKE_CXX_FLAGS_DEBUG={' '.join(schemata.BUILD)}",
                  "-DTKPPDUPDATING_SHARED=OFF", "-DTKPPDUPDATING_WARNINGS_AS_ERRORS=OFF")
 
     def make(self, programs, jobs):

@@ -1,6 +1,7 @@
 // What tests/mutation/run changes: one of each kind of place, and some that cannot change.
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,4 +56,30 @@ std::string everything() {
     }
     text += std::string(" ") + sign('+') + " " + sign('-') + " " + sign('x');
     return text + " " + joined({"a", "name", "b"});
+}
+
+void refuse(char letter) {
+    if (letter == 'x') {
+        throw std::invalid_argument("x");
+    }
+}
+
+int digit(char letter) {
+    refuse(letter);
+    if (letter == '1') {
+        return 1;
+    }
+    throw std::out_of_range("no digit");
+}
+
+int direction(char letter) {
+    if (letter == '+') {
+        return 1;
+    } else {
+        throw std::out_of_range("no direction");
+    }
+}
+
+int result(int (*function)()) {
+    return function ? function() : 0;
 }
