@@ -43,6 +43,23 @@ TEST(MissingResourceWatch, IsForItsOwnScope) {
     EXPECT_EQ(watched([] { return "result"; }), "result");
 }
 
+TEST(MissingResourceWatch, LearnsAgainOnceTheInnerOneIsGone) {
+    EXPECT_EQ(watched([] {
+                  const std::string inner = watched([] { return "result"; });
+                  MissingResourceWatch::tell("outer");
+                  return inner;
+              }),
+              "[outer]");
+}
+
+TEST(MissingResourceWatch, IsAroundAnOperationWithoutAResultAsWell) {
+    bool isRun = false;
+    EXPECT_NO_THROW(MissingResourceWatch::resultOf([&] { isRun = true; }));
+    EXPECT_TRUE(isRun);
+    EXPECT_THROW(MissingResourceWatch::resultOf([] { MissingResourceWatch::tell("one"); }),
+                 MissingResourceError);
+}
+
 TEST(MissingResourceWatch, IsForItsOwnThread) {
     EXPECT_EQ(watched([] {
                   std::thread([] { MissingResourceWatch::tell("another's"); }).join();

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
+#include <string_view>
 
 #include "manager/OrbClassTable.h"
 #include "tests/manager/ManagerTestSupport.h"
@@ -38,6 +40,22 @@ TEST(OrbClass, MakesAFreshInstanceEachTime) {
     EXPECT_NE(one, other);
 }
 
+TEST(OrbClass, MakesInstancesOfItsDescriptionWhenItIsMadeWithOne) {
+    static const void* given = nullptr;
+    const int description = 7;
+    const OrbClass made(
+        "Made",
+        [](const void* context) -> std::unique_ptr<ITkPPDUpdater> {
+            given = context;
+            return std::make_unique<ScriptedUpdater<'A'>>();
+        },
+        &description);
+    EXPECT_EQ(made.name(), "Made");
+    EXPECT_TRUE(made.conformsToITkPPDUpdater());
+    EXPECT_NE(made.newInstance(), nullptr);
+    EXPECT_EQ(given, &description);
+}
+
 TEST(OrbClassTable, FindsEveryClassByItsName) {
     std::set<std::string_view> names;
     for (const OrbClass* each : OrbClassTable()) {
@@ -46,6 +64,13 @@ TEST(OrbClassTable, FindsEveryClassByItsName) {
         EXPECT_TRUE(names.insert(each->name()).second) << each->name();
     }
     EXPECT_FALSE(names.empty());
+}
+
+TEST(OrbClassTable, FindsTheFurtherClassesAsWell) {
+    EXPECT_FALSE(OrbFurtherClassTable().empty());
+    for (const OrbClass* each : OrbFurtherClassTable()) {
+        EXPECT_EQ(OrbClassFromName(each->name()), each) << each->name();
+    }
 }
 
 TEST(OrbClassTable, HasNoClassForAnotherName) {

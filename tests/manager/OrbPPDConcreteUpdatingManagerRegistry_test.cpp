@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <array>
+#include <memory>
 #include <set>
 #include <string_view>
+#include <vector>
 
 #include "manager/OrbClassTable.h"
 #include "tests/manager/ManagerTestSupport.h"
@@ -68,6 +71,23 @@ TEST_F(UpdaterRegistry, TakesTwoClassesOfTheSameNameAsTwo) {
     manager.unregisterUpdaterClass(&OrbClassOf<A>());
     EXPECT_EQ(manager.registeredClasses().size(), 1U);
     EXPECT_EQ(manager.registeredClasses().count(&OrbClassOf<Twin>()), 1U);
+}
+
+TEST_F(UpdaterRegistry, IsOrderedByNameTheGreatestFirstWhereverTheClassesStand) {
+    const OrbClass::Maker maker = [] { return std::unique_ptr<ITkPPDUpdater>(); };
+    const std::array<OrbClass, 3> ascending = {{{"a", maker}, {"b", maker}, {"c", maker}}};
+    const std::array<OrbClass, 3> descending = {{{"c", maker}, {"b", maker}, {"a", maker}}};
+    for (const auto* classes : {&ascending, &descending}) {
+        OrbPPDConcreteUpdatingManager::Classes ordered;
+        std::vector<std::string_view> names;
+        for (const OrbClass& each : *classes) {
+            ordered.insert(&each);
+        }
+        for (const OrbClass* each : ordered) {
+            names.push_back(each->name());
+        }
+        EXPECT_EQ(names, (std::vector<std::string_view>{"c", "b", "a"}));
+    }
 }
 
 TEST_F(UpdaterRegistry, ForgetsAClassThatIsUnregistered) {

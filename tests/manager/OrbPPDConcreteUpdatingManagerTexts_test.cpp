@@ -272,6 +272,19 @@ TEST_F(UpdatingFromADevice, CarriesNothingButTheCurrentTextFromOneUpdaterToTheNe
     EXPECT_TRUE(replaced.back().expired());
 }
 
+TEST_F(UpdatingFromADevice, LetsEachUpdaterGoBeforeTheNextRuns) {
+    useUpdaters<A, B, C>();
+    std::vector<int> alive;
+    A::script.updateFromDevice = B::script.updateFromDevice =
+        C::script.updateFromDevice = [&](const PPDText&, URI, OrbDictionary*) -> PPDText {
+        alive.push_back(A::script.instancesAlive + B::script.instancesAlive +
+                        C::script.instancesAlive);
+        return nullptr;
+    };
+    manager.updatedPPDContentsForFile_deviceURI(path, "ipp://p");
+    EXPECT_EQ(alive, (std::vector<int>{3, 2, 1}));
+}
+
 TEST_F(UpdatingFromADevice, MakesFreshUpdatersForEveryOperation) {
     useUpdaters<A>();
     for (int operation = 1; operation <= 3; ++operation) {

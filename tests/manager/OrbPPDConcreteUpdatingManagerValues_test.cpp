@@ -146,6 +146,19 @@ TEST_P(UpdatingValues, ComeFromFreshUpdatersInEveryOperation) {
     EXPECT_EQ(A::script.instancesAlive, 0);
 }
 
+TEST_P(UpdatingValues, ComeFromUpdatersOfWhichEachIsGoneBeforeTheNextRuns) {
+    useUpdaters<A, B, C>();
+    std::vector<int> alive;
+    A::script.values = B::script.values =
+        C::script.values = [&](const OrbPPDFile*, URI, OrbDictionary*) -> Values {
+        alive.push_back(A::script.instancesAlive + B::script.instancesAlive +
+                        C::script.instancesAlive);
+        return {};
+    };
+    values();
+    EXPECT_EQ(alive, (std::vector<int>{3, 2, 1}));
+}
+
 TEST_P(UpdatingValues, PassOnTheOutOfRangeErrorAndLeaveTheManagerUsable) {
     useUpdaters<A>();
     A::script.values = [](const OrbPPDFile*, URI, OrbDictionary*) -> Values {

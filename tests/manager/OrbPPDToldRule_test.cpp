@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core_interface/TkCSKeys.h"
@@ -136,6 +137,8 @@ TEST(OrbPPDToldRuleTest, CompletesOnlyFromExactlyOneUnquotedLine) {
         {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumes/Text: 6\n", std::nullopt},
         {"*ZrPenDropVolumes: 5\n-ZrPenDropVolumes a: 6\n", "5"},
         {"*ZrPenDropVolumes\n*ZrPenDropVolumes: 5\n", "5"},
+        {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumes/\n", std::nullopt},
+        {"*ZrPenDropVolumes: 5\n*ZrPenDropVolumen: 6\n", "5"},
     };
     for (const Completion& completion : completions) {
         SCOPED_TRACE(completion.contents);
@@ -147,6 +150,22 @@ TEST(OrbPPDToldRuleTest, CompletesOnlyFromExactlyOneUnquotedLine) {
                       (OrbPPDUpdatingValues{{"ZrPenDropVolumes", *completion.value}}));
         }
     }
+}
+
+TEST(OrbPPDToldRuleTest, CompletesFromThePPDAloneWhateverStandsBehindItInMemory) {
+    const std::string_view memory = "*ZrPenDropVolumes: 5\n*ZrPenDropVolumes/";
+    const auto ofThePart =
+        OrbPPDToldRule::decision(kTwoPenValues, kDyesAlone, memory.substr(0, memory.size() - 1));
+    EXPECT_EQ(ofThePart.kind, Kind::runCompleted);
+    EXPECT_EQ(ofThePart.completedPenValues, (OrbPPDUpdatingValues{{"ZrPenDropVolumes", "5"}}));
+}
+
+TEST(OrbPPDToldRuleTest, CompletesAValueWhoseKeywordHasOneLetter) {
+    const ReadingUpdater updater(
+        {"InstalledPensConfiguration.ZrPenDyes", "InstalledPensConfiguration.X"});
+    const auto decision = OrbPPDToldRule::decision(updater, kDyesAlone, "*X: 5\n");
+    EXPECT_EQ(decision.kind, Kind::runCompleted);
+    EXPECT_EQ(decision.completedPenValues, (OrbPPDUpdatingValues{{"X", "5"}}));
 }
 
 TEST(OrbPPDToldRuleTest, KeepsThePensValuesWhenNoneOfThemWasTold) {

@@ -119,6 +119,18 @@ TEST_F(DeviceStatusInContext, IsNotCreatedWhenTheContextHoldsOne) {
     EXPECT_TRUE(services->requests.empty());
 }
 
+TEST_F(DeviceStatusInContext, IsCreatedWhenTheContextHoldsNullOrSomethingElseInItsPlace) {
+    const auto status = std::make_shared<FakeDeviceStatus>();
+    printerAnswers(status);
+    for (const std::any& held :
+         {std::any(std::shared_ptr<const OrbCSDeviceStatus>()), std::any(std::string("status"))}) {
+        OrbDictionary context{{kStatusKey, held}};
+        EXPECT_EQ(OrbPPDUpdatingContext::deviceStatusForURI_inContext("ipp://p", &context), status);
+        EXPECT_EQ(statusIn(context), status);
+    }
+    EXPECT_EQ(services->requests.size(), 2U);
+}
+
 TEST_F(DeviceStatusInContext, IsCreatedWithTheContextAsParametersAndNoErrorSlot) {
     printerAnswers(std::make_shared<FakeDeviceStatus>());
     OrbDictionary context{{std::string(kTkCSIsCUPSFilterModeKey), true},
