@@ -69,10 +69,11 @@ http_status_t statusOfRequest(http_t* http, ipp_t* request, const std::string& r
     return status == HTTP_STATUS_CONTINUE || status == HTTP_STATUS_OK ? readHTTPHead(http) : status;
 }
 
-/// Does what the scheduler asks for before it listens; false when that cannot be done.
+/// Does what the scheduler asks for before it listens; false when it asks for nothing, or that
+/// cannot be done. What else the answer says is not waited for: where the connection is broken it
+/// may never come, and the next request connects again.
 bool complyWith(http_status_t status, HTTPConnection& connection, const std::string& resource) {
     http_t* http = connection.http();
-    httpFlush(http);
     if (status == HTTP_STATUS_UNAUTHORIZED) {
         return cupsDoAuthentication(http, "POST", resource.c_str()) == 0;
     }

@@ -231,7 +231,7 @@ http_addrlist_t* addressesOf(const std::string& host, int port, const HTTPOpenin
 bool HTTPConnection::isReadyForRequest() {
     const http_status_t status = httpGetStatus(http_);
     const bool isOver = httpGetFd(http_) < 0 || status == HTTP_STATUS_ERROR ||
-                        status >= HTTP_STATUS_BAD_REQUEST ||
+                        status >= HTTP_STATUS_MULTIPLE_CHOICES ||
                         strcasecmp(httpGetField(http_, HTTP_FIELD_CONNECTION), "close") == 0;
     if (!isOver) {
         return true;

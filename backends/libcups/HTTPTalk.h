@@ -49,8 +49,9 @@ class HTTPConnection {
     http_t* http() const { return http_; }
 
     /// Connects again where the connection cannot carry another request: the peer has said that it
-    /// closes it (RFC 9112, section 9.6), or an error has ended it. libcups would do so itself,
-    /// with a limit of time of its own. False when it cannot be connected within the time of the
+    /// closes it (RFC 9112, section 9.6), its last answer was none of success, the rest of which
+    /// nobody has read, or an error has ended it. libcups would do so itself, with a limit of time
+    /// of its own. False when it cannot be connected within the time of the
     /// talk.
     bool isReadyForRequest();
 

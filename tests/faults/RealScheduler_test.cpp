@@ -3,6 +3,7 @@
 // end like a kill: nothing may be half-written.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -54,6 +55,8 @@ class RealSync : public testing::Test {
 
     ProgramResult sync(const std::string& fault, const std::string& report = {}) const {
         ProgramSurroundings surroundings;
+        // Half of what the tool gives a scheduler that says nothing, which no fault may cost.
+        surroundings.timeLimit = std::chrono::seconds(15);
         surroundings.environment = {{"LD_PRELOAD", TKPPDUPDATING_FAULTY_CALLS},
                                     {"TKPPDUPDATING_FAULT", fault},
                                     {"TKPPDUPDATING_FAULT_REPORT", report},
@@ -159,6 +162,17 @@ TEST_F(RealSync, LosesNothingWhenASystemCallFailsOrIsTheLast) {
         }
     }
     tell("failing, short and last system calls");
+}
+
+TEST_F(RealSync, DoesNotWaitForAnAnswerWhereATransferFailed) {
+    count();
+    for (std::size_t place = 1; place <= calls_.size(); ++place) {
+        const std::string& name = calls_[place - 1];
+        if (name == "send" || name == "recv" || name == "__recv_chk") {
+            tryFault("call " + std::to_string(place) + " errno 5");
+        }
+    }
+    tell("failing transfers");
 }
 
 }  // namespace

@@ -569,6 +569,27 @@ TEST(BrokenSchedulers, ASecondConnectionHasNoTimeOfItsOwn) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
 }
 
+TEST(BrokenSchedulers, OneWhoseAnswerIsNotHTTPIsNotWaitedFor) {
+    // What follows its first line never comes, and it leaves the connection open.
+    HostileIPPResponder broken([](const ResponderConnection& c) {
+        c.send("220 mail ready\r\n");
+        c.waitForClose();
+    });
+    const CUPSScheduler scheduler("127.0.0.1:" + std::to_string(broken.port()),
+                                  {.time = std::chrono::seconds(10)});
+    QueueFailure failure;
+    auto delivery = QueueTalk::Delivery::taken;
+    const auto talk = [&](QueueTalk& queue) {
+        EXPECT_FALSE(queue.queue(failure));
+        EXPECT_EQ(failure.reason, "the scheduler closed the connection");
+        delivery = queue.install("*PPD-Adobe: \"4.3\"\n", failure);
+    };
+    EXPECT_TRUE(
+        scheduler.talkAbout("office", talk, QueueScheduler::Patience::untilCancelled, failure));
+    EXPECT_EQ(failure.reason, "the scheduler closed the connection");
+    EXPECT_EQ(delivery, QueueTalk::Delivery::unknown);
+}
+
 TEST(BrokenSchedulers, OneThatDoesNotAnswerIsNotWaitedForOnceTheRunIsCancelled) {
     HostileIPPResponder silent([](const ResponderConnection& c) { c.waitForClose(); });
     std::atomic<bool> isCancelled{false};
