@@ -3,9 +3,11 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -21,8 +23,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
-
-constexpr milliseconds kPause{5};
 
 void check(int error, const char* what) {
     if (error != 0) {
@@ -162,11 +162,21 @@ pid_t start(const std::vector<std::string>& command, const ProgramSurroundings& 
     return process;
 }
 
-/// Waits until something can be read or a pause is over.
-void waitForOutput(const Output& standardOutput, const Output& standardError) {
-    std::array<pollfd, 2> descriptors{
-        {{standardOutput.readEnd.get(), POLLIN, 0}, {standardError.readEnd.get(), POLLIN, 0}}};
-    ::poll(descriptors.data(), descriptors.size(), static_cast<int>(kPause.count()));
+/// A file that can be read from the program's end on (pidfd_open(2), Linux 5.3); none where the
+/// system has no such thing, as in some containers.
+FileDescriptor endOf(pid_t process) {
+    return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0U)));
+}
+
+/// Waits until something can be read, the program has ended, or the time is over.
+void waitForOutput(const Output& standardOutput, const Output& standardError,
+                   const FileDescriptor& end, milliseconds time) {
+    constexpr milliseconds kPause{5};
+    std::array<pollfd, 3> descriptors{{{standardOutput.readEnd.get(), POLLIN, 0},
+                                       {standardError.readEnd.get(), POLLIN, 0},
+                                       {end.get(), POLLIN, 0}}};
+    const milliseconds limit = end.get() < 0 ? kPause : std::max(time, kPause);
+    ::poll(descriptors.data(), descriptors.size(), static_cast<int>(limit.count()));
 }
 
 int exitStatusOf(int waitStatus) {
@@ -182,6 +192,7 @@ ProgramResult runProgram(const std::vector<std::string>& command,
     Output standardError(result.standardError);
     const Clock::time_point deadline = Clock::now() + surroundings.timeLimit;
     const pid_t process = start(command, surroundings, standardOutput, standardError);
+    const FileDescriptor end = endOf(process);
 
     // The outputs may stay open after the program's end, in a process that it left behind.
     int waitStatus = 0;
@@ -191,7 +202,8 @@ ProgramResult runProgram(const std::vector<std::string>& command,
             result.timedOut = true;
             ::kill(-process, SIGKILL);
         }
-        waitForOutput(standardOutput, standardError);
+        waitForOutput(standardOutput, standardError, end,
+                      std::chrono::ceil<milliseconds>(deadline - Clock::now()));
         standardOutput.readAvailable();
         standardError.readAvailable();
     }
