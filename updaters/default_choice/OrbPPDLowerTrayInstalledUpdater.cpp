@@ -6,24 +6,10 @@
 
 namespace TkPPDUpdating {
 
-std::vector<std::string> OrbPPDLowerTrayInstalledUpdater::optionNames() {
-    return {"ZrLowerTrayInstalled"};
-}
-
-std::optional<std::string_view> OrbPPDLowerTrayInstalledUpdater::statusKeyForOptionWithName(
-    std::string_view /*optionName*/) {
-    return std::nullopt;
-}
-
-std::optional<std::string_view> OrbPPDLowerTrayInstalledUpdater::accessoryNameForOptionWithName(
-    std::string_view /*optionName*/) {
-    return kTkCSDeviceAccessoryTray2;
-}
-
-std::optional<std::string> OrbPPDLowerTrayInstalledUpdater::PPDChoiceTextForStatusValue(
-    const StatusValue& value) {
-    return choiceTextForInstalledAccessory(value);
-}
+OrbPPDLowerTrayInstalledUpdater::OrbPPDLowerTrayInstalledUpdater()
+    : OrbPPDOneOptionUpdater(
+          "ZrLowerTrayInstalled",
+          OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2)) {}
 
 std::optional<OrbPPDUpdatingValues>
 OrbPPDLowerTrayInstalledUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
@@ -32,12 +18,8 @@ OrbPPDLowerTrayInstalledUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     if (!sensor || sensor->value() != kTkPPDTrueValue) {
         return std::nullopt;
     }
-    return OrbPPDStatusBasedOptionsUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
-        PPDFile, deviceURI, context);
-}
-
-std::vector<std::string> OrbPPDLowerTrayInstalledUpdater::statusEntriesRead() const {
-    return {OrbCSPartialStatus::entryForPart(kTkCSDeviceAccessoriesKey, kTkCSDeviceAccessoryTray2)};
+    return OrbPPDOneOptionUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(PPDFile, deviceURI,
+                                                                                 context);
 }
 
 }  // namespace TkPPDUpdating

@@ -1,28 +1,19 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "manager/ITkPPDStatusReading.h"
-#include "updaters/default_choice/OrbPPDStatusBasedOptionsUpdater.h"
+#include "updaters/default_choice/OrbPPDOneOptionUpdater.h"
 
 namespace TkPPDUpdating {
 
 /// Sets the default of the installable option "ZrLowerTrayInstalled" to whether the printer has its
 /// lower (second) tray installed.
-class OrbPPDLowerTrayInstalledUpdater : public OrbPPDStatusBasedOptionsUpdater,
-                                        public ITkPPDStatusReading {
+class OrbPPDLowerTrayInstalledUpdater : public OrbPPDOneOptionUpdater {
   public:
     static constexpr std::string_view kClassName = "OrbPPDLowerTrayInstalledUpdater";
 
-    std::vector<std::string> optionNames() override;
-    std::optional<std::string_view> statusKeyForOptionWithName(
-        std::string_view optionName) override;
-    std::optional<std::string_view> accessoryNameForOptionWithName(
-        std::string_view optionName) override;
-    std::optional<std::string> PPDChoiceTextForStatusValue(const StatusValue& value) override;
+    OrbPPDLowerTrayInstalledUpdater();
 
     /// As inherited, but nothing unless the first "ZrLowerTrayHasSensor" of the PPD is "True".
     ///
@@ -31,8 +22,6 @@ class OrbPPDLowerTrayInstalledUpdater : public OrbPPDStatusBasedOptionsUpdater,
     std::optional<OrbPPDUpdatingValues> PPDUpdatingValuesForPPDFile_deviceURI_context(
         const OrbPPDFile* PPDFile, std::optional<std::string_view> deviceURI,
         OrbDictionary* context) override;
-
-    std::vector<std::string> statusEntriesRead() const override;
 };
 
 }  // namespace TkPPDUpdating

@@ -44,7 +44,7 @@ std::optional<std::string_view> OrbPPDOneOptionUpdater::accessoryNameForOptionWi
 std::optional<std::string> OrbPPDOneOptionUpdater::PPDChoiceTextForStatusValue(
     const StatusValue& value) {
     const auto* const* reported = std::get_if<const OrbCSStatusValue*>(&value);
-    if (!reported) {
+    if (!reported || isAccessory(statusEntry_)) {
         return choiceTextForInstalledAccessory(value);
     }
     const auto* const scalar = std::get_if<OrbCSNumberOrString>(*reported);

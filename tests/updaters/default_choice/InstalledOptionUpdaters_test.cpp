@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -62,6 +63,9 @@ TEST(DuplexerInstalled, IsAnsweredForItsOneOption) {
     }
     EXPECT_EQ(updater.PPDChoiceTextForStatusValue(true), "True");
     EXPECT_EQ(updater.PPDChoiceTextForStatusValue(false), "False");
+    const OrbCSStatusValue text = OrbCSNumberOrString(std::string("True"));
+    EXPECT_EQ(updater.PPDChoiceTextForStatusValue(StatusValue(&text)), "False");
+    EXPECT_THAT(updater.statusEntriesRead(), testing::ElementsAre("DeviceAccessories.Duplexer"));
 }
 
 TEST(DuplexerInstalled, IsTrueForADuplexerThatIsInstalled) {
@@ -146,6 +150,9 @@ TEST(LowerTrayInstalled, IsAnsweredForItsOneOption) {
     }
     EXPECT_EQ(updater.PPDChoiceTextForStatusValue(true), "True");
     EXPECT_EQ(updater.PPDChoiceTextForStatusValue(false), "False");
+    const OrbCSStatusValue text = OrbCSNumberOrString(std::string("True"));
+    EXPECT_EQ(updater.PPDChoiceTextForStatusValue(StatusValue(&text)), "False");
+    EXPECT_THAT(updater.statusEntriesRead(), testing::ElementsAre("DeviceAccessories.Tray2"));
 }
 
 TEST(LowerTrayInstalled, IsTrueOrFalseAsTheAccessorySays) {
