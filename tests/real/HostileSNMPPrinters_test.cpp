@@ -596,6 +596,8 @@ TEST_F(HostileSNMPPrinters, ObjectsThatAPPDAsksForAreAskedForBesidesEachByItself
     SNMPObjects laser(SNMPTables::kLaser);
     laser.set(name("1.3.6.1.4.1.99.1.0"), integer(2));
     const OrbDictionary parameters = threeQuestions();
+    // A printer of version 1 is silent for a third of it.
+    const SNMPDeviceStatusLimits limits = {.time = 3s};
     for (const int version : {1, 0}) {
         const HostileSNMPResponder printer(
             [&](const SNMPSeenRequest& request, const HostileSNMPResponder::Sender& send) {
@@ -603,14 +605,14 @@ TEST_F(HostileSNMPPrinters, ObjectsThatAPPDAsksForAreAskedForBesidesEachByItself
                     send(laser.answerTo(request), false);
                 }
             });
-        const Asked asked = ask(printer.URI(), {}, &parameters);
+        const Asked asked = ask(printer.URI(), limits, &parameters);
         EXPECT_EQ(installedOf(asked), (OrbCSInstalledOptions{{"Option1", "True"}})) << version;
         EXPECT_THAT(asked.dropped(),
                     testing::IsSupersetOf({"Option2: its question names no object",
                                            "Option3: the printer has no such object"}));
         EXPECT_THAT(asked.told(), Contains("InstalledOptions"));
         EXPECT_THAT(asked.told(), Contains("DeviceAccessories.Duplexer"));
-        EXPECT_THAT(ask(printer.URI(), {}).told(), testing::Not(Contains("InstalledOptions")));
+        EXPECT_THAT(ask(printer.URI(), limits).told(), testing::Not(Contains("InstalledOptions")));
     }
 }
 

@@ -38,9 +38,19 @@ HostileSNMPResponder::HostileSNMPResponder(Script script) : script_(std::move(sc
 
 HostileSNMPResponder::~HostileSNMPResponder() {
     isEnding_ = true;
+    wake();
     server_.join();
     close(socket_);
     close(elsewhere_);
+}
+
+/// By a datagram of its own, which is no request.
+void HostileSNMPResponder::wake() const {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<in_port_t>(port_));
+    sendto(elsewhere_, nullptr, 0, 0, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
 }
 
 HostileSNMPResponder::Script HostileSNMPResponder::answering(

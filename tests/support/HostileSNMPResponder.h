@@ -36,6 +36,7 @@ class HostileSNMPResponder {
 
   private:
     void serve();
+    void wake() const;
 
     Script script_;
     int socket_ = -1;

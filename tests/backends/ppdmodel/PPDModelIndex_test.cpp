@@ -91,7 +91,7 @@ TEST(PPDModelIndex, ReadsBackEachOfTwoHundredThousandAttributesOfOneKeyword) {
     ASSERT_TRUE(option);
     for (int i = 0; i < kCount; ++i) {
         const std::string name = "c" + std::to_string(i);
-        ASSERT_THAT(file->attributesForName_spec("M", name), SizeIs(1));
+        ASSERT_EQ(file->attributesForName_spec("M", name).size(), 1U);
         ASSERT_TRUE(option->choiceForName(name));
     }
     EXPECT_FALSE(option->choiceForName("c" + std::to_string(kCount)));
