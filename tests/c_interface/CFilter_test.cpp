@@ -4,12 +4,12 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 
 #include "tests/real/ChildProcess.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/FileContents.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -34,9 +34,7 @@ class CFilter : public testing::Test {
         const fs::path filter = folder() / "values_filter";
         fs::copy_file(TKPPDUPDATING_VALUES_FILTER, filter);
         fs::permissions(filter, kForEverybody);
-        std::ifstream sample(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd");
-        std::string text((std::istreambuf_iterator<char>(sample)),
-                         std::istreambuf_iterator<char>());
+        std::string text = contentsOfFile(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-office.ppd");
         std::string lines;
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;

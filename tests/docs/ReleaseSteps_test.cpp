@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/support/CodeBlocks.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -22,13 +23,6 @@ using testing::HasSubstr;
 
 const std::string kSources = TKPPDUPDATING_SOURCE_DIR;
 const std::string kVersion = TKPPDUPDATING_VERSION;
-
-std::string contentsOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
 
 std::string releaseSection() {
     const std::string page = textOfSource("CONTRIBUTING.md");
@@ -59,7 +53,7 @@ TEST(ReleaseSteps, TheVersionStandsInTheProjectLineAndTheListOfChangesOnly) {
         }
         const auto look = [&](const fs::path& path) {
             if (fs::is_regular_file(path) && fs::file_size(path) < (1U << 20U)) {
-                const std::string contents = contentsOf(path);
+                const std::string contents = contentsOfFile(path);
                 // An expression takes its time: it looks only where it could find something.
                 if (contents.find(kVersion) == std::string::npos &&
                     contents.find("tkppdupdating" + series) == std::string::npos) {
@@ -117,7 +111,7 @@ class AnotherVersion : public testing::Test {
         }
         replace("CMakeLists.txt", "VERSION " + kVersion, "VERSION 9.8.7");
         // "not released", or the date of its release.
-        const std::string changes = contentsOf(copy() / "CHANGELOG.md");
+        const std::string changes = contentsOfFile(copy() / "CHANGELOG.md");
         std::smatch heading;
         ASSERT_TRUE(std::regex_search(changes, heading,
                                       std::regex("## " + escaped(kVersion) + ", [^\n]+\n")))
@@ -128,7 +122,7 @@ class AnotherVersion : public testing::Test {
     fs::path copy() const { return directory_.path() / "copy"; }
 
     void replace(const std::string& path, const std::string& old, const std::string& text) const {
-        std::string contents = contentsOf(copy() / path);
+        std::string contents = contentsOfFile(copy() / path);
         const std::size_t at = contents.find(old);
         ASSERT_NE(at, std::string::npos) << path << " has no \"" << old << "\"";
         contents.replace(at, old.size(), text);
@@ -148,15 +142,15 @@ TEST_F(AnotherVersion, IsWhatLibrariesPackagesAndTheirChangelogSay) {
     const ProgramResult configured = run({"cmake", "--fresh", "--preset", "packages"});
     ASSERT_EQ(configured.exitStatus, 0) << configured.standardError;
     const fs::path build = copy() / "build/packages";
-    EXPECT_THAT(contentsOf(build / "TkPPDUpdating.pc"), HasSubstr("\nVersion: 9.8.7\n"));
-    EXPECT_THAT(contentsOf(build / "TkPPDUpdatingConfigVersion.cmake"),
+    EXPECT_THAT(contentsOfFile(build / "TkPPDUpdating.pc"), HasSubstr("\nVersion: 9.8.7\n"));
+    EXPECT_THAT(contentsOfFile(build / "TkPPDUpdatingConfigVersion.cmake"),
                 HasSubstr("PACKAGE_VERSION \"9.8.7\""));
-    EXPECT_THAT(contentsOf(build / "versions.map"), HasSubstr("_9.8 "));
-    const std::string ninja = contentsOf(build / "build.ninja");
+    EXPECT_THAT(contentsOfFile(build / "versions.map"), HasSubstr("_9.8 "));
+    const std::string ninja = contentsOfFile(build / "build.ninja");
     EXPECT_THAT(ninja, HasSubstr("libTkPPDUpdating.so.9.8.7"));
     EXPECT_THAT(ninja, HasSubstr("libTkPPDUpdatingC.so.9.8 "));
     EXPECT_THAT(ninja, testing::Not(HasSubstr(kVersion + "\\\"")));
-    const std::string packages = contentsOf(build / "CPackConfig.cmake");
+    const std::string packages = contentsOfFile(build / "CPackConfig.cmake");
     EXPECT_THAT(packages, HasSubstr("CPACK_PACKAGE_VERSION \"9.8.7\""));
     EXPECT_THAT(packages, HasSubstr("\"libtkppdupdating9.8\""));
 
@@ -175,7 +169,7 @@ TEST_F(AnotherVersion, IsWhatLibrariesPackagesAndTheirChangelogSay) {
     for (std::string line; std::getline(lines, line);) {
         EXPECT_TRUE(line.size() < 80 || line.starts_with(" -- ")) << line;
     }
-    EXPECT_THAT(contentsOf(copy() / "staged/Tool/usr/share/doc/tkppdupdate/copyright"),
+    EXPECT_THAT(contentsOfFile(copy() / "staged/Tool/usr/share/doc/tkppdupdate/copyright"),
                 testing::ContainsRegex("Copyright .* [0-9][0-9][0-9][0-9] "));
 }
 

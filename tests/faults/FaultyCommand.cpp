@@ -6,9 +6,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
+
+#include "tests/support/FileContents.h"
 
 namespace TkPPDUpdating::Testing {
 
@@ -18,13 +18,8 @@ namespace fs = std::filesystem;
 
 constexpr int kKilled = 128 + SIGKILL;
 
-std::string contentOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 std::string sample(const std::string& path) {
-    return contentOf(TKPPDUPDATING_SOURCE_DIR "/samples/" + path);
+    return contentsOfFile(TKPPDUPDATING_SOURCE_DIR "/samples/" + path);
 }
 
 const std::string& valueOf(const Files& files, const std::string& name) {
@@ -234,7 +229,7 @@ FaultyRuns::FaultyRuns(const FaultyCommand& command) : command_(command) {
     whole_ = run({{"TKPPDUPDATING_FAULT_REPORT", report}});
     wholeFiles_ = filesNow();
     EXPECT_EQ(whole_.exitStatus, 0) << whole_.standardError;
-    std::istringstream lines(contentOf(report));
+    std::istringstream lines(contentsOfFile(report));
     lines >> allocationCount_;
     for (std::string call; lines >> call;) {
         calls_.push_back(call);
@@ -278,7 +273,8 @@ Files FaultyRuns::filesNow() const {
     Files files;
     for (const auto& entry : fs::recursive_directory_iterator(directory_.path())) {
         if (entry.is_regular_file()) {
-            files[entry.path().lexically_relative(directory_.path())] = contentOf(entry.path());
+            files[entry.path().lexically_relative(directory_.path())] =
+                contentsOfFile(entry.path());
         }
     }
     return files;

@@ -6,16 +6,15 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iostream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/faults/FaultyCommand.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -23,11 +22,6 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 const std::string kSamples = TKPPDUPDATING_SOURCE_DIR "/samples/";
 
@@ -45,7 +39,7 @@ class RealSync : public testing::Test {
         (void)sync("");
     }
 
-    std::string PPDNow() const { return contentOf(scheduler_.PPDPath("office")); }
+    std::string PPDNow() const { return contentsOfFile(scheduler_.PPDPath("office")); }
 
     /// Gives the printer the other status.
     void turnPrinter() {
@@ -73,7 +67,7 @@ class RealSync : public testing::Test {
         const std::string before = PPDNow();
         const ProgramResult run = sync(fault);
         const std::string after = PPDNow();
-        const std::string kept = contentOf(backups_ + "/office.ppd");
+        const std::string kept = contentsOfFile(backups_ + "/office.ppd");
         const ProgramResult again = sync("");
         const std::string whole = PPDNow();
         std::ostringstream wrong;
@@ -118,7 +112,7 @@ class RealSync : public testing::Test {
         const std::string report = (elsewhere.path() / "report").string();
         const ProgramResult run = sync("", report);
         ASSERT_EQ(run.exitStatus, 0) << run.standardOutput << run.standardError;
-        std::istringstream lines(contentOf(report));
+        std::istringstream lines(contentsOfFile(report));
         lines >> allocations_;
         for (std::string call; lines >> call;) {
             calls_.push_back(call);

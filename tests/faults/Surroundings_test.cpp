@@ -6,8 +6,6 @@
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,6 +20,7 @@
 #include "manager/OrbClass.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "resources/ResourceFolder.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -31,11 +30,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string kSamples = TKPPDUPDATING_SOURCE_DIR "/samples/";
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 /// Runs a shell script in a name space of mounts, in which it may mount.
 ProgramResult runWithMounts(const std::string& script, const std::vector<std::string>& arguments) {
@@ -66,7 +60,7 @@ cat "$folder/a.ppd"
 )sh";
 
 TEST(FullDisk, LeavesTheOldFileOrTheNewOne) {
-    const std::string before = contentOf(kSamples + "ppd/zr-office.ppd");
+    const std::string before = contentsOfFile(kSamples + "ppd/zr-office.ppd");
     const TemporaryDirectory directory;
     std::string whole;
     for (int free = 8; free >= 0; --free) {
@@ -158,7 +152,7 @@ TEST(HostileEnvironment, ChangesNothingOfTheResult) {
 class ReplacedResource {
   public:
     ReplacedResource()
-        : good_(contentOf(TKPPDUPDATING_SOURCE_DIR "/resources/TkPPDUpdatingData.plist")) {
+        : good_(contentsOfFile(TKPPDUPDATING_SOURCE_DIR "/resources/TkPPDUpdatingData.plist")) {
         directory_.write("TkPPDUpdatingData.plist", good_);
         ResourceFolder::setPath(directory_.path().string());
     }

@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -33,6 +32,7 @@
 #include "tests/hostile/EnrichedPPD.h"
 #include "tests/hostile/UpdateInvariants.h"
 #include "tests/support/CoreWithQueue.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/TestDoubles.h"
 
 namespace TkPPDUpdating::Testing {
@@ -43,17 +43,12 @@ namespace fs = std::filesystem;
 using Status = std::shared_ptr<const OrbCSDeviceStatus>;
 using ParsedPPD = std::shared_ptr<const PPDModelFile>;
 
-std::string contentsOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// The recordings by their names, sorted; one of a silent printer besides.
 std::map<std::string, Status> recordingsIn(const fs::path& folder) {
     std::map<std::string, Status> recordings = {{"silent", nullptr}};
     for (const auto& entry : fs::directory_iterator(folder)) {
         std::string error;
-        auto status = RecordedDeviceStatus::statusWithJSON(contentsOf(entry.path()), error);
+        auto status = RecordedDeviceStatus::statusWithJSON(contentsOfFile(entry.path()), error);
         if (!status) {
             throw std::runtime_error(entry.path().string() + ": " + error);
         }
@@ -187,7 +182,7 @@ void write(const fs::path& path, const std::string& text) {
 /// Checks the PPD; how many runs of an operation that took.
 std::size_t check(const fs::path& file, const std::map<std::string, Status>& recordings,
                   const fs::path& results) {
-    const std::string text = enrichedPPD(contentsOf(file));
+    const std::string text = enrichedPPD(contentsOfFile(file));
     const std::string name = file.stem();
     CheckedPPD checked(name, text);
     write(results / (name + ".before"), text);

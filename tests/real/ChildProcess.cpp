@@ -7,8 +7,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace TkPPDUpdating::Testing {
@@ -98,11 +96,6 @@ std::string pathOfProgram(const std::string& name) {
         }
     }
     return {};
-}
-
-std::string contentsOfFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace TkPPDUpdating::Testing

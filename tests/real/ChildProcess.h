@@ -41,7 +41,4 @@ class ChildProcess {
 /// The path of a program in the system's folders; empty when it is not installed.
 std::string pathOfProgram(const std::string& name);
 
-/// The whole file as bytes; empty when it cannot be read.
-std::string contentsOfFile(const std::string& path);
-
 }  // namespace TkPPDUpdating::Testing

@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/HostileIPPResponder.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -13,11 +13,6 @@
 
 namespace TkPPDUpdating::Testing {
 namespace {
-
-std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 class InPlaceTest : public ::testing::Test {
   protected:
@@ -49,7 +44,8 @@ class InPlaceTest : public ::testing::Test {
 TEST_F(InPlaceTest, ThePPDIsReplacedWhenNobodyTouchedIt) {
     const ProgramResult run = update([] {});
     EXPECT_EQ(run.exitStatus, 0) << run.standardError;
-    EXPECT_NE(contentOf(ppd_).find("*DefaultZrAutoDuplexerInstalled: True"), std::string::npos);
+    EXPECT_NE(contentsOfFile(ppd_).find("*DefaultZrAutoDuplexerInstalled: True"),
+              std::string::npos);
 }
 
 TEST_F(InPlaceTest, AnEditOfSomebodyElseIsNotLost) {
@@ -57,7 +53,7 @@ TEST_F(InPlaceTest, AnEditOfSomebodyElseIsNotLost) {
     const ProgramResult run = update([&] { directory_.write("folder/a.ppd", edited); });
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(run.standardError, "tkppdupdate: " + ppd_ + ": was changed meanwhile\n");
-    EXPECT_EQ(contentOf(ppd_), edited);
+    EXPECT_EQ(contentsOfFile(ppd_), edited);
 }
 
 TEST_F(InPlaceTest, ALinkInThePlaceOfThePPDLeadsNowhere) {
@@ -68,7 +64,7 @@ TEST_F(InPlaceTest, ALinkInThePlaceOfThePPDLeadsNowhere) {
     });
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_EQ(run.standardError, "tkppdupdate: " + ppd_ + ": was changed meanwhile\n");
-    EXPECT_EQ(contentOf(path("other.ppd")), "another's");
+    EXPECT_EQ(contentsOfFile(path("other.ppd")), "another's");
 }
 
 TEST_F(InPlaceTest, ALinkInThePlaceOfItsFolderLeadsNowhere) {
@@ -78,8 +74,8 @@ TEST_F(InPlaceTest, ALinkInThePlaceOfItsFolderLeadsNowhere) {
         std::filesystem::create_directory_symlink(path("other"), path("folder"));
     });
     EXPECT_EQ(run.exitStatus, 0) << run.standardError;
-    EXPECT_EQ(contentOf(path("other/a.ppd")), "another's");
-    EXPECT_NE(contentOf(path("moved/a.ppd")).find("*DefaultZrAutoDuplexerInstalled: True"),
+    EXPECT_EQ(contentsOfFile(path("other/a.ppd")), "another's");
+    EXPECT_NE(contentsOfFile(path("moved/a.ppd")).find("*DefaultZrAutoDuplexerInstalled: True"),
               std::string::npos);
 }
 

@@ -11,6 +11,7 @@
 #include "tests/real/ChildProcess.h"
 #include "tests/real/PrivateNetwork.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/HostileIPPResponder.h"
 
 namespace {

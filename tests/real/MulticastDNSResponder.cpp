@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/FileContents.h"
+
 namespace TkPPDUpdating::Testing {
 
 namespace {

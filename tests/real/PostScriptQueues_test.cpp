@@ -9,6 +9,7 @@
 
 #include "tests/real/ChildProcess.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/SocketPrinter.h"
 #include "tests/support/TemporaryDirectory.h"

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/real/LoopbackPort.h"
+#include "tests/support/FileContents.h"
 
 namespace TkPPDUpdating::Testing {
 

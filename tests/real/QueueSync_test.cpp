@@ -20,6 +20,7 @@
 #include "sync/QueueSyncCauses.h"
 #include "tests/real/ChildProcess.h"
 #include "tests/real/PrivateScheduler.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/FullListener.h"
 #include "tests/support/HostileIPPResponder.h"
 #include "tests/support/MeddledScheduler.h"

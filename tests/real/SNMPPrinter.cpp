@@ -13,6 +13,7 @@
 
 #include "tests/backends/snmp/SNMPTestRows.h"
 #include "tests/real/LoopbackPort.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/SNMPBytes.h"
 
 namespace TkPPDUpdating::Testing {

@@ -15,6 +15,7 @@
 #include "tests/real/PrivateScheduler.h"
 #include "tests/real/SNMPPrinter.h"
 #include "tests/real/SimulatedPrinter.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 

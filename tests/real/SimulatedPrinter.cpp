@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/real/LoopbackPort.h"
+#include "tests/support/FileContents.h"
 
 namespace TkPPDUpdating::Testing {
 

@@ -14,6 +14,7 @@
 #include "tests/real/LoopbackPort.h"
 #include "tests/real/PrivateScheduler.h"
 #include "tests/real/SimulatedPrinter.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/HostileIPPResponder.h"
 #include "tests/support/RunProgram.h"
 

@@ -1,21 +1,22 @@
 #pragma once
 
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tests/support/FileContents.h"
+
 namespace TkPPDUpdating::Testing {
 
 /// A file of the sources, named from their root.
 inline std::string textOfSource(const std::string& path) {
-    std::ifstream file(TKPPDUPDATING_SOURCE_DIR "/" + path, std::ios::binary);
-    if (!file) {
+    const std::string whole = TKPPDUPDATING_SOURCE_DIR "/" + path;
+    if (!std::filesystem::exists(whole)) {
         throw std::runtime_error("no file " + path);
     }
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return contentsOfFile(whole);
 }
 
 /// The fenced code blocks of that language on a Markdown page, in their order; the empty language

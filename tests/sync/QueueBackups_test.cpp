@@ -8,11 +8,10 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace TkPPDUpdating::Testing {
@@ -48,8 +47,7 @@ class QueueBackupsTest : public testing::Test {
     }
 
     std::string textOf(const std::string& name) const {
-        std::ifstream file(folder + "/" + name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        return contentsOfFile(folder + "/" + name);
     }
 
     static mode_t modeOf(const std::string& path) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"

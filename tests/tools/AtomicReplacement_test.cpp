@@ -1,4 +1,5 @@
 #include "tools/AtomicReplacement.h"
+#include "tests/support/FileContents.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

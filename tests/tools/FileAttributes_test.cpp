@@ -1,4 +1,5 @@
 #include "tools/FileAttributes.h"
+#include "tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

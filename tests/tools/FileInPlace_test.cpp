@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/AsUser.h"
 #include "tests/tools/ToolRun.h"

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <ostream>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/ToolRun.h"
 

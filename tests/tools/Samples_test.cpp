@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/samples/SamplePrinters.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/ToolRun.h"
 

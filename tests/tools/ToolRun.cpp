@@ -1,8 +1,6 @@
 #include "tests/tools/ToolRun.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 #include "tests/support/RunProgram.h"
 
@@ -36,11 +34,6 @@ ToolRun runTool(std::vector<std::string> arguments, const ToolSurroundings& surr
 std::size_t lineCount(const std::string& text) {
     const auto lineFeeds = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
     return lineFeeds + (text.empty() || text.ends_with('\n') ? 0 : 1);
-}
-
-std::string contentsOfFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace TkPPDUpdating::Testing

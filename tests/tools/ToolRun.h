@@ -32,6 +32,4 @@ ToolRun runTool(std::vector<std::string> arguments, const ToolSurroundings& surr
 /// How many lines a text has, the last one with or without its line feed.
 std::size_t lineCount(const std::string& text);
 
-std::string contentsOfFile(const std::string& path);
-
 }  // namespace TkPPDUpdating::Testing

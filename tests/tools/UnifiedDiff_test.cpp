@@ -1,4 +1,5 @@
 #include "tools/UnifiedDiff.h"
+#include "tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"

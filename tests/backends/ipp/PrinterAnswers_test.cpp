@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -14,6 +12,7 @@
 #include "backends/libcups/IPPMessage.h"
 #include "core_interface/TkCSKeys.h"
 #include "tests/backends/ipp/IPPAnswerFile.h"
+#include "tests/support/FileContents.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -31,9 +30,8 @@ std::vector<std::string> answerNames() {
 }
 
 IPPAnswerFile fileNamed(const std::string& name) {
-    std::ifstream stream(TKPPDUPDATING_SOURCE_DIR "/tests/backends/ipp/answers/" + name + ".txt");
     return IPPAnswerFile::fileWithText(
-        {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()});
+        contentsOfFile(TKPPDUPDATING_SOURCE_DIR "/tests/backends/ipp/answers/" + name + ".txt"));
 }
 
 /// As the request makes it of the bytes that it gets.

@@ -3,12 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "tests/support/FileContents.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/updaters/custom_media/CustomMediaTestSupport.h"
@@ -19,8 +18,7 @@ namespace {
 using namespace Testing;
 
 std::string inkJetPPD() {
-    std::ifstream file(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd", std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return contentsOfFile(TKPPDUPDATING_SOURCE_DIR "/samples/ppd/zr-inkjet.ppd");
 }
 
 class CustomMediaInCUPS : public CustomMediaTest {

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
 #include <string>
@@ -10,17 +8,13 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/FileContents.h"
 #include "tests/updaters/custom_media/CustomMediaTestSupport.h"
 
 namespace TkPPDUpdating {
 namespace {
 
 using namespace Testing;
-
-std::string contentsOfFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::string replaced(std::string text, std::string_view part, std::string_view by) {
     const std::size_t at = text.find(part);
