@@ -223,6 +223,18 @@ TEST_P(RefusedModule, IsNamedWithTheCauseAndNothingIsWritten) {
     EXPECT_EQ(contentsOfFile(directory_.path() / "office.ppd"), kSmallPPD);
 }
 
+#if !defined(__SANITIZE_ADDRESS__)  // which needs memory of its own
+/// An exception crosses from the module's C++ library to the tool's.
+TEST_F(AddedModules, OneThatRaisesWithoutMemoryEndsTheRunWithAnError) {
+    add(TKPPDUPDATING_TEST_MODULES "/GreedyModule.so", "Greedy.so");
+    const ToolRun run = this->run({"update", "office.ppd", "--device-uri", "file:finisher.json",
+                                   "--in-place", "--load", "Greedy.so"});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.errors, "tkppdupdate: there is not enough memory\n");
+    EXPECT_EQ(contentsOfFile(directory_.path() / "office.ppd"), kSmallPPD);
+}
+#endif
+
 INSTANTIATE_TEST_SUITE_P(
     AddedModules, RefusedModule,
     testing::Values(
