@@ -82,9 +82,19 @@ Commands commandsFor(std::string_view argument, CLI::App& application, const Bac
                            >(argument, application, backends);
 }
 
+/// Newer CLI11 fills the lines of footers and descriptions anew, which takes the examples apart.
+template <typename Formatter>
+void keepLinesOfHelp(Formatter& formatter) {
+    if constexpr (requires { formatter.enable_footer_formatting(false); }) {
+        formatter.enable_footer_formatting(false);
+        formatter.enable_description_formatting(false);
+    }
+}
+
 ExitStatus parseAndRun(int argumentCount, char** arguments) {
     CLI::App application("Keeps the PPD of a CUPS print queue in step with its printer",
                          "tkppdupdate");
+    keepLinesOfHelp(*application.get_formatter());
     const std::string version = "tkppdupdate " + toolVersion();
     application.set_version_flag("--version", version);
     application.require_subcommand(1);

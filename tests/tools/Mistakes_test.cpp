@@ -52,6 +52,14 @@ class MistakeTest : public ::testing::TestWithParam<Mistake> {
     TemporaryDirectory directory_;
 };
 
+/// The option parser's own words, as its newer versions put them and as older ones do.
+std::string withOlderWords(std::string errors) {
+    const std::string newer = " is required but ";
+    const std::size_t found = errors.find(newer);
+    return found == std::string::npos ? errors
+                                      : errors.replace(found, newer.size(), " is required and ");
+}
+
 TEST_P(MistakeTest, IsToldInOneLineWithTheNextStep) {
     const ToolRun run =
         runTool(GetParam().arguments,
@@ -64,7 +72,7 @@ TEST_P(MistakeTest, IsToldInOneLineWithTheNextStep) {
     if (socket != std::string::npos) {
         told.replace(socket, 6, (directory_.path() / "no.sock").string());
     }
-    EXPECT_EQ(run.errors, "tkppdupdate: " + told + "\n");
+    EXPECT_EQ(withOlderWords(run.errors), "tkppdupdate: " + told + "\n");
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(contentsOfFile(directory_.path() / "office.ppd"), kSmallPPD);
 }
