@@ -207,6 +207,9 @@ class QueueSync::Work::Steps {
             answer = printers_.ask(outcome_.queueName, queue_.deviceURI, *before_);
             outcome_.statusURI = answer.URI;
         }
+        if (isOfAnotherPrinter(answer)) {
+            return end("", answer.failure);
+        }
         std::unique_lock<std::mutex> turnAtPrinter;
         if (questions_) {
             turnAtPrinter = printers_.turnAt(queue_.deviceURI);
@@ -225,6 +228,10 @@ class QueueSync::Work::Steps {
         const auto& more = update_->answersOfAccessories();
         outcome_.answers.insert(outcome_.answers.end(), more.begin(), more.end());
         return true;
+    }
+
+    static bool isOfAnotherPrinter(const QueuePrinterAnswer& answer) {
+        return answer.failure.isOf(queueSyncCause("another-printer"));
     }
 
     /// Whether the queue's own job would not be held up by a question. One that is printing may be
@@ -246,7 +253,8 @@ class QueueSync::Work::Steps {
     }
 
     /// Adds what is installed to the answer. What is asked over PostScript, at the queue's own
-    /// device, comes before what is asked over SNMP.
+    /// device, comes before what is asked over SNMP. Where another printer
+    /// answers, the queue is to stay as it is, whatever else would be answered.
     void askQuestions(QueuePrinterAnswer& answer) {
         if (objectQuestions_) {
             const OrbDictionary parameters = {
@@ -255,7 +263,7 @@ class QueueSync::Work::Steps {
                 printers_.askOverSNMP(outcome_.queueName, queue_.deviceURI, *before_, parameters);
             take("SNMP", optionsAsked(objectQuestions_->questions), asked, answer);
         }
-        if (questions_) {
+        if (questions_ && !isOfAnotherPrinter(answer)) {
             const OrbDictionary parameters = {
                 {std::string(kTkCSPostScriptQuestionsKey), questions_}};
             OrbCSError error;

@@ -85,6 +85,10 @@ class Talk {
         if (question.code.size() > limits_.questionBytes) {
             return "its question has more than " + std::to_string(limits_.questionBytes) + " bytes";
         }
+        const auto name = PostScriptJob::operatorNoQuestionMayName(question.code);
+        if (!name.empty()) {
+            return "its question names \"" + std::string(name) + "\", so that it was not asked";
+        }
         if (isOver()) {
             return reason() + ", so that it was not asked";
         }

@@ -2,6 +2,7 @@
 
 #include <sys/random.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -13,18 +14,22 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789abcdef";
 
+/// What a question has no use for, and would print a page, end the job, leave the printer changed
+/// for those behind it or read what is sent behind the question.
+constexpr auto kOperatorsNoQuestionMayName = std::to_array<std::string_view>(
+    {"showpage", "copypage", "quit", "startjob", "exitserver", "serverdict", "currentfile"});
+
 /// Names end with the first half of the mark (@), so that no question defines the same. They are
 /// bound: a dictionary that a question leaves open may have any word in it.
 ///
-/// A: prints its operand at the start of a line, behind the mark. Q: label and code. W: what a
-/// question has no use for, and would print a page, end the job, leave the printer changed for
-/// those behind it or read what is sent behind the question; it stops the question instead, until
-/// restore.
+/// A: prints its operand at the start of a line, behind the mark. Q: label and code. W: the
+/// operators that no question may name, where `~` stands; one that calls them is stopped by them
+/// instead, until restore.
 constexpr std::string_view kProcedures = R"(userdict begin
 /TkD@ countdictstack 1 sub def
 /TkA@ {(\n#) print (@ ) print print (\n) print flush} bind def
 /TkE@ {$error /newerror get {$error /errorname get 99 string cvs} {(stop)} ifelse} bind def
-/TkW@ [/showpage /copypage /quit /startjob /exitserver /serverdict /currentfile] def
+/TkW@ [~] def
 /TkQ@ {
 userdict exch /TkC@ exch put
 userdict exch /TkL@ exch put
@@ -42,13 +47,18 @@ TkS@ restore
 end
 )";
 
-std::string withMark(std::string_view text, const PostScriptMark& mark) {
+/// The text with what its signs stand for.
+std::string filledIn(std::string_view text, const PostScriptMark& mark) {
     std::string filled;
     for (const char character : text) {
         if (character == '@') {
             filled += mark.first;
         } else if (character == '#') {
             filled += mark.second;
+        } else if (character == '~') {
+            for (const std::string_view name : kOperatorsNoQuestionMayName) {
+                filled += "/" + std::string(name) + " ";
+            }
         } else {
             filled += character;
         }
@@ -90,13 +100,27 @@ PostScriptJob::PostScriptJob(const OrbCSPostScriptQuestions& questions, PostScri
     : questions_(questions), mark_(std::move(mark)) {}
 
 std::string PostScriptJob::beginning() const {
-    return questions_.beginning + "%!PS-Adobe-3.0 Query\n" + withMark(kProcedures, mark_) + "(" +
+    return questions_.beginning + "%!PS-Adobe-3.0 Query\n" + filledIn(kProcedures, mark_) + "(" +
            std::string(kReady) + " end none) TkA" + mark_.first + "\n";
 }
 
 std::string PostScriptJob::question(std::size_t index) const {
     return "(" + label(index) + ") " + hexadecimalString(questions_.questions.at(index).code) +
            " TkQ" + mark_.first + "\n";
+}
+
+std::string_view PostScriptJob::operatorNoQuestionMayName(std::string_view code) {
+    // PostScript Language Reference, third edition, section 3.2: white space and delimiters.
+    constexpr std::string_view kBetweenWords("\0\t\n\f\r ()<>[]{}/%", 16);
+    while (!code.empty()) {
+        const std::string_view word = code.substr(0, code.find_first_of(kBetweenWords));
+        const auto* const found = std::ranges::find(kOperatorsNoQuestionMayName, word);
+        if (found != kOperatorsNoQuestionMayName.end()) {
+            return *found;
+        }
+        code.remove_prefix(std::min(code.size(), word.size() + 1));
+    }
+    return {};
 }
 
 }  // namespace TkPPDUpdating

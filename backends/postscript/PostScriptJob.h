@@ -30,9 +30,11 @@ struct PostScriptMark {
 /// stopped context, and operand and dictionary stacks are cleared behind it. So one that breaks, be
 /// it in the middle of a string or procedure, takes nothing else along, nor can a byte of it be
 /// mistaken for a command of the connection. Operators that print a page, end the job, change the
-/// printer beyond it or read the connection stop a question that calls them by their names. Before
-/// and behind what it prints stands a marker line: the mark, a label and "begin", or "end" and the
-/// name of the PostScript error that ended it, "none" when none did.
+/// printer beyond it or read the connection stop a question that calls them. They could still be
+/// taken out of the dictionary of all operators, so that a question with their names in it is not
+/// to be sent (`operatorNoQuestionMayName`). Before and behind what it prints stands a marker line:
+/// the mark, a label and "begin", or "end" and the name of the PostScript error that ended it,
+/// "none" when none did.
 class PostScriptJob {
   public:
     PostScriptJob(const OrbCSPostScriptQuestions& questions, PostScriptMark mark);
@@ -43,6 +45,10 @@ class PostScriptJob {
 
     /// The question of that index.
     std::string question(std::size_t index) const;
+
+    /// The first of the operators above whose name stands in the code as a word, whatever it is
+    /// there for; empty when none does.
+    static std::string_view operatorNoQuestionMayName(std::string_view code);
 
     /// The label of its marker lines.
     static std::string label(std::size_t index) { return std::to_string(index); }

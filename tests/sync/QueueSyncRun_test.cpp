@@ -3,16 +3,23 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <any>
 #include <atomic>
 #include <chrono>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "backends/ppdmodel/PPDModelCore.h"
+#include "backends/schemes/ReportedDeviceStatus.h"
+#include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/TkCSKeys.h"
+#include "manager/OrbClassTable.h"
 #include "tests/support/FakeScheduler.h"
 #include "tests/support/TestDoubles.h"
 
@@ -189,6 +196,64 @@ TEST_F(QueueSyncRunTest, AQueueBehindWhichAnotherPrinterAnswersStaysAsItIs) {
     EXPECT_EQ(outcome.result, QueueSyncResult::unsupported);
     EXPECT_EQ(outcome.statusURI, "ipp://box.example/ipp/print");
     EXPECT_EQ(scheduler.count("install"), 0);
+}
+
+/// A PPD that is updated by the answer to its question alone.
+const std::string kQuestion =
+    "*Product: \"(Office 20)\"\n*OpenGroup: InstallableOptions/Installable Options\n"
+    "*OpenUI *Option1/Feeder: Boolean\n*DefaultOption1: False\n*Option1 True/Yes: \"\"\n"
+    "*Option1 False/No: \"\"\n*?Option1: \"(True) = flush\"\n*CloseUI: *Option1\n"
+    "*CloseGroup: InstallableOptions\n";
+const std::string kPPDWithQuestion = "*PPD-Adobe: \"4.3\"\n" + kQuestion;
+
+std::shared_ptr<const ReportedDeviceStatus> statusThatTells(std::string_view key,
+                                                            OrbCSStatusValue value,
+                                                            OrbCSPrinterIdentity identity = {}) {
+    return std::make_shared<const ReportedDeviceStatus>(
+        ReportedDeviceStatus::Values{{std::string(key), std::move(value)}},
+        std::vector<std::string>(), OrbCSToldEntries{std::string(key)},
+        std::vector<OrbCSStatusSource>(), std::move(identity));
+}
+
+class QueuesAskedOverPostScript : public QueueSyncRunTest {
+  protected:
+    QueueSyncOutcome sync(const std::string& PPD, std::map<std::string, std::string> places = {},
+                          const std::string& deviceURI = "socket://box.example") {
+        scheduler.add("a", PPD);
+        scheduler.queues["a"].attributes.deviceURI = deviceURI;
+        const auto makeManager = [] {
+            auto manager = std::make_unique<OrbPPDConcreteUpdatingManager>();
+            manager->registerUpdaterClass(OrbClassFromName("OrbPPDInstallableOptionsUpdater"));
+            return manager;
+        };
+        return QueueSync(scheduler, {.makeManager = makeManager,
+                                     .statusURIs = std::move(places),
+                                     .postScriptPrinters = printer})
+            .sync("a");
+    }
+
+    std::shared_ptr<const FakeCommunicationServices> printer =
+        std::make_shared<const FakeCommunicationServices>(
+            statusThatTells(kTkCSInstalledOptionsKey, OrbCSInstalledOptions{{"Option1", "True"}}));
+};
+
+TEST_F(QueuesAskedOverPostScript, AreUpdatedByWhatTheirPrinterAnswers) {
+    EXPECT_EQ(sync(kPPDWithQuestion).result, QueueSyncResult::updated);
+    ASSERT_EQ(printer->requests.size(), 1U);
+    EXPECT_EQ(printer->requests[0].deviceURI, "socket://box.example");
+    EXPECT_THAT(*scheduler.queues["a"].PPD, testing::HasSubstr("\n*DefaultOption1: True\n"));
+}
+
+TEST_F(QueuesAskedOverPostScript, AreAskedNothingWhenAnotherPrinterAnswersAtTheHost) {
+    const std::string object =
+        "*?OIDOption1: \"1.3.6.1.2.1.43.8.2.1.2.1.2\"\n*OIDOption1 True: \"3\"\n";
+    for (const std::string& PPD : {kPPD + kQuestion, kPPDWithQuestion + object}) {
+        const QueueSyncOutcome outcome = sync(PPD);
+        EXPECT_EQ(outcome.cause, &queueSyncCause("another-printer")) << PPD;
+        EXPECT_THAT(outcome.reason, testing::HasSubstr("//box.example"));
+        EXPECT_EQ(scheduler.count("install"), 0) << PPD;
+    }
+    EXPECT_TRUE(printer->requests.empty());
 }
 
 TEST_F(QueueSyncRunTest, RaisesWhatTheObserverRaises) {

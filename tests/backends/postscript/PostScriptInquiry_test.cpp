@@ -10,7 +10,9 @@
 #include <future>
 #include <map>
 #include <regex>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -214,6 +216,17 @@ TEST(PostScriptInquiry, AllQuestionsTogetherHaveOneLimit) {
     EXPECT_EQ(result.status->toldEntries(), OrbCSToldEntries());
 }
 
+TEST(PostScriptInquiry, AQuestionThatNamesWhatNoQuestionNeedsIsNotSent) {
+    OrbCSPostScriptQuestions questions = twoQuestions();
+    questions.questions[0].code = "systemdict /quit get exec";
+    const SocketPrinter printer(
+        PlayedInterpreter({kReady, {"0", answer("0", "Tray500")}, {"1", answer("1", "True")}}));
+    const Result result = ask(printer.URI(), patient(), questions);
+    EXPECT_THAT(result.installed(), ElementsAre(Pair("Option2", "True")));
+    EXPECT_THAT(result.reasons(),
+                ElementsAre("Option1: its question names \"quit\", so that it was not asked"));
+}
+
 TEST(PostScriptInquiry, APrinterThatEndsTheConnectionKeepsWhatItHasAnswered) {
     const SocketPrinter printer([](const SocketTalk& talk) { (void)talk.next(); });
     EXPECT_EQ(ask(printer.URI()).error.cause, Cause::brokenAnswer);
@@ -383,12 +396,21 @@ TEST(PostScriptInquiry, OneQuestionThatBreaksTakesNoOtherAlongInARealInterpreter
 
 TEST(PostScriptInquiry, AQuestionEndsNoJobPrintsNoPageAndReadsNoOtherInARealInterpreter) {
     ASSERT_EQ(PostScriptPrinter::missingPrograms(), "");
-    OrbCSPostScriptQuestions questions{"", "", {}};
-    for (const char* code :
-         {"quit", "(True) = showpage", "copypage", "currentfile closefile",
-          "currentfile 99 string readline pop =", "serverdict begin 0 exitserver",
-          "true () startjob", "errordict /undefined {quit} put nothing", "cleardictstack {1} loop",
-          "(True) = % the end"}) {
+    // Names that it makes: one that has them in it is not sent.
+    const auto made = [](std::string_view name) {
+        std::ostringstream digits;
+        for (const char letter : name) {
+            digits << std::hex << static_cast<int>(letter);
+        }
+        return "<" + digits.str() + "> cvx exec ";
+    };
+    OrbCSPostScriptQuestions questions;
+    for (const std::string& code :
+         {made("quit"), "(True) = " + made("showpage"), made("copypage"),
+          made("currentfile") + "closefile", made("currentfile") + "99 string readline pop =",
+          made("serverdict") + "begin 0 " + made("exitserver"), "true () " + made("startjob"),
+          "errordict /undefined {" + made("quit") + "} put nothing",
+          std::string("cleardictstack {1} loop"), std::string("(True) = % the end")}) {
         const std::string number = std::to_string(questions.questions.size());
         questions.questions.push_back({"Option" + number, code, {"True"}});
     }

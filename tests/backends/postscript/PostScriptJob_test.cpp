@@ -45,6 +45,24 @@ TEST(PostScriptJob, SendsAQuestionAsDigitsWhateverIsInIt) {
     EXPECT_THROW((void)PostScriptJob(questions, kMark).question(1), std::out_of_range);
 }
 
+TEST(PostScriptJob, FindsTheNamesThatNoQuestionMayHave) {
+    for (const char* code : {"quit", "systemdict /quit get exec", "true{quit}if", "(quit) cvx exec",
+                             "/add where{pop}if % quit", "//quit exec", "1[quit]", "<<quit>>",
+                             "a\tquit\rb", "quit%", "\fquit\f"}) {
+        EXPECT_EQ(PostScriptJob::operatorNoQuestionMayName(code), "quit") << code;
+    }
+    for (const char* name :
+         {"showpage", "copypage", "startjob", "exitserver", "serverdict", "currentfile"}) {
+        EXPECT_EQ(PostScriptJob::operatorNoQuestionMayName(std::string("0 ") + name + " quit"),
+                  name);
+    }
+    EXPECT_EQ(PostScriptJob::operatorNoQuestionMayName(std::string("1\0quit\0", 7)), "quit");
+    for (const char* code :
+         {"", "(True) = flush", "quits", "noquit", "qu it", "Quit", "quit.", "{}[]"}) {
+        EXPECT_EQ(PostScriptJob::operatorNoQuestionMayName(code), "") << code;
+    }
+}
+
 TEST(PostScriptJob, MarksAreNeverTheSame) {
     const PostScriptMark one = PostScriptMark::random();
     const PostScriptMark other = PostScriptMark::random();
