@@ -291,8 +291,10 @@ void FaultyRuns::tryFault(const std::string& fault) {
     const RunEnd end = result.exitStatus == 0 ? RunEnd::done
                        : endsAtOnce           ? RunEnd::killed
                                               : RunEnd::failed;
-    std::string complaint = complaintAbout(result, end, filesNow());
-    if (complaint.empty() && end == RunEnd::killed) {
+    const Files after = filesNow();
+    std::string complaint = complaintAbout(result, end, after);
+    // After a run that has changed nothing, the next one is the run without a fault once more.
+    if (complaint.empty() && end == RunEnd::killed && after != command_.files) {
         complaint = complaintAfterKill();
     }
     if (!complaint.empty()) {

@@ -62,7 +62,7 @@ class FaultyRuns {
 
     /// Runs it under a fault (FaultyCalls.cpp says how they are named) and adds a test failure for
     /// everything that is wrong with how it ended, what it told and what it left behind. After a
-    /// kill it is run again, which has to bring everything in order.
+    /// kill in the midst of changes it is run again, which has to bring everything in order.
     void tryFault(const std::string& fault);
 
     /// How many faults were tried.

@@ -150,7 +150,10 @@ TEST_F(PostScriptQueues, AreNotAskedWhileTheyPrint) {
         }
     });
     const PrivateScheduler scheduler;
-    scheduler.addQueue("other", printer.URI(), PPD_);
+    // Before it prints, the scheduler asks for supplies over SNMP, which nobody answers here.
+    scheduler.addQueue(
+        "other", printer.URI(),
+        folder_.write("quick.ppd", std::string(kPPD) + "*cupsSNMPSupplies: False\n"));
     const std::string job = folder_.write("job.ps", "%!PS-Adobe-3.0\nshowpage\n");
     ASSERT_EQ(scheduler.runClient({"lp", "-d", "other", job}).exitStatus, 0);
     for (int tries = 0; tries < 600 && printer.connectionCount() == 0; ++tries) {
