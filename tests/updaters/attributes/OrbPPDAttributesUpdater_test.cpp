@@ -312,6 +312,14 @@ TEST(OrbPPDAttributesUpdater, ValuesThatNoSubclassProvidesAreAnInvalidOperation)
               "OrbPPDAttributesUpdater does not implement attributesFromDeviceWithURI_context");
 }
 
+TEST(OrbPPDAttributesUpdater, OwnsItsAttributesAndNothingElse) {
+    const OrbPPDOwnedLines owned = ThreeAttributesUpdater().ownedLines({}, {});
+    EXPECT_EQ(owned.attributes, (std::vector<std::string>{"ZrA", "ZrB", "ZrC"}));
+    EXPECT_TRUE(owned.defaultsOfOptions.empty());
+    EXPECT_TRUE(owned.choices.empty());
+    EXPECT_FALSE(owned.mayTakeAway || owned.mayAdd);
+}
+
 // Writing one attribute
 
 TEST(OrbPPDAttributesUpdater, TheInsertLocationEndsBehindTheWrittenLine) {

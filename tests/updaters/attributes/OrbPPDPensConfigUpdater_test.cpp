@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "core_interface/TkCSKeys.h"
@@ -124,6 +125,13 @@ TEST(OrbPPDPensConfigUpdater, AValueTooLongForALineLosesTheLine) {
     EXPECT_EQ(textUpdatedFrom(updater, "*ZrPenFamilyIDs: 7\n*Two: 2\n",
                               statusWithPens({{"ZrPenFamilyIDs", std::string(300, '7')}})),
               "*Two: 2\n");
+}
+
+TEST(OrbPPDPensConfigUpdater, ReadsTheValueOfEachOfItsAttributes) {
+    EXPECT_EQ(OrbPPDPensConfigCSLInfoUpdater().statusEntriesRead(),
+              (std::vector<std::string>{"InstalledPensConfiguration.ZrPenDyes",
+                                        "InstalledPensConfiguration.ZrPenDropVolumes",
+                                        "InstalledPensConfiguration.ZrPenEverydayStatus"}));
 }
 
 TEST(OrbPPDPensConfigUpdater, OnlyTheUpdaterWhoseGroupAPPDCarriesApplies) {

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core_interface/OrbCoreInterface.h"
 #include "core_interface/TkCSKeys.h"
+#include "ppd/PPDStatements.h"
 #include "ppd/PPDText.h"
 #include "resources/ResourceFolder.h"
 #include "tests/support/ParsedPPD.h"
@@ -48,6 +51,18 @@ inline std::string textEntry(std::string_view key, std::string_view text) {
 
 inline PPDText textOf(std::string_view text) {
     return makePPDText(std::string(text));
+}
+
+/// The statements of the text that may be taken away or added.
+inline std::vector<std::string> linesThat(const std::function<bool(const PPDStatement&)>& may,
+                                          std::string_view text) {
+    std::vector<std::string> lines;
+    for (const PPDStatement& each : PPDStatementsOfText(text)) {
+        if (may(each)) {
+            lines.emplace_back(each.lines);
+        }
+    }
+    return lines;
 }
 
 /// The text after a run of a fresh updater with what the device says.

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "manager/OrbClassTable.h"
 #include "tests/support/NamedText.h"
@@ -310,6 +311,26 @@ TEST(DeviceCapabilitiesUpdater, AppendsNothingWhenThePropertyListIsAFolder) {
     ResourceFolder::setPath(folder.path().string());
     EXPECT_EQ(OrbPPDDeviceCapabilitiesUpdater().insertingStringForCUPSVersion("2.4"), std::nullopt);
     ResourceFolder::setPath(std::nullopt);
+}
+
+TEST(DeviceCapabilitiesUpdater, OwnsItsAttributesTheLinesOfDuplexAndTheBlockOfTheVersion) {
+    const ResourceScope resources(
+        propertyListOf(textEntry(kBlockKey, "*Block: x\n*CloseUI: *Block\n") +
+                       textEntry("OrbPPDDeviceCapabilitiesUpdater-2.3", "*Older: x\n")));
+    OrbPPDDeviceCapabilitiesUpdater updater;
+    const auto before = PPDStatementsOfText(kUndecided);
+    const OrbPPDOwnedLines owned = updater.ownedLines(before, {});
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(owned.attributes, (Lines{"ZrDeviceCapabilities", "ZrAutoDuplexCapability"}));
+    EXPECT_TRUE(owned.defaultsOfOptions.empty());
+    EXPECT_TRUE(owned.choices.empty());
+    EXPECT_EQ(
+        linesThat(owned.mayTakeAway, kUndecided),
+        (Lines{"*OpenGroup: ZrTwoSidedPrinting/Two-Sided", "*OpenUI *Duplex/Two-Sided: PickOne",
+               "*CloseUI: *Duplex", "*CloseGroup: ZrTwoSidedPrinting",
+               "*UIConstraints: *Duplex DuplexTumble *MediaType Glossy"}));
+    EXPECT_EQ(linesThat(owned.mayAdd, "*Older: x\n*CloseUI: *Block\n*Block: y\n*Block: x\n"),
+              (Lines{"*CloseUI: *Block", "*Block: x"}));
 }
 
 TEST(DeviceCapabilitiesUpdater, AppendsTheBlockAfterALastLineWithoutLineFeed) {

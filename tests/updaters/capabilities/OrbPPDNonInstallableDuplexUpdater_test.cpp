@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "manager/OrbClassTable.h"
 #include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
@@ -263,6 +264,23 @@ TEST(NonInstallableDuplexUpdater, KeepsTheExpressionOnceItIsThere) {
     resources.setPropertyList(propertyListOf(textEntry(kExpressionKey, "second")));
     EXPECT_EQ(updater.duplexSafeRegularExpression(), "first");
     EXPECT_EQ(OrbPPDNonInstallableDuplexUpdater().duplexSafeRegularExpression(), "second");
+}
+
+TEST(NonInstallableDuplexUpdater, OwnsItsAttributeTheLinesOfDuplexAndThePageSizesAndItsBlock) {
+    const ResourceScope resources(dataWithBlockAndExpression());
+    OrbPPDNonInstallableDuplexUpdater updater;
+    const auto before = PPDStatementsOfText(kUndecided);
+    const OrbPPDOwnedLines owned = updater.ownedLines(before, {});
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(owned.attributes, Lines{"ZrNonInstallableDuplex"});
+    EXPECT_EQ(
+        linesThat(owned.mayTakeAway, kUndecided),
+        (Lines{"*OpenGroup: ZrTwoSidedPrinting/Two-Sided", "*OpenUI *Duplex/Two-Sided: PickOne",
+               "*CloseUI: *Duplex", "*CloseGroup: ZrTwoSidedPrinting",
+               "*UIConstraints: *Duplex DuplexTumble *MediaType Glossy",
+               "*PageSize A4.Safe/A4: \"\"",
+               "*UIConstraints: *PageSize A4.Safe *InputSlot Lower"}));
+    EXPECT_EQ(linesThat(owned.mayAdd, "*Block: x\nof the base\n"), Lines{"*Block: x"});
 }
 
 TEST(DuplexSafePageSizes, DropsMatchingLinesOfEveryKind) {

@@ -283,6 +283,14 @@ TEST(DefaultChoiceValues, DoNotNeedATranslationWhereTheTextEditDoes) {
               nullptr);
 }
 
+TEST(DefaultChoiceOwnership, IsOfTheDefaultsOfItsOptionsAndNothingElse) {
+    const OrbPPDOwnedLines owned = TestUpdater({"A", "B"}, {}).ownedLines({}, {});
+    EXPECT_EQ(owned.defaultsOfOptions, (std::vector<std::string>{"A", "B"}));
+    EXPECT_TRUE(owned.attributes.empty());
+    EXPECT_TRUE(owned.choices.empty());
+    EXPECT_FALSE(owned.mayTakeAway || owned.mayAdd);
+}
+
 TEST(DefaultChoiceTest, FindsAChoiceOfTheOption) {
     const auto file = parsedPPD(option("A", ""));
     TestUpdater updater({}, {});

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "manager/OrbClassTable.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
@@ -171,6 +173,25 @@ TEST(OrbPPDInstallableOptionsUpdater, TakesTheDefaultsOfAQueuesPPDEachByItself) 
     EXPECT_EQ(OrbPPDInstallableOptionsUpdater().updatedPPDContentsForContents_PPDFile_context(
                   text, nullptr, nullptr),
               nullptr);
+    EXPECT_EQ(OrbPPDInstallableOptionsUpdater().updatedPPDContentsForContents_PPDFile_context(
+                  nullptr, queue.get(), nullptr),
+              nullptr);
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, FindsAChoiceOfAnOptionOfTheGroupOnly) {
+    const auto PPD = parsedPPD(kPPD);
+    OrbPPDInstallableOptionsUpdater updater;
+    const auto finds = [&](std::string_view choice, std::optional<std::string_view> option,
+                           const OrbPPDFile* PPDFile) {
+        return updater.containsChoiceWithName_forOptionWithName_inPPDFile(choice, option, PPDFile);
+    };
+    EXPECT_TRUE(finds("Tray500", "Option1", PPD.get()));
+    EXPECT_FALSE(finds("Tray250", "Option1", PPD.get()));
+    EXPECT_FALSE(finds("Tray500", "Option3", PPD.get()));
+    EXPECT_FALSE(finds("None", "Duplex", PPD.get()));
+    EXPECT_FALSE(finds("True", "ZrAutoDuplexerInstalled", PPD.get()));
+    EXPECT_FALSE(finds("Tray500", std::nullopt, PPD.get()));
+    EXPECT_FALSE(finds("Tray500", "Option1", nullptr));
 }
 
 TEST(OrbPPDInstallableOptionsUpdater, OwnsTheDefaultsOfItsOptionsOnly) {
@@ -181,6 +202,17 @@ TEST(OrbPPDInstallableOptionsUpdater, OwnsTheDefaultsOfItsOptionsOnly) {
     EXPECT_THAT(owned.attributes, IsEmpty());
     EXPECT_THAT(owned.choices, IsEmpty());
     EXPECT_FALSE(owned.mayAdd || owned.mayTakeAway);
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, OwnsEachOptionOnceAndNoneWithoutAName) {
+    const auto statements = PPDStatementsOfText(
+        "*OpenGroup: InstallableOptions\n*OpenUI: PickOne\n*CloseUI: *\n"
+        "*OpenUI *Option1/Tray 2: PickOne\n*CloseUI: *Option1\n"
+        "*OpenUI *Option1/Tray 2: PickOne\n*CloseUI: *Option1\n"
+        "*CloseGroup: InstallableOptions\n");
+    EXPECT_THAT(
+        OrbPPDInstallableOptionsUpdater().ownedLines(statements, statements).defaultsOfOptions,
+        ElementsAre("Option1"));
 }
 
 TEST(OrbPPDInstallableOptionsUpdater, IsFoundByItsNameAndInNoFreshManager) {

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "tests/updaters/default_choice/DefaultChoiceTestSupport.h"
 
@@ -39,6 +41,13 @@ class CalibrationUpdater : public OrbPPDOneOptionUpdater {
     CalibrationUpdater() : OrbPPDOneOptionUpdater("Calibrated", "LinTable") {}
 };
 
+/// One that reads what the test says.
+class AnyUpdater : public OrbPPDOneOptionUpdater {
+  public:
+    explicit AnyUpdater(std::string_view statusEntry)
+        : OrbPPDOneOptionUpdater("Any", statusEntry) {}
+};
+
 OrbDictionary contextWith(std::string_view key, OrbCSStatusValue value) {
     FakeDeviceStatus::Values values;
     values.emplace(key, std::move(value));
@@ -60,6 +69,14 @@ TEST(OrbPPDOneOptionUpdater, SetsTheOptionToWhetherTheAccessoryIsInstalled) {
               "False");
     EXPECT_EQ(defaultOf(updater, contextWithAccessories({{"Punch", true}})), std::nullopt);
     EXPECT_EQ(defaultOf(updater, contextWithSilentDevice()), std::nullopt);
+}
+
+TEST(OrbPPDOneOptionUpdater, TakesAnEntryWithoutAPartForTheWholeValue) {
+    for (const char* entry : {"DeviceAccessories", "DeviceAccessories."}) {
+        AnyUpdater updater(entry);
+        EXPECT_EQ(updater.statusKeyForOptionWithName("Any"), "DeviceAccessories") << entry;
+        EXPECT_EQ(updater.accessoryNameForOptionWithName("Any"), std::nullopt) << entry;
+    }
 }
 
 TEST(OrbPPDOneOptionUpdater, SetsTheOptionToTheTextOfANumberOrText) {
