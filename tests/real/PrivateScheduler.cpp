@@ -97,7 +97,11 @@ void PrivateScheduler::addQueue(const std::string& name, const std::string& devi
     if (!PPDPath.empty()) {
         arguments.insert(arguments.end() - 1, {"-P", PPDPath});
     }
-    const ProgramResult result = runClient(arguments);
+    ProgramResult result = runClient(arguments);
+    // libcups may write into a connection that a scheduler has just closed.
+    if (result.standardError.find("Broken pipe") != std::string::npos) {
+        result = runClient(arguments);
+    }
     if (result.exitStatus != 0) {
         throw std::runtime_error("lpadmin: " + result.standardError);
     }
