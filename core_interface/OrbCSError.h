@@ -31,6 +31,8 @@ struct OrbCSError {
         notIPP,
         /// What answers is no printer, or stands for several.
         notAPrinter,
+        /// What answers is another printer than the one that is meant.
+        anotherPrinter,
         /// The caller no longer waits.
         cancelled,
     };

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,14 @@ struct TKPPDUPDATING_PUBLIC OrbCSPostScriptQuestions {
     std::string beginning;
     std::string end;                             ///< Out of it.
     std::vector<OrbCSOptionQuestion> questions;  ///< In the order of the PPD.
+
+    /// Judges a printer by the product that it says it is (PostScript Language Reference, third
+    /// edition, section 8.2, `product`), any bytes: nothing when it is to be asked, else one phrase
+    /// that says why not.
+    using Judge = std::function<std::optional<std::string>(const std::string& product)>;
+    /// Called for a printer that says a product, before any question is sent. Null when every
+    /// printer is to be asked.
+    Judge reasonNotToAsk = nullptr;
 };
 
 /// The question of a PPD about one of its installable options that an object of the printer's

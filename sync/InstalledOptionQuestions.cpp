@@ -133,11 +133,12 @@ void takeMeaning(const PPDStatement& line, const InstallableOption& option,
 
 }  // namespace
 
-std::shared_ptr<const OrbCSPostScriptQuestions> postScriptQuestionsOfPPD(const PPDModelFile& PPD,
-                                                                         std::string& reason) {
+std::shared_ptr<const OrbCSPostScriptQuestions> postScriptQuestionsOfPPD(
+    const PPDModelFile& PPD, std::string& reason, OrbCSPostScriptQuestions::Judge reasonNotToAsk) {
     const Statements statements = PPDStatementsOfText(*PPD.text());
     auto questions = std::make_shared<OrbCSPostScriptQuestions>();
     questions->questions = questionsIn(statements);
+    questions->reasonNotToAsk = std::move(reasonNotToAsk);
     if (questions->questions.empty()) {
         reason = "its PPD has no question about what is installed";
         return nullptr;

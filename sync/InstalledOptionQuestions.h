@@ -16,8 +16,11 @@ namespace TkPPDUpdating {
 /// - It is not for a PostScript printer: one of its filters (cupsFilter, cupsFilter2, CUPS PPD
 ///   extensions) takes something else than PostScript, or makes something else of it. A filter
 ///   that hands PostScript on, be it with commands of the printer's around it, is none.
-std::shared_ptr<const OrbCSPostScriptQuestions> postScriptQuestionsOfPPD(const PPDModelFile& PPD,
-                                                                         std::string& reason);
+///
+/// `reasonNotToAsk` goes with them.
+std::shared_ptr<const OrbCSPostScriptQuestions> postScriptQuestionsOfPPD(
+    const PPDModelFile& PPD, std::string& reason,
+    OrbCSPostScriptQuestions::Judge reasonNotToAsk = nullptr);
 
 /// The questions of a PPD that objects of the printer's tables answer over SNMP, about the options
 /// of its group InstallableOptions, in their order; null when it has none:

@@ -183,6 +183,15 @@ OrbCSPrinterIdentity PrinterAgreement::identityOfPPD(const OrbPPDFile& PPDFile) 
     return identity;
 }
 
+bool PrinterAgreement::saysProduct(const OrbPPDFile& PPDFile) {
+    const auto products = PPDFile.attributesForName("Product");
+    return std::ranges::any_of(products, [](const OrbPPDAttribute* product) {
+        const auto value = product->value();
+        return value && value->starts_with('(') && value->ends_with(')') &&
+               !wordsOf(*value).empty();
+    });
+}
+
 bool PrinterAgreement::agree(const OrbCSPrinterIdentity& one, const OrbCSPrinterIdentity& other) {
     const Names some = namesOf(one);
     const Names others = namesOf(other);

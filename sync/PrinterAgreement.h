@@ -29,6 +29,11 @@ class PrinterAgreement {
     /// "ModelName" and "Manufacturer" (PPD specification 4.3, section 5.3; CUPS PPD extensions).
     static OrbCSPrinterIdentity identityOfPPD(const OrbPPDFile& PPDFile);
 
+    /// Whether a PPD says what its printer answers to PostScript's `product`: "Product" is exactly
+    /// that, in parentheses (PPD specification 4.3, section 5.3). One without them, or without a
+    /// letter or digit in them, says nothing.
+    static bool saysProduct(const OrbPPDFile& PPDFile);
+
     /// Whether one of the models of the one is one of the other, and the makers of both, where they
     /// are known, are the same. Never with one that tells no model.
     static bool agree(const OrbCSPrinterIdentity& one, const OrbCSPrinterIdentity& other);

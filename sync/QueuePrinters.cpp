@@ -171,6 +171,25 @@ QueuePrinterAnswer QueuePrinters::askOverSNMP(const std::string& queueName,
     return {std::move(status), place, {}};
 }
 
+OrbCSPostScriptQuestions::Judge QueuePrinters::judgeOfProduct(const std::string& queueName,
+                                                              const std::string& deviceURI,
+                                                              const OrbPPDFile& PPD) const {
+    if (isNamed(queueName) || !PrinterAgreement::saysProduct(PPD)) {
+        return nullptr;
+    }
+    return [ofPPD = PrinterAgreement::identityOfPPD(PPD), queueName,
+            deviceURI](const std::string& product) -> std::optional<std::string> {
+        const OrbCSPrinterIdentity answer{{}, {product}, {}};
+        const auto reason = PrinterAgreement::shownModel(answer).empty()
+                                ? std::nullopt
+                                : reasonNotToBelieve(answer, ofPPD, deviceURI);
+        return reason
+                   ? std::optional(*reason + "; if it is the right one, say so with --status-uri " +
+                                   queueName + "=" + deviceURI)
+                   : std::nullopt;
+    };
+}
+
 const std::string& QueuePrinters::placeOfQueue(const std::string& queueName,
                                                const std::string& deviceURI) const {
     const auto named = options_.statusURIs.find(queueName);

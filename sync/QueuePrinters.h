@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core_interface/OrbCSDeviceStatus.h"
+#include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/OrbDictionary.h"
 #include "core_interface/OrbPPDFile.h"
 #include "core_interface/TkCommunicationServices.h"
@@ -59,6 +60,11 @@ class QueuePrinters {
     const std::string& placeOfQueue(const std::string& queueName,
                                     const std::string& deviceURI) const;
 
+    /// Whether the user has named it, so that it is believed.
+    bool isNamed(const std::string& queueName) const {
+        return options_.statusURIs.contains(queueName);
+    }
+
     /// Waits until no other queue has the turn at the place where a device URI leads, and takes it:
     /// most printers have one connection for jobs. It must not outlive this object.
     std::unique_lock<std::mutex> turnAt(const std::string& deviceURI) const;
@@ -67,6 +73,14 @@ class QueuePrinters {
     /// and believed as above. The reason of a failure is one phrase.
     QueuePrinterAnswer askOverSNMP(const std::string& queueName, const std::string& deviceURI,
                                    const OrbPPDFile& PPD, const OrbDictionary& parameters) const;
+
+    /// Judges the printer at the device URI of a queue by the product that it says it is
+    /// (`OrbCSPostScriptQuestions::reasonNotToAsk`): it has to be the one of the PPD
+    /// (`PrinterAgreement`), as far as it says which it is. Null where the user names the place,
+    /// and for a PPD that does not say its product.
+    OrbCSPostScriptQuestions::Judge judgeOfProduct(const std::string& queueName,
+                                                   const std::string& deviceURI,
+                                                   const OrbPPDFile& PPD) const;
 
     /// Where the printer behind a device URI answers SNMP; empty when nobody can know. A port other
     /// than the printer's own may lead to another printer.

@@ -171,11 +171,12 @@ class QueueSync::Work::Steps {
         if (!update_->readsInstalledOptions()) {
             return;
         }
-        const std::string& place = printers_.placeOfQueue(outcome_.queueName, queue_.deviceURI);
+        const std::string& place = placeOfPrinter();
         std::string reason;
-        if (options_.postScriptPrinters && place == queue_.deviceURI &&
-            DeviceStatusSchemes::schemeOfURI(place) == "socket") {
-            questions_ = postScriptQuestionsOfPPD(*before_, reason);
+        if (options_.postScriptPrinters && DeviceStatusSchemes::schemeOfURI(place) == "socket") {
+            questions_ = postScriptQuestionsOfPPD(
+                *before_, reason,
+                printers_.judgeOfProduct(outcome_.queueName, queue_.deviceURI, *before_));
         }
         if (!QueuePrinters::SNMPPlace(place).empty()) {
             objectQuestions_ = SNMPQuestionsOfPPD(*before_);
@@ -186,8 +187,12 @@ class QueueSync::Work::Steps {
         }
     }
 
-    /// Whether the printer is asked more than the questions of the PPD.
+    /// Whether the printer is asked more than the questions of the PPD. Where the user names a
+    /// place that takes these, there is nothing else to be asked.
     bool isStatusWanted() const {
+        if (questions_ && printers_.isNamed(outcome_.queueName)) {
+            return false;
+        }
         const bool hasQuestions = questions_ || objectQuestions_;
         return update_->needsOtherStatus() || !hasQuestions ||
                (!questions_ && update_->followsAccessories());
@@ -212,7 +217,7 @@ class QueueSync::Work::Steps {
         }
         std::unique_lock<std::mutex> turnAtPrinter;
         if (questions_) {
-            turnAtPrinter = printers_.turnAt(queue_.deviceURI);
+            turnAtPrinter = printers_.turnAt(placeOfPrinter());
             if (!goesOn() || !isIdle()) {
                 return false;
             }
@@ -252,9 +257,9 @@ class QueueSync::Work::Steps {
         return true;
     }
 
-    /// Adds what is installed to the answer. What is asked over PostScript, at the queue's own
-    /// device, comes before what is asked over SNMP. Where another printer
-    /// answers, the queue is to stay as it is, whatever else would be answered.
+    /// Adds what is installed to the answer. What is asked over PostScript, where the jobs go
+    /// unless the user names another place, comes before what is asked over SNMP. Where another
+    /// printer answers, the queue is to stay as it is, whatever else is answered.
     void askQuestions(QueuePrinterAnswer& answer) {
         if (objectQuestions_) {
             const OrbDictionary parameters = {
@@ -264,15 +269,31 @@ class QueueSync::Work::Steps {
             take("SNMP", optionsAsked(objectQuestions_->questions), asked, answer);
         }
         if (questions_ && !isOfAnotherPrinter(answer)) {
-            const OrbDictionary parameters = {
-                {std::string(kTkCSPostScriptQuestionsKey), questions_}};
-            OrbCSError error;
-            QueuePrinterAnswer asked;
-            asked.status = options_.postScriptPrinters->deviceStatusWithURI_parameters_error(
-                queue_.deviceURI, &parameters, &error);
-            asked.failure = {&queueSyncCauseForError(error.cause), error.reason};
-            take("PostScript", optionsAsked(questions_->questions), asked, answer);
+            const QueuePrinterAnswer asked = answerOverPostScript();
+            if (asked.status && printers_.isNamed(outcome_.queueName)) {
+                outcome_.statusURI = asked.URI;
+            }
+            if (isOfAnotherPrinter(asked)) {
+                answer = asked;
+            } else {
+                take("PostScript", optionsAsked(questions_->questions), asked, answer);
+            }
         }
+    }
+
+    const std::string& placeOfPrinter() const {
+        return printers_.placeOfQueue(outcome_.queueName, queue_.deviceURI);
+    }
+
+    QueuePrinterAnswer answerOverPostScript() const {
+        const OrbDictionary parameters = {{std::string(kTkCSPostScriptQuestionsKey), questions_}};
+        OrbCSError error;
+        auto status = options_.postScriptPrinters->deviceStatusWithURI_parameters_error(
+            placeOfPrinter(), &parameters, &error);
+        const bool isSilent = !status;
+        return {std::move(status), placeOfPrinter(),
+                isSilent ? QueueFailure{&queueSyncCauseForError(error.cause), error.reason}
+                         : QueueFailure()};
     }
 
     template <typename Questions>

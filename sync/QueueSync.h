@@ -53,9 +53,9 @@ class QueueSync {
         /// name. What is answered there is believed.
         std::map<std::string, std::string> statusURIs = {};
         /// Who asks PostScript printers the questions of their queues' PPDs, at the device URIs of
-        /// these queues (`kTkCSPostScriptQuestionsKey`). Null for nobody: it is for whoever knows
-        /// that no other printer stands behind a "socket" URI, which would print the code. A queue
-        /// that is printing is not asked before it has stopped.
+        /// these queues or at the places in `statusURIs` (`kTkCSPostScriptQuestionsKey`). Null for
+        /// nobody: it is for whoever knows that no other printer stands behind a "socket" URI,
+        /// which would print the code. A queue that is printing is not asked before it has stopped.
         std::shared_ptr<const TkCommunicationServices> postScriptPrinters = nullptr;
         /// How many printers are asked at once, at least 1. While they are waited for, the threads
         /// that have no turn talk to the scheduler.

@@ -26,6 +26,8 @@ const QueueSyncCause& queueSyncCauseForError(OrbCSError::Cause cause) {
             return queueSyncCause("not-ipp");
         case OrbCSError::Cause::notAPrinter:
             return queueSyncCause("not-a-printer");
+        case OrbCSError::Cause::anotherPrinter:
+            return queueSyncCause("another-printer");
         case OrbCSError::Cause::cancelled:
             return queueSyncCause("interrupted");
         case OrbCSError::Cause::unknown:

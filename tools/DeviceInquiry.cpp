@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "backends/schemes/DeviceStatusSchemes.h"
-#include "backends/schemes/NetworkPlace.h"
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/OrbCSOptionQuestions.h"
 #include "core_interface/TkCSKeys.h"
@@ -73,10 +72,8 @@ void DeviceInquiry::refuseMistake(const Backends& backends) const {
         refuseMistakenDeviceURI(backends, deviceURI_);
         return;
     }
-    const auto place = NetworkPlace::placeOfURI(deviceURI_);
-    if (!place || place->scheme != "socket" || place->hasUserInfo) {
-        throw Failure(ExitStatus::noResult, Diagnostics::nameOfDevice(deviceURI_),
-                      "--ask-postscript asks a PostScript printer; write socket://HOST");
+    if (const auto phrase = phraseForMistakenSocketURI(deviceURI_)) {
+        throw Failure(ExitStatus::noResult, Diagnostics::nameOfDevice(deviceURI_), *phrase);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "backends/recorded/RecordedDeviceStatus.h"
+#include "backends/schemes/NetworkPlace.h"
 #include "text/ASCII.h"
 #include "text/FileURL.h"
 #include "tools/Diagnostics.h"
@@ -137,6 +138,14 @@ std::optional<std::string> phraseForMistakenDeviceURI(const Backends& backends,
     return error ? std::optional(error->reason + "; write " +
                                  instead(Diagnostics::withoutUserInfo(deviceURI), *error))
                  : phraseForMisspeltMember(backends, deviceURI);
+}
+
+std::optional<std::string> phraseForMistakenSocketURI(const std::string& deviceURI) {
+    const auto place = NetworkPlace::placeOfURI(deviceURI);
+    return place && place->scheme == "socket" && !place->hasUserInfo
+               ? std::nullopt
+               : std::optional<std::string>(
+                     "--ask-postscript asks a PostScript printer; write socket://HOST");
 }
 
 void refuseMistakenDeviceURI(const Backends& backends, const std::string& deviceURI) {

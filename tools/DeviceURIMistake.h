@@ -12,6 +12,9 @@ namespace TkPPDUpdating {
 std::optional<std::string> phraseForMistakenDeviceURI(const Backends& backends,
                                                       const std::string& deviceURI);
 
+/// The same for a printer that is asked over PostScript.
+std::optional<std::string> phraseForMistakenSocketURI(const std::string& deviceURI);
+
 /// Ends the command, with a `Failure` of exit status 1 that says what to write instead, when the
 /// device URI that a user gave is a mistake (`Backends::mistakeInDeviceURI`): whoever mistypes a
 /// URI has no silent printer. No printer is asked.

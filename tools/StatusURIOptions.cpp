@@ -85,7 +85,7 @@ std::optional<StatusURIOptions::Pair> StatusURIOptions::pairIn(std::string_view 
     return pair;
 }
 
-void StatusURIOptions::addPairsOfFile(const Backends& backends,
+void StatusURIOptions::addPairsOfFile(const Complaint& complaintAbout,
                                       std::map<std::string, std::string>& URIs) const {
     std::string reason;
     const PPDText text = PPDTextWithContentsOfFile(*file_, &reason, kLargestFile);
@@ -105,7 +105,7 @@ void StatusURIOptions::addPairsOfFile(const Backends& backends,
         if (!pair) {
             throw failureInLine(*file_, number, reason);
         }
-        if (const auto mistake = phraseForMistakenDeviceURI(backends, pair->URI)) {
+        if (const auto mistake = complaintAbout(pair->URI)) {
             throw failureInLine(*file_, number,
                                 Diagnostics::nameOfDevice(pair->URI) + ": " + *mistake);
         }
@@ -119,19 +119,27 @@ void StatusURIOptions::addPairsOfFile(const Backends& backends,
     }
 }
 
-std::map<std::string, std::string> StatusURIOptions::URIs(const Backends& backends) const {
+std::map<std::string, std::string> StatusURIOptions::URIs(const Backends& backends,
+                                                          bool asksPostScript) const {
+    const auto complaintAbout = [&](const std::string& URI) {
+        return asksPostScript && DeviceStatusSchemes::schemeOfURI(URI) == "socket"
+                   ? phraseForMistakenSocketURI(URI)
+                   : phraseForMistakenDeviceURI(backends, URI);
+    };
     std::map<std::string, std::string> URIs;
     std::string reason;
     for (const std::string& argument : arguments_) {
         auto pair = pairIn(argument, reason);  // It was checked when it was parsed.
-        refuseMistakenDeviceURI(backends, pair->URI);
+        if (const auto complaint = complaintAbout(pair->URI)) {
+            throw Failure(ExitStatus::noResult, Diagnostics::nameOfDevice(pair->URI), *complaint);
+        }
         if (!URIs.emplace(pair->queueName, std::move(pair->URI)).second) {
             throw Failure(ExitStatus::usage, std::nullopt,
                           "--status-uri names the queue \"" + pair->queueName + "\" twice");
         }
     }
     if (file_) {
-        addPairsOfFile(backends, URIs);
+        addPairsOfFile(complaintAbout, URIs);
     }
     return URIs;
 }

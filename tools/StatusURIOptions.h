@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -17,9 +18,10 @@ class StatusURIOptions {
   public:
     void addTo(CLI::App& subcommand);
 
-    /// The device URIs by queue name. For a queue that both name, the command line counts. Raises a
-    /// `Failure` about the file and line, or the argument, that is wrong; no printer is asked.
-    std::map<std::string, std::string> URIs(const Backends& backends) const;
+    /// The device URIs by queue name. For a queue that both name, the command line counts. "socket"
+    /// URIs are for printers that may be asked over PostScript. Raises a `Failure` about the file
+    /// and line, or the argument, that is wrong; no printer is asked.
+    std::map<std::string, std::string> URIs(const Backends& backends, bool asksPostScript) const;
 
     /// Warns of queues that were named on the command line and are not among those of the run: they
     /// may be mistyped. The file may be for all queues of a server.
@@ -35,7 +37,10 @@ class StatusURIOptions {
     static std::optional<Pair> pairIn(std::string_view text, std::string& reason);
 
   private:
-    void addPairsOfFile(const Backends& backends, std::map<std::string, std::string>& URIs) const;
+    using Complaint = std::function<std::optional<std::string>(const std::string& deviceURI)>;
+
+    void addPairsOfFile(const Complaint& complaintAbout,
+                        std::map<std::string, std::string>& URIs) const;
 
     std::vector<std::string> arguments_;
     std::optional<std::string> file_;

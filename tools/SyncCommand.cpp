@@ -146,7 +146,7 @@ ExitStatus SyncCommand::run() {
     }
     updaters_.takeClasses(backends_.addedUpdaterClasses());
     UpdaterSelection::refuseUnwritableUpdateTime();
-    auto statusURIs = statusURIOptions_.URIs(backends_);
+    auto statusURIs = statusURIOptions_.URIs(backends_, asksPostScript_);
     const InterruptionWatch watch(timeLimit_ ? std::optional(std::chrono::seconds(*timeLimit_))
                                              : std::nullopt);
     SystemLog::open();

@@ -49,6 +49,21 @@ class Talk {
         return answer.has_value();
     }
 
+    /// False when it says that it is another printer. One that says nothing may be the right one.
+    bool isToBeAsked(OrbCSError& error) {
+        if (!questions_.reasonNotToAsk) {
+            return true;
+        }
+        const auto answer = ask(job_.productQuestion(), PostScriptJob::kProduct);
+        auto reason = answer && answer->isWhole && !answer->text.empty()
+                          ? questions_.reasonNotToAsk(answer->text)
+                          : std::nullopt;
+        if (reason) {
+            error = {Cause::anotherPrinter, *std::move(reason)};
+        }
+        return !reason;
+    }
+
     void askAll() {
         for (std::size_t index = 0; index < questions_.questions.size(); ++index) {
             const OrbCSOptionQuestion& question = questions_.questions[index];
@@ -173,12 +188,12 @@ std::shared_ptr<const ReportedDeviceStatus> PostScriptInquiry::statusOfPrinter(
             continue;
         }
         Talk talk(limits_, questions_, connection, deadline);
-        const bool isReady = talk.begin(error);
-        if (isReady) {
+        const bool isRight = talk.begin(error) && talk.isToBeAsked(error);
+        if (isRight) {
             talk.askAll();
         }
         talk.finish();
-        if (!isReady) {
+        if (!isRight) {
             return nullptr;
         }
         if (talk.isCancelled()) {

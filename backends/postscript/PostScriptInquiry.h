@@ -14,7 +14,8 @@ namespace TkPPDUpdating {
 /// Asks one printer the questions of its PPD, all of them over one connection.
 ///
 /// A printer that says nothing at first, because it is printing, is no PostScript printer or does
-/// not talk back, is left alone: no question is sent.
+/// not talk back, is left alone, and so is one that says that it is another printer: no question is
+/// sent.
 class PostScriptInquiry {
   public:
     PostScriptInquiry(const PostScriptLimits& limits, const OrbCSPostScriptQuestions& questions)

@@ -19,6 +19,11 @@ constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr auto kOperatorsNoQuestionMayName = std::to_array<std::string_view>(
     {"showpage", "copypage", "quit", "startjob", "exitserver", "serverdict", "currentfile"});
 
+/// As a rule it stands among all operators, in level 1 with what belongs to the printer.
+constexpr std::string_view kProductCode =
+    "/product where {/product get exec} {statusdict /product get exec} ifelse "
+    "dup type /stringtype eq {print flush} if";
+
 /// Names end with the first half of the mark (@), so that no question defines the same. They are
 /// bound: a dictionary that a question leaves open may have any word in it.
 ///
@@ -104,9 +109,16 @@ std::string PostScriptJob::beginning() const {
            std::string(kReady) + " end none) TkA" + mark_.first + "\n";
 }
 
+std::string PostScriptJob::productQuestion() const {
+    return asked(kProduct, kProductCode);
+}
+
 std::string PostScriptJob::question(std::size_t index) const {
-    return "(" + label(index) + ") " + hexadecimalString(questions_.questions.at(index).code) +
-           " TkQ" + mark_.first + "\n";
+    return asked(label(index), questions_.questions.at(index).code);
+}
+
+std::string PostScriptJob::asked(std::string_view label, std::string_view code) const {
+    return "(" + std::string(label) + ") " + hexadecimalString(code) + " TkQ" + mark_.first + "\n";
 }
 
 std::string_view PostScriptJob::operatorNoQuestionMayName(std::string_view code) {

@@ -43,6 +43,11 @@ class PostScriptJob {
     std::string beginning() const;
     static constexpr std::string_view kReady = "ready";
 
+    /// Asks for the name of the product. Goes before the questions, if at all; the label of its
+    /// marker lines is `kProduct`.
+    std::string productQuestion() const;
+    static constexpr std::string_view kProduct = "product";
+
     /// The question of that index.
     std::string question(std::size_t index) const;
 
@@ -57,6 +62,9 @@ class PostScriptJob {
     std::string end() const { return questions_.end; }
 
   private:
+    /// The code as it is sent, with a label for its marker lines.
+    std::string asked(std::string_view label, std::string_view code) const;
+
     const OrbCSPostScriptQuestions& questions_;
     PostScriptMark mark_;
 };

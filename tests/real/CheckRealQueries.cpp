@@ -1,6 +1,6 @@
 // Sends the questions of PPDs to Ghostscript, all of a PPD as one job, in their order and reversed;
 // run by scripts/check-real-queries. Fails when one is not answered, or otherwise in the other
-// order.
+// order, is not to be sent at all, or when a PPD's own product is taken for another printer's.
 //
 //   check_real_queries PPD...
 //   check_real_queries --queue PPD     syncs a queue of a scheduler of its own with that PPD
@@ -10,12 +10,14 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "backends/postscript/PostScriptAnswers.h"
 #include "backends/postscript/PostScriptJob.h"
 #include "backends/ppdmodel/PPDModelFile.h"
 #include "sync/InstalledOptionQuestions.h"
+#include "sync/QueuePrinters.h"
 #include "tests/real/PrivateScheduler.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/SocketPrinter.h"
@@ -33,7 +35,14 @@ struct Counts {
     int others = 0;
     int notAnswered = 0;
     int differences = 0;
+    int notToBeSent = 0;
+    int withoutProduct = 0;
+    int strangers = 0;
 };
+
+std::string withoutParentheses(std::string_view product) {
+    return product.size() < 2 ? "" : std::string(product.substr(1, product.size() - 2));
+}
 
 /// What came of each question, by its option: a choice, or why there is none.
 using Answers = std::map<std::string, std::string>;
@@ -88,6 +97,22 @@ void count(const std::string& answer, Counts& counts) {
     }
 }
 
+/// Whether a printer that says that it is the PPD's own product is asked its questions.
+void checkProducts(const std::string& path, const PPDModelFile& PPD, Counts& counts) {
+    const auto judge = QueuePrinters({}).judgeOfProduct("real", "socket://printer", PPD);
+    if (!judge) {
+        ++counts.withoutProduct;
+        return;
+    }
+    for (const OrbPPDAttribute* attribute : PPD.attributesForName("Product")) {
+        const auto reason = judge(withoutParentheses(attribute->value().value_or("")));
+        if (reason) {
+            ++counts.strangers;
+            std::printf("%s: %s\n", path.c_str(), reason->c_str());
+        }
+    }
+}
+
 void check(const std::string& path, Counts& counts) {
     std::string reason;
     const auto PPD = PPDModelFile::fileWithContentsOfFile(path, &reason);
@@ -95,6 +120,11 @@ void check(const std::string& path, Counts& counts) {
     if (!found) {
         return;
     }
+    checkProducts(path, *PPD, counts);
+    counts.notToBeSent += static_cast<int>(
+        std::ranges::count_if(found->questions, [](const OrbCSOptionQuestion& question) {
+            return !PostScriptJob::operatorNoQuestionMayName(question.code).empty();
+        }));
     OrbCSPostScriptQuestions questions{"", "", found->questions};
     const Answers& answers = answersTo(questions);
     std::reverse(questions.questions.begin(), questions.questions.end());
@@ -115,7 +145,16 @@ void check(const std::string& path, Counts& counts) {
 /// nothing unless the user wants it.
 bool checkQueue(const std::string& path) {
     using namespace Testing;
-    const PostScriptPrinter printer("", 2);
+    std::string reason;
+    const auto PPD = PPDModelFile::fileWithContentsOfFile(path, &reason);
+    const auto products =
+        PPD ? PPD->attributesForName("Product") : std::vector<const OrbPPDAttribute*>();
+    if (products.empty()) {
+        return false;
+    }
+    // What the PPD says in parentheses is a string of PostScript's.
+    const PostScriptPrinter printer(
+        "/product " + std::string(products.front()->value().value_or("()")) + " def", 2);
     const PrivateScheduler scheduler;
     scheduler.addQueue("real", printer.URI(), path);
     const auto sync = [&scheduler](std::vector<std::string> more) {
@@ -145,8 +184,12 @@ int main(int argc, char** argv) {
     }
     std::printf(
         "%d PPDs, %d questions: %d choices, %d not known, %d errors, %d none of the choices, %d "
-        "not answered; %d differ in the other order\n",
+        "not answered; %d differ in the other order; %d are not sent; %d PPDs say no product, %d "
+        "products are taken for another printer's\n",
         counts.PPDs, counts.questions, counts.choices, counts.notKnown, counts.errors,
-        counts.others, counts.notAnswered, counts.differences);
-    return counts.questions > 0 && counts.notAnswered == 0 && counts.differences == 0 ? 0 : 1;
+        counts.others, counts.notAnswered, counts.differences, counts.notToBeSent,
+        counts.withoutProduct, counts.strangers);
+    const int wrong =
+        counts.notAnswered + counts.differences + counts.notToBeSent + counts.strangers;
+    return counts.questions > 0 && wrong == 0 ? 0 : 1;
 }

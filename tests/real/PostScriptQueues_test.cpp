@@ -64,8 +64,9 @@ constexpr const char* kPPD =
     "*DefaultImageableArea: A4\n*ImageableArea A4/A4: \"0 0 595 842\"\n"
     "*DefaultPaperDimension: A4\n*PaperDimension A4/A4: \"595 842\"\n";
 
-/// A page device with two trays.
-constexpr const char* kTwoTrays =
+/// The product of that PPD, and a page device with two trays.
+const std::string kProduct = "/product (Other 5) def\n";
+const std::string kTwoTrays =
     "<< /InputAttributes 80 dict begin 2 1 79 {null def} for\n"
     "0 << /PageSize [595 842] >> def 1 << /PageSize [595 842] >> def currentdict end >> "
     "setpagedevice";
@@ -95,7 +96,7 @@ class PostScriptQueues : public testing::Test {
 };
 
 TEST_F(PostScriptQueues, GetWhatTheirPrinterAnswersAndStayInStepThen) {
-    const PostScriptPrinter printer(kTwoTrays, 2);
+    const PostScriptPrinter printer(kProduct + kTwoTrays, 2);
     const PrivateScheduler scheduler;
     scheduler.addQueue("other", printer.URI(), PPD_);
     const ProgramResult run = sync(scheduler, {"other", "--ask-postscript"});
@@ -116,6 +117,40 @@ TEST_F(PostScriptQueues, GetWhatTheirPrinterAnswersAndStayInStepThen) {
                 HasSubstr("other: unchanged\n"));
     EXPECT_EQ(contentsOfFile(scheduler.PPDPath("other")), installed);
     EXPECT_EQ(printer.connectionCount(), 2);
+}
+
+TEST_F(PostScriptQueues, OfAnotherPrinterStayAsTheyAreUnlessTheUserBelievesIt) {
+    const PostScriptPrinter printer(kTwoTrays, 2);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("other", printer.URI(), PPD_);
+    const std::string before = contentsOfFile(scheduler.PPDPath("other"));
+    const ProgramResult run = sync(scheduler, {"other", "--ask-postscript"});
+    EXPECT_EQ(run.exitStatus, 4) << run.standardError;
+    EXPECT_THAT(
+        run.standardOutput,
+        HasSubstr(
+            "other: unsupported: at " + printer.URI() +
+            " answers \"GPL Ghostscript\", and its PPD is for \"Other 5\"; if it is the right "
+            "one, say so with --status-uri other=" +
+            printer.URI() + "\n"));
+    EXPECT_EQ(contentsOfFile(scheduler.PPDPath("other")), before);
+    EXPECT_THAT(printer.received(), Not(HasSubstr("(0) <")));
+    const ProgramResult believed =
+        sync(scheduler, {"other", "--ask-postscript", "--status-uri", "other=" + printer.URI()});
+    EXPECT_EQ(believed.exitStatus, 0) << believed.standardError;
+    EXPECT_THAT(believed.standardOutput, HasSubstr("  Lower Tray: Not Installed -> 500 Sheets\n"));
+    EXPECT_THAT(believed.standardOutput, Not(HasSubstr("status from")));
+}
+
+TEST_F(PostScriptQueues, AreAskedWhereTheUserSaysWhateverTheirDeviceURI) {
+    const PostScriptPrinter printer(kTwoTrays);
+    const PrivateScheduler scheduler;
+    scheduler.addQueue("other", "lpd://127.0.0.1:1/q", PPD_);
+    const ProgramResult run =
+        sync(scheduler, {"other", "--ask-postscript", "--status-uri", "other=" + printer.URI()});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardOutput << run.standardError;
+    EXPECT_THAT(run.standardOutput, HasSubstr("  Lower Tray: Not Installed -> 500 Sheets\n"));
+    EXPECT_THAT(run.standardOutput, HasSubstr("  status from " + printer.URI() + "\n"));
 }
 
 TEST_F(PostScriptQueues, AreSentNothingUnlessTheUserWantsIt) {

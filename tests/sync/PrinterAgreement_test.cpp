@@ -136,5 +136,18 @@ TEST(PrinterAgreement, ComparesAHostileNumberOfNamesInNoTime) {
     EXPECT_LE(PPD.models.size() + PPD.makers.size(), 200U);
 }
 
+TEST(PrinterAgreement, AProductOfAPPDStandsInParentheses) {
+    for (const char* lines :
+         {"*Product: \"(Office 20)\"\n", "*Product: \"()\"\n*Product: \"(A)\"\n",
+          "*Product: \"(Office \\(20\\))\"\n"}) {
+        EXPECT_TRUE(PrinterAgreement::saysProduct(*parsedPPD(lines))) << lines;
+    }
+    for (const char* lines : {"", "*Product: \"Office 20\"\n", "*Product: \"(Office 20\"\n",
+                              "*Product: \"\"\n", "*Product: \"()\"\n", "*Product: \"( - )\"\n",
+                              "*Product:\n", "*ModelName: \"(Office 20)\"\n"}) {
+        EXPECT_FALSE(PrinterAgreement::saysProduct(*parsedPPD(lines))) << lines;
+    }
+}
+
 }  // namespace
 }  // namespace TkPPDUpdating::Testing

@@ -221,6 +221,34 @@ TEST_F(QueuePrintersTest, ANamedPlaceIsBelievedWhoeverAnswersAndTheQueuesOwnIsNo
               &queueSyncCause("refused"));
 }
 
+TEST_F(QueuePrintersTest, AProductHasToBeThatOfThePPDAsFarAsItIsOne) {
+    const auto file = parsedPPD(
+        "*Manufacturer: \"Zr\"\n*ModelName: \"Zr Office 20 PS\"\n"
+        "*Product: \"(Office 20)\"\n*Product: \"(Office 20d)\"\n");
+    const auto judge = QueuePrinters({}).judgeOfProduct("office", "socket://host:9101", *file);
+    ASSERT_TRUE(judge);
+    for (const char* product :
+         {"Office 20", "Office 20d", "Zr Office 20", "zr office-20d", "", "()", "\t", "-- --"}) {
+        EXPECT_EQ(judge(product).value_or(""), "") << product;
+    }
+    EXPECT_EQ(
+        judge("GPL Ghostscript"),
+        "at socket://host:9101 answers \"GPL Ghostscript\", and its PPD is for \"Zr Office 20 "
+        "PS\"; if it is the right one, say so with --status-uri office=socket://host:9101");
+    for (const char* product : {"Office 200", "Office 2", "Other Office 20", "\xFF\xFE", "20"}) {
+        EXPECT_TRUE(judge(product)) << product;
+    }
+    EXPECT_LT(judge(std::string(16'384, 'x'))->size(), 300U);
+}
+
+TEST_F(QueuePrintersTest, NoProductIsAskedForWhereTheUserNamesThePlaceOrThePPDSaysNone) {
+    const auto file = parsedPPD("*Product: \"(Office 20)\"\n");
+    const QueuePrinters named({.statusURIs = {{"office", "socket://host"}}});
+    EXPECT_FALSE(named.judgeOfProduct("office", "socket://host", *file));
+    EXPECT_TRUE(named.judgeOfProduct("lab", "socket://host", *file));
+    EXPECT_FALSE(QueuePrinters({}).judgeOfProduct("office", "socket://host", *PPD));
+}
+
 TEST_F(QueuePrintersTest, APrinterAtItsOwnDeviceURIIsBelievedAndHasTheUsualTime) {
     answer("ipp://host/2", nullptr);
     const auto found = ask("ipp://host/2");

@@ -62,7 +62,7 @@ TEST(QueueSyncCauses, HaveNamesOfTheirOwnAndGoWithResultsThatNeedOne) {
 
 TEST(QueueSyncCauses, TellAPrinterThatCannotBeAskedFromOneThatIsSilent) {
     using Cause = OrbCSError::Cause;
-    for (const Cause cause : {Cause::malformedURI, Cause::noBackend}) {
+    for (const Cause cause : {Cause::malformedURI, Cause::noBackend, Cause::anotherPrinter}) {
         EXPECT_EQ(queueSyncCauseForError(cause).result, QueueSyncResult::unsupported);
     }
     for (const Cause cause :

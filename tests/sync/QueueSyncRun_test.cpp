@@ -256,6 +256,44 @@ TEST_F(QueuesAskedOverPostScript, AreAskedNothingWhenAnotherPrinterAnswersAtTheH
     EXPECT_TRUE(printer->requests.empty());
 }
 
+TEST_F(QueuesAskedOverPostScript, StayAsTheyAreWhenThePrinterSaysThatItIsAnother) {
+    printer = std::make_shared<const FakeCommunicationServices>(
+        OrbCSError{OrbCSError::Cause::anotherPrinter, "it is the lab's"});
+    OrbCoreInterface::setCommunicationServices(std::make_shared<const FakeCommunicationServices>(
+        statusThatTells(kTkCSDeviceAccessoriesKey, OrbCSDeviceAccessories{{"Tray2", true}},
+                        {.deviceIDs = {}, .models = {"Office 20"}, .makers = {}})));
+    for (const std::string& PPD : {kPPDWithQuestion, kPPD + kQuestion}) {
+        const QueueSyncOutcome outcome = sync(PPD);
+        EXPECT_EQ(outcome.cause, &queueSyncCause("another-printer")) << PPD;
+        EXPECT_EQ(outcome.reason, "it is the lab's");
+        EXPECT_TRUE(outcome.answers.empty());
+        EXPECT_EQ(scheduler.count("install"), 0) << PPD;
+    }
+    EXPECT_EQ(printer->requests.size(), 2U);
+}
+
+TEST_F(QueuesAskedOverPostScript, AreAskedWhichPrinterTheyAreUnlessTheUserNamesThePlace) {
+    const auto isJudged = [this] {
+        const auto& questions = std::any_cast<std::shared_ptr<const OrbCSPostScriptQuestions>>(
+            printer->requests.back().parameters->find(kTkCSPostScriptQuestionsKey)->second);
+        return questions->reasonNotToAsk && questions->reasonNotToAsk("Lab 3") &&
+               !questions->reasonNotToAsk("Office 20");
+    };
+    (void)sync(kPPDWithQuestion);
+    EXPECT_TRUE(isJudged());
+    for (const std::string deviceURI : {"socket://box.example", "usb://Zr/Office"}) {
+        // What answers at its host is not asked, and not believed without.
+        const QueueSyncOutcome outcome =
+            sync(kPPD + kQuestion, {{"a", "socket://box.example"}}, deviceURI);
+        EXPECT_EQ(outcome.result, QueueSyncResult::updated) << outcome.reason;
+        EXPECT_EQ(outcome.statusURI, "socket://box.example");
+        EXPECT_EQ(printer->requests.back().deviceURI, "socket://box.example");
+        EXPECT_FALSE(isJudged());
+    }
+    EXPECT_THAT(*scheduler.queues["a"].PPD,
+                testing::HasSubstr("\n*DefaultZrLowerTrayInstalled: False\n"));
+}
+
 TEST_F(QueueSyncRunTest, RaisesWhatTheObserverRaises) {
     scheduler.add("a", kPPD);
     observer.finished = [](const QueueSyncOutcome&) { throw std::runtime_error("full disk"); };

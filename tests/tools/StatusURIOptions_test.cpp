@@ -79,6 +79,22 @@ TEST(StatusURIOptionsTest, AMistakenURIEndsTheRunWithWhatToWriteInstead) {
               "\"socket\"; write ipp://host/ipp/print\n");
 }
 
+TEST(StatusURIOptionsTest, ASocketIsForWhoeverAsksOverPostScript) {
+    const TemporaryDirectory directory;
+    for (const std::string URI : {"socket:", "socket://host:0", "socket://me@host"}) {
+        const ToolRun run = sync({"--ask-postscript", "--status-uri", "office=" + URI}, directory);
+        EXPECT_EQ(run.exitStatus, 1) << URI;
+        EXPECT_NE(run.errors.find("write socket://HOST"), std::string::npos) << run.errors;
+        directory.write("places", "\noffice=" + URI + "\n");
+        const ToolRun file = sync({"--ask-postscript", "--status-uris", "places"}, directory);
+        EXPECT_NE(file.errors.find("places: line 2: "), std::string::npos) << file.errors;
+        EXPECT_NE(file.errors.find("write socket://HOST"), std::string::npos) << file.errors;
+    }
+    const ToolRun fine = sync(
+        {"--dry-run", "--ask-postscript", "--status-uri", "office=socket://host:9100"}, directory);
+    EXPECT_EQ(fine.errors.find("socket"), std::string::npos) << fine.errors;
+}
+
 TEST(StatusURIOptionsTest, AWrongLineOfAFileIsNamedByFileAndLine) {
     const TemporaryDirectory directory;
     const std::vector<std::pair<std::string, std::string>> wrong = {

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <future>
 #include <map>
+#include <optional>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -57,7 +58,8 @@ class PlayedInterpreter {
             if (mark.empty() && std::regex_search(text, found, kMark)) {
                 mark = found.str(1) + found.str(2);
             }
-            static const std::regex kCall(R"(\((ready|[0-9]+)[^()]*\)[^()]*TkA?Q?[0-9a-f]+\n)");
+            static const std::regex kCall(
+                R"(\((ready|product|[0-9]+)[^()]*\)[^()]*TkA?Q?[0-9a-f]+\n)");
             while (std::regex_search(text, found, kCall)) {
                 const auto answer = answers_.find(found.str(1));
                 text = found.suffix();
@@ -214,6 +216,55 @@ TEST(PostScriptInquiry, AllQuestionsTogetherHaveOneLimit) {
     ASSERT_THAT(result.reasons(), SizeIs(200)) << result.error.reason;
     EXPECT_THAT(result.reasons().back(), HasSubstr("so that it was not asked"));
     EXPECT_EQ(result.status->toldEntries(), OrbCSToldEntries());
+}
+
+/// The same for a PPD of the product "Office 20".
+OrbCSPostScriptQuestions questionsOfOffice() {
+    OrbCSPostScriptQuestions questions = twoQuestions();
+    questions.reasonNotToAsk = [](const std::string& product) {
+        return product == "Office 20" ? std::nullopt : std::optional("it is " + product);
+    };
+    return questions;
+}
+
+TEST(PostScriptInquiry, AnotherProductIsSentNoQuestion) {
+    const SocketPrinter printer(PlayedInterpreter({kReady,
+                                                   {"product", answer("product", " Lab 3\r\n")},
+                                                   {"0", answer("0", "Tray500")},
+                                                   {"1", answer("1", "True")}}));
+    const Result result = ask(printer.URI(), patient(), questionsOfOffice());
+    EXPECT_EQ(result.status, nullptr);
+    EXPECT_EQ(result.error.cause, Cause::anotherPrinter);
+    EXPECT_EQ(result.error.reason, "it is Lab 3");
+    EXPECT_THAT(ask(printer.URI()).installed(), SizeIs(2)) << "nobody wants to know the product";
+}
+
+TEST(PostScriptInquiry, ThePPDsProductAndOneThatSaysNothingAreAsked) {
+    for (const std::string& said :
+         {answer("product", "Office 20"), answer("product", "%%[ status: idle ]%%\nOffice 20"),
+          answer("product", ""), std::string("\n# product begin\nLab 3\n# product end undefined\n"),
+          answer("0", "Lab 3")}) {
+        const SocketPrinter printer(PlayedInterpreter({kReady,
+                                                       {"product", said},
+                                                       {"0", answer("0", "Tray500")},
+                                                       {"1", answer("1", "True")}}));
+        const PostScriptLimits limits{.questionTime = seconds(3), .time = seconds(60)};
+        const Result result = ask(printer.URI(), limits, questionsOfOffice());
+        EXPECT_THAT(result.installed(),
+                    ElementsAre(Pair("Option1", "Tray500"), Pair("Option2", "True")))
+            << said << result.error.reason;
+    }
+}
+
+TEST(PostScriptInquiry, AProductWithoutEndIsNoAnswer) {
+    const SocketPrinter printer(
+        PlayedInterpreter({kReady, {"product", answer("product", std::string(10'000'000, 'x'))}}));
+    const Result result = ask(printer.URI(), patient(), questionsOfOffice());
+    EXPECT_THAT(result.installed(), IsEmpty());
+    EXPECT_THAT(result.reasons(), ElementsAre("Option1: the printer answers more than 16384 bytes, "
+                                              "so that it was not asked",
+                                              "Option2: the printer answers more than 16384 bytes, "
+                                              "so that it was not asked"));
 }
 
 TEST(PostScriptInquiry, AQuestionThatNamesWhatNoQuestionNeedsIsNotSent) {
@@ -423,6 +474,26 @@ TEST(PostScriptInquiry, AQuestionEndsNoJobPrintsNoPageAndReadsNoOtherInARealInte
         EXPECT_THAT(result.reasons(),
                     testing::Contains("Option" + option +
                                       ": the question ends in an error of the printer's (stop)"));
+    }
+}
+
+TEST(PostScriptInquiry, SaysWhichProductItIsInARealInterpreter) {
+    ASSERT_EQ(PostScriptPrinter::missingPrograms(), "");
+    OrbCSPostScriptQuestions questions = questionsOfOffice();
+    questions.questions.push_back({"Last", "(True) =", {"True"}});
+    const PostScriptPrinter stranger("");
+    EXPECT_EQ(ask(stranger.URI(), patient(), questions).error.reason, "it is GPL Ghostscript");
+    EXPECT_THAT(stranger.received(), testing::Not(HasSubstr("(0) <")));
+    for (const char* setup : {"/product (Office 20) def", "/product {(Office) pop (Office 20)} def",
+                              // Level 1 has it in another dictionary.
+                              "statusdict /product (Office 20) put /where {pop false} def",
+                              // No product at all.
+                              "/product 20 def", "/product {stop} def",
+                              "/where {pop false} def /statusdict null def"}) {
+        const PostScriptPrinter printer(setup);
+        EXPECT_THAT(ask(printer.URI(), patient(), questions).installed(),
+                    ElementsAre(Pair("Last", "True")))
+            << setup;
     }
 }
 

@@ -45,6 +45,13 @@ TEST(PostScriptJob, SendsAQuestionAsDigitsWhateverIsInIt) {
     EXPECT_THROW((void)PostScriptJob(questions, kMark).question(1), std::out_of_range);
 }
 
+TEST(PostScriptJob, AsksForTheProductAsForAnythingElse) {
+    const OrbCSPostScriptQuestions questions;
+    const std::string text = PostScriptJob(questions, kMark).productQuestion();
+    EXPECT_TRUE(text.starts_with("(product) <")) << text;
+    EXPECT_EQ(text.find_first_not_of("0123456789abcdef<>() TkQproduct\n"), std::string::npos);
+}
+
 TEST(PostScriptJob, FindsTheNamesThatNoQuestionMayHave) {
     for (const char* code : {"quit", "systemdict /quit get exec", "true{quit}if", "(quit) cvx exec",
                              "/add where{pop}if % quit", "//quit exec", "1[quit]", "<<quit>>",
