@@ -246,6 +246,24 @@ TEST(CustomMediaOwnership, AQualifierThatIsEmptyNamesNothing) {
     EXPECT_THAT(takenAway(block.text()), Not(Contains(block.profile)));
 }
 
+TEST(CustomMediaOwnership, OnlyTheLanguagesOfThePPDMakeTranslations) {
+    Block block;
+    block.translation = "*it.MediaType custom1/Lucido: \"\"";
+    block.end = "*ZrTail: \"it\"\n";
+    EXPECT_THAT(added(block.text()), Not(Contains(block.translation)));
+    EXPECT_THAT(takenAway(block.text()), Not(Contains(block.translation)));
+}
+
+TEST(CustomMediaOwnership, OnlyALineOfAProfileNamesItsQualifier) {
+    Block block;
+    block.profile = "*ZrProfile ..q1/gloss: \"/profiles/gloss.icc\"";
+    EXPECT_THAT(takenAway(block.text()), Not(Contains(block.qualifier)));
+    block.profile = "*cupsICCProfile RGB..q1/gloss: \"/profiles/gloss.icc\"";
+    block.qualifier = "*ZrICCProfileId2 x/gloss: \"\"";
+    block.properties = "*ZrChoiceProperties MediaType.custom1: \"ZrICCProfileId2=x;\"";
+    EXPECT_THAT(takenAway(block.text()), Not(Contains(block.qualifier)));
+}
+
 TEST(CustomMediaOwnership, AnEmptyNameInACategoryNamesNothing) {
     Block block;
     block.choice = "*MediaType /Nameless: \"\"";
