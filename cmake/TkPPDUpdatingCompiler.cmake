@@ -25,6 +25,8 @@ function(tkppdupdating_compiler_settings target)
     if(TKPPDUPDATING_SANITIZERS)
         target_compile_options(${target} PRIVATE
             -fsanitize=${TKPPDUPDATING_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        # What a sanitizer does not see: an empty optional or view that is read.
+        target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
         target_link_options(${target} PUBLIC -fsanitize=${TKPPDUPDATING_SANITIZERS})
     endif()
     if(TKPPDUPDATING_COVERAGE)

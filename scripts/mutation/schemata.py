@@ -57,7 +57,7 @@ MOST_MUTANTS = 1 << 20
 
 # How a mutated source is compiled. What is undefined ends the program, as it does where the tests run with sanitizers:
 # else the compiler may take for granted that no mutant does it, and leave the mutant out.
-BUILD = ["-O1", "-w", "-Wno-c++11-narrowing", "-fsanitize=undefined", "-fno-sanitize=vptr",
+BUILD = ["-O1", "-D_GLIBCXX_ASSERTIONS", "-w", "-Wno-c++11-narrowing", "-fsanitize=undefined", "-fno-sanitize=vptr",
          "-fsanitize-trap=undefined", "-fno-delete-null-pointer-checks"]
 
 
