@@ -78,20 +78,24 @@ std::vector<std::string> blocks() {
     return texts;
 }
 
-/// A text split at line feeds; lines within one value, between its quotes, are one.
+/// A text split at line feeds; lines within one value, between its quotes, are one. As libcups
+/// reads them, quotes count behind the colon, and not in a comment.
 Lines statementsOf(std::string_view text) {
     Lines lines;
     bool isOpen = false;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end);
+        std::string_view quoted = line;
         if (isOpen) {
             lines.back().append("\n").append(line);
         } else {
             lines.emplace_back(line);
+            const bool isComment = line.starts_with("*%");
+            quoted.remove_prefix(isComment ? line.size() : std::min(line.find(':'), line.size()));
         }
-        const bool isOdd = std::count(line.begin(), line.end(), '"') % 2 == 1;
-        isOpen = isOpen != (isOdd && (isOpen || line.starts_with('*')));
+        const bool isOdd = std::count(quoted.begin(), quoted.end(), '"') % 2 == 1;
+        isOpen = isOpen != isOdd;
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;

@@ -92,7 +92,22 @@ TEST(UpdateInvariants, SeeForeignCodeBehindAChoice) {
                 Contains(HasSubstr("choice MediaType Plain")));
 }
 
+TEST(UpdateInvariants, TakeAQuoteForTheBeginningOfAValueOnlyBehindAColonAndOutsideOfComments) {
+    const std::string head = "*PPD-Adobe: \"4.3\"\n";
+    for (const std::string line : {"*ZrPenDyes\"\n", "*ZrPen\"Dyes: 1\n", "*% : \"\n"}) {
+        UpdateInvariants invariants(head + line + "*Tail: \"1\"\n");
+        EXPECT_THAT(invariants.findingsInLines(head + line + "\n*Tail: \"1\"\n"), IsEmpty());
+        EXPECT_THAT(invariants.findingsInLines(head + line + "*New: 1\n*Tail: \"1\"\n"),
+                    Contains("a line that is new or another: *New: 1"));
+    }
+    UpdateInvariants invariants(head + "*Tail: \"1\n\"\n");
+    EXPECT_THAT(invariants.findingsInLines(head + "*Tail: \"1\n\n\"\n"),
+                Contains("a line is lost: *Tail: \"1\n\""));
+}
+
 TEST(UpdateInvariants, SeeATextThatLibcupsDoesNotOpen) {
+    EXPECT_THAT(UpdateInvariants(kBefore).findingsIn(std::string("\n") + kBefore),
+                Contains(HasSubstr("libcups does not open it any more")));
     EXPECT_THAT(findingsAfter({{"*CloseUI: *MediaType\n", ""}}),
                 Contains(HasSubstr("a line is lost: *CloseUI")));
     EXPECT_THAT(findingsAfter({{"C,M,Y,K", "C,M\xC3"}}), Contains(HasSubstr("UTF-8")));

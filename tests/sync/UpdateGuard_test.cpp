@@ -507,6 +507,20 @@ TEST(UpdateGuard, AnEmptyResultIsRefused) {
               "it would lose a line of PPD-Adobe");
 }
 
+TEST(UpdateGuard, AResultThatBeginsWithAnEmptyLineIsRefused) {
+    for (const std::string line : {"\n", "\r\n", " \t\n"}) {
+        EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, line + kBefore, instancesOf(allNames())),
+                  "it would begin with an empty line");
+        EXPECT_EQ(UpdateGuard::reasonNotToWrite(line + kBefore, kBefore, instancesOf(allNames())),
+                  std::nullopt);
+        EXPECT_EQ(
+            UpdateGuard::reasonNotToWrite(line + kBefore, "\n" + line + kBefore, instancesOf({})),
+            std::nullopt);
+    }
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, std::string(kBefore) + "\n", instancesOf({})),
+              std::nullopt);
+}
+
 TEST(UpdateGuard, TheReasonHoldsNoTextThatCannotBeShown) {
     const auto reason = UpdateGuard::reasonNotToWrite(
         kBefore, std::string(kBefore) + "*\x1B[2J: 1\n", instancesOf(allNames()));
