@@ -1,5 +1,7 @@
 #include "sync/UpdateGuard.h"
 
+#include <cstddef>
+
 #include "ppd/PPDStatements.h"
 #include "sync/OwnedLines.h"
 #include "sync/StatementComparison.h"
@@ -13,6 +15,34 @@ bool beginsWithStatement(std::string_view text, const std::vector<PPDStatement>&
     return !statements.empty() && statements.front().lines.data() == text.data();
 }
 
+/// How many groups open where another one is open.
+std::size_t groupsInGroups(const std::vector<PPDStatement>& statements) {
+    std::size_t count = 0;
+    bool isOpen = false;
+    for (const PPDStatement& statement : statements) {
+        if (statement.keyword == "OpenGroup") {
+            count += isOpen ? 1 : 0;
+            isOpen = true;
+        } else if (statement.keyword == "CloseGroup") {
+            isOpen = false;
+        }
+    }
+    return count;
+}
+
+/// Why libcups would not open the text any more, which its statements alone do not tell.
+std::optional<std::string> reasonOfStructure(std::string_view before, std::string_view after,
+                                             const std::vector<PPDStatement>& had,
+                                             const std::vector<PPDStatement>& has) {
+    // The first line has to be "*PPD-Adobe".
+    if (!has.empty() && beginsWithStatement(before, had) && !beginsWithStatement(after, has)) {
+        return "it would begin with an empty line";
+    }
+    return groupsInGroups(has) > groupsInGroups(had)
+               ? std::optional<std::string>("a group would open where another one is open")
+               : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::string> UpdateGuard::reasonNotToWrite(
@@ -23,14 +53,13 @@ std::optional<std::string> UpdateGuard::reasonNotToWrite(
     }
     const auto had = PPDStatementsOfText(before);
     const auto has = PPDStatementsOfText(after);
-    // libcups opens no PPD whose first line is not its "*PPD-Adobe".
-    if (!has.empty() && beginsWithStatement(before, had) && !beginsWithStatement(after, has)) {
-        return "it would begin with an empty line";
-    }
     const OwnedLines owned(updaters, had, has);
     StatementComparison comparison(had, has, owned);
-    const auto reason = comparison.reasonNotToMatch();
-    return reason ? reason : comparison.reasonOfChoicesAndDefaults();
+    auto reason = comparison.reasonNotToMatch();
+    if (!reason) {
+        reason = comparison.reasonOfChoicesAndDefaults();
+    }
+    return reason ? reason : reasonOfStructure(before, after, had, has);
 }
 
 }  // namespace TkPPDUpdating

@@ -379,18 +379,19 @@ INSTANTIATE_TEST_SUITE_P(
                "it would get a new line of ZrChoiceProperties MediaType.custom1"}),
     nameOfChange);
 
+const std::string kInstallableBlock =
+    "\n*OpenGroup: InstallableOptions/Installable Options\n"
+    "*OpenUI *ZrAutoDuplexerInstalled/Automatic Duplexer: Boolean\n"
+    "*DefaultZrAutoDuplexerInstalled: False\n"
+    "*ZrAutoDuplexerInstalled False/Not Installed: \"\"\n"
+    "*ZrAutoDuplexerInstalled True/Installed: \"\"\n"
+    "*CloseUI: *ZrAutoDuplexerInstalled\n"
+    "*CloseGroup: InstallableOptions\n"
+    "*UIConstraints: *Duplex *ZrAutoDuplexerInstalled False\n";
+
 TEST(UpdateGuard, AnInstallableBlockMayComeWithTheUpdaterThatHasIt) {
     const auto instance = instancesOf({"OrbPPDNonInstallableDuplexUpdater"});
-    const std::string block =
-        "\n*OpenGroup: InstallableOptions/Installable Options\n"
-        "*OpenUI *ZrAutoDuplexerInstalled/Automatic Duplexer: Boolean\n"
-        "*DefaultZrAutoDuplexerInstalled: False\n"
-        "*ZrAutoDuplexerInstalled False/Not Installed: \"\"\n"
-        "*ZrAutoDuplexerInstalled True/Installed: \"\"\n"
-        "*CloseUI: *ZrAutoDuplexerInstalled\n"
-        "*CloseGroup: InstallableOptions\n"
-        "*UIConstraints: *Duplex *ZrAutoDuplexerInstalled False\n";
-    const std::string after = kBefore + block;
+    const std::string after = kBefore + kInstallableBlock;
     EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, after, instance), std::nullopt);
     EXPECT_EQ(
         UpdateGuard::reasonNotToWrite(kBefore, after, instancesOf({"OrbPPDCustomMediaUpdater"})),
@@ -400,8 +401,22 @@ TEST(UpdateGuard, AnInstallableBlockMayComeWithTheUpdaterThatHasIt) {
             kBefore, edited(after, {{"Installed: \"\"\n*CloseUI", "Installed: \"x\"\n*CloseUI"}}),
             instance),
         "it would get a new line of ZrAutoDuplexerInstalled True");
-    EXPECT_EQ(UpdateGuard::reasonNotToWrite(after, after + block, instance),
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(after, after + kInstallableBlock, instance),
               "OpenUI *ZrAutoDuplexerInstalled would be there twice");
+}
+
+TEST(UpdateGuard, NoGroupMayOpenInsideOfAnother) {
+    const auto instance = instancesOf({"OrbPPDNonInstallableDuplexUpdater"});
+    const std::string open = std::string(kBefore) + "*OpenGroup: Other/Other\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(open, open + kInstallableBlock, instance),
+              "a group would open where another one is open");
+    const std::string closed = open + "*CloseGroup: Other\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(closed, closed + kInstallableBlock, instance),
+              std::nullopt);
+    // One that the driver has inside of another is no reason.
+    const std::string inside = open + "*OpenGroup: Inner\n*CloseGroup: Inner\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(inside, inside + kInstallableBlock, instance),
+              std::nullopt);
 }
 
 TEST(UpdateGuard, WhatAnUpdaterThatDidNotRunOwnsIsNotToChange) {
