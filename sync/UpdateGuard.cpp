@@ -10,9 +10,11 @@ namespace TkPPDUpdating {
 
 namespace {
 
-/// Whether the text begins with a statement, and not with a blank line.
-bool beginsWithStatement(std::string_view text, const std::vector<PPDStatement>& statements) {
-    return !statements.empty() && statements.front().lines.data() == text.data();
+/// Whether the text begins with this statement, and not with a blank line or another one.
+bool beginsWith(const PPDStatement& first, std::string_view text,
+                const std::vector<PPDStatement>& statements) {
+    return !statements.empty() && statements.front().lines.data() == text.data() &&
+           statements.front().lines == first.lines;
 }
 
 /// How many groups open where another one is open.
@@ -34,9 +36,11 @@ std::size_t groupsInGroups(const std::vector<PPDStatement>& statements) {
 std::optional<std::string> reasonOfStructure(std::string_view before, std::string_view after,
                                              const std::vector<PPDStatement>& had,
                                              const std::vector<PPDStatement>& has) {
-    // The first line has to be "*PPD-Adobe".
-    if (!has.empty() && beginsWithStatement(before, had) && !beginsWithStatement(after, has)) {
-        return "it would begin with an empty line";
+    // It has to be "*PPD-Adobe".
+    const bool keepsBeginning =
+        had.empty() || !beginsWith(had.front(), before, had) || beginsWith(had.front(), after, has);
+    if (!keepsBeginning) {
+        return "another line would stand before its first one";
     }
     return groupsInGroups(has) > groupsInGroups(had)
                ? std::optional<std::string>("a group would open where another one is open")

@@ -10,11 +10,20 @@
 // The PPD functions are deprecated in libcups 2 and gone in 3; they are what is asked about here.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-// libcups 2.4 keeps a few bytes of some PPDs that it refuses to open. Asked for by LeakSanitizer,
-// where there is one.
-extern "C" const char* __lsan_default_suppressions();   // NOLINT(bugprone-reserved-identifier)
-extern "C" const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
+// What sanitizers are told, where there are any. libcups 2.4 keeps a few bytes of some PPDs that it
+// refuses to open; and of a constraint with one word it gives what was in the memory before, which
+// has to be the same for each of two readings that are compared.
+extern "C" {
+const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+const char* __asan_default_options();       // NOLINT(bugprone-reserved-identifier)
+
+const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
     return "leak:_ppdOpen\n";
+}
+
+const char* __asan_default_options() {  // NOLINT(bugprone-reserved-identifier)
+    return "malloc_fill_byte=0:max_malloc_fill_size=1000000";
+}
 }
 
 namespace TkPPDUpdating::Testing {

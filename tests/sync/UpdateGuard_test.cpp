@@ -407,16 +407,19 @@ TEST(UpdateGuard, AnInstallableBlockMayComeWithTheUpdaterThatHasIt) {
 
 TEST(UpdateGuard, NoGroupMayOpenInsideOfAnother) {
     const auto instance = instancesOf({"OrbPPDNonInstallableDuplexUpdater"});
+    const std::string group = edited(
+        kInstallableBlock, {{"*UIConstraints: *Duplex *ZrAutoDuplexerInstalled False\n", ""}});
     const std::string open = std::string(kBefore) + "*OpenGroup: Other/Other\n";
-    EXPECT_EQ(UpdateGuard::reasonNotToWrite(open, open + kInstallableBlock, instance),
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(open, open + group, instance),
               "a group would open where another one is open");
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(open, open + kInstallableBlock, instance),
+              "it would get a new line of UIConstraints");
     const std::string closed = open + "*CloseGroup: Other\n";
     EXPECT_EQ(UpdateGuard::reasonNotToWrite(closed, closed + kInstallableBlock, instance),
               std::nullopt);
     // One that the driver has inside of another is no reason.
     const std::string inside = open + "*OpenGroup: Inner\n*CloseGroup: Inner\n";
-    EXPECT_EQ(UpdateGuard::reasonNotToWrite(inside, inside + kInstallableBlock, instance),
-              std::nullopt);
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(inside, inside + group, instance), std::nullopt);
 }
 
 TEST(UpdateGuard, WhatAnUpdaterThatDidNotRunOwnsIsNotToChange) {
@@ -522,16 +525,20 @@ TEST(UpdateGuard, AnEmptyResultIsRefused) {
               "it would lose a line of PPD-Adobe");
 }
 
-TEST(UpdateGuard, AResultThatBeginsWithAnEmptyLineIsRefused) {
+TEST(UpdateGuard, AResultThatBeginsWithAnotherLineIsRefused) {
     for (const std::string line : {"\n", "\r\n", " \t\n"}) {
         EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, line + kBefore, instancesOf(allNames())),
-                  "it would begin with an empty line");
+                  "another line would stand before its first one");
         EXPECT_EQ(UpdateGuard::reasonNotToWrite(line + kBefore, kBefore, instancesOf(allNames())),
                   std::nullopt);
         EXPECT_EQ(
             UpdateGuard::reasonNotToWrite(line + kBefore, "\n" + line + kBefore, instancesOf({})),
             std::nullopt);
     }
+    const std::string owned = "*ZrMaxSupportedResolution: 600\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, owned + edited(kBefore, {{owned, ""}}),
+                                            instancesOf(allNames())),
+              "another line would stand before its first one");
     EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, std::string(kBefore) + "\n", instancesOf({})),
               std::nullopt);
 }

@@ -1,6 +1,7 @@
 #include "updaters/capabilities/DuplexOwnership.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <set>
@@ -51,17 +52,24 @@ bool hasWord(std::string_view text, std::string_view word) {
     return false;
 }
 
+/// The lines of a statement, and the option and the group that it stands in.
+using PlacedLines = std::array<std::string_view, 3>;
+
+PlacedLines placedLines(const PPDStatement& statement) {
+    return {statement.lines, statement.option, statement.group};
+}
+
 /// A block's lines, which its statements are views of.
 struct Block {
     std::string text;
-    std::set<std::string_view> statements;
+    std::set<PlacedLines> statements;
 };
 
 std::unique_ptr<const Block> blockOfText(std::string text) {
     auto block = std::make_unique<Block>();
     block->text = std::move(text);
     for (const PPDStatement& statement : PPDStatementsOfText(block->text)) {
-        block->statements.insert(statement.lines);
+        block->statements.insert(placedLines(statement));
     }
     return block;
 }
@@ -97,7 +105,7 @@ std::function<bool(const PPDStatement&)> statementsOfBlock(
         if (!*made) {
             *made = blockOfText(makeText().value_or(std::string()));
         }
-        return (*made)->statements.contains(statement.lines);
+        return (*made)->statements.contains(placedLines(statement));
     };
 }
 

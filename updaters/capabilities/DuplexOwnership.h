@@ -19,7 +19,8 @@ std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDS
 std::function<bool(const PPDStatement&)> statementsThatMatch(
     const std::optional<std::string>& expression);
 
-/// Whether a statement is one of a block of PPD text. `block` is asked for when the first statement
+/// Whether a statement is one of a block of PPD text, in the same option and group: libcups takes a
+/// choice that stands elsewhere for an attribute. `block` is asked for when the first statement
 /// is.
 std::function<bool(const PPDStatement&)> statementsOfBlock(
     std::function<std::optional<std::string>()> block);

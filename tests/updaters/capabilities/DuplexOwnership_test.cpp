@@ -108,13 +108,32 @@ TEST(DuplexOwnership, TheStatementsOfABlockBelongToItAndNothingElse) {
         "*DefaultUnit: True\n*CloseUI: *Unit\n*CloseGroup: InstallableOptions\n");
     const auto block = [] {
         return std::optional<std::string>(
-            "\n*OpenGroup: InstallableOptions/Options\n*DefaultUnit: False\n*CloseUI: *Unit\n");
+            "\n*OpenGroup: InstallableOptions/Options\n*OpenUI *Unit/Unit: Boolean\n"
+            "*DefaultUnit: False\n*CloseUI: *Unit\n");
     };
     EXPECT_THAT(linesThat(statementsOfBlock(block), statements),
-                ElementsAre("*OpenGroup: InstallableOptions/Options", "*CloseUI: *Unit"));
+                ElementsAre("*OpenGroup: InstallableOptions/Options", "*OpenUI *Unit/Unit: Boolean",
+                            "*CloseUI: *Unit"));
     EXPECT_THAT(
         linesThat(statementsOfBlock([] { return std::optional<std::string>(); }), statements),
         IsEmpty());
+}
+
+TEST(DuplexOwnership, AStatementOfABlockBelongsToItInTheSameOptionAndGroupOnly) {
+    const auto block = [] {
+        return std::optional<std::string>(
+            "*OpenGroup: Options\n*OpenUI *Unit: Boolean\n*Unit True: \"\"\n*CloseUI: *Unit\n"
+            "*CloseGroup: Options\n*UIConstraints: *Duplex *Unit\n");
+    };
+    const auto belonging = [&](const std::string& text) {
+        return linesThat(statementsOfBlock(block), PPDStatementsOfText(text));
+    };
+    EXPECT_THAT(belonging("*Unit True: \"\"\n*UIConstraints: *Duplex *Unit\n"),
+                ElementsAre("*UIConstraints: *Duplex *Unit"));
+    EXPECT_THAT(belonging("*OpenUI *Unit: Boolean\n*Unit True: \"\"\n*CloseUI: *Unit\n"),
+                IsEmpty());
+    EXPECT_THAT(belonging("*OpenGroup: Options\n*OpenUI *Other: Boolean\n*Unit True: \"\"\n"),
+                ElementsAre("*OpenGroup: Options"));
 }
 
 TEST(DuplexOwnership, ABlockIsAskedForOnceAndNotBeforeItIsNeeded) {
