@@ -56,7 +56,8 @@ bool isComplete(const OrbCustomMediaTypes& types) {
 void requireReadBack(const PPDText& written, const OrbCustomMediaTypes& types) {
     const auto parsed = PPDModelFile::fileWithText(written);
     require(parsed != nullptr, "the result is a PPD");
-    if (!isComplete(types)) {
+    // Without the option (what opens it may be no statement) there is no choice to be read.
+    if (!isComplete(types) || !parsed->optionForName("MediaType")) {
         return;
     }
     OrbPPDCustomMediaUpdater updater;

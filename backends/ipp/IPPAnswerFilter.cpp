@@ -238,6 +238,7 @@ class Value {
             fail("is a member outside of a collection");
         } else if (record.tag == kEndCollection) {
             fail(reasonValueIsMalformed(record.tag, record.value));
+            endMember();
             --depth_;
         } else if (record.tag == kMemberName) {
             takeMemberName(record.value);
@@ -290,11 +291,17 @@ class Value {
             !std::ranges::all_of(name, isCharacterOfName)) {
             fail("has a member with a bad name");
         }
+        endMember();
         if (depth_ <= IPPAnswerFilter::kDeepestCollection) {
-            if (memberSyntax_[depth_] == kNamedMember) {
-                fail("has a member without a value");
-            }
             memberSyntax_[depth_] = kNamedMember;
+        }
+    }
+
+    /// At the next name, and at the end of the collection.
+    void endMember() {
+        if (depth_ <= IPPAnswerFilter::kDeepestCollection &&
+            memberSyntax_[depth_] == kNamedMember) {
+            fail("has a member without a value");
         }
     }
 

@@ -133,6 +133,29 @@ TEST(IPPAnswerFilter, TakesACollectionOutForAMemberWhoseNameIsNone) {
     }
 }
 
+// libcups would hold, and write, what the printer did not send.
+TEST(IPPAnswerFilter, TakesACollectionOutForAMemberWithoutAValueAlsoAtItsEnd) {
+    IPPBytes bytes;
+    bytes.value(0x34, "media-col-database", "")
+        .value(0x4A, "", "media-type")
+        .value(0x42, "", "My Gloss")
+        .value(0x4A, "", "media-color")
+        .value(0x37, "", "");
+    bytes.value(0x34, "", "")
+        .value(0x4A, "", "media-color")
+        .value(0x4A, "", "media-type")
+        .value(0x42, "", "My Silk")
+        .value(0x37, "", "");
+    bytes.value(0x34, "", "").value(0x37, "", "");
+    const auto status = statusOf(bytes.end());
+    ASSERT_NE(status, nullptr);
+    EXPECT_THAT(status->droppedValues(),
+                ElementsAre("media-col-database: value 1 has a member without a value, this media "
+                            "type is left out",
+                            "media-col-database: value 2 has a member without a value, this media "
+                            "type is left out"));
+}
+
 TEST(IPPAnswerFilter, LeavesLanguagesOut) {
     IPPBytes bytes;
     bytes.keyword("marker-types", "ink").keyword("", "ink").keyword("", "ink");
