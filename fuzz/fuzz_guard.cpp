@@ -28,6 +28,11 @@ Lines linesOf(std::string_view text) {
     return lines;
 }
 
+/// libcups passes over an empty line, and so does the guard: what is done to one tells nothing.
+bool isBlank(const std::string& line) {
+    return line.find_first_not_of(" \t\v\f\r") == std::string::npos;
+}
+
 void edit(Lines& lines, const Operation& operation) {
     const std::size_t number = numberIn(operation.arguments[0]);
     const std::string line(operation.arguments[1].value_or(""));
@@ -37,6 +42,9 @@ void edit(Lines& lines, const Operation& operation) {
     } else if (!lines.empty()) {
         const auto place = lines.begin() + static_cast<std::ptrdiff_t>(number % lines.size());
         const auto other = numberIn(operation.arguments[1]) % lines.size();
+        if (isBlank(*place)) {
+            return;
+        }
         switch (operation.letter) {
             case 'E':
                 lines.erase(place);

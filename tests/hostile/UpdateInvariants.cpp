@@ -182,7 +182,9 @@ std::map<typename Things::value_type, int> countsOf(const Things& more, const Th
     return counts;
 }
 
-std::string withoutAllOfDuplexer(const std::string& text) {
+/// Of a text whose last line has no end: what other updaters insert gives it one.
+std::string withoutAllOfDuplexer(std::string text) {
+    text += text.ends_with('\n') ? "" : "\n";
     return withoutMatchingLines(
         ConstraintRemovalModel::removed(withoutGroup(text, "ZrTwoSidedPrinting"), "Duplex"),
         resource("TkPPDDuplexSafeRegularExpression"));
