@@ -99,7 +99,8 @@ class Program:
     def names(self, tree):
         listed = subprocess.run([self.path(tree), "--gtest_list_tests"], check=True, stdout=subprocess.PIPE)
         suite, names = "", []
-        for line in listed.stdout.decode().splitlines():
+        # Only a line feed ends a line: values that a test is given stand there with their carriage returns.
+        for line in listed.stdout.decode().split("\n"):
             word = line.split("#")[0].strip()
             if not line.startswith(" "):
                 suite = word
