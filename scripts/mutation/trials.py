@@ -17,9 +17,9 @@ from mutation import schemata
 # A test that takes longer (seconds of a processor) runs only when no quicker one found the mutant.
 QUICK = 0.1
 # What a mutant may use: the processor time of its tests this many times over, and so many seconds more; bytes of
-# memory; bytes of a file.
+# memory; bytes of a file, of which the sparse one of a test has half.
 SLOWER, MORE_SECONDS = 10, 2
-MEMORY, FILE_SIZE = 2 << 30, 64 << 20
+MEMORY, FILE_SIZE = 2 << 30, 2 << 40
 # The time by the clock, so that nothing waits for ever. It tells nothing of the mutant: the machine may be busy.
 WALL = 300
 
