@@ -23,7 +23,8 @@ std::string optionOf(std::string_view optionKeyword) {
     return std::string(kTkPPDAsterisk).append(optionKeyword);
 }
 
-/// Where the constraint in the line, which ends with its line feed, begins that names the option.
+/// Where the constraint in the line begins that names the option. The line has a line feed in the
+/// text, which need not stand here.
 std::size_t startOfConstraint(std::string_view line, std::string_view option) {
     constexpr std::size_t kNotFound = std::string_view::npos;
     const std::size_t constraint = line.starts_with(kConstraint) ? 0 : line.find(kConstraint);
@@ -32,8 +33,8 @@ std::size_t startOfConstraint(std::string_view line, std::string_view option) {
     }
     for (std::size_t found = line.find(option, constraint + kConstraint.size()); found != kNotFound;
          found = line.find(option, found + 1)) {
-        const char next = line[found + option.size()];
-        if (next == ' ' || next == '\n') {
+        const std::size_t next = found + option.size();
+        if (next == line.size() || line[next] == ' ' || line[next] == '\n') {
             return constraint;
         }
     }
@@ -147,7 +148,7 @@ class ConstraintFinder {
 
     enum class Line : std::uint8_t { kStays, kGoes, kIsToBeRewritten };
 
-    /// `line` stands with its line feed.
+    /// Of a line that has a line feed in the text, which need not stand here.
     Line kindOf(std::string_view line) const {
         const std::size_t comment = line.find(comment_);
         const std::size_t start =
@@ -213,13 +214,12 @@ PPDText PPDTextByRemovingConstraints(const PPDText& text, std::string_view optio
     std::erase_if(going, [&](auto line) { return !goes(lines.base().lineWithLineFeed(line)); });
     const std::size_t before = lines.size();
     lines.visitInserted([&](std::size_t index, std::string_view line) {
-        if (index != last && goes(std::string(line).append(kTkPPDNewLine))) {
+        if (index != last && goes(line)) {
             lines.erase(index, 1);
         }
     });
     if (hasLineToBeRewritten) {
-        std::string result = ConstraintRemover(*text, optionKeyword).result();
-        return result.size() == text->size() ? text : makePPDText(std::move(result));
+        return makePPDText(ConstraintRemover(*text, optionKeyword).result());
     }
     lines.erase(going);
     return lines.size() == before ? text : lines.text();

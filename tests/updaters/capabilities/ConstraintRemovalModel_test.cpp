@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "tests/support/NumberFromEnvironment.h"
+#include "tests/updaters/capabilities/ChangedText.h"
 #include "tests/updaters/capabilities/ConstraintRemovalModel.h"
 #include "updaters/capabilities/PPDConstraintRemoval.h"
 
@@ -61,15 +62,20 @@ std::string_view oneOf(const Values& values, std::mt19937& random) {
     return values[random() % values.size()];
 }
 
+std::string randomText(std::mt19937& random) {
+    std::string text;
+    for (auto pieces = random() % 60; pieces > 0; --pieces) {
+        text += oneOf(kPieces, random);
+    }
+    return text;
+}
+
 TEST(ConstraintRemoval, GivesWhatTheWordByWordModelGivesForRandomTexts) {
     std::mt19937 random(20010101);  // NOLINT(cert-msc51-cpp): the same texts in every run
     unsigned changed = 0;
     const unsigned long count = numberOfTexts();
     for (unsigned long i = 0; i < count; ++i) {
-        std::string text;
-        for (auto pieces = random() % 60; pieces > 0; --pieces) {
-            text += oneOf(kPieces, random);
-        }
+        const std::string text = randomText(random);
         const std::string keyword(oneOf(kKeywords, random));
         const std::string expected = ConstraintRemovalModel::removed(text, keyword);
         const PPDText result = PPDTextByRemovingConstraints(makePPDText(text), keyword);
@@ -77,6 +83,31 @@ TEST(ConstraintRemoval, GivesWhatTheWordByWordModelGivesForRandomTexts) {
         changed += expected != text ? 1 : 0;
     }
     RecordProperty("texts", static_cast<int>(count));
+    EXPECT_GT(changed, count / 3) << "too few texts have anything to remove";
+}
+
+TEST(ConstraintRemoval, GivesTheSameForRandomTextsThatUpdatersHaveChanged) {
+    constexpr std::array kLines = {
+        "*UIConstraints: *Duplex DuplexTumble *MediaType Glossy"sv,
+        "*UIConstraints: *MediaType Glossy *Duplex"sv,
+        "*UIConstraints: *DuplexUnit False *InputSlot Lower"sv,
+        "*% Duplex <-> MediaType"sv,
+        "x *% Duplex <-> MediaType"sv,
+        "*"sv,
+        ""sv,
+    };
+    std::mt19937 random(20010102);  // NOLINT(cert-msc51-cpp): the same texts in every run
+    unsigned changed = 0;
+    const unsigned long count = numberOfTexts() / 5;
+    for (unsigned long i = 0; i < count; ++i) {
+        const PPDText text = changedText(
+            randomText(random), [&](auto most) { return random() % (most + 1); },
+            [&] { return oneOf(kLines, random); });
+        const std::string before = *text;
+        const std::string expected = ConstraintRemovalModel::removed(before, "Duplex");
+        ASSERT_EQ(*PPDTextByRemovingConstraints(text, "Duplex"), expected) << before;
+        changed += expected != before ? 1 : 0;
+    }
     EXPECT_GT(changed, count / 3) << "too few texts have anything to remove";
 }
 

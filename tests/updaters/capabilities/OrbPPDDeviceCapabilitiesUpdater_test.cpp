@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "manager/MissingResourceWatch.h"
 #include "manager/OrbClassTable.h"
 #include "tests/support/NamedText.h"
 #include "tests/updaters/capabilities/CapabilitiesTestSupport.h"
@@ -135,6 +136,18 @@ TEST(DeviceCapabilitiesUpdater, TakesADeviceWithoutAccessoriesForOneWithADuplexe
 TEST(DeviceCapabilitiesUpdater, RemovesGroupAndConstraintsWhenTheDeviceHasNoDuplexer) {
     const auto device = DeviceScope::withDuplexer(false);
     EXPECT_EQ(*updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(kUndecided), kWithoutDuplex);
+}
+
+TEST(DeviceCapabilitiesUpdater, RemovesAConstraintThatEndsATextWithoutLineFeed) {
+    const auto device = DeviceScope::withDuplexer(false);
+    for (const char* const line :
+         {"*UIConstraints: *MediaType Glossy *Duplex",
+          "*UIConstraints: *MediaType Glossy *Duplex DuplexTumble", "*% Duplex <-> MediaType"}) {
+        EXPECT_EQ(
+            *updatedFromDevice<OrbPPDDeviceCapabilitiesUpdater>(std::string(kUndecided) + line),
+            kWithoutDuplex)
+            << line;
+    }
 }
 
 TEST(DeviceCapabilitiesUpdater, LeavesATextWithoutGroupAndConstraintsButForTheAttributes) {
@@ -313,6 +326,29 @@ TEST(DeviceCapabilitiesUpdater, AppendsNothingWhenThePropertyListIsAFolder) {
     ResourceFolder::setPath(std::nullopt);
 }
 
+/// What a look-up of a block could not read.
+std::string missingToALookUp() {
+    try {
+        MissingResourceWatch::resultOf(
+            [] { return OrbPPDDeviceCapabilitiesUpdater().insertingStringForCUPSVersion("2.4"); });
+        return "nothing";
+    } catch (const MissingResourceError& error) {
+        return error.what();
+    }
+}
+
+TEST(DeviceCapabilitiesUpdater, TellsOfAPropertyListThatItCannotRead) {
+    const ResourceScope resources;
+    const std::string told =
+        "data of the library cannot be read: " + ResourceFolder::path().value_or("") +
+        "/TkPPDUpdatingData.plist";
+    EXPECT_EQ(missingToALookUp(), told);
+    resources.setPropertyList("damaged");
+    EXPECT_EQ(missingToALookUp(), told);
+    resources.setPropertyList(propertyListOf(""));
+    EXPECT_EQ(missingToALookUp(), "nothing");
+}
+
 TEST(DeviceCapabilitiesUpdater, OwnsItsAttributesTheLinesOfDuplexAndTheBlockOfTheVersion) {
     const ResourceScope resources(
         propertyListOf(textEntry(kBlockKey, "*Block: x\n*CloseUI: *Block\n") +
@@ -343,6 +379,21 @@ TEST(DeviceCapabilitiesUpdater, AppendsTheBlockAfterALastLineWithoutLineFeed) {
     EXPECT_EQ(updater.contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
                   text, "9.9"),
               text);
+}
+
+TEST(DeviceCapabilitiesUpdater, AppendsALineFeedAndTheBlockToAnyText) {
+    const OrbPPDDeviceCapabilitiesUpdater updater;
+    const auto appended = [&](std::string_view text) {
+        return *updater.contentsByInsertingInstallableOptionsWithConstraintsForContents_CUPSVersion(
+            textOf(text), "2.4");
+    };
+    const ResourceScope resources;
+    for (const std::string block : {"", "block", "block\n", "two\nlines", "block\n\n"}) {
+        resources.setPropertyList(propertyListOf(textEntry(kBlockKey, block)));
+        for (const std::string text : {"", "a", "a\n", "\n", "a\n\n"}) {
+            EXPECT_EQ(appended(text), text + "\n" + block);
+        }
+    }
 }
 
 TEST(RemovingAGroup, RemovesFromOpenLineThroughCloseLine) {

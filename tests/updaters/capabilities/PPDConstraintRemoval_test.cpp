@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "ppd/OrbPPDLines.h"
 #include "tests/updaters/capabilities/ConstraintRemovalModel.h"
 
 namespace TkPPDUpdating::Testing {
@@ -113,6 +115,49 @@ INSTANTIATE_TEST_SUITE_P(Comments, ConstraintRemovalCase, testing::ValuesIn(kCom
 TEST(ConstraintRemoval, GivesTheTextItselfWhenNothingGoes) {
     const PPDText text = makePPDText("*UIConstraints: *DuplexUnit False *X\n");
     EXPECT_EQ(PPDTextByRemovingConstraints(text, "Duplex"), text);
+}
+
+/// The text with a line before the one at `index`, as an updater hands it on.
+PPDText withLine(std::string_view text, std::size_t index, std::string_view line) {
+    OrbPPDLines lines(makePPDText(std::string(text)));
+    lines.insert(index, line);
+    return lines.text();
+}
+
+std::string withoutDuplex(const PPDText& text) {
+    return *PPDTextByRemovingConstraints(text, "Duplex");
+}
+
+TEST(ConstraintRemoval, TakesLinesThatWereInserted) {
+    for (const std::string_view line :
+         {"*UIConstraints: *Duplex A"sv, "*UIConstraints: *X A *Duplex"sv, "*% Duplex <-> A"sv}) {
+        EXPECT_EQ(withoutDuplex(withLine("a\nb\nc\n", 1, line)), "a\nb\nc\n");
+        EXPECT_EQ(withoutDuplex(withLine("a\nb\n", 2, line)), "a\nb\n");
+        EXPECT_EQ(withoutDuplex(withLine("a\nb", 1, line)), "a\nb");
+    }
+    EXPECT_EQ(withoutDuplex(withLine("a\nc\n", 1, "b *UIConstraints: *Duplex A")), "a\nb c\n");
+}
+
+TEST(ConstraintRemoval, LeavesAnInsertedLastLineWithoutLineFeed) {
+    const PPDText text = withLine("a", 1, "*UIConstraints: *Duplex A");
+    EXPECT_EQ(PPDTextByRemovingConstraints(text, "Duplex"), text);
+    EXPECT_EQ(*text, "a\n*UIConstraints: *Duplex A");
+}
+
+TEST(ConstraintRemoval, TakesALineThatGotItsLineFeedLater) {
+    constexpr std::string_view kText = "a\n*UIConstraints: *X A *Duplex";
+    EXPECT_EQ(withoutDuplex(withLine(kText, 2, "b")), "a\nb");
+    OrbPPDLines lines(makePPDText(std::string(kText)));
+    lines.setEndsWithLineFeed(true);
+    EXPECT_EQ(withoutDuplex(lines.text()), "a\n");
+}
+
+TEST(ConstraintRemoval, LeavesALineThatLostItsLineFeed) {
+    OrbPPDLines lines(makePPDText("a\n*UIConstraints: *Duplex A\n*UIConstraints: *Duplex B"));
+    lines.erase(2, 1);
+    const PPDText text = lines.text();
+    EXPECT_EQ(PPDTextByRemovingConstraints(text, "Duplex"), text);
+    EXPECT_EQ(*text, "a\n*UIConstraints: *Duplex A");
 }
 
 TEST(ConstraintRemoval, TakesALineOfAMegabyte) {
