@@ -1,5 +1,6 @@
 #include "updaters/capabilities/PosixRegularExpression.h"
 
+#include <cerrno>
 #include <clocale>
 #include <limits>
 #include <new>
@@ -30,9 +31,10 @@ class CLocaleScope {
     locale_t before_;
 };
 
-/// A line is none that does not match only because there was no room to find out.
+/// A line is none that does not match only because there was no room to find out. Of a match, the
+/// GNU C library tells that by the error number of the allocation alone.
 void throwWithoutMemory(int result) {
-    if (result == REG_ESPACE) {
+    if (result == REG_ESPACE || (result == REG_NOMATCH && errno == ENOMEM)) {
         throw std::bad_alloc();
     }
 }
@@ -65,6 +67,7 @@ bool PosixRegularExpression::matches(std::string_view line) const {
     }
     // REG_STARTEND gives the bounds of the line, so that it needs no copy that ends with a NUL.
     regmatch_t bounds{0, static_cast<regoff_t>(line.size())};
+    errno = 0;
     const int result = ::regexec(expression_.get(), line.data(), 0, &bounds, REG_STARTEND);
     throwWithoutMemory(result);
     return result == 0;
@@ -82,7 +85,7 @@ std::vector<OrbPPDLines::LineID> PosixRegularExpression::candidates(
         const std::string_view text = *index.text();
         for (std::size_t at = text.find(requiredText_); at != std::string_view::npos;) {
             found.push_back(index.lineAt(at));
-            at = text.find(requiredText_, index.start(found.back() + 1) - 1);
+            at = text.find(requiredText_, index.start(found.back() + 1));
         }
     }
     std::erase_if(found, [&](auto line) { return lines.isGone(line); });

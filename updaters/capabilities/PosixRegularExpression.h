@@ -22,7 +22,8 @@ namespace TkPPDUpdating {
 /// One object is for one thread at a time.
 class PosixRegularExpression {
   public:
-    /// Nothing when the expression does not compile or holds a NUL, which no expression can.
+    /// Nothing when the expression does not compile or holds a NUL, which no expression can. Raises
+    /// `std::bad_alloc` for want of memory.
     static std::optional<PosixRegularExpression> compiled(const std::string& expression);
 
     PosixRegularExpression(PosixRegularExpression&&) = default;
@@ -35,8 +36,8 @@ class PosixRegularExpression {
     /// start and end of a line. The text is split at every line feed, so that one that ends with a
     /// line feed has an empty last line. The last line that stays ends the text as the last line
     /// did: without a line feed. All of a line counts, also what follows a NUL in it. A line that
-    /// cannot be matched, for want of memory or because it is longer than `regoff_t` can tell,
-    /// stays. The text itself when nothing matches; it must not be null.
+    /// cannot be matched because it is longer than `regoff_t` can tell stays; for want of memory
+    /// `std::bad_alloc` is raised. The text itself when nothing matches; it must not be null.
     PPDText textByRemovingMatchingLines(const PPDText& text) const;
 
   private:

@@ -49,7 +49,8 @@ std::size_t afterGroup(std::string_view expression, std::size_t at) {
     return kNoEnd;
 }
 
-/// How often what stands before may be there, read from `at` on.
+/// How often what stands before may be there, read from `at` on; no end when that is none or a
+/// bound is not closed.
 struct Repetition {
     std::size_t end = 0;
     bool mayBeMissing = false;
@@ -63,7 +64,7 @@ Repetition repetitionAt(std::string_view expression, std::size_t at) {
             const std::size_t close = expression.find('}', at);
             const std::string_view bounds = expression.substr(at + 1, close - at - 1);
             if (close == kNoEnd || bounds.find_first_not_of("0123456789,") != kNoEnd) {
-                return {kNoEnd, true};
+                return {kNoEnd};
             }
             at = close + 1;
         } else if (character == '*' || character == '?' || character == '+') {
@@ -102,8 +103,11 @@ Item itemAt(std::string_view expression, std::size_t at) {
         case '(':
             return {afterGroup(expression, at), {}};
         case '\\': {
+            if (at + 1 == expression.size()) {
+                return {};
+            }
             // Before a letter or digit, or one of these, it means something of its own.
-            const char next = at + 1 < expression.size() ? expression[at + 1] : '\0';
+            const char next = expression[at + 1];
             return {at + 2, plainIf(next, !isASCIILetterOrDigit(next) && !isOneOf(next, "<>`'"))};
         }
         default:
@@ -122,8 +126,7 @@ std::string requiredTextOfExpression(std::string_view expression) {
     };
     for (std::size_t at = 0; at < expression.size();) {
         const Item item = itemAt(expression, at);
-        const Repetition repetition =
-            item.end == kNoEnd ? Repetition{kNoEnd} : repetitionAt(expression, item.end);
+        const Repetition repetition = repetitionAt(expression, item.end);
         if (repetition.end == kNoEnd) {
             return {};
         }

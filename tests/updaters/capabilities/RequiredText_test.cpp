@@ -70,6 +70,21 @@ constexpr Sample kSamples[] = {
     {"AnEscapedCharacterThatMayBeMissing", "ab\\.?cde", "cde"},
     {"AnAnchorInTheMiddle", "ab$cde", "cde"},
     {"AStarInTheMiddleOfARun", "abc*defg", "defg"},
+    {"ABracketThatHoldsItsEndAlone", "x[]]yz", "yz"},
+    {"ABracketAtTheEndOfAGroup", "a([b])cde", "cde"},
+    {"AnEscapedCharacterAtTheEndOfAGroup", "a(\\.)cde", "cde"},
+    {"AnEscapedCharacterAtTheEnd", "ab\\.", "ab."},
+    {"AnEscapedCharacterAlone", "\\.", "."},
+    {"ALineFeed", "a\nb", "a\nb"},
+    {"ABracketThatIsNotClosed", "abc[de", ""},
+    {"ABracketAtTheVeryEnd", "abc[", ""},
+    {"AClassThatIsNotClosed", "abc[[:alpha", ""},
+    {"ABracketInAGroupThatIsNotClosed", "abc(d[e", ""},
+    {"AGroupThatIsNotClosed", "abc(de", ""},
+    {"ABoundThatIsNotClosed", "abc{2", ""},
+    {"ABoundThatIsNone", "abc{x}de", ""},
+    {"ABoundThatEndsInALetter", "abc{2x}de", ""},
+    {"ABackslashAtTheEnd", "abc\\", ""},
 };
 
 class RequiredText : public testing::TestWithParam<Sample> {};
