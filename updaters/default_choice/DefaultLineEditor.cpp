@@ -53,7 +53,7 @@ bool DefaultLineEditor::setDefaultChoiceIfPossible(std::string_view optionName,
     }
     text_.clear();
     appendPPDFormatted(kTkPPDDefaultChoiceFormatString, {optionName, choiceName}, text_);
-    if (count > 1 || lines_->at(*found) != text_) {
+    if (lines_->at(*found) != text_) {
         lines_->erase(*found, count);
         lines_->insert(*found, text_);
         isEdited_ = true;

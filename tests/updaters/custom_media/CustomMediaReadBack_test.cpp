@@ -152,6 +152,19 @@ TEST_F(CustomMediaReadBack, WithoutANameTheParametersStopBehindTheChoiceName) {
     }
 }
 
+TEST_F(CustomMediaReadBack, WithoutAProfileTheParametersHaveNone) {
+    const auto core = std::make_shared<const Testing::RememberingCore>();
+    OrbCoreInterface::setCore(core);
+    for (const std::string qualifier : {"", "ZrICCProfileId2=q1;"}) {
+        readBack(PPDWith(choiceLines("custom1", "A"), "",
+                         "*ZrChoiceProperties MediaType.custom1: \"MediaID=1;ParentMediaID=2;" +
+                             qualifier + "\"\n"));
+        EXPECT_THAT(keys(core->mediaTypeParameters),
+                    ElementsAre("CodeName", "MediaID", "Name", "ParentMediaID"))
+            << qualifier;
+    }
+}
+
 TEST_F(CustomMediaReadBack, WithoutACoreLibraryThereIsNone) {
     const auto file = parsed(PPDWith(choiceLines("custom1", "A"), "",
                                      "*cupsICCProfile ..q1: \"/a\"\n" + std::string(kProperties)));

@@ -81,6 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"WhenOneOfTwoLinesOfTheChoiceHasATranslation",
          "*P\n*DefaultO: Y\n*O X: \"\"\n*O X/L: \"\"\n", "O", "X",
          "*P\n*DefaultO: X\n*O X: \"\"\n*O X/L: \"\"\n"},
+        {"WhenTheLastLineHasNoLineFeed", "*P\n*DefaultO: Y\n*O X/L: \"\"", "O", "X",
+         "*P\n*DefaultO: X\n*O X/L: \"\""},
         {"OfAnOptionWithRareCharactersInItsName",
          "*P\n*DefaultOption10_Duplex.Unit+: Y\n*Option10_Duplex.Unit+ X%@/L: \"\"\n",
          "Option10_Duplex.Unit+", "X%@",

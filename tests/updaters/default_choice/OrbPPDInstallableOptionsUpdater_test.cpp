@@ -178,6 +178,35 @@ TEST(OrbPPDInstallableOptionsUpdater, TakesTheDefaultsOfAQueuesPPDEachByItself) 
               nullptr);
 }
 
+TEST(OrbPPDInstallableOptionsUpdater, LeavesAnOptionThatAQueuesPPDSaysNothingOf) {
+    const PPDText text = makePPDText("*PPD-Adobe: \"4.3\"\n" + std::string(kPPD));
+    for (const char* Option1 :
+         {"",
+          "*OpenUI *Option1/Tray 2: PickOne\n*Option1 Tray500/Installed: \"\"\n"
+          "*CloseUI: *Option1\n"}) {
+        const auto queue = parsedPPD(std::string(Option1) +
+                                     "*OpenUI *Option2/Duplex Unit: Boolean\n"
+                                     "*DefaultOption2: True\n*CloseUI: *Option2\n");
+        EXPECT_EQ(
+            textOf(OrbPPDInstallableOptionsUpdater().updatedPPDContentsForContents_PPDFile_context(
+                text, queue.get(), nullptr)),
+            withReplaced({{"DefaultOption2: False", "DefaultOption2: True"}}))
+            << Option1;
+    }
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, ChangesNothingWithoutADevice) {
+    const CoreInterfaceScope scope;
+    OrbCoreInterface::setCommunicationServices(nullptr);
+    OrbDictionary context;
+    OrbPPDInstallableOptionsUpdater updater;
+    EXPECT_EQ(updater.defaultChoicesFromDeviceWithURI_context("file:printer", &context),
+              std::nullopt);
+    EXPECT_EQ(updater.updatedPPDContentsForContents_deviceURI_context(
+                  makePPDText(std::string(kPPD)), "file:printer", &context),
+              nullptr);
+}
+
 TEST(OrbPPDInstallableOptionsUpdater, FindsAChoiceOfAnOptionOfTheGroupOnly) {
     const auto PPD = parsedPPD(kPPD);
     OrbPPDInstallableOptionsUpdater updater;
@@ -213,6 +242,19 @@ TEST(OrbPPDInstallableOptionsUpdater, OwnsEachOptionOnceAndNoneWithoutAName) {
     EXPECT_THAT(
         OrbPPDInstallableOptionsUpdater().ownedLines(statements, statements).defaultsOfOptions,
         ElementsAre("Option1"));
+}
+
+TEST(OrbPPDInstallableOptionsUpdater, AnOptionIsInTheGroupInWhichItOpens) {
+    const auto statements = PPDStatementsOfText(
+        "*OpenUI *Option1/Tray 2: PickOne\n*OpenGroup: InstallableOptions\n*CloseUI: *Option1\n"
+        "*CloseGroup: InstallableOptions\n"
+        "*JCLOpenUI *Option2/Unit: Boolean\n*OpenGroup: InstallableOptions\n"
+        "*JCLCloseUI: *Option2\n"
+        "*OpenUI *Option3/Tray 3: PickOne\n*CloseGroup: InstallableOptions\n"
+        "*CloseUI: *Option3\n");
+    EXPECT_THAT(
+        OrbPPDInstallableOptionsUpdater().ownedLines(statements, statements).defaultsOfOptions,
+        ElementsAre("Option3"));
 }
 
 TEST(OrbPPDInstallableOptionsUpdater, IsFoundByItsNameAndInNoFreshManager) {

@@ -100,6 +100,14 @@ TEST(OrbPPDOneOptionUpdater, LeavesTheMeaningOfOtherValuesToItsSubclass) {
     EXPECT_EQ(defaultOf(calibration, contextWith(kTkCSLinTableKey, OrbCSLinTable{})), std::nullopt);
 }
 
+TEST(OrbPPDOneOptionUpdater, TakesWhetherSomethingIsInstalledForAnAccessoryWhateverItsEntry) {
+    for (const char* entry : {"DeviceAccessories.Stapler", "MaxSupportedResolution"}) {
+        AnyUpdater updater(entry);
+        EXPECT_EQ(updater.PPDChoiceTextForStatusValue(true), "True") << entry;
+        EXPECT_EQ(updater.PPDChoiceTextForStatusValue(false), "False") << entry;
+    }
+}
+
 TEST(OrbPPDOneOptionUpdater, ChangesTheTextWhereItHasTheOptionAndTheChoice) {
     StaplerUpdater updater;
     const std::string before =
