@@ -73,8 +73,8 @@ class OrbPPDCustomMediaUpdater : public ITkPPDUpdater,
     bool appendCustomProfiles();
 
     /// Inserts the choice of each of `customICCProfiles` before the closing line of
-    /// "ZrICCProfileId2". False when that line is missing, even without profiles, or a line
-    /// refused.
+    /// "ZrICCProfileId2". False when that line is missing, even without profiles, a profile has no
+    /// qualifier or no file, or a line is refused.
     bool appendCustomZrProfiles();
 
     /// Adds the properties of each media type at the end: its identifiers, and its qualifier when

@@ -532,6 +532,15 @@ TEST_F(CustomMediaSteps, TheProfileChoicesFailWhenALineIsRefused) {
     EXPECT_EQ(content(), PPDWith());
 }
 
+TEST_F(CustomMediaSteps, TheProfileChoicesFailForAProfileThatHasNone) {
+    for (const Profile& without :
+         {profile("file:///p/a.icc", std::nullopt), profile(std::nullopt, "q1"), Profile()}) {
+        start({});
+        updater.setCustomICCProfiles({profile("file:///p/b.icc", "q2"), without});
+        EXPECT_FALSE(updater.appendCustomZrProfiles());
+    }
+}
+
 TEST_F(CustomMediaSteps, TheEntriesOfThePropertiesStopAtTheFirstMissingIdentifier) {
     start({mediaType("A", "1", "2"), mediaType("B", "1", std::nullopt),
            mediaType("C", std::nullopt, "2"), mediaType("D", "", "")});
