@@ -98,15 +98,7 @@ class Program:
 
     def names(self, tree):
         listed = subprocess.run([self.path(tree), "--gtest_list_tests"], check=True, stdout=subprocess.PIPE)
-        suite, names = "", []
-        # Only a line feed ends a line: values that a test is given stand there with their carriage returns.
-        for line in listed.stdout.decode().split("\n"):
-            word = line.split("#")[0].strip()
-            if not line.startswith(" "):
-                suite = word
-            elif not word.startswith("DISABLED_"):
-                names.append(suite + word)
-        return [name for name in names if name.count(".") == 1]
+        return names_of_tests(listed.stdout.decode())
 
     def learn_test(self, tree, name):
         with tempfile.NamedTemporaryFile(dir=tree.folder / "tmp") as reached:
@@ -156,6 +148,19 @@ class Run:
         if failed:
             return failed.group(1)
         return f"signal {-self.status}" if self.status < 0 else f"status {self.status}"
+
+
+def names_of_tests(listed):
+    """The full names in what a test program prints with --gtest_list_tests."""
+    suite, names = "", []
+    # Only a line feed ends a line: values that a test is given stand there with their carriage returns.
+    for line in listed.split("\n"):
+        word = line.split("#")[0].strip()
+        if not line.startswith(" "):
+            suite = word
+        elif not word.startswith("DISABLED_"):
+            names.append(suite + word)
+    return [name for name in names if name.count(".") == 1]
 
 
 def try_mutant(tree, programs, mutant):
