@@ -22,7 +22,7 @@ const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identif
 }
 
 const char* __asan_default_options() {  // NOLINT(bugprone-reserved-identifier)
-    return "malloc_fill_byte=0:max_malloc_fill_size=1000000";
+    return "malloc_fill_byte=0:max_malloc_fill_size=100000";
 }
 }
 
