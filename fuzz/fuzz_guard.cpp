@@ -28,7 +28,8 @@ Lines linesOf(std::string_view text) {
     return lines;
 }
 
-/// libcups passes over an empty line, and so does the guard: what is done to one tells nothing.
+/// libcups passes over an empty line that is not the first, and so does the guard: what is done
+/// with one tells nothing.
 bool isBlank(const std::string& line) {
     return line.find_first_not_of(" \t\v\f\r") == std::string::npos;
 }
@@ -38,6 +39,9 @@ void edit(Lines& lines, const Operation& operation) {
     const std::string line(operation.arguments[1].value_or(""));
     if (operation.letter == 'N') {
         const auto place = number % (lines.size() + 1);
+        if (isBlank(line) && place > 0) {
+            return;
+        }
         lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place), line);
     } else if (!lines.empty()) {
         const auto place = lines.begin() + static_cast<std::ptrdiff_t>(number % lines.size());
