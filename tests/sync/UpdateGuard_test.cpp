@@ -19,7 +19,6 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
-using testing::HasSubstr;
 
 constexpr const char* kBefore =
     "*PPD-Adobe: \"4.3\"\n"

@@ -103,7 +103,7 @@ TEST(ConstraintRemoval, GivesTheSameForRandomTextsThatUpdatersHaveChanged) {
         const PPDText text = changedText(
             randomText(random), [&](auto most) { return random() % (most + 1); },
             [&] { return oneOf(kLines, random); });
-        const std::string before = *text;
+        const std::string& before = *text;
         const std::string expected = ConstraintRemovalModel::removed(before, "Duplex");
         ASSERT_EQ(*PPDTextByRemovingConstraints(text, "Duplex"), expected) << before;
         changed += expected != before ? 1 : 0;
