@@ -306,7 +306,7 @@ bool OrbPPDProcessor::insertAttributeWithKeyword_spec_text_value_wrap(
     if (!keyword || !value || !lines()) {
         return false;
     }
-    const std::string_view name = spec && text ? PPDSavvyNameFromString(*text) : kTkPPDEmptyString;
+    const std::string_view name = text ? PPDSavvyNameFromString(*text) : kTkPPDEmptyString;
     const bool standsInMainLine = spec && text && isASCIIString(name);
     // Raises before anything has changed.
     const std::vector<std::string>* const languages = spec && text ? &localizations() : nullptr;

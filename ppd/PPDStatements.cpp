@@ -122,7 +122,6 @@ void readFields(PPDStatement& statement) {
             statement.text = takenUpTo(rest, ":\n");
         }
     }
-    skipBlanks(rest);
     if (rest.starts_with(':')) {
         readValue(rest.substr(1), statement);
     }

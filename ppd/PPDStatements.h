@@ -23,7 +23,7 @@ struct PPDStatement {
     std::string_view text;
     /// What follows the first colon behind keyword, option keyword and text, without blanks around
     /// it; when it ends with a quote, also without that and its first character, which is a quote
-    /// as a rule. For a choice that is the code. Empty when there is none.
+    /// as a rule; a quote alone stays. For a choice that is the code. Empty when there is none.
     std::string_view value;
     /// Whether the value stands between double quotes.
     bool isQuoted = false;

@@ -168,7 +168,7 @@ class PPDTextIndex::Reader {
                 text_.substr(lineStart_, kTkPPDEnd.size()) == kTkPPDEnd) {
                 index_.endLines_.push_back(line);
             }
-        } else if (hasKeyword_ || line == 0) {
+        } else if (hasKeyword_) {
             index_.runs_.push_back({line});
         }
         hasKeyword_ = hasKeyword;
@@ -213,7 +213,8 @@ class PPDTextIndex::Reader {
             if (masks.ends != 0) {
                 keyword_ =
                     text_.substr(start, static_cast<std::size_t>(std::countr_zero(masks.ends)));
-                const unsigned inKeyword = (masks.ends & (0U - masks.ends)) - 1;
+                // Behind the first end there are further ends in it, which are no full stops.
+                const unsigned inKeyword = masks.ends - 1;
                 return keyOfName(keyword_.substr(
                     static_cast<std::size_t>(std::bit_width(masks.fullStops & inKeyword))));
             }
@@ -222,9 +223,9 @@ class PPDTextIndex::Reader {
         return keyOfKeyword(keyword_);
     }
 
-    /// Most lines with quotes have both of one value.
+    /// Of a line that begins with "*" and has a quote. Most of them have both of one value.
     bool mayOpenValue() const {
-        const char beforeLast = behindLastQuote_ > 1 ? text_[behindLastQuote_ - 2] : '\0';
+        const char beforeLast = text_[behindLastQuote_ - 2];
         return beforeLast == ':' || beforeLast == ' ' || beforeLast == '\t';
     }
 

@@ -127,6 +127,48 @@ TEST(OrbPPDProcessorDelete, DeletingCupsLanguagesAfterTheyWereReadKeepsTheLangua
     EXPECT_EQ(*processor->content(), "");
 }
 
+TEST(OrbPPDProcessorDelete, OnlyTheLanguagesThatWereSetLastCount) {
+    const auto processor = processorOver(
+        "*K: 1\n*de.K: \"\"\n*L: 1\n*de.L: \"\"\n*it.L: \"\"\n*M: 1\n*de.M: \"1\"\n*de.M: \"2\"\n");
+    processor->setLocalizations({"de"});
+    deleteFrom(*processor, "K");
+    processor->setLocalizations({"it"});
+    deleteFrom(*processor, "L");
+    processor->setLocalizations({"a:b"});
+    processor->setLocalizations({"de"});
+    deleteFrom(*processor, "M");
+    EXPECT_EQ(*processor->content(), "*de.L: \"\"\n*de.M: \"2\"\n");
+}
+
+TEST(OrbPPDProcessorDelete, ALanguageThatHoldsWhatEndsAKeywordCountsAtAnyPlace) {
+    for (const Texts& languages :
+         {Texts{"a:b"}, Texts{"a:b", "de"}, Texts{"de", "a:b"}, Texts{"fr", "a:b", "de"}}) {
+        const auto processor = processorOver("*K: 1\n*a:b.K: \"\"\n*de.K: \"\"\n*L: 1\n");
+        processor->setLocalizations(languages);
+        deleteFrom(*processor, "K");
+        const bool hasGerman = languages.size() > 1;
+        EXPECT_EQ(*processor->content(), hasGerman ? "*L: 1\n" : "*de.K: \"\"\n*L: 1\n");
+    }
+}
+
+TEST(OrbPPDProcessorDelete, ATranslationThatTookTheOthersAlongWasTheLast) {
+    const auto processor = processorOver("*K: 1\n*de.K: \"a\n*de.K: \"b\"\n*End\n*L: 1\n");
+    processor->setLocalizations({"de", "de"});
+    EXPECT_EQ(deleteFrom(*processor, "K"), 0U);
+    EXPECT_EQ(*processor->content(), "*L: 1\n");
+}
+
+TEST(OrbPPDProcessorDelete, TranslationsThatWereInsertedGoAlsoBehindAValueWithALineFeed) {
+    const auto processor = processorOver("*M: 1\n");
+    processor->setLocalizations({"de", "fr"});
+    ASSERT_TRUE(insertAt(*processor, 0, "L", "\"a\nb\""));
+    ASSERT_TRUE(
+        processor->insertAttributeWithKeyword_spec_text_value_wrap("K", "S", kGlace, "V", false));
+    ASSERT_EQ(processor->lines()->size(), 6U) << "the value with the line feed is one line";
+    EXPECT_EQ(deleteFrom(*processor, "K", "S"), 1U);
+    EXPECT_EQ(*processor->content(), "*L: \"a\nb\"\n*M: 1\n");
+}
+
 TEST(OrbPPDProcessorDelete, LanguagesThatCannotBeReadAreAnOutOfRangeError) {
     const auto processor = processorOver("*K: 1\n*cupsLanguages:\n");
     EXPECT_THROW(deleteFrom(*processor, "K"), std::out_of_range);

@@ -178,6 +178,8 @@ TEST(OrbPPDProcessorValue, CharactersBeforeTheColonDoNotChangeTheRuleForTheLastO
     EXPECT_EQ(valueIn("*Key caf\xC3\xA9: 12\n", "Key", "caf\xC3\xA9"), "12");
     EXPECT_EQ(valueIn("*\xF0\x9F\x98\x80: 1\n", "\xF0\x9F\x98\x80"), std::nullopt);
     EXPECT_EQ(valueIn("*\xF0\x9F\x98\x80: 12\n", "\xF0\x9F\x98\x80"), "12");
+    EXPECT_EQ(valueIn("*Key: \xE7\xB4\x99\n"), std::nullopt);
+    EXPECT_EQ(valueIn("*Key: \xE7\xB4\x99\xE7\xB4\x99\n"), "\xE7\xB4\x99\xE7\xB4\x99");
 }
 
 TEST(OrbPPDProcessorValue, TheFirstColonOfTheLineCountsEvenInsideTheSpec) {
@@ -194,6 +196,28 @@ TEST(OrbPPDProcessorValue, ALineThatEndsAtItsColonOrWithSpacesAfterItIsAnOutOfRa
         EXPECT_THROW(valueIn(line + "\n"), std::out_of_range) << '[' << line << ']';
     }
     EXPECT_THROW(valueIn("*Key Spec/Text:\n", "Key", "Spec"), std::out_of_range);
+}
+
+TEST(OrbPPDProcessorValue, TheErrorNamesTheAttribute) {
+    try {
+        valueIn("*Key Spec/Text: \n", "Key", "Spec");
+        FAIL() << "no error";
+    } catch (const std::out_of_range& error) {
+        EXPECT_STREQ(error.what(), "nothing follows the colon of the attribute \"*Key Spec/Text\"");
+    }
+}
+
+TEST(OrbPPDProcessorValue, ValuesThatAllGoOnToOneEndLineTakeLinearTime) {
+    constexpr int kCount = 20000;
+    std::string content;
+    for (int i = 0; i < kCount; ++i) {
+        content += "*K" + std::to_string(i) + ": \"a\nb\"\n";
+    }
+    const auto processor = processorOver(content + "*End\n");
+    for (int i = 0; i < kCount; ++i) {
+        ASSERT_EQ(processor->valueForAttributeWithKeyword_spec("K" + std::to_string(i), kNone),
+                  "a b");
+    }
 }
 
 TEST(OrbPPDProcessorValue, OnlyTheFirstOfSeveralAttributesIsRead) {

@@ -124,6 +124,15 @@ TEST(OrbPPDProcessorIsASCII, AnyCharacterAboveIsNot) {
     }
 }
 
+TEST(OrbPPDProcessorIsASCII, AByteThatIsNoUTF8IsNot) {
+    EXPECT_FALSE(OrbPPDProcessor::isASCIIString("a\x80"));
+    EXPECT_FALSE(OrbPPDProcessor::isASCIIString("\xFF"));
+}
+
+TEST(OrbPPDProcessorSavvyName, ANameWithoutTheStartOfACharacterHasNoPrefix) {
+    EXPECT_EQ(OrbPPDProcessor::PPDSavvyNameFromString(repeated("\x80", 100)), "");
+}
+
 TEST(OrbPPDProcessorSavvyName, AShortNameStaysAndALongOneIsCutToAtMost79Bytes) {
     const std::string_view two = "\xC3\xA9";
     const std::string_view three = "\xE2\x82\xAC";

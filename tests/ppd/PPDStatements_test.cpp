@@ -48,11 +48,20 @@ TEST(PPDStatements, AQuotedValueGoesOnToItsEnd) {
 
 TEST(PPDStatements, AnEndAloneBelongsToAValueOfSeveralLinesOnly) {
     EXPECT_THAT(linesOf("*A: \"one\"\n*End\n"), ElementsAre("*A: \"one\"", "*End"));
+    for (const std::string end : {"\n", "\r", "\r\n"}) {
+        const std::string value = "*A: \"one" + end + "two\"" + end + "*End";
+        EXPECT_THAT(linesOf(value + end + "*B: 2" + end), ElementsAre(value, "*B: 2")) << value;
+    }
+}
+
+TEST(PPDStatements, ALongBlankLineTakesLinearTime) {
+    EXPECT_THAT(linesOf(std::string(300000, ' ') + "\n*A: 1\n"), ElementsAre("*A: 1"));
 }
 
 TEST(PPDStatements, QuotesCountBehindTheFirstColonAndNotInComments) {
     EXPECT_THAT(linesOf("*A b\"/c: 1\n*B: 2\n"), ElementsAre("*A b\"/c: 1", "*B: 2"));
     EXPECT_THAT(linesOf("*% a: \"b\n*B: 2\n"), ElementsAre("*% a: \"b", "*B: 2"));
+    EXPECT_THAT(linesOf("*A b\"\n*B: 2\n"), ElementsAre("*A b\"", "*B: 2")) << "without a colon";
 }
 
 TEST(PPDStatements, HasKeywordOptionKeywordTextAndValue) {
@@ -86,14 +95,39 @@ TEST(PPDStatements, ACommentOrAnotherLineHasNoKeyword) {
     EXPECT_EQ(statementOf("MediaType: x").keyword, "");
 }
 
+TEST(PPDStatements, OnlyWhatHasAValueIsQuoted) {
+    for (const char* const line : {"*% MediaType: \"x\"", "MediaType: \"x\"", "*A", "*A B/\"C\""}) {
+        EXPECT_FALSE(statementOf(line).isQuoted) << line;
+    }
+}
+
+TEST(PPDStatements, AValueIsQuotedBetweenTwoQuotes) {
+    struct {
+        const char* line;
+        const char* value;
+        bool isQuoted;
+    } const cases[] = {
+        {"*A: \"\"", "", true},         {"*A: \"b\"", "b", true}, {"*A: \"b\" c", "\"b\" c", false},
+        {"*A: b \"c\"", " \"c", false}, {"*A: \"", "\"", false},  {"*A: b", "b", false},
+    };
+    for (const auto& [line, value, isQuoted] : cases) {
+        EXPECT_EQ(statementOf(line).value, value) << line;
+        EXPECT_EQ(statementOf(line).isQuoted, isQuoted) << line;
+    }
+}
+
 TEST(PPDStatements, AValueOfSeveralLinesIsWithoutItsEnd) {
     EXPECT_EQ(statementOf("*A b/c: \"one\ntwo\"\n*End\n").value, "one\ntwo");
+    EXPECT_EQ(statementOf("*A b/c: \"one\ntwo\"\n").value, "one\ntwo");
+    EXPECT_EQ(statementOf("*A: one *End\n").value, "one *End");
 }
 
 TEST(PPDStatements, TellsADefault) {
     EXPECT_TRUE(statementOf("*DefaultMediaType: Plain").isDefault());
     EXPECT_EQ(statementOf("*DefaultMediaType: Plain").optionOfDefault(), "MediaType");
     EXPECT_FALSE(statementOf("*DefaultMediaType Plain/x: y").isDefault());
+    EXPECT_FALSE(statementOf("*DefaultMediaType Plain: y").isDefault());
+    EXPECT_FALSE(statementOf("*DefaultMediaType /x: y").isDefault());
     EXPECT_FALSE(statementOf("*MediaType: Plain").isDefault());
     EXPECT_EQ(statementOf("*MediaType: Plain").optionOfDefault(), "");
 }
@@ -112,6 +146,25 @@ TEST(PPDStatements, StandInTheirOptionAndGroup) {
     EXPECT_EQ(statements.back().index, statements.size() - 1);
 }
 
+TEST(PPDStatements, AnOptionOfTheJobControlLanguageOpensAndClosesLikeAnyOther) {
+    const auto statements = PPDStatementsOfText(
+        "*JCLOpenUI *JCLX/Option: PickOne\n*% comment\n*JCLX a: \"\"\n*JCLCloseUI: *JCLX\n*A: 1\n");
+    std::vector<std::string_view> options;
+    for (const PPDStatement& each : statements) {
+        options.push_back(each.option);
+    }
+    EXPECT_THAT(options, ElementsAre("JCLX", "JCLX", "JCLX", "JCLX", ""));
+}
+
+TEST(PPDStatements, ACommentNeitherOpensNorClosesAnOption) {
+    const auto statements = PPDStatementsOfText("*OpenUI *X: PickOne\n*% comment\n*X a: \"\"\n");
+    EXPECT_EQ(statements.back().option, "X");
+}
+
+TEST(PPDStatements, AnOptionMayBeOpenedWithoutItsAsterisk) {
+    EXPECT_EQ(statementOf("*OpenUI X/Option: PickOne\n").option, "X");
+}
+
 TEST(PPDStatements, DecodesHexadecimalPartsOfATranslation) {
     EXPECT_EQ(decodedPPDTranslation("a<0A>b"), "a\nb");
     EXPECT_EQ(decodedPPDTranslation("caf<C3a9>"), "caf\xC3\xA9");
@@ -120,6 +173,7 @@ TEST(PPDStatements, DecodesHexadecimalPartsOfATranslation) {
     EXPECT_EQ(decodedPPDTranslation("<41"), "A");
     EXPECT_EQ(decodedPPDTranslation("<g> a<b"), "<g> a");
     EXPECT_EQ(decodedPPDTranslation("<>"), "<>");
+    EXPECT_EQ(decodedPPDTranslation("a<"), "a<");
 }
 
 }  // namespace

@@ -1,16 +1,55 @@
 #include "ppd/PPDTextFile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <string>
+#include <system_error>
+#include <utility>
 
 #include "tests/support/TemporaryDirectory.h"
+#include "text/FileDescriptor.h"
+
+namespace {
+
+/// What happens before the next read, which is told the file's descriptor.
+std::function<void(int)> beforeNextRead;  // NOLINT(*-avoid-non-const-global-variables)
+/// So many of the next reads are interrupted by a signal.
+int interruptions = 0;  // NOLINT(*-avoid-non-const-global-variables)
+
+}  // namespace
+
+// Stands for the "read" of the C library in this program. What a file system does seldom cannot be
+// had from it otherwise.
+extern "C" ssize_t readOfTests(int descriptor, void* bytes, std::size_t size) __asm__("read");
+
+extern "C" ssize_t readOfTests(int descriptor, void* bytes, std::size_t size) {
+    if (beforeNextRead) {
+        std::exchange(beforeNextRead, nullptr)(descriptor);
+    }
+    if (interruptions > 0) {
+        --interruptions;
+        errno = EINTR;
+        return -1;
+    }
+    return ::syscall(SYS_read, descriptor, bytes, size);
+}
 
 namespace TkPPDUpdating::Testing {
 namespace {
+
+std::string messageOf(int error) {
+    return std::generic_category().message(error);
+}
 
 /// Expects that the file is refused, and gives the reason.
 std::string refusal(const std::string& path) {
@@ -60,9 +99,71 @@ TEST(PPDTextFile, ASuccessLeavesTheReasonAlone) {
     EXPECT_EQ(reason, "before");
 }
 
+TEST(PPDTextFile, IsOpenedToBeReadByThisProcessAloneAndIsNotWaitedFor) {
+    const TemporaryDirectory directory;
+    int flags = -1;
+    int flagsOfDescriptor = -1;
+    beforeNextRead = [&](int descriptor) {
+        flags = ::fcntl(descriptor, F_GETFL);
+        flagsOfDescriptor = ::fcntl(descriptor, F_GETFD);
+    };
+    EXPECT_TRUE(PPDTextWithContentsOfFile(directory.write("file.ppd", "text")));
+    ASSERT_NE(flags, -1);
+    EXPECT_EQ(flags & O_ACCMODE, O_RDONLY);
+    EXPECT_EQ(flags & O_NONBLOCK, O_NONBLOCK);
+    EXPECT_EQ(flagsOfDescriptor, FD_CLOEXEC);
+}
+
+TEST(PPDTextFile, AReadThatASignalInterruptsIsMadeAgain) {
+    const TemporaryDirectory directory;
+    interruptions = 3;
+    const PPDText text = PPDTextWithContentsOfFile(directory.write("file.ppd", "text"));
+    EXPECT_EQ(interruptions, 0);
+    ASSERT_TRUE(text);
+    EXPECT_EQ(*text, "text");
+}
+
+TEST(PPDTextFile, AFileThatGrowsOrShrinksWhileItIsReadIsReadToItsEnd) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("file.ppd", "0123456789");
+    const std::string more(200'000, 'x');
+    beforeNextRead = [&](int) { std::ofstream(path, std::ios::app) << more; };
+    const PPDText grown = PPDTextWithContentsOfFile(path);
+    ASSERT_TRUE(grown);
+    EXPECT_TRUE(*grown == "0123456789" + more);
+    beforeNextRead = [&](int) { std::filesystem::resize_file(path, 4); };
+    const PPDText shrunk = PPDTextWithContentsOfFile(path);
+    ASSERT_TRUE(shrunk);
+    EXPECT_EQ(*shrunk, "0123");
+}
+
+TEST(PPDTextFile, ADescriptorThatCannotBeReadIsToldWithTheCause) {
+    const TemporaryDirectory directory;
+    std::string reason;
+    const FileDescriptor file(
+        ::open(directory.write("file.ppd", "text").c_str(), O_WRONLY | O_CLOEXEC));
+    ASSERT_TRUE(file.isOpen());
+    EXPECT_EQ(PPDTextWithContentsOfDescriptor(file.get(), &reason), nullptr);
+    EXPECT_EQ(reason, messageOf(EBADF));
+    reason.clear();
+    EXPECT_EQ(PPDTextWithContentsOfDescriptor(-1, &reason), nullptr);
+    EXPECT_EQ(reason, messageOf(EBADF));
+}
+
+TEST(PPDTextFile, ADescriptorIsReadOnFromWhereItStandsAndStaysOpen) {
+    const TemporaryDirectory directory;
+    const FileDescriptor file(
+        ::open(directory.write("file.ppd", "text").c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_EQ(::lseek(file.get(), 1, SEEK_SET), 1);
+    const PPDText text = PPDTextWithContentsOfDescriptor(file.get());
+    ASSERT_TRUE(text);
+    EXPECT_EQ(*text, "ext");
+    EXPECT_EQ(::lseek(file.get(), 0, SEEK_CUR), 4);
+}
+
 TEST(PPDTextFile, AMissingFileIsNoText) {
     const TemporaryDirectory directory;
-    refusal((directory.path() / "missing.ppd").string());
+    EXPECT_EQ(refusal((directory.path() / "missing.ppd").string()), messageOf(ENOENT));
     refusal((directory.path() / "missing" / "file.ppd").string());
     refusal("");
 }
@@ -76,19 +177,19 @@ TEST(PPDTextFile, ABrokenLinkIsNoText) {
 
 TEST(PPDTextFile, ADirectoryIsNoText) {
     const TemporaryDirectory directory;
-    refusal(directory.path().string());
+    EXPECT_EQ(refusal(directory.path().string()), "is a directory");
 }
 
 TEST(PPDTextFile, ADeviceIsNoText) {
-    refusal("/dev/full");
-    refusal("/dev/zero");
+    EXPECT_EQ(refusal("/dev/full"), "is not a regular file");
+    EXPECT_EQ(refusal("/dev/zero"), "is not a regular file");
 }
 
 TEST(PPDTextFile, AFIFOIsNoTextAndIsNotWaitedFor) {
     const TemporaryDirectory directory;
     const std::string path = (directory.path() / "fifo.ppd").string();
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    refusal(path);
+    EXPECT_EQ(refusal(path), "is not a regular file");
 }
 
 TEST(PPDTextFile, AFileThatIsTooLargeToBeAPPDIsNotRead) {
@@ -108,10 +209,11 @@ TEST(PPDTextFile, AFileThatIsTooLargeToBeAPPDIsNotRead) {
 TEST(PPDTextFile, AByteThatIsNotUTF8IsToldWithItsOffset) {
     const TemporaryDirectory directory;
     const std::string before(1234, 'a');
-    EXPECT_NE(refusal(directory.write("latin1.ppd", before + "\xE9 ")).find("1234"),
-              std::string::npos);
-    EXPECT_NE(refusal(directory.write("cut.ppd", before + "\xC3")).find("1234"), std::string::npos);
-    EXPECT_NE(refusal(directory.write("first.ppd", "\xFF")).find('0'), std::string::npos);
+    EXPECT_EQ(refusal(directory.write("latin1.ppd", before + "\xE9 ")),
+              "is not valid UTF-8 at byte 1234");
+    EXPECT_EQ(refusal(directory.write("cut.ppd", before + "\xC3")),
+              "is not valid UTF-8 at byte 1234");
+    EXPECT_EQ(refusal(directory.write("first.ppd", "\xFF")), "is not valid UTF-8 at byte 0");
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "text/CaseFolding.h"
@@ -52,8 +54,10 @@ class Texts {
 
     std::string text() {
         std::string all;
+        std::string last;
         for (std::size_t lines = below(60); lines > 0; --lines) {
-            all += line() + (below(40) == 0 ? "" : "\n");
+            last = below(5) == 0 ? last : line();
+            all += last + (below(40) == 0 ? "" : "\n");
         }
         if (below(10) == 0 && !all.empty()) {
             all.insert(below(all.size()), 1, oneOf({"\xC3", "\xFF", "\x80"}).front());
@@ -195,21 +199,38 @@ void expectRunsOf(const PPDTextIndex& index, const std::vector<std::string>& lin
     }
 }
 
+/// A run as a test compares it: its first line, the line behind its last one, and its keyword.
+using RunOfLines = std::tuple<Line, Line, std::string>;
+
+std::vector<RunOfLines> allRunsOf(const PPDTextIndex& index) {
+    std::vector<RunOfLines> runs;
+    index.visitAllRuns(
+        [&](const PPDTextIndex::Run& run) { runs.emplace_back(run.first, run.end, run.keyword); });
+    return runs;
+}
+
+/// Lines in a row that have the same keyword are one run.
 void expectAllRuns(const PPDTextIndex& index, const std::vector<std::string>& lines) {
-    std::vector<Line> visited;
-    index.visitAllRuns([&](const PPDTextIndex::Run& run) {
-        for (Line line = run.first; line < run.end; ++line) {
-            EXPECT_EQ(run.keyword, keywordOf(lines[line]));
-            visited.push_back(line);
-        }
-    });
-    std::vector<Line> expected;
+    std::vector<RunOfLines> expected;
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (lines[i].starts_with('*')) {
-            expected.push_back(static_cast<Line>(i));
+        if (!lines[i].starts_with('*')) {
+            continue;
         }
+        const std::string keyword = keywordOf(lines[i]);
+        const bool goesOn = !expected.empty() && std::get<1>(expected.back()) == i &&
+                            std::get<2>(expected.back()) == keyword;
+        if (!goesOn) {
+            expected.emplace_back(static_cast<Line>(i), static_cast<Line>(i), keyword);
+        }
+        std::get<1>(expected.back()) = static_cast<Line>(i + 1);
     }
-    ASSERT_EQ(visited, expected);
+    ASSERT_EQ(allRunsOf(index), expected);
+}
+
+/// Whether the look-up visits the line.
+bool isVisited(const PPDTextIndex& index, std::string_view keyword, Line line) {
+    return index.visitRuns(
+        keyword, [&](const PPDTextIndex::Run& run) { return run.first <= line && line < run.end; });
 }
 
 TEST(PPDTextIndex, TellsWhatAPlainListOfStringsTells) {
@@ -247,6 +268,96 @@ TEST(PPDTextIndex, FindsEachOfThousandsOfKeywords) {
         ASSERT_TRUE(std::find(found.begin(), found.end(), i) != found.end()) << i;
         ASSERT_LT(found.size(), 3U) << i;
     }
+}
+
+TEST(PPDTextIndex, LinesInARowWithOneKeywordAreOneRunWhateverEndsIt) {
+    for (std::size_t length = 1; length <= 40; ++length) {
+        const std::string keyword(length, 'K');
+        const std::string line = "*" + keyword;
+        const auto index =
+            indexOf("*Other: 1\n" + line + ": 1\n" + line + "/x: 2\n" + line + "\tA: 3\n" + line +
+                    "\n" + line + "x: 4\n" + line + " A: 5\nno keyword\n" + line + ": 6\n" + line);
+        ASSERT_EQ(allRunsOf(index), (std::vector<RunOfLines>{{0, 1, "Other"},
+                                                             {1, 5, keyword},
+                                                             {5, 6, keyword + "x"},
+                                                             {6, 7, keyword},
+                                                             {8, 10, keyword}}));
+    }
+}
+
+TEST(PPDTextIndex, BytesBehindTheTextAreNoneOfIt) {
+    const std::string whole = "*Other: 1\n*Another: 1\n*Key";
+    std::string text = whole + "?..: 1\n";
+    text.resize(whole.size());  // leaves them where they are
+    const auto index = indexOf(std::move(text));
+    EXPECT_EQ(allRunsOf(index),
+              (std::vector<RunOfLines>{{0, 1, "Other"}, {1, 2, "Another"}, {2, 3, "Key"}}));
+    EXPECT_TRUE(isVisited(index, "key", 2));
+}
+
+TEST(PPDTextIndex, FindsAKeywordInEitherCaseWhereverTheLetterStandsInIt) {
+    // Of some the two letters take a different number of bytes.
+    const std::pair<std::string, std::string> letters[] = {
+        {"\xE2\x84\xAA", "k"},         // Kelvin sign
+        {"\xC5\xBF", "s"},             // long s
+        {"\xC8\xBA", "\xE2\xB1\xA5"},  // A with stroke
+        {"\xC3\x89", "\xC3\xA9"},      // E with acute
+        {"X", "x"},
+    };
+    for (const auto& [one, other] : letters) {
+        for (std::size_t before = 0; before <= 36; ++before) {
+            for (std::size_t behind = 0; behind <= 18; ++behind) {
+                const std::string keyword =
+                    std::string(before, 'a') + one + std::string(behind, 'B');
+                const std::string same =
+                    std::string(before, 'A') + other + std::string(behind, 'b');
+                const auto index = indexOf("*" + keyword + ": 1\nno keyword\n*" + same + ": 1\n");
+                ASSERT_TRUE(isVisited(index, keyword, 2)) << keyword;
+                ASSERT_TRUE(isVisited(index, same, 0)) << keyword;
+            }
+        }
+    }
+}
+
+TEST(PPDTextIndex, VisitsHardlyAnyRunOfAKeywordThatDiffersInOneLetter) {
+    int others = 0;
+    for (std::size_t length = 1; length <= 40; ++length) {
+        std::vector<std::string> keywords(length + 1, std::string(length, 'a'));
+        std::string text = "*" + keywords.back() + ": 1\n";
+        for (std::size_t at = 0; at < length; ++at) {
+            keywords[at][at] = 'Z';
+            text += "*" + keywords[at] + ": 1\n";
+        }
+        const auto index = indexOf(text);
+        for (const std::string& keyword : keywords) {
+            index.visitRuns(keyword, [&](const PPDTextIndex::Run& run) {
+                others += run.keyword == keyword ? 0 : 1;
+                return false;
+            });
+        }
+    }
+    // By chance two may meet, once in a hundred thousand times that this runs.
+    EXPECT_LE(others, 2);
+}
+
+TEST(PPDTextIndex, OfSeveralBytesThatAreNoUTF8OrNULTheFirstOneCounts) {
+    for (const std::size_t first : {0U, 10U, 63U, 64U, 100U}) {
+        for (const std::size_t second : {101U, 127U, 128U, 200U, 299U}) {
+            std::string text(300, 'a');
+            text[first] = text[second] = '\xFF';
+            EXPECT_EQ(indexOf(text).firstInvalidUTF8Byte(), first) << second;
+            text[first] = text[second] = '\0';
+            EXPECT_EQ(indexOf(text).firstNULByte(), first) << second;
+        }
+    }
+}
+
+TEST(PPDTextIndex, QuotesOnLinesWithoutAColonTakeLinearTime) {
+    std::string text;
+    for (int i = 0; i < 800000; ++i) {
+        text += "*A \"\n";
+    }
+    EXPECT_TRUE(indexOf(std::move(text)).longValues().empty());
 }
 
 TEST(PPDTextIndex, VisitsRunsUntilOneIsAccepted) {

@@ -151,6 +151,7 @@ TEST(StringsFileReader, BareWordsHoldEverythingButTheirSeparators) {
         {"a quote that does not come first", "a\"b=c\"d;", {{"a\"b", "c\"d"}}},
         {"an apostrophe is no quote", "'a'='b';", {{"'a'", "'b'"}}},
         {"a backslash is no escape", "a=\\n;", {{"a", "\\n"}}},
+        {"controls that are no blanks", "a=\x08;b=\x0E;", {{"a", "\x08"}, {"b", "\x0E"}}},
     });
 }
 
@@ -186,9 +187,21 @@ TEST(StringsFileReader, EscapesInQuotedStrings) {
          {{"k",
            "A0\ax\u00E9"
            "1"}}},
+        {"octal up to what is no octal digit",
+         R"("k" = "\18\129";)",
+         {{"k",
+           "\x01"
+           "8\n9"}}},
         {"the largest octal", R"("k" = "\377";)", {{"k", "\u00FF"}}},
         {"a UTF-16 unit of every length", R"("k" = "\U0041\U00e9\U7D19";)", {{"k", "Aé紙"}}},
+        {"the largest digits of either case", R"("k" = "\U00ff\U00FF";)", {{"k", "\u00FF\u00FF"}}},
         {"a surrogate pair", R"("k" = "\UD83D\UDE00";)", {{"k", "😀"}}},
+        {"the first and the last surrogates",
+         R"("k" = "\UD800\UDC00\UDBFF\UDFFF";)",
+         {{"k", "\U00010000\U0010FFFF"}}},
+        {"the units around the surrogates",
+         R"("k" = "\UD7FF\UE000\UFFFD";)",
+         {{"k", "\uD7FF\uE000\uFFFD"}}},
     });
 }
 
@@ -199,6 +212,8 @@ TEST(StringsFileReader, CommentsMayStandWhereBlanksMay) {
          {{"a", "b"}}},
         {"line comments", "// x;\na // x\n= // x;\r b // x\u2028; // x", {{"a", "b"}}},
         {"one after another", "/* x *//* y */// z\na=b;", {{"a", "b"}}},
+        {"right behind a bare value's end", "a=b;/* x */c=d;// y", {{"a", "b"}, {"c", "d"}}},
+        {"without anything in them", "/**/a=b /**/;//", {{"a", "b"}}},
         {"right behind a quoted string", "\"a\"/* x */=\"b\"/* x */;// x", {{"a", "b"}}},
         {"with separators in them", R"(a = "b" /* ; = */;)", {{"a", "b"}}},
         {"with an equals sign behind a bare value", "a = b /* = */;", {{"a", "b"}}},
@@ -213,6 +228,7 @@ TEST(StringsFileReader, WhatOpensACommentWithinAWordIsText) {
          {{"a", "//server/x"}, {"b", "c"}}},
         {"two slashes within a word", "a = b//c;", {{"a", "b//c"}}},
         {"a comment within a word", "a=b/*c*/d;", {{"a", "b/*c*/d"}}},
+        {"right behind a word", "a=b/*c*/;d=e//f\n;", {{"a", "b/*c*/"}, {"d", "e//f"}}},
         {"right behind the equals sign", "a=/*c*/;", {{"a", "/*c*/"}}},
     });
 }
@@ -221,6 +237,7 @@ TEST(StringsFileReader, ACommentThatCannotBeOneInTheMiddleOfAPairIsText) {
     expectAllRead({
         {"the line goes on to the end of the text", "a=b // c;d=e;", {{"a", "b // c"}, {"d", "e"}}},
         {"never closed", "a=b /* c;d=e;", {{"a", "b /* c"}, {"d", "e"}}},
+        {"never closed, before a word", "a= /* b;c= // d;", {{"a", "/* b"}, {"c", "// d"}}},
         {"the word goes on behind it", "a=b /* c */ d;", {{"a", "b /* c */ d"}}},
         {"closed in a later pair only", "a=b /* c;d=e */;", {{"a", "b /* c"}, {"d", "e */"}}},
         {"the line goes on to a later pair", "a=b // c;d=e\n;", {{"a", "b // c"}, {"d", "e"}}},
@@ -266,6 +283,11 @@ TEST(StringsFileReader, AWrongEscapeIsMalformed) {
         R"(a = "\UD83Dx";)",
         R"(a = "\UD83D\U0041";)",
         R"(a = "\UDE00";)",
+        R"(a = "\UDC00";)",
+        R"(a = "\UDFFF";)",
+        R"(a = "\UD83D\UDBFF";)",
+        R"(a = "\UD83D\UE000";)",
+        R"(a = "\UD83D--DE00";)",
         R"(a = "\UD83D\UDE0";)",
     });
 }
