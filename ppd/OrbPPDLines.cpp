@@ -345,7 +345,7 @@ const PPDLineKeys* OrbPPDLines::keysFor(std::string_view keyword,
 }
 
 /// Calls `visit(LineID)`, in line order, until it gives true, for the lines of the index that are
-/// there and may be the attribute, or a translation of it.
+/// there and may be the attribute, or a translation of it when the keyword has no full stop.
 template <typename Visit>
 void OrbPPDLines::visitKept(std::string_view keyword, std::optional<std::string_view> spec,
                             const Visit& visit) const {
@@ -454,7 +454,8 @@ std::optional<std::vector<OrbPPDLines::LineID>> OrbPPDLines::translations(
         return std::nullopt;
     }
     std::vector<LineID> lines;
-    visitKept(keyword, spec, [&](LineID line) {
+    const std::size_t stop = PPDTextIndex::keywordPart(keyword).rfind('.');
+    visitKept(keyword.substr(stop + 1), spec, [&](LineID line) {
         if (isTranslation(index_->line(line), keyword, spec)) {
             lines.push_back(line);
         }

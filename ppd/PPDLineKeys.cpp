@@ -22,10 +22,14 @@ std::string_view withoutBlanksAround(std::string_view text) {
 
 PPDLineKeys::PPDLineKeys(const PPDTextIndex& index, Kind kind) : kind_(kind) {
     index.visitAllRuns([&](const PPDTextIndex::Run& run) {
+        const std::size_t language = run.keyword.rfind('.');
         for (Line line = run.first; line < run.end; ++line) {
             const std::string_view text = index.line(line).substr(1);
             if (kind == Kind::kEveryEnd) {
                 addEveryEnd(line, text);
+                if (language != std::string_view::npos) {
+                    addEveryEnd(line, text.substr(language + 1));
+                }
             } else {
                 addFirstEnd(line, run.keyword, text.substr(run.keyword.size()));
             }

@@ -27,7 +27,8 @@ class PPDLineKeys {
         /// first ":" or "/".
         kIgnoringCase,
         /// Case ignored, for keywords and option keywords that hold what ends them elsewhere.
-        /// Where such a one ends, a line does not tell, so that it has a key for every place. No
+        /// Where such a one ends, a line does not tell, so that it has a key for every place. A
+        /// translation has these for its whole keyword, and for what follows its last full stop. No
         /// PPD needs such look-ups by the thousand, but a hostile one can cause them, by its
         /// language codes and by the names of custom media types.
         kEveryEnd

@@ -53,6 +53,17 @@ TEST(OrbPPDProcessorDelete, AnAbsentAttributeKeepsItsTranslations) {
     EXPECT_EQ(processor->content(), text);
 }
 
+TEST(OrbPPDProcessorDelete, TranslationsOfAnOptionWithAColonGoAfterAnyNumberOfLookUps) {
+    const auto processor = OrbPPDProcessor::processorWithPPDContent(
+        makePPDText("*cupsLanguages: \"fr\"\n*Key a:b: 1\n*fr.Key a:b/T: \"\"\n*Key a: 2\n"));
+    for (int i = 0; i < 2000; ++i) {
+        ASSERT_EQ(processor->rangeOfAttributeWithKeyword_spec_value("Key", "a:c", std::nullopt),
+                  kNotFound);
+    }
+    EXPECT_EQ(processor->deleteAttributeWithKeyword_spec_value("Key", "a:b", std::nullopt), 1U);
+    EXPECT_EQ(*processor->content(), "*cupsLanguages: \"fr\"\n*Key a: 2\n");
+}
+
 /// A deletion from a PPD, the index that it gives, and the PPD after it.
 struct Deletion {
     const char* name;
