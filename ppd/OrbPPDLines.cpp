@@ -29,11 +29,9 @@ std::size_t endOfLanguage(std::string_view line, std::string_view keyword) {
     const std::string_view name = PPDTextIndex::keywordPart(line);
     const std::string_view wanted = PPDTextIndex::keywordPart(keyword);
     std::size_t stop = name.size();
-    for (auto more = 1 + std::count(wanted.begin(), wanted.end(), '.'); more > 0; --more) {
-        stop = stop == 0 ? std::string_view::npos : name.rfind('.', stop - 1);
-        if (stop == std::string_view::npos) {
-            break;
-        }
+    auto more = 1 + std::count(wanted.begin(), wanted.end(), '.');
+    for (; more > 0 && stop != std::string_view::npos; --more) {
+        stop = name.rfind('.', stop - 1);
     }
     return stop;
 }
@@ -45,7 +43,7 @@ bool isTranslation(std::string_view line, std::string_view keyword,
         return false;
     }
     const std::size_t stop = endOfLanguage(line, keyword);
-    return stop != std::string_view::npos && stop > 0 &&
+    return stop != std::string_view::npos &&
            isAttribute(line.substr(stop + 1), keyword, spec, std::nullopt);
 }
 
@@ -294,7 +292,7 @@ std::string OrbPPDLines::bytes() const {
             text.append(whole, index_->start(line), index_->start(last) - index_->start(line));
             line = last;
         }
-        if (end == index_->size() && !text.empty() && text.back() != '\n') {
+        if (!text.empty() && text.back() != '\n') {
             text += '\n';  // behind the last line of a text that ends without one
         }
     };
@@ -465,7 +463,7 @@ std::optional<std::vector<OrbPPDLines::LineID>> OrbPPDLines::translations(
 }
 
 std::optional<std::size_t> OrbPPDLines::indexOfEndAfter(std::size_t index) const {
-    if (size_ == 0 || index >= size_ - 1) {
+    if (index >= size_) {
         return std::nullopt;
     }
     const std::vector<Gap>& gaps = changes_->gaps;

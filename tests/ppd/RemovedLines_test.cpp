@@ -80,6 +80,16 @@ TEST(RemovedLines, TellsWhatAPlainListTells) {
     }
 }
 
+TEST(RemovedLines, TakesTensOfMillionsOfLines) {
+    constexpr Line kCount = (1U << 26U) + 1;
+    RemovedLines lines(kCount);
+    EXPECT_EQ(lines.add(kCount - 1, kCount), 1U);
+    EXPECT_TRUE(lines.contains(kCount - 1));
+    EXPECT_EQ(lines.countBefore(kCount - 1), 0U);
+    EXPECT_EQ(lines.next(0, true), kCount - 1);
+    EXPECT_EQ(lines.lineAt(kCount - 2), kCount - 2);
+}
+
 TEST(RemovedLines, ACopyIsOnItsOwn) {
     RemovedLines lines(100);
     lines.add(10, 20);

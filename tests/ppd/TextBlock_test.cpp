@@ -91,11 +91,20 @@ TEST(TextBlock, WordsAndVectorsTellWhatReadingByteByByteTells) {
 
 TEST(TextBlock, ABlockWithoutNULAndWideBytesSaysSo) {
     Block block{};
-    block.fill('x');
-    for (const auto& masks : {PortableTextBlocks::masksOfTextBlock(block.data()),
-                              TextBlocks::masksOfTextBlock(block.data())}) {
-        EXPECT_EQ(masks, TextBlockMasks());
+    // One whose lowest bit is set, too.
+    for (const char byte : {'x', 'a'}) {
+        block.fill(byte);
+        for (const auto& masks : {PortableTextBlocks::masksOfTextBlock(block.data()),
+                                  TextBlocks::masksOfTextBlock(block.data())}) {
+            EXPECT_EQ(masks, TextBlockMasks());
+        }
     }
+}
+
+TEST(TextBlock, CountsNoMoreThanABlockOfSameBytes) {
+    Block block{};
+    EXPECT_EQ(PortableTextBlocks::lengthOfSameBytes(block.data(), block.data()), kKeywordBlock);
+    EXPECT_EQ(TextBlocks::lengthOfSameBytes(block.data(), block.data()), kKeywordBlock);
 }
 
 TEST(TextBlock, WordsAndVectorsFindWhereAKeywordEnds) {
