@@ -29,10 +29,14 @@ std::string_view choiceOfDefault(const PPDStatement& statement) {
 
 using Names = std::set<std::string_view>;
 
+bool opensOption(const PPDStatement& statement) {
+    return statement.keyword == "OpenUI" || statement.keyword == "JCLOpenUI";
+}
+
 Names optionsOf(std::span<const PPDStatement> statements) {
     Names options;
     for (const PPDStatement& statement : statements) {
-        if (statement.keyword == "OpenUI" || statement.keyword == "JCLOpenUI") {
+        if (opensOption(statement)) {
             options.insert(statement.option);
         }
     }
@@ -188,9 +192,12 @@ std::optional<std::string> StatementComparison::reasonOfDoubles(
         if (list.front() != statement && isAdded_[list.front()->index]) {
             continue;  // looked at with the first of them
         }
-        const bool areSame = std::all_of(list.begin(), list.end(), [&](const auto* each) {
-            return isAdded_[each->index] && each->lines == statement->lines;
-        });
+        // Two media types may share a profile; what opens an option comes once.
+        const bool isAlone = list.size() == 1 || !opensOption(*statement);
+        const bool areSame =
+            isAlone && std::all_of(list.begin(), list.end(), [&](const auto* each) {
+                return isAdded_[each->index] && each->lines == statement->lines;
+            });
         if (!areSame) {
             return nameOfStatement(*statement) + " would be there twice";
         }

@@ -101,7 +101,7 @@ Lines statementsOf(std::string_view text) {
     return lines;
 }
 
-/// "*KEYWORD SPEC/..." or "*KEYWORD: ...".
+/// "*KEYWORD SPEC/..." or "*KEYWORD: ..."; what separates them from the rest may be missing.
 struct Parts {
     std::string_view keyword;
     std::string_view spec;
@@ -109,8 +109,8 @@ struct Parts {
 
 Parts partsOf(std::string_view line) {
     Parts parts;
-    if (line.starts_with('*') && line.find(':') != std::string_view::npos) {
-        line = line.substr(1, line.find_first_of("/:") - 1);
+    if (line.starts_with('*')) {
+        line = line.substr(1, std::min(line.find_first_of("/:"), line.size()) - 1);
         const std::size_t blank = std::min(line.find_first_of(" \t"), line.size());
         parts.keyword = line.substr(0, blank);
         line.remove_prefix(blank);

@@ -19,7 +19,6 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
-
 constexpr const char* kBefore =
     "*PPD-Adobe: \"4.3\"\n"
     "*cupsVersion: 2.4\n"
@@ -400,6 +399,8 @@ TEST(UpdateGuard, AnInstallableBlockMayComeWithTheUpdaterThatHasIt) {
             kBefore, edited(after, {{"Installed: \"\"\n*CloseUI", "Installed: \"x\"\n*CloseUI"}}),
             instance),
         "it would get a new line of ZrAutoDuplexerInstalled True");
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, after + kInstallableBlock, instance),
+              "OpenUI *ZrAutoDuplexerInstalled would be there twice");
     EXPECT_EQ(UpdateGuard::reasonNotToWrite(after, after + kInstallableBlock, instance),
               "OpenUI *ZrAutoDuplexerInstalled would be there twice");
 }
