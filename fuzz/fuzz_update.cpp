@@ -58,6 +58,13 @@ bool passes(const OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
     return true;
 }
 
+/// Whether the PPD names its custom media more than once: a run takes what the first one names.
+bool namesCustomMediaTwice(const PPDText& text) {
+    constexpr std::string_view kCategory = "\n*ZrMediaTypeCategory custom";
+    const std::size_t first = text->find(kCategory);
+    return first != std::string::npos && text->find(kCategory, first + 1) != std::string::npos;
+}
+
 void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
                        const Status& status) {
     const auto result = updated(manager, PPD, status);
@@ -70,7 +77,7 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
                                                                           "file:", PPD.get());
     });
     require(!values || values->has_value() == (status != nullptr), "values need a status");
-    if (!result || !passes(manager, PPD, *result) ||
+    if (!result || !passes(manager, PPD, *result) || namesCustomMediaTwice(PPD->text()) ||
         (status && Testing::isOfTwoMindsAboutTheDuplexer(*status))) {
         return;
     }
