@@ -38,10 +38,12 @@ bool passes(const PPDText& before, const PPDText& after) {
     return after && !UpdateGuard::reasonNotToWrite(*before, *after, updaters);
 }
 
-/// Whether the text has lines of a name that types get ("custom1"), though no category has it: they
-/// go with the type of that name.
-bool hasLinesOfGivenNames(const PPDText& text) {
-    return text->find("MediaType custom") != std::string::npos;
+/// Whether the text still has lines that look like those of an earlier run: of a second category,
+/// as a run takes what the first one names, or of a name that types get ("custom1"), though no
+/// category has it, which go with the type of that name.
+bool hasLinesOfEarlierRun(const PPDText& text) {
+    return text->find("MediaType custom") != std::string::npos ||
+           text->find("*ZrMediaTypeCategory custom") != std::string::npos;
 }
 
 /// Whether each type has what a reading back needs, and each profile a qualifier of its own.
@@ -89,7 +91,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const PPDText start = makePPDText(*updated(PPD->text(), {}));
         const PPDText afterFirst = updated(start, typesOf(*first));
         const PPDText alone = updated(start, types);
-        if (hasLinesOfGivenNames(start) || !passes(start, afterFirst) || !passes(start, alone)) {
+        if (hasLinesOfEarlierRun(start) || !passes(start, afterFirst) || !passes(start, alone)) {
             return 0;
         }
         const PPDText both = updated(afterFirst, types);

@@ -30,8 +30,9 @@ class UpdateGuard {
     /// - every other statement of `after` is one that an updater owns, is a line of the scheduler's
     ///   length (255 bytes) without control characters, and names no program (cupsFilter,
     ///   cupsPreFilter, cupsPortMonitor, APPrinterPreset, FoomaticRIP);
-    /// - no choice comes to stand twice in an option, and no attribute of an updater twice;
-    ///   identical new ones may (two media types share a profile); and no attribute is lost;
+    /// - no choice comes to stand twice in an option, no option opens twice, and no attribute of an
+    ///   updater is there twice; identical new choices may (two media types share a profile); and
+    ///   no attribute is lost;
     /// - each default that changed names a choice that there is, none is missing, and none that
     ///   stayed has lost its choice.
     ///

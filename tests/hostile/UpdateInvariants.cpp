@@ -288,6 +288,7 @@ const std::optional<UpdateInvariants::Reading>& UpdateInvariants::reading() {
             const auto without = libcupsReading(withoutDuplexer_, error);
             reading_.emplace();
             reading_->ofDuplexer = without ? countsOf(*facts, *without) : Counts<LibcupsFact>();
+            reading_->withoutDuplexer = without;
             reading_->facts = *std::move(facts);
         }
     }
@@ -312,14 +313,21 @@ std::vector<std::string> UpdateInvariants::findingsIn(const std::string& after) 
         findings.push_back("libcups does not open it any more: " + error);
         return findings;
     }
-    const auto difference = differenceOfFacts(
-        reading()->facts, *facts,
-        {[&](const LibcupsFact& fact) { return isOfUpdaters(fact) || isNamed(fact, names_); },
-         reading()->ofDuplexer,
-         [](const LibcupsFact& fact) {
-             return isOfUpdaters(fact) || isOfCustomMedia(fact) || kFactsOfBlocks.contains(fact);
-         }});
-    findings.insert(findings.end(), difference.findings.begin(), difference.findings.end());
+    const auto findingsFrom = [&](const LibcupsFacts& base, const Counts<LibcupsFact>& mayGo) {
+        const FactRules rules = {
+            [&](const LibcupsFact& fact) { return isOfUpdaters(fact) || isNamed(fact, names_); },
+            mayGo,
+            [](const LibcupsFact& fact) {
+                return isOfUpdaters(fact) || isOfCustomMedia(fact) || kFactsOfBlocks.contains(fact);
+            }};
+        return differenceOfFacts(base, *facts, rules).findings;
+    };
+    const auto ofFacts = findingsFrom(reading()->facts, reading()->ofDuplexer);
+    // A group that opens twice is elsewhere to libcups when the first opening is gone.
+    const auto& without = reading()->withoutDuplexer;
+    if (!ofFacts.empty() && !(without && findingsFrom(*without, {}).empty())) {
+        findings.insert(findings.end(), ofFacts.begin(), ofFacts.end());
+    }
     return findings;
 }
 

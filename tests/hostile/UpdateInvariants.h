@@ -46,6 +46,8 @@ class UpdateInvariants {
         LibcupsFacts facts;
         /// What goes with an absent duplexer.
         Counts<LibcupsFact> ofDuplexer;
+        /// The reading when all of that is gone; nothing when libcups does not open that.
+        std::optional<LibcupsFacts> withoutDuplexer;
     };
 
     const std::optional<Reading>& reading();

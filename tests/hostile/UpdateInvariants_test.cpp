@@ -72,6 +72,29 @@ TEST(UpdateInvariants, LetWhatGoesWithADuplexerGo) {
                 IsEmpty());
 }
 
+TEST(UpdateInvariants, LetTheFirstOfTwoGroupsOfADuplexerGo) {
+    const std::string first =
+        "*OpenGroup: ZrTwoSidedPrinting/Two\n*OpenUI *Duplex/Duplex: PickOne\n"
+        "*DefaultDuplex: None\n*Duplex None/Off: \"\"\n*CloseUI: *Duplex\n"
+        "*CloseGroup: ZrTwoSidedPrinting\n";
+    const std::string rest =
+        "*OpenGroup: Other/Other\n*OpenUI *A/A: PickOne\n*A x/X: \"\"\n*CloseUI: *A\n"
+        "*CloseGroup: Other\n*OpenGroup: ZrTwoSidedPrinting/Two\n*OpenUI *B/B: PickOne\n"
+        "*B y/Y: \"\"\n*CloseUI: *B\n*CloseGroup: ZrTwoSidedPrinting\n";
+    UpdateInvariants invariants(kBefore + first + rest);
+    const std::string before = kBefore;
+    const std::size_t start = before.find("*OpenGroup");
+    const std::size_t end = before.find("*Tail");
+    // Of three, the first; then it is the second that is the first.
+    EXPECT_THAT(invariants.findingsIn(before.substr(0, start) + before.substr(end) + first + rest),
+                IsEmpty());
+    UpdateInvariants invariantsOfTwo(before.substr(0, start) + before.substr(end) + first + rest);
+    EXPECT_THAT(invariantsOfTwo.findingsIn(before.substr(0, start) + before.substr(end) + rest),
+                IsEmpty());
+    EXPECT_THAT(invariantsOfTwo.findingsIn(before.substr(0, start) + before.substr(end)),
+                Contains(HasSubstr("lost")));
+}
+
 TEST(UpdateInvariants, SeeALineThatIsNobodys) {
     EXPECT_THAT(findingsAfter({{"*ZrPenDyes", "*cupsFilter: \"x 0 sh\"\n*ZrPenDyes"}}),
                 Contains(HasSubstr("filter")));
