@@ -250,53 +250,92 @@ bool isOfTwoMindsAboutTheDuplexer(const OrbCSDeviceStatus& status) {
 }
 
 UpdateInvariants::UpdateInvariants(std::string before)
-    : before_(std::move(before)),
-      withoutDuplexer_(withoutAllOfDuplexer(before_)),
-      names_(namesOfCustomMedia(before_)) {}
+    : before_(std::move(before)), names_(namesOfCustomMedia(before_)) {
+    lines_.all = statementsOf(before_);
+}
 
-std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& after) const {
+/// What `findingsFrom(list, mayGoSoOften)` finds when nothing, all or some has gone of what goes
+/// with an absent duplexer; nothing as soon as it finds nothing. Counting alone would not do: of a
+/// thing that is there twice, the one outside would be taken for what may go.
+template <typename Thing, typename Read, typename FindingsFrom>
+UpdateInvariants::Findings UpdateInvariants::findingsAmong(Things<Thing>& things, const Read& read,
+                                                           const FindingsFrom& findingsFrom) {
+    using Counts = std::map<Thing, int>;
+    auto findings = findingsFrom(*things.all, Counts());
+    if (findings.empty()) {
+        return findings;
+    }
+    if (!things.isDuplexerKnown) {
+        things.isDuplexerKnown = true;
+        things.withoutDuplexer = read(withoutAllOfDuplexer(before_));
+    }
+    const auto& without = things.withoutDuplexer;
+    if (!without || findingsFrom(*without, Counts()).empty()) {
+        return without ? Findings() : findings;
+    }
+    return findingsFrom(*things.all, countsOf(*things.all, *without));
+}
+
+std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& after) {
     static const Names kLinesOfBlocks = linesOfBlocks();
     Names names = namesOfCustomMedia(after);
     names.insert(names_.begin(), names_.end());
-    const Lines base = statementsOf(before_);
+    const Lines linesAfter = statementsOf(after);
     const auto mayGo = [&](const std::string* previous, const std::string& line) {
         return isOwned(line, names_) || (isEnd(line) && previous && isOwned(*previous, names_));
     };
-    OrderedWalk<std::string> walk(base, mayGo, countsOf(base, statementsOf(withoutDuplexer_)));
-    std::vector<std::string> findings;
-    bool wasOwned = false;
-    for (const std::string& line : statementsOf(after)) {
-        const bool owned = isOwned(line, names);
-        const bool mayBeNew = owned || (wasOwned && isEnd(line)) || kLinesOfBlocks.contains(line);
-        if (walk.take(line, mayBeNew) == OrderedWalk<std::string>::Step::foreign) {
-            findings.push_back("a line that is new or another: " + line);
+    const auto findingsFrom = [&](const Lines& base, std::map<std::string, int> mayGoSoOften) {
+        OrderedWalk<std::string> walk(base, mayGo, std::move(mayGoSoOften));
+        Findings findings;
+        bool wasOwned = false;
+        for (const std::string& line : linesAfter) {
+            const bool owned = isOwned(line, names);
+            const bool mayBeNew =
+                owned || (wasOwned && isEnd(line)) || kLinesOfBlocks.contains(line);
+            if (walk.take(line, mayBeNew) == OrderedWalk<std::string>::Step::foreign) {
+                findings.push_back("a line that is new or another: " + line);
+            }
+            wasOwned = owned;
         }
-        wasOwned = owned;
-    }
-    if (const std::string* const lost = walk.lost()) {
-        findings.push_back("a line is lost: " + *lost);
-    }
-    return findings;
+        if (const std::string* const lost = walk.lost()) {
+            findings.push_back("a line is lost: " + *lost);
+        }
+        return findings;
+    };
+    return findingsAmong(
+        lines_, [](const std::string& text) { return statementsOf(text); }, findingsFrom);
 }
 
-const std::optional<UpdateInvariants::Reading>& UpdateInvariants::reading() {
-    if (!wasRead_) {
-        wasRead_ = true;
-        std::string error;
-        auto facts = libcupsReading(before_, error);
-        if (facts) {
-            const auto without = libcupsReading(withoutDuplexer_, error);
-            reading_.emplace();
-            reading_->ofDuplexer = without ? countsOf(*facts, *without) : Counts<LibcupsFact>();
-            reading_->withoutDuplexer = without;
-            reading_->facts = *std::move(facts);
-        }
+UpdateInvariants::Findings UpdateInvariants::findingsInFacts(const std::string& after) {
+    static const std::set<LibcupsFact> kFactsOfBlocks = factsOfBlocks();
+    std::string error;
+    if (!facts_.all) {
+        facts_.all = libcupsReading(before_, error);
     }
-    return reading_;
+    if (!facts_.all) {
+        return {};
+    }
+    const auto facts = libcupsReading(after, error);
+    if (!facts) {
+        return {"libcups does not open it any more: " + error};
+    }
+    // A group that opens twice is elsewhere to libcups when the first opening is gone.
+    return findingsAmong(
+        facts_, [&](const std::string& text) { return libcupsReading(text, error); },
+        [&](const LibcupsFacts& base, const std::map<LibcupsFact, int>& mayGoSoOften) {
+            const FactRules rules = {[&](const LibcupsFact& fact) {
+                                         return isOfUpdaters(fact) || isNamed(fact, names_);
+                                     },
+                                     mayGoSoOften,
+                                     [](const LibcupsFact& fact) {
+                                         return isOfUpdaters(fact) || isOfCustomMedia(fact) ||
+                                                kFactsOfBlocks.contains(fact);
+                                     }};
+            return differenceOfFacts(base, *facts, rules).findings;
+        });
 }
 
 std::vector<std::string> UpdateInvariants::findingsIn(const std::string& after) {
-    static const std::set<LibcupsFact> kFactsOfBlocks = factsOfBlocks();
     if (after == before_) {
         return {};
     }
@@ -304,30 +343,8 @@ std::vector<std::string> UpdateInvariants::findingsIn(const std::string& after) 
     if (!firstInvalidUTF8Byte(before_) && firstInvalidUTF8Byte(after)) {
         findings.emplace_back("it is no valid UTF-8 any more");
     }
-    if (!reading()) {
-        return findings;
-    }
-    std::string error;
-    const auto facts = libcupsReading(after, error);
-    if (!facts) {
-        findings.push_back("libcups does not open it any more: " + error);
-        return findings;
-    }
-    const auto findingsFrom = [&](const LibcupsFacts& base, const Counts<LibcupsFact>& mayGo) {
-        const FactRules rules = {
-            [&](const LibcupsFact& fact) { return isOfUpdaters(fact) || isNamed(fact, names_); },
-            mayGo,
-            [](const LibcupsFact& fact) {
-                return isOfUpdaters(fact) || isOfCustomMedia(fact) || kFactsOfBlocks.contains(fact);
-            }};
-        return differenceOfFacts(base, *facts, rules).findings;
-    };
-    const auto ofFacts = findingsFrom(reading()->facts, reading()->ofDuplexer);
-    // A group that opens twice is elsewhere to libcups when the first opening is gone.
-    const auto& without = reading()->withoutDuplexer;
-    if (!ofFacts.empty() && !(without && findingsFrom(*without, {}).empty())) {
-        findings.insert(findings.end(), ofFacts.begin(), ofFacts.end());
-    }
+    const auto ofFacts = findingsInFacts(after);
+    findings.insert(findings.end(), ofFacts.begin(), ofFacts.end());
     return findings;
 }
 

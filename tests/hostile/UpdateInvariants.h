@@ -35,29 +35,31 @@ class UpdateInvariants {
     std::vector<std::string> findingsIn(const std::string& after);
 
     /// The same of the lines alone.
-    std::vector<std::string> findingsInLines(const std::string& after) const;
+    std::vector<std::string> findingsInLines(const std::string& after);
 
   private:
-    /// How often each may go.
-    template <typename Thing>
-    using Counts = std::map<Thing, int>;
+    using Findings = std::vector<std::string>;
 
-    struct Reading {
-        LibcupsFacts facts;
-        /// What goes with an absent duplexer.
-        Counts<LibcupsFact> ofDuplexer;
-        /// The reading when all of that is gone; nothing when libcups does not open that.
-        std::optional<LibcupsFacts> withoutDuplexer;
+    /// The lines of the PPD before, or what libcups knows of it; nothing when it does not open it.
+    template <typename Thing>
+    struct Things {
+        std::optional<std::vector<Thing>> all;
+        /// The same of what is left when all is gone that goes with an absent duplexer. Read when
+        /// it is needed.
+        std::optional<std::vector<Thing>> withoutDuplexer;
+        bool isDuplexerKnown = false;
     };
 
-    const std::optional<Reading>& reading();
+    template <typename Thing, typename Read, typename FindingsFrom>
+    Findings findingsAmong(Things<Thing>& things, const Read& read,
+                           const FindingsFrom& findingsFrom);
+    Findings findingsInFacts(const std::string& after);
 
     std::string before_;
-    std::string withoutDuplexer_;
     /// What the category of custom media and the properties of its types name.
     std::set<std::string> names_;
-    bool wasRead_ = false;
-    std::optional<Reading> reading_;
+    Things<std::string> lines_;
+    Things<LibcupsFact> facts_;
 };
 
 }  // namespace TkPPDUpdating::Testing

@@ -95,6 +95,22 @@ TEST(UpdateInvariants, LetTheFirstOfTwoGroupsOfADuplexerGo) {
                 Contains(HasSubstr("lost")));
 }
 
+TEST(UpdateInvariants, TakeNothingForGoneThatIsThereTwice) {
+    const std::string head = "*PPD-Adobe: \"4.3\"\n";
+    const std::string opening = "*OpenUI *MediaType/Media: PickOne\n";
+    const std::string type = "*MediaType custom1/Felt: \"<</MediaType(custom1)>>setpagedevice\"\n";
+    const std::string closing = "*CloseUI: *MediaType\n";
+    const std::string group = "*OpenGroup: ZrTwoSidedPrinting/Two\n";
+    const std::string rest = "*CloseGroup: ZrTwoSidedPrinting\n*Tail: 1\n";
+    UpdateInvariants invariants(head + opening + closing + group + opening + type + closing + rest);
+    EXPECT_THAT(invariants.findingsInLines(head + opening + type + closing + group + opening +
+                                           closing + rest),
+                IsEmpty());
+    EXPECT_THAT(
+        invariants.findingsInLines(head + opening + type + group + opening + closing + rest),
+        Contains(HasSubstr("*OpenGroup")));
+}
+
 TEST(UpdateInvariants, SeeALineThatIsNobodys) {
     EXPECT_THAT(findingsAfter({{"*ZrPenDyes", "*cupsFilter: \"x 0 sh\"\n*ZrPenDyes"}}),
                 Contains(HasSubstr("filter")));
