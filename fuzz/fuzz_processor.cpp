@@ -172,7 +172,7 @@ class Comparison {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t kMostOperations = 100;
+    constexpr std::size_t kMostOperations = 50;
     std::string_view text = textOfInput(data, size);
     if (firstInvalidUTF8Byte(text)) {
         return 0;  // No text of the library; nothing says how case is ignored in it.
