@@ -1,5 +1,6 @@
 #include "c_interface/Sources.h"
 
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,6 +68,15 @@ std::shared_ptr<const OrbCSDeviceStatus> deviceStatus(std::string_view URI,
     return status;
 }
 
+/// The kind as the number that a C program has put there: one that names no kind is no value of the
+/// enumeration, and must not be read as one.
+int kindOf(const TkPPDUpdatingStatusSource& source) {
+    int kind = 0;
+    static_assert(sizeof kind == sizeof source.kind);
+    std::memcpy(&kind, &source.kind, sizeof kind);
+    return kind;
+}
+
 }  // namespace
 
 std::shared_ptr<const DeviceStatusSchemes> CSources::schemes() {
@@ -95,7 +105,8 @@ PPDModelCore::QueuePPDSource CSources::queuePPDSource() {
 }
 
 void CSources::check(const TkPPDUpdatingStatusSource& source, const DeviceStatusSchemes& schemes) {
-    switch (static_cast<int>(source.kind)) {
+    const int kind = kindOf(source);
+    switch (kind) {
         case TkPPDUpdatingFromDeviceURI: {
             const std::string_view URI = checkedName(source.text, "device URI");
             if (const auto error = schemes.errorInURI(URI)) {
@@ -112,9 +123,8 @@ void CSources::check(const TkPPDUpdatingStatusSource& source, const DeviceStatus
             }
             return;
         default:
-            throw CFailure(
-                TkPPDUpdatingBadArgument,
-                "source: there is no kind " + std::to_string(static_cast<int>(source.kind)));
+            throw CFailure(TkPPDUpdatingBadArgument,
+                           "source: there is no kind " + std::to_string(kind));
     }
 }
 
