@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <map>
 #include <string>
 
 #include "backends/recorded/RecordedDeviceStatus.h"
@@ -26,6 +29,15 @@ inline void requireSoundNetworkStatus(const ReportedDeviceStatus& status) {
     for (const auto& type : types ? *types : OrbCustomMediaTypes()) {
         require(type && type->name() && type->mediaID(), "a media type has a name and an ID");
         require(!type->ICCProfile(), "a network printer names no profile");
+    }
+    std::map<std::string, std::ptrdiff_t> sourcesByEntry;
+    for (const OrbCSStatusSource& source : status.sources()) {
+        ++sourcesByEntry[source.entry];
+    }
+    for (const auto& [entry, count] : sourcesByEntry) {
+        const auto found = OrbCSStatusSources::sourcesOf(status, entry);
+        require(std::ranges::count(found, entry, &OrbCSStatusSource::entry) == count,
+                "its sources are found by their entries");
     }
     for (const std::string& dropped : status.droppedValues()) {
         require(!firstInvalidUTF8Byte(dropped) && dropped.find('\n') == std::string::npos,

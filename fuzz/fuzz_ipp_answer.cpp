@@ -3,6 +3,7 @@
 // the status is one that may be handed over.
 #include <cups/ipp.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -43,6 +44,22 @@ std::string bytesOfMessage(ipp_t* message) {
     return bytes;
 }
 
+/// Whether every source is an attribute that the table reads the entry from, not too long.
+void requireSourcesOfTable(const ReportedDeviceStatus& status) {
+    for (const OrbCSStatusSource& source : status.sources()) {
+        const bool isOfTable = std::ranges::any_of(
+            IPPStatusMapping::rows(), [&source](const IPPStatusMapping::Row& row) {
+                return source.entry.starts_with(row.statusKey) &&
+                       source.entry.ends_with(row.part) &&
+                       std::ranges::any_of(row.attributes, [&source](const auto& attribute) {
+                           return attribute.name == source.name;
+                       });
+            });
+        require(isOfTable, "a source is an attribute of the table");
+        require(source.value.size() <= IPPStatusMapping::kLongestSource, "it is shown in short");
+    }
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -64,5 +81,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto status = IPPStatusMapping::statusForAnswer(
         IPPAnswer(message.get(), std::move(dropped), std::move(once.syntaxes)));
     requireSoundNetworkStatus(*status);
+    requireSourcesOfTable(*status);
     return 0;
 }
