@@ -2,10 +2,15 @@
 // and its locale, names of queues, device URIs, and where values of a status come from. The input
 // is a list of operations, one a line:
 //
-//   I number   N number    a whole number, signed or not    L all|paper|language   the user's
-//   locale D number   T text      another number; a text           E variable|value       the
-//   process's own Q name|answer          a queue's PPD ("ppd", "none", or no answer) U URI a device
-//   URI                     S entry|entry asked for|name|value
+//   I number            a whole number
+//   N number            one without a sign
+//   D number            any number
+//   T text              a text
+//   E variable|value    the environment of the process, and its clock
+//   L all|paper|language                   the locale of the user
+//   Q name|answer       the PPD of a queue ("ppd", "none", or why nobody answers)
+//   U URI               a device URI
+//   S entry|entry asked for|name|value     where a value comes from
 #include <algorithm>
 #include <cctype>
 #include <chrono>

@@ -1,10 +1,15 @@
 // The PPD processor against a plain list of strings: look-ups and edits in any order give the same
 // in both. The input is a list of operations, one a line, an empty line, and the PPD text.
 //
-//   I keyword|spec|text|value   insert, wrapped (i: not wrapped)     R keyword|spec|value   range
-//   D keyword|spec|value        delete                               V keyword|spec         value
-//   N number|line               insert a line                        L number location E number
-//   erase a line                         C                      content G languages
+//   I keyword|spec|text|value   insert, wrapped (i: not wrapped)
+//   D keyword|spec|value        delete
+//   N number|line               insert a line
+//   E number                    erase a line
+//   R keyword|spec|value        range
+//   V keyword|spec              value
+//   L number                    insert location
+//   C                           content
+//   G                           languages
 #include <optional>
 #include <stdexcept>
 #include <string>
