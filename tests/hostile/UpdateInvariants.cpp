@@ -182,12 +182,16 @@ std::map<typename Things::value_type, int> countsOf(const Things& more, const Th
     return counts;
 }
 
-/// Of a text whose last line has no end: what other updaters insert gives it one.
-std::string withoutAllOfDuplexer(std::string text) {
+/// The text without what goes with an absent duplexer: its group, and also the constraints of
+/// "Duplex", and also page sizes; the shortest first. Of a text whose last line has no end: what
+/// other updaters insert gives it one.
+std::array<std::string, 3> textsWithoutDuplexer(std::string text) {
     text += text.ends_with('\n') ? "" : "\n";
-    return withoutMatchingLines(
-        ConstraintRemovalModel::removed(withoutGroup(text, "ZrTwoSidedPrinting"), "Duplex"),
-        resource("TkPPDDuplexSafeRegularExpression"));
+    std::string group = withoutGroup(text, "ZrTwoSidedPrinting");
+    std::string constraints = ConstraintRemovalModel::removed(group, "Duplex");
+    std::string sizes =
+        withoutMatchingLines(constraints, resource("TkPPDDuplexSafeRegularExpression"));
+    return {std::move(sizes), std::move(constraints), std::move(group)};
 }
 
 bool isOfUpdaters(const LibcupsFact& fact) {
@@ -267,7 +271,12 @@ UpdateInvariants::Findings UpdateInvariants::findingsAmong(Things<Thing>& things
     }
     if (!things.isDuplexerKnown) {
         things.isDuplexerKnown = true;
-        things.withoutDuplexer = read(withoutAllOfDuplexer(before_));
+        for (const std::string& text : textsWithoutDuplexer(before_)) {
+            things.withoutDuplexer = read(text);
+            if (things.withoutDuplexer) {
+                break;
+            }
+        }
     }
     const auto& without = things.withoutDuplexer;
     if (!without || findingsFrom(*without, Counts()).empty()) {
@@ -303,7 +312,8 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
         return findings;
     };
     return findingsAmong(
-        lines_, [](const std::string& text) { return statementsOf(text); }, findingsFrom);
+        lines_, [](const std::string& text) { return std::optional(statementsOf(text)); },
+        findingsFrom);
 }
 
 UpdateInvariants::Findings UpdateInvariants::findingsInFacts(const std::string& after) {
