@@ -78,25 +78,35 @@ std::vector<std::string> blocks() {
     return texts;
 }
 
-/// A text split at line feeds; lines within one value, between its quotes, are one. As libcups
-/// reads them, quotes count behind the colon, and not in a comment.
+/// Takes the next line from the text. libcups takes a carriage return for its end, too: the one
+/// before a line feed is kept with the line, and one without is kept as two.
+std::string takenLine(std::string_view& text) {
+    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+    const bool isCarriageReturn = end < text.size() && text[end] == '\r';
+    const bool isBoth = isCarriageReturn && text.substr(end + 1).starts_with('\n');
+    std::string line(text.substr(0, end));
+    line += isBoth ? "\r" : isCarriageReturn ? "\r\r" : "";
+    text.remove_prefix(std::min(end + (isBoth ? 2 : 1), text.size()));
+    return line;
+}
+
+/// The lines of a text; those within one value, between its quotes, are one. As libcups reads them,
+/// quotes count behind the colon, and not in a comment.
 Lines statementsOf(std::string_view text) {
     Lines lines;
     bool isOpen = false;
     while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        const std::string_view line = text.substr(0, end);
+        const std::string line = takenLine(text);
         std::string_view quoted = line;
         if (isOpen) {
             lines.back().append("\n").append(line);
         } else {
-            lines.emplace_back(line);
+            lines.push_back(line);
             const bool isComment = line.starts_with("*%");
             quoted.remove_prefix(isComment ? line.size() : std::min(line.find(':'), line.size()));
         }
         const bool isOdd = std::count(quoted.begin(), quoted.end(), '"') % 2 == 1;
         isOpen = isOpen != isOdd;
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;
 }
@@ -143,7 +153,7 @@ Names namesOfCustomMedia(const std::string& text) {
 }
 
 bool isEnd(std::string_view line) {
-    return line == "*End" || line == "*End\r";
+    return line.substr(0, line.find('\r')) == "*End";
 }
 
 Names linesOfBlocks() {

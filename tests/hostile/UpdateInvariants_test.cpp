@@ -144,6 +144,17 @@ TEST(UpdateInvariants, TakeAQuoteForTheBeginningOfAValueOnlyBehindAColonAndOutsi
                 Contains("a line is lost: *Tail: \"1\n\""));
 }
 
+TEST(UpdateInvariants, TakeACarriageReturnForTheEndOfALine) {
+    const std::string head = "*PPD-Adobe: \"4.3\"\n*OpenUI *A: \"a\n*B: \"b\rc\": d\n";
+    UpdateInvariants invariants(head);
+    EXPECT_THAT(invariants.findingsInLines(head + "*ZrPenDyes: \n"), IsEmpty());
+    EXPECT_THAT(invariants.findingsInLines(head + "*New: 1\n"),
+                Contains("a line that is new or another: *New: 1"));
+    UpdateInvariants invariantsOfTwo("*A: 1\r*B: 2\r\n");
+    EXPECT_THAT(invariantsOfTwo.findingsInLines("*A: 1\r\n*B: 2\r\n"),
+                Contains(HasSubstr("*A: 1")));
+}
+
 TEST(UpdateInvariants, SeeATextThatLibcupsDoesNotOpen) {
     EXPECT_THAT(UpdateInvariants(kBefore).findingsIn(std::string("\n") + kBefore),
                 Contains(HasSubstr("libcups does not open it any more")));
