@@ -4,7 +4,11 @@
 #include <cups/http.h>
 #include <cups/ipp.h>
 
+#include <string_view>
 #include <utility>
+
+#include "text/ASCII.h"
+#include "text/UTF8.h"
 
 namespace TkPPDUpdating {
 
@@ -17,8 +21,8 @@ QueueFailure noScheduler(std::string reason) {
 constexpr const char* kWhoMay = "; run this as root, or as a member of the group lpadmin";
 
 /// In one language: libcups and the scheduler would tell it in the user's.
-QueueFailure failureForHTTPStatus(http_status_t status) {
-    const std::string number = " (HTTP status " + std::to_string(static_cast<int>(status)) + ")";
+QueueFailure failureForHTTPStatus(int status) {
+    const std::string number = " (HTTP status " + std::to_string(status) + ")";
     switch (status) {
         case HTTP_STATUS_ERROR:
             return noScheduler("the scheduler closed the connection");
@@ -35,13 +39,28 @@ QueueFailure failureForHTTPStatus(http_status_t status) {
     }
 }
 
-QueueFailure failureForIPPStatus(ipp_t* answer) {
+/// As much of a message as a phrase can hold: up to its first control character or byte that is no
+/// UTF-8, and no longer than any message may be.
+std::string phraseOfMessage(std::string_view message) {
     constexpr std::size_t kLongestMessage = 255;  // RFC 8011, section 4.1.6.2
+    std::size_t length = 0;
+    while (length < message.size()) {
+        const auto character = UTF8CharacterAtStart(message.substr(length));
+        if (!character || isControlCharacter(character->codePoint) ||
+            length + character->length > kLongestMessage) {
+            break;
+        }
+        length += character->length;
+    }
+    return std::string(message.substr(0, length));
+}
+
+QueueFailure failureForIPPStatus(ipp_t* answer) {
     const int status = static_cast<int>(ippGetStatusCode(answer));
     ipp_attribute_t* attribute = ippFindAttribute(answer, "status-message", IPP_TAG_TEXT);
     const char* text = attribute ? ippGetString(attribute, 0, nullptr) : nullptr;
-    const std::string message =
-        text && *text ? ": " + std::string(text).substr(0, kLongestMessage) : "";
+    const std::string phrase = phraseOfMessage(text ? text : "");
+    const std::string message = phrase.empty() ? "" : ": " + phrase;
     const std::string code = " (" + nameOfIPPStatus(status) + ")";
     switch (status) {
         case IPP_STATUS_ERROR_NOT_FOUND:
@@ -59,10 +78,10 @@ QueueFailure failureForIPPStatus(ipp_t* answer) {
 
 /// Sends the request and reads the status and fields of its answer. libcups sees to the
 /// credentials that a local scheduler takes from a local user.
-http_status_t statusOfRequest(http_t* http, ipp_t* request, const std::string& resource,
-                              const std::string* file) {
+int statusOfRequest(http_t* http, ipp_t* request, const std::string& resource,
+                    const std::string* file) {
     const std::size_t length = ippLength(request) + (file ? file->size() : 0);
-    http_status_t status = cupsSendRequest(http, request, resource.c_str(), length);
+    int status = cupsSendRequest(http, request, resource.c_str(), length);
     if (file && (status == HTTP_STATUS_CONTINUE || status == HTTP_STATUS_OK)) {
         status = cupsWriteRequestData(http, file->data(), file->size());
     }
@@ -72,7 +91,7 @@ http_status_t statusOfRequest(http_t* http, ipp_t* request, const std::string& r
 /// Does what the scheduler asks for before it listens; false when it asks for nothing, or that
 /// cannot be done. What else the answer says is not waited for: where the connection is broken it
 /// may never come, and the next request connects again.
-bool complyWith(http_status_t status, HTTPConnection& connection, const std::string& resource) {
+bool complyWith(int status, HTTPConnection& connection, const std::string& resource) {
     http_t* http = connection.http();
     if (status == HTTP_STATUS_UNAUTHORIZED) {
         return cupsDoAuthentication(http, "POST", resource.c_str()) == 0;
@@ -87,7 +106,7 @@ IPPMessage answerOfScheduler(HTTPConnection& connection, const IPPMessage& reque
                              const std::string& resource, const std::string* file,
                              std::size_t mostBytes, QueueFailure& failure) {
     constexpr int kMostTries = 3;
-    http_status_t status = HTTP_STATUS_ERROR;
+    int status = HTTP_STATUS_ERROR;
     for (int count = 0; count < kMostTries; ++count) {
         if (!connection.isReadyForRequest()) {
             failure = noScheduler("the scheduler closed the connection");
@@ -130,7 +149,7 @@ bool readFromScheduler(HTTPConnection& connection, const std::string& path, std:
         failure = noScheduler("the scheduler closed the connection");
         return false;
     }
-    const http_status_t status = readHTTPHead(http);
+    const int status = readHTTPHead(http);
     if (status == HTTP_STATUS_NOT_FOUND) {
         failure = {&queueSyncCause("no-queue"), "the scheduler has no PPD for it"};
         return false;

@@ -101,7 +101,7 @@ IPPMessage requestForPrinter(const std::string& URI, const Question& question) {
     return request;
 }
 
-OrbCSError errorForHTTPStatus(http_status_t status) {
+OrbCSError errorForHTTPStatus(int status) {
     using Cause = OrbCSError::Cause;
     switch (status) {
         case HTTP_STATUS_ERROR:
@@ -117,8 +117,8 @@ OrbCSError errorForHTTPStatus(http_status_t status) {
         case HTTP_STATUS_TEMPORARY_REDIRECT:
             return {Cause::notIPP, "the printer sends us elsewhere, which is not followed"};
         default:
-            return {Cause::deviceError, "the printer answers with the HTTP status " +
-                                            std::to_string(static_cast<int>(status))};
+            return {Cause::deviceError,
+                    "the printer answers with the HTTP status " + std::to_string(status)};
     }
 }
 
@@ -129,7 +129,7 @@ struct Failure {
     bool isWorthAnotherQuestion = false;
 };
 
-bool isWorthAnotherQuestion(http_status_t status) {
+bool isWorthAnotherQuestion(int status) {
     return status == HTTP_STATUS_ERROR || status == HTTP_STATUS_BAD_REQUEST ||
            status >= HTTP_STATUS_SERVER_ERROR;
 }
@@ -145,7 +145,7 @@ std::optional<Failure> exchange(http_t* connection, const std::string& resource,
         ippWrite(connection, request) != IPP_STATE_DATA) {
         return Failure{{OrbCSError::Cause::brokenAnswer, "the request could not be sent"}, true};
     }
-    const http_status_t status = readHTTPHead(connection);
+    const int status = readHTTPHead(connection);
     if (status != HTTP_STATUS_OK) {
         return Failure{errorForHTTPStatus(status), isWorthAnotherQuestion(status)};
     }

@@ -229,7 +229,7 @@ http_addrlist_t* addressesOf(const std::string& host, int port, const HTTPOpenin
 }  // namespace
 
 bool HTTPConnection::isReadyForRequest() {
-    const http_status_t status = httpGetStatus(http_);
+    const int status = httpGetStatus(http_);
     const bool isOver = httpGetFd(http_) < 0 || status == HTTP_STATUS_ERROR ||
                         status >= HTTP_STATUS_MULTIPLE_CHOICES ||
                         strcasecmp(httpGetField(http_, HTTP_FIELD_CONNECTION), "close") == 0;
@@ -282,10 +282,14 @@ http_t* openedConnection(const std::string& host, int port, http_encryption_t en
     return connection;
 }
 
-http_status_t readHTTPHead(http_t* connection) {
-    http_status_t status = HTTP_STATUS_CONTINUE;
+int readHTTPHead(http_t* connection) {
+    int status = HTTP_STATUS_CONTINUE;
     while (status == HTTP_STATUS_CONTINUE) {
         status = httpUpdate(connection);
+        // Where libcups takes the request for answered, it reads nothing more.
+        if (status == HTTP_STATUS_CONTINUE && httpGetState(connection) == HTTP_STATE_WAITING) {
+            return HTTP_STATUS_ERROR;
+        }
     }
     // libcups tells the status of a head that ends too early all the same.
     return status == HTTP_STATUS_OK && httpError(connection) != 0 ? HTTP_STATUS_ERROR : status;

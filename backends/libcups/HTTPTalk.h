@@ -85,7 +85,9 @@ http_t* openedConnection(const std::string& host, int port, http_encryption_t en
                          const HTTPOpeningTime& time, OrbCSError& error);
 
 /// Reads the status and the fields of an answer; `HTTP_STATUS_ERROR` when they are not whole.
-http_status_t readHTTPHead(http_t* connection);
+/// Whoever answers may send any number: what is beyond libcups's enumeration is no value of it, and
+/// stays a number.
+int readHTTPHead(http_t* connection);
 
 /// Reads the body of an answer into a text of at most `limit` bytes; false, with the cause and
 /// reason in `error`, when it is longer or cut short.

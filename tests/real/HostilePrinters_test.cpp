@@ -332,6 +332,10 @@ INSTANTIATE_TEST_SUITE_P(
         HTTPCase{"Upgrade", "HTTP/1.1 426 Upgrade\r\n",
                  "the printer wants an encrypted connection (ipps:)",
                  OrbCSError::Cause::accessDenied},
+        // No value of libcups's enumeration, which the sanitizers look after.
+        HTTPCase{"NobodysStatus", "HTTP/1.1 20001 Oh\r\n",
+                 "the printer answers with the HTTP status 20001", OrbCSError::Cause::deviceError,
+                 2},
         HTTPCase{"HTMLPage", "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n",
                  "the answer is not IPP", OrbCSError::Cause::notIPP}),
     [](const auto& fault) { return fault.param.name; });
