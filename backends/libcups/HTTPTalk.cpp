@@ -113,6 +113,14 @@ bool handOver(Exchange& exchange, http_t* connection) {
     return connection && exchange.isOpen;
 }
 
+/// Frees what libcups keeps for a compressed answer that nobody reads to its end, which httpClose
+/// does not.
+void endCoding(http_t* connection) {
+    if (*httpGetField(connection, HTTP_FIELD_CONTENT_ENCODING) != '\0') {
+        httpFlush(connection);
+    }
+}
+
 void connectAndTalk(Exchange& exchange, http_t* connection, Clock::time_point deadline,
                     const HTTPTalk& talk, OrbCSError& error) {
     // A connection that was made while it was opened stays.
@@ -128,6 +136,7 @@ void connectAndTalk(Exchange& exchange, http_t* connection, Clock::time_point de
     }
     HTTPConnection talked(connection, deadline, exchange.cancel);
     talk(talked);
+    endCoding(connection);
 }
 
 /// Whatever it raises is raised by the caller: a thread has nobody to raise it to.
@@ -236,6 +245,7 @@ bool HTTPConnection::isReadyForRequest() {
     if (!isOver) {
         return true;
     }
+    endCoding(http_);
     httpClearFields(http_);
     return httpReconnect2(http_, remainingMilliseconds(deadline_), &cancel_) == 0;
 }

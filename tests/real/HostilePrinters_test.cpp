@@ -340,6 +340,14 @@ INSTANTIATE_TEST_SUITE_P(
                  "the answer is not IPP", OrbCSError::Cause::notIPP}),
     [](const auto& fault) { return fault.param.name; });
 
+TEST(HostilePrinters, ACompressedAnswerThatNobodyReadsLeavesNothingBehind) {
+    // The sanitizers look after the memory.
+    HostileIPPResponder printer(HostileIPPResponder::answering(
+        "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Encoding: gzip\r\n"
+        "Content-Length: 5\r\n\r\nhello"));
+    EXPECT_EQ(ask(printer.URI()).error, "the answer is not IPP");
+}
+
 TEST(HostilePrinters, ARedirectIsNotFollowed) {
     HostileIPPResponder other(
         HostileIPPResponder::answering(HostileIPPResponder::HTTPAnswer(decentAnswer())));
