@@ -39,7 +39,9 @@ inline void requireSoundNetworkStatus(const ReportedDeviceStatus& status) {
         require(std::ranges::count(found, entry, &OrbCSStatusSource::entry) == count,
                 "its sources are found by their entries");
     }
-    for (const std::string& dropped : status.droppedValues()) {
+    std::string missing;
+    require(!status.statusValueForKey_error("", &missing) && !missing.empty(), "no key, no value");
+    for (const std::string& dropped : ReportedDeviceStatus::droppedValuesOf(status)) {
         require(!firstInvalidUTF8Byte(dropped) && dropped.find('\n') == std::string::npos,
                 "a reason is one line");
     }
