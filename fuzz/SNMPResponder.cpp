@@ -137,6 +137,8 @@ SNMPPrinter SNMPPrinter::printerOfInput(std::string_view objects, std::string_vi
     constexpr std::size_t kMostFaults = 40;
     constexpr std::ptrdiff_t kMostLosses = 4;
     SNMPPrinter printer;
+    printer.hasTags =
+        objects.find('&') != std::string_view::npos || faults.find('&') != std::string_view::npos;
     for (std::size_t count = 0; count < kMostObjects && !objects.empty(); ++count) {
         setObject(printer.objects, takenLine(objects));
     }
@@ -151,7 +153,7 @@ SNMPPrinter SNMPPrinter::printerOfInput(std::string_view objects, std::string_vi
 }
 
 bool SNMPPrinter::isEverSilent() const {
-    return !knowsVersionTwo ||
+    return hasTags || !knowsVersionTwo ||
            std::ranges::any_of(faults, [](const Operation& fault) { return fault.letter == 'l'; });
 }
 
@@ -211,6 +213,8 @@ void SNMPResponder::send(int from, const std::string& datagram) const {
 }
 
 void SNMPResponder::answer(const SNMPSeenRequest& request) {
+    constexpr std::size_t kLongestAnswer = 60'000;  // A datagram holds little more.
+    constexpr int kTooBig = 1;
     if (request.version != 0 && !printer_.knowsVersionTwo) {
         return;
     }
@@ -218,7 +222,10 @@ void SNMPResponder::answer(const SNMPSeenRequest& request) {
     if (fault.letter == 'l') {
         return;
     }
-    const std::string decent = printer_.objects.answerTo(request);
+    std::string decent = printer_.objects.answerTo(request);
+    if (decent.size() > kLongestAnswer) {
+        decent = SNMPBytes::message(request.version, request.ID, "", SNMPBytes::kResponse, kTooBig);
+    }
     if (fault.letter == 'p' || fault.letter == 'd') {
         send(fault.letter == 'p' ? elsewhere_ : socket_, decent);
     } else if (const auto stray = strayDatagram(fault, request, decent)) {

@@ -25,6 +25,8 @@ struct SNMPPrinter {
     std::vector<Operation> faults;
     std::size_t answers = 0;
     bool knowsVersionTwo = true;
+    /// Whether values have tags of their own, with which net-snmp may read nothing of an answer.
+    bool hasTags = false;
 
     /// `objects` has one a line: "prtInputName.1.2 = Tray 2", or numbers of an object identifier
     /// before " = ". Behind it, "&41 VALUE" has that tag, "#5" is a number and "\"5" a text; the

@@ -32,9 +32,9 @@ using std::chrono::milliseconds;
 
 namespace {
 
-/// Where nothing is lost, nobody waits; where something is, a try takes the sixth part of it.
-constexpr auto kUsualTime = milliseconds(1200);
-constexpr auto kTimeWithLosses = milliseconds(24);
+/// Where every answer can be read, nobody waits; else a try takes the sixth part of it.
+constexpr auto kUsualTime = milliseconds(150);
+constexpr auto kTimeWithLosses = milliseconds(18);
 
 std::atomic<bool> isCancelled{false};
 
