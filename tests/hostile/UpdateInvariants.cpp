@@ -192,16 +192,17 @@ std::map<typename Things::value_type, int> countsOf(const Things& more, const Th
     return counts;
 }
 
-/// The text without what goes with an absent duplexer: its group, and also the constraints of
-/// "Duplex", and also page sizes; the shortest first. Of a text whose last line has no end: what
+/// The text without what goes with an absent duplexer: its group, the constraints of "Duplex", page
+/// sizes; all of them first, then what may go alone. Of a text whose last line has no end: what
 /// other updaters insert gives it one.
-std::array<std::string, 3> textsWithoutDuplexer(std::string text) {
+std::array<std::string, 4> textsWithoutDuplexer(std::string text) {
     text += text.ends_with('\n') ? "" : "\n";
+    const std::string expression = resource("TkPPDDuplexSafeRegularExpression");
     std::string group = withoutGroup(text, "ZrTwoSidedPrinting");
     std::string constraints = ConstraintRemovalModel::removed(group, "Duplex");
-    std::string sizes =
-        withoutMatchingLines(constraints, resource("TkPPDDuplexSafeRegularExpression"));
-    return {std::move(sizes), std::move(constraints), std::move(group)};
+    std::string all = withoutMatchingLines(constraints, expression);
+    return {std::move(all), std::move(constraints), std::move(group),
+            withoutMatchingLines(text, expression)};
 }
 
 bool isOfUpdaters(const LibcupsFact& fact) {
@@ -275,24 +276,26 @@ template <typename Thing, typename Read, typename FindingsFrom>
 UpdateInvariants::Findings UpdateInvariants::findingsAmong(Things<Thing>& things, const Read& read,
                                                            const FindingsFrom& findingsFrom) {
     using Counts = std::map<Thing, int>;
-    auto findings = findingsFrom(*things.all, Counts());
-    if (findings.empty()) {
-        return findings;
+    const auto isFoundFrom = [&](const auto& base) {
+        return !findingsFrom(base, Counts()).empty();
+    };
+    if (!isFoundFrom(*things.all)) {
+        return {};
     }
     if (!things.isDuplexerKnown) {
         things.isDuplexerKnown = true;
         for (const std::string& text : textsWithoutDuplexer(before_)) {
-            things.withoutDuplexer = read(text);
-            if (things.withoutDuplexer) {
-                break;
+            if (auto without = read(text)) {
+                things.withoutDuplexer.push_back(*std::move(without));
             }
         }
     }
     const auto& without = things.withoutDuplexer;
-    if (!without || findingsFrom(*without, Counts()).empty()) {
-        return without ? Findings() : findings;
+    if (!std::ranges::all_of(without, isFoundFrom)) {
+        return {};
     }
-    return findingsFrom(*things.all, countsOf(*things.all, *without));
+    return findingsFrom(*things.all,
+                        without.empty() ? Counts() : countsOf(*things.all, without.front()));
 }
 
 std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& after) {

@@ -44,9 +44,9 @@ class UpdateInvariants {
     template <typename Thing>
     struct Things {
         std::optional<std::vector<Thing>> all;
-        /// The same of what is left when all is gone that goes with an absent duplexer. Read when
-        /// it is needed.
-        std::optional<std::vector<Thing>> withoutDuplexer;
+        /// The same of what is left when all is gone that goes with an absent duplexer, and when
+        /// some of it is, as far as libcups opens that. Read when it is needed.
+        std::vector<std::vector<Thing>> withoutDuplexer;
         bool isDuplexerKnown = false;
     };
 

@@ -26,17 +26,18 @@ struct IndexRange {
     std::size_t end = 0;
 };
 
-bool namesTwoSidedGroup(const PPDStatement& statement, std::string_view keyword) {
-    return statement.keyword == keyword &&
+/// Whether the statement opens or closes the group in the words that the updater searches for.
+bool namesTwoSidedGroup(const PPDStatement& statement, std::string_view words) {
+    return statement.lines.starts_with(words) &&
            statement.value.substr(0, statement.value.find('/')) == kTwoSidedGroup;
 }
 
 IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
     const auto opens = std::find_if(statements.begin(), statements.end(), [](const auto& each) {
-        return namesTwoSidedGroup(each, "OpenGroup");
+        return namesTwoSidedGroup(each, "*OpenGroup: ");
     });
     const auto closes = std::find_if(opens, statements.end(), [](const auto& each) {
-        return namesTwoSidedGroup(each, "CloseGroup");
+        return namesTwoSidedGroup(each, "*CloseGroup: ");
     });
     return closes == statements.end() ? IndexRange() : IndexRange{opens->index, closes->index + 1};
 }

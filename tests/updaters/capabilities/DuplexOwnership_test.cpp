@@ -55,6 +55,11 @@ TEST(DuplexOwnership, OnlyAPairOfLinesMakesTheGroup) {
     EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSided\n*CloseGroup: ZrTwoSided\n"), IsEmpty());
     EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSidedPrintingToo\n*CloseGroup: ZrTwoSidedPrintingToo\n"),
                 IsEmpty());
+    // In other words than those that the updater searches for.
+    EXPECT_THAT(ofDuplex("*OpenGroup:ZrTwoSidedPrinting\n*CloseGroup: ZrTwoSidedPrinting\n"),
+                IsEmpty());
+    EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSidedPrinting\n*CloseGroup :ZrTwoSidedPrinting\n"),
+                IsEmpty());
     EXPECT_THAT(ofDuplex(""), IsEmpty());
 }
 
