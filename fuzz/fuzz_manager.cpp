@@ -181,15 +181,16 @@ void requireDecision(const ITkPPDUpdater& updater, const Status& status, const s
     requireCompleted(status, decision.completedPenValues);
 }
 
-/// What an updater that sets defaults only makes of a text is its own.
-void requireOwnDefaults(ITkPPDUpdater& updater, const std::string& text,
-                        const Outcome<std::string>& without, const Outcome<std::string>& with) {
+/// What an updater that sets defaults only makes of a text, in which others may have moved the ends
+/// of a group before, is its own.
+void requireOwnDefaults(ITkPPDUpdater& updater, const Outcome<std::string>& without,
+                        const Outcome<std::string>& with) {
     if (!with.result || !without.result) {
         return;
     }
     const auto options = optionsThatDiffer(*without.result, *with.result);
     require(options.has_value(), "what is installed becomes a default, and nothing else");
-    const auto statements = PPDStatementsOfText(text);
+    const auto statements = PPDStatementsOfText(*without.result);
     auto* const owner = dynamic_cast<ITkPPDLineOwnership*>(&updater);
     require(owner, "a class of the library says which lines are its own");
     const auto own = owner->ownedLines(statements, statements).defaultsOfOptions;
@@ -221,8 +222,8 @@ void requireFurtherClasses(Manager& manager, const World& world, const Results& 
         with(manager, *further, [&] {
             const auto updater = further->newInstance();
             const Results results(manager, world);
-            requireOwnDefaults(*updater, *world.text, without.text, results.text);
-            requireOwnDefaults(*updater, *world.text, without.fromQueue, results.fromQueue);
+            requireOwnDefaults(*updater, without.text, results.text);
+            requireOwnDefaults(*updater, without.fromQueue, results.fromQueue);
             requireOwnValues(*world.PPD, without.values, results.values);
             if (world.status) {
                 requireDecision(*updater, world.status, *world.text);
