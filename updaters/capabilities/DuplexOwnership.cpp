@@ -16,6 +16,7 @@ namespace TkPPDUpdating {
 namespace {
 
 constexpr std::string_view kTwoSidedGroup = "ZrTwoSidedPrinting";
+constexpr std::string_view kConstraint = "*UIConstraints:";
 constexpr std::string_view kConstrainedOption = "*Duplex";
 constexpr std::string_view kConstraintComment = "*% Duplex <-> ";
 constexpr std::string_view kBlanks = " \t\r\n";
@@ -42,13 +43,21 @@ IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
     return closes == statements.end() ? IndexRange() : IndexRange{opens->index, closes->index + 1};
 }
 
-bool hasWord(std::string_view text, std::string_view word) {
-    while (!text.empty()) {
-        const std::string_view next = text.substr(0, text.find_first_of(kBlanks));
-        if (next == word) {
+/// Whether the statement is a constraint that names the option in the words that the updater
+/// searches for: the option ends with a blank, or with the line.
+bool constrainsDuplex(const PPDStatement& statement) {
+    const std::string_view value = statement.value;
+    std::size_t start = statement.lines.starts_with(kConstraint) ? value.find(kConstrainedOption)
+                                                                 : std::string_view::npos;
+    while (start != std::string_view::npos) {
+        const std::size_t end = start + kConstrainedOption.size();
+        const bool isWord = start == 0 || kBlanks.find(value[start - 1]) != std::string_view::npos;
+        const bool hasEnd =
+            end == value.size() ? statement.lines.ends_with(kConstrainedOption) : value[end] == ' ';
+        if (isWord && hasEnd) {
             return true;
         }
-        text.remove_prefix(std::min(text.size(), next.size() + 1));
+        start = value.find(kConstrainedOption, end);
     }
     return false;
 }
@@ -81,8 +90,7 @@ std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDS
     return [group = rangeOfTwoSidedGroup(before)](const PPDStatement& statement) {
         const bool isInGroup = statement.index >= group.begin && statement.index < group.end;
         return isInGroup || statement.lines.starts_with(kConstraintComment) ||
-               (statement.keyword == "UIConstraints" &&
-                hasWord(statement.value, kConstrainedOption));
+               constrainsDuplex(statement);
     };
 }
 

@@ -71,16 +71,21 @@ TEST(DuplexOwnership, TheFirstLineThatClosesTheGroupEndsIt) {
 }
 
 TEST(DuplexOwnership, ConstraintsThatNameDuplexAndTheCommentAboveThemGo) {
-    const Lines going = {
-        "*% Duplex <-> MediaType", "*UIConstraints: *Duplex DuplexNoTumble *MediaType Felt",
-        "*UIConstraints: *MediaType Felt *Duplex", "*UIConstraints: *MediaType\t*Duplex\tTumble",
-        "*UIConstraints: *MediaType Felt  *Duplex Tumble"};
-    const Lines staying = {"*% Duplexer <-> MediaType",
-                           "*% MediaType: % Duplex <-> MediaType",
+    const Lines going = {"*% Duplex <-> MediaType",
+                         "*UIConstraints: *Duplex DuplexNoTumble *MediaType Felt",
+                         "*UIConstraints: *MediaType Felt *Duplex",
+                         "*UIConstraints: *MediaType\t*Duplex Tumble",
+                         "*UIConstraints:*Duplex Tumble *MediaType",
+                         "*UIConstraints: *Duplexes A *Duplex B",
+                         "*UIConstraints: *MediaType Felt  *Duplex Tumble"};
+    const Lines staying = {"*% Duplexer <-> MediaType", "*% MediaType: % Duplex <-> MediaType",
                            "*UIConstraints: *DuplexUnit True *MediaType Felt",
                            "*UIConstraints: *MediaType Duplex *PageSize A4",
-                           "*UIConstraints: *MediaType x*Duplex *PageSize A4",
-                           "*UIConstraints:",
+                           "*UIConstraints: *MediaType x*Duplex *PageSize A4", "*UIConstraints:",
+                           // In other words than those that the updater searches for.
+                           "*UIConstraints :*Duplex Tumble *MediaType Felt",
+                           "*UIConstraints: *Duplex\tTumble *MediaType Felt",
+                           "*UIConstraints: *MediaType Felt *Duplex\t",
                            "*NonUIConstraints: *Duplex Tumble *MediaType Felt"};
     std::string text;
     for (const Lines& lines : {going, staying}) {
