@@ -216,6 +216,11 @@ bool isOfUpdaters(const LibcupsFact& fact) {
     return fact.kind == "default" && contains(kOptionsOfUpdaters, fact.keyword);
 }
 
+/// What goes with an absent duplexer, wherever it stands.
+bool isConstraintOfDuplex(const LibcupsFact& fact) {
+    return fact.kind == "constraint" && (fact.keyword == "Duplex" || fact.text == "Duplex");
+}
+
 /// Whether an earlier run of the custom media updater named it.
 bool isNamed(const LibcupsFact& fact, const Names& names) {
     const std::string_view spec = fact.optionKeyword;
@@ -347,7 +352,8 @@ UpdateInvariants::Findings UpdateInvariants::findingsInFacts(const std::string& 
         facts_, [&](const std::string& text) { return libcupsReading(text, error); },
         [&](const LibcupsFacts& base, const std::map<LibcupsFact, int>& mayGoSoOften) {
             const FactRules rules = {[&](const LibcupsFact& fact) {
-                                         return isOfUpdaters(fact) || isNamed(fact, names_);
+                                         return isOfUpdaters(fact) || isNamed(fact, names_) ||
+                                                isConstraintOfDuplex(fact);
                                      },
                                      mayGoSoOften,
                                      [](const LibcupsFact& fact) {
