@@ -195,7 +195,8 @@ std::optional<std::string> AnswerServer::requestFrom(int connection) const {
 /// Whether the next answer is one to a whole request, as those of success are.
 bool AnswerServer::takesWhole() const {
     const std::lock_guard lock(mutex_);
-    return !answers_.empty() && answers_.front().bytes.starts_with("HTTP/1.1 2");
+    std::string_view answer = answers_.empty() ? std::string_view() : answers_.front().bytes;
+    return takenUpTo(answer, " ").starts_with("HTTP/") && answer.starts_with('2');
 }
 
 std::optional<AnswerServer::Answer> AnswerServer::answerTo(std::string request) {

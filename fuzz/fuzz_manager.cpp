@@ -181,21 +181,27 @@ void requireDecision(const ITkPPDUpdater& updater, const Status& status, const s
     requireCompleted(status, decision.completedPenValues);
 }
 
-/// What an updater that sets defaults only makes of a text, in which others may have moved the ends
-/// of a group before, is its own.
-void requireOwnDefaults(ITkPPDUpdater& updater, const Outcome<std::string>& without,
-                        const Outcome<std::string>& with) {
+std::set<std::string> ownDefaults(ITkPPDUpdater& updater, const std::string& text) {
+    const auto statements = PPDStatementsOfText(text);
+    auto* const owner = dynamic_cast<ITkPPDLineOwnership*>(&updater);
+    require(owner, "a class of the library says which lines are its own");
+    const auto own = owner->ownedLines(statements, statements).defaultsOfOptions;
+    return {own.begin(), own.end()};
+}
+
+/// What an updater that sets defaults only makes of a text is its own, in the text before or when
+/// others have moved the ends of a group.
+void requireOwnDefaults(ITkPPDUpdater& updater, const std::string& text,
+                        const Outcome<std::string>& without, const Outcome<std::string>& with) {
     if (!with.result || !without.result) {
         return;
     }
     const auto options = optionsThatDiffer(*without.result, *with.result);
     require(options.has_value(), "what is installed becomes a default, and nothing else");
-    const auto statements = PPDStatementsOfText(*without.result);
-    auto* const owner = dynamic_cast<ITkPPDLineOwnership*>(&updater);
-    require(owner, "a class of the library says which lines are its own");
-    const auto own = owner->ownedLines(statements, statements).defaultsOfOptions;
+    std::set<std::string> own = ownDefaults(updater, text);
+    own.merge(ownDefaults(updater, *without.result));
     for (const std::string& option : *options) {
-        require(std::ranges::find(own, option) != own.end(), "of an option that is its own");
+        require(own.contains(option), "of an option that is its own");
     }
 }
 
@@ -222,8 +228,8 @@ void requireFurtherClasses(Manager& manager, const World& world, const Results& 
         with(manager, *further, [&] {
             const auto updater = further->newInstance();
             const Results results(manager, world);
-            requireOwnDefaults(*updater, without.text, results.text);
-            requireOwnDefaults(*updater, without.fromQueue, results.fromQueue);
+            requireOwnDefaults(*updater, *world.text, without.text, results.text);
+            requireOwnDefaults(*updater, *world.text, without.fromQueue, results.fromQueue);
             requireOwnValues(*world.PPD, without.values, results.values);
             if (world.status) {
                 requireDecision(*updater, world.status, *world.text);
