@@ -33,10 +33,12 @@ bool namesTwoSidedGroup(const PPDStatement& statement, std::string_view words) {
            statement.value.substr(0, statement.value.find('/')) == kTwoSidedGroup;
 }
 
+bool opensTwoSidedGroup(const PPDStatement& statement) {
+    return namesTwoSidedGroup(statement, "*OpenGroup: ");
+}
+
 IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
-    const auto opens = std::find_if(statements.begin(), statements.end(), [](const auto& each) {
-        return namesTwoSidedGroup(each, "*OpenGroup: ");
-    });
+    const auto opens = std::find_if(statements.begin(), statements.end(), opensTwoSidedGroup);
     const auto closes = std::find_if(opens, statements.end(), [](const auto& each) {
         return namesTwoSidedGroup(each, "*CloseGroup: ");
     });
@@ -86,8 +88,13 @@ std::unique_ptr<const Block> blockOfText(std::string text) {
 
 }  // namespace
 
-std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDStatement> before) {
-    return [group = rangeOfTwoSidedGroup(before)](const PPDStatement& statement) {
+std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDStatement> before,
+                                                            std::span<const PPDStatement> after) {
+    // Where as many are opened as before, none has gone, and nothing of one may.
+    const bool isGone = std::ranges::count_if(after, opensTwoSidedGroup) <
+                        std::ranges::count_if(before, opensTwoSidedGroup);
+    const auto range = isGone ? rangeOfTwoSidedGroup(before) : IndexRange();
+    return [group = range](const PPDStatement& statement) {
         const bool isInGroup = statement.index >= group.begin && statement.index < group.end;
         return isInGroup || statement.lines.starts_with(kConstraintComment) ||
                constrainsDuplex(statement);

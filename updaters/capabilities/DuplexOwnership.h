@@ -10,9 +10,10 @@
 namespace TkPPDUpdating {
 
 /// Whether a statement of the text before is one that goes with the duplex unit: of the two-sided
-/// printing group, or a constraint of "Duplex" or the comment above it. The span outlives the
-/// function.
-std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDStatement> before);
+/// printing group, which goes as a whole, or a constraint of "Duplex" or the comment above it.
+/// `after` is the text that it may have gone from. The span before outlives the function.
+std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDStatement> before,
+                                                            std::span<const PPDStatement> after);
 
 /// Whether each line of a statement matches the POSIX extended expression; always false when there
 /// is none or it does not compile.

@@ -59,11 +59,11 @@ OrbPPDDeviceCapabilitiesUpdater::PPDUpdatingValuesForPPDFile_deviceURI_context(
     return OrbPPDUpdatingValues();
 }
 
-OrbPPDOwnedLines OrbPPDDeviceCapabilitiesUpdater::ownedLines(
-    std::span<const PPDStatement> before, std::span<const PPDStatement> /*after*/) {
+OrbPPDOwnedLines OrbPPDDeviceCapabilitiesUpdater::ownedLines(std::span<const PPDStatement> before,
+                                                             std::span<const PPDStatement> after) {
     OrbPPDOwnedLines owned;
     owned.attributes = {std::string(kDeviceCapabilities), std::string(kAutoDuplexCapability)};
-    owned.mayTakeAway = statementsOfDuplex(before);
+    owned.mayTakeAway = statementsOfDuplex(before, after);
     owned.mayAdd = statementsOfBlock([this, version = CUPSVersionOfStatements(before)] {
         return insertingStringForCUPSVersion(version);
     });

@@ -31,7 +31,7 @@ Lines linesThat(const std::function<bool(const PPDStatement&)>& belong,
 
 Lines ofDuplex(const std::string& text) {
     const Statements statements = PPDStatementsOfText(text);
-    return linesThat(statementsOfDuplex(statements), statements);
+    return linesThat(statementsOfDuplex(statements, {}), statements);
 }
 
 TEST(DuplexOwnership, TheTwoSidedGroupGoesWithItsFirstAndLastLine) {
@@ -68,6 +68,20 @@ TEST(DuplexOwnership, TheFirstLineThatClosesTheGroupEndsIt) {
                          "*CloseGroup: ZrTwoSidedPrinting\n*CloseGroup: ZrTwoSidedPrinting\n"),
                 ElementsAre("*OpenGroup: ZrTwoSidedPrinting", "*OpenGroup: Inner",
                             "*CloseGroup: Inner", "*CloseGroup: ZrTwoSidedPrinting"));
+}
+
+TEST(DuplexOwnership, NothingOfAGroupThatIsStillThereGoes) {
+    const std::string group =
+        "*OpenGroup: ZrTwoSidedPrinting\n*Duplex None/Off: \"\"\n"
+        "*CloseGroup: ZrTwoSidedPrinting\n";
+    const Statements one = PPDStatementsOfText(group);
+    const std::string twice = group + group;
+    const Statements two = PPDStatementsOfText(twice);
+    EXPECT_THAT(linesThat(statementsOfDuplex(one, one), one), IsEmpty());
+    EXPECT_THAT(linesThat(statementsOfDuplex(one, two), one), IsEmpty());
+    EXPECT_THAT(linesThat(statementsOfDuplex(two, one), two),
+                ElementsAre("*OpenGroup: ZrTwoSidedPrinting", "*Duplex None/Off: \"\"",
+                            "*CloseGroup: ZrTwoSidedPrinting"));
 }
 
 TEST(DuplexOwnership, ConstraintsThatNameDuplexAndTheCommentAboveThemGo) {
