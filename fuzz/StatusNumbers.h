@@ -64,8 +64,9 @@ inline void requireNumber(double number) {
         requireECMAScriptForm(text, number);
         require(significantDigitsIn(text) <= fewestDigitsOf(number), "no digit is too many");
     }
-    // The nearest number that a double has beyond either end of the range.
-    const bool isInRange = number > -0x1p63 && number < 0x1p63;
+    // 2 to the power of 63, the nearest number that a double has beyond either end of the range.
+    constexpr double kEnd = 9'223'372'036'854'775'808.0;
+    const bool isInRange = number > -kEnd && number < kEnd;
     require(isInRange ? static_cast<double>(whole) == std::trunc(number)
                       : whole == (number < 0 ? std::numeric_limits<std::int64_t>::min()
                                              : std::numeric_limits<std::int64_t>::max()),

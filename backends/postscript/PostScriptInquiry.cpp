@@ -58,10 +58,11 @@ class Talk {
         auto reason = answer && answer->isWhole && !answer->text.empty()
                           ? questions_.reasonNotToAsk(answer->text)
                           : std::nullopt;
-        if (reason) {
-            error = {Cause::anotherPrinter, *std::move(reason)};
+        if (!reason) {
+            return true;
         }
-        return !reason;
+        error = {Cause::anotherPrinter, *std::move(reason)};
+        return false;
     }
 
     void askAll() {
