@@ -57,6 +57,10 @@ void edit(Lines& lines, const Operation& operation) {
                 *place = line;
                 break;
             case 'M': {
+                const auto target = lines.begin() + static_cast<std::ptrdiff_t>(other);
+                if (std::any_of(std::min(place, target), std::max(place, target) + 1, isBlank)) {
+                    return;
+                }
                 const std::string moved = *place;
                 lines.erase(place);
                 lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(other), moved);
