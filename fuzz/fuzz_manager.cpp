@@ -22,6 +22,7 @@
 #include "manager/OrbPPDToldRule.h"
 #include "ppd/PPDStatements.h"
 #include "tests/support/ApplicationUpdaters.h"
+#include "text/ASCII.h"
 #include "text/UTF8.h"
 #include "updaters/default_choice/OrbPPDStatusBasedOptionsUpdater.h"
 
@@ -171,10 +172,11 @@ void requireDecision(const ITkPPDUpdater& updater, const Status& status, const s
     require(decision.kind == Kind::runCompleted ||
                 (decision.completedPenValues.empty() && !decision.completesMediaTypes),
             "only what was not told is completed");
+    const std::string lowerCase = textInASCIILowerCase(text);
     for (const auto& [keyword, value] : decision.completedPenValues) {
-        require(
-            text.find("*" + keyword) != std::string::npos && text.find(value) != std::string::npos,
-            "with what stands in the PPD");
+        require(lowerCase.find("*" + textInASCIILowerCase(keyword)) != std::string::npos &&
+                    text.find(value) != std::string::npos,
+                "with what stands in the PPD");
         require(value.find_first_of("\"\n") == std::string::npos && value.size() < 255,
                 "and can stand there again");
     }

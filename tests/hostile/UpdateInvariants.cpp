@@ -317,7 +317,8 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
     names.insert(names_.begin(), names_.end());
     const Lines linesAfter = statementsOf(after);
     const auto mayGo = [&](const std::string* previous, const std::string& line) {
-        return isOwned(line, names_) || (isEnd(line) && previous && isOwned(*previous, names_));
+        return isOwned(line, names_) || (isEnd(line) && previous && isOwned(*previous, names_)) ||
+               line.starts_with("*% Duplex <-> ");
     };
     const auto findingsFrom = [&](const Lines& base, std::map<std::string, int> mayGoSoOften) {
         OrderedWalk<std::string> walk(base, mayGo, std::move(mayGoSoOften));
