@@ -9,6 +9,7 @@
 #include "backends/schemes/ReportedDeviceStatus.h"
 #include "core_interface/TkCSKeys.h"
 #include "fuzz/FuzzTarget.h"
+#include "fuzz/TalkInput.h"
 #include "text/UTF8.h"
 
 namespace TkPPDUpdating::Fuzzing {
@@ -45,6 +46,20 @@ inline void requireSoundNetworkStatus(const ReportedDeviceStatus& status) {
         require(!firstInvalidUTF8Byte(dropped) && dropped.find('\n') == std::string::npos,
                 "a reason is one line");
     }
+}
+
+/// What holds of what asking a network printer gave: a sound status, or a cause and a reason.
+/// Whether there is a status.
+inline bool requireSoundOutcome(const OrbCSDeviceStatus* status, const OrbCSError& error) {
+    if (!status) {
+        requireReason(error.reason);
+        require(error.cause != OrbCSError::Cause::unknown, "no status has a cause");
+        return false;
+    }
+    const auto* const reported = dynamic_cast<const ReportedDeviceStatus*>(status);
+    require(reported != nullptr, "a printer reports its status");
+    requireSoundNetworkStatus(*reported);
+    return true;
 }
 
 }  // namespace TkPPDUpdating::Fuzzing

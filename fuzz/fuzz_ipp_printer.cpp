@@ -90,14 +90,7 @@ void ask(const DeviceStatusSchemes& schemes, std::optional<std::string_view> URI
         URI, asking.hasParameters ? &asking.parameters : nullptr, &error);
     require(!wrong || (!status && (!URI || wrong->reason == error.reason)),
             "a wrong URI stays wrong");
-    if (!status) {
-        requireReason(error.reason);
-        require(error.cause != OrbCSError::Cause::unknown, "no status has a cause");
-        return;
-    }
-    const auto* const reported = dynamic_cast<const ReportedDeviceStatus*>(status.get());
-    require(reported != nullptr, "a printer reports its status");
-    requireSoundNetworkStatus(*reported);
+    (void)requireSoundOutcome(status.get(), error);
 }
 
 }  // namespace

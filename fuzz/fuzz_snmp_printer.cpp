@@ -186,14 +186,9 @@ void ask(const std::string& URI, const Asking& asking) {
     OrbCSError error;
     const auto status = schemes.deviceStatusWithURI_parameters_error(
         URI, asking.hasParameters ? &asking.parameters : nullptr, &error);
-    if (!status) {
-        requireReason(error.reason);
-        require(error.cause != OrbCSError::Cause::unknown, "no status has a cause");
+    if (!requireSoundOutcome(status.get(), error)) {
         return;
     }
-    const auto* const reported = dynamic_cast<const ReportedDeviceStatus*>(status.get());
-    require(reported != nullptr, "a printer reports its status");
-    requireSoundNetworkStatus(*reported);
     requireChoices(*status, *asking.questions);
     const auto& requests = SNMPResponder::ofProcess().requests();
     require(!requests.empty() && requests.back().community == asking.community(),

@@ -93,8 +93,8 @@ std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDS
     // Where as many are opened as before, none has gone, and nothing of one may.
     const bool isGone = std::ranges::count_if(after, opensTwoSidedGroup) <
                         std::ranges::count_if(before, opensTwoSidedGroup);
-    const auto range = isGone ? rangeOfTwoSidedGroup(before) : IndexRange();
-    return [group = range](const PPDStatement& statement) {
+    const IndexRange group = isGone ? rangeOfTwoSidedGroup(before) : IndexRange();
+    return [group](const PPDStatement& statement) {
         const bool isInGroup = statement.index >= group.begin && statement.index < group.end;
         return isInGroup || statement.lines.starts_with(kConstraintComment) ||
                constrainsDuplex(statement);
