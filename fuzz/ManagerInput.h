@@ -68,8 +68,9 @@ struct World {
         registerRecordedDeviceStatus(schemes);
         services = std::make_shared<const DeviceStatusSchemes>(schemes);
         setTheSameWorld(std::make_shared<const Testing::CoreWithQueue>(queue));
-        if (!input.empty()) {
-            setEnvironment(input);
+        environment = input;
+        if (!environment.empty()) {
+            setEnvironment(environment);
         }
         OrbCoreInterface::setClock(std::make_shared<const Testing::FakeClock>(252532800));
         OrbCoreInterface::setCommunicationServices(services);
@@ -91,6 +92,7 @@ struct World {
     }
 
     std::string_view recording;
+    std::string_view environment;
     MemoryFile recordingFile;
     std::string URI;
     PPDText text;

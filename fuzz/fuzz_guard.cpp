@@ -34,9 +34,15 @@ bool isBlank(const std::string& line) {
     return line.find_first_not_of(" \t\v\f\r") == std::string::npos;
 }
 
+/// The line; what it ends with in front of its line feed tells nothing, either.
+std::string lineOf(const Operation& operation) {
+    const std::string_view line = operation.arguments[1].value_or("");
+    return std::string(line.substr(0, line.find_last_not_of('\r') + 1));
+}
+
 void edit(Lines& lines, const Operation& operation) {
     const std::size_t number = numberIn(operation.arguments[0]);
-    const std::string line(operation.arguments[1].value_or(""));
+    const std::string line = lineOf(operation);
     if (operation.letter == 'N') {
         const auto place = number % (lines.size() + 1);
         if (isBlank(line) && place > 0) {

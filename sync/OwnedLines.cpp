@@ -5,6 +5,18 @@
 
 namespace TkPPDUpdating {
 
+namespace {
+
+/// Whether the statement's lines are its own. Where a quote is missing, or one too many, a value
+/// goes on over the lines of others up to the next that is left over.
+bool endsWithItsValue(const PPDStatement& statement) {
+    const bool hasOneLine = statement.lines.find_first_of("\r\n") == std::string_view::npos;
+    return hasOneLine ||
+           (statement.isQuoted && statement.value.find('"') == std::string_view::npos);
+}
+
+}  // namespace
+
 OwnedLines::OwnedLines(const Updaters& updaters, std::span<const PPDStatement> before,
                        std::span<const PPDStatement> after) {
     for (const auto& updater : updaters) {
@@ -57,10 +69,12 @@ const std::string* OwnedLines::codeOfChoice(const PPDStatement& statement) const
 }
 
 bool OwnedLines::mayTakeAway(const PPDStatement& statement) const {
-    return isAttribute(statement) || isTranslationOfAttribute(statement) || isDefault(statement) ||
-           codeOfChoice(statement) ||
-           std::any_of(mayTakeAway_.begin(), mayTakeAway_.end(),
-                       [&](const Test& mayTakeAway) { return mayTakeAway(statement); });
+    const bool isOwned =
+        isAttribute(statement) || isTranslationOfAttribute(statement) || isDefault(statement) ||
+        codeOfChoice(statement) ||
+        std::any_of(mayTakeAway_.begin(), mayTakeAway_.end(),
+                    [&](const Test& mayTakeAway) { return mayTakeAway(statement); });
+    return isOwned && endsWithItsValue(statement);
 }
 
 bool OwnedLines::mayAdd(const PPDStatement& statement) const {

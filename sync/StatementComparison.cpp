@@ -308,9 +308,30 @@ std::optional<std::string> StatementComparison::reasonOfNumberOfDefaults() const
     return std::nullopt;
 }
 
+/// libcups takes the text of a group from where it opens first.
+std::optional<std::string> StatementComparison::reasonOfGroups() const {
+    Names opened;
+    for (const PPDStatement& statement : has_) {
+        if (statement.keyword != "OpenGroup") {
+            continue;
+        }
+        if (isAdded_[statement.index]) {
+            opened.insert(statement.group);
+        } else if (opened.contains(statement.group)) {
+            return "a new line of " + nameOfStatement(statement) +
+                   " would stand before the one of " + std::string(statement.group) +
+                   " that there is";
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> StatementComparison::reasonOfChoicesAndDefaults() const {
     const auto statements = statementsOfInterest();
     auto reason = reasonOfDoubles(statements);
+    if (!reason) {
+        reason = reasonOfGroups();
+    }
     if (!reason) {
         reason = reasonOfAttributes();
     }

@@ -27,8 +27,8 @@ class StatementComparison {
     /// when it can.
     std::optional<std::string> reasonNotToMatch();
 
-    /// Once that gave nothing: why the new choices and the defaults do not go together with the
-    /// rest, or nothing.
+    /// Once that gave nothing: why the new groups and choices and the defaults do not go
+    /// together with the rest, or nothing.
     std::optional<std::string> reasonOfChoicesAndDefaults() const;
 
   private:
@@ -50,6 +50,7 @@ class StatementComparison {
 
     StatementsOfKeys statementsOfInterest() const;
     std::optional<std::string> reasonOfDoubles(const StatementsOfKeys& statements) const;
+    std::optional<std::string> reasonOfGroups() const;
     std::optional<std::string> reasonOfAttributes() const;
     std::optional<std::string> reasonOfNewDefaults(const StatementsOfKeys& statements) const;
     std::optional<std::string> reasonOfLostDefaults(const StatementsOfKeys& statements) const;

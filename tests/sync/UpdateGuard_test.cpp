@@ -422,6 +422,40 @@ TEST(UpdateGuard, NoGroupMayOpenInsideOfAnother) {
     EXPECT_EQ(UpdateGuard::reasonNotToWrite(inside, inside + group, instance), std::nullopt);
 }
 
+TEST(UpdateGuard, AGroupKeepsTheOpeningThatIsItsFirst) {
+    const auto instance = instancesOf({"OrbPPDNonInstallableDuplexUpdater"});
+    const std::string group =
+        "*OpenGroup: InstallableOptions/Driver's\n*OpenUI *Unit/Unit: Boolean\n"
+        "*Unit True/Yes: \"\"\n*CloseUI: *Unit\n*CloseGroup: InstallableOptions\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore + group, kBefore + group + kInstallableBlock,
+                                            instance),
+              std::nullopt);
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore + group, kBefore + kInstallableBlock + group,
+                                            instance),
+              "a new line of OpenGroup would stand before the one of InstallableOptions that "
+              "there is");
+    const std::string other = edited(group, {{"Group: Ins", "Group: OtherIns"}});
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore + other, kBefore + kInstallableBlock + other,
+                                            instance),
+              std::nullopt);
+}
+
+TEST(UpdateGuard, AValueThatGoesOnOverLinesOfOthersDoesNotGo) {
+    const std::string wrapped = "*ZrMaxSupportedResolution: \"600\n300\"\n*End\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(edited(kBefore, {{kResolution, wrapped}}), kBefore,
+                                            instancesOf(allNames())),
+              std::nullopt);
+    for (const char* const broken :
+         {"*ZrMaxSupportedResolution: 6\"\n*Other: \"a\"\n*End: 0\"\n",
+          "*ZrMaxSupportedResolution: 6\"\n*Other: a\n*More: \"b\n",
+          "*ZrMaxSupportedResolution: \"6\n*Other: \"a\"\n*More: b\"\n"}) {
+        EXPECT_EQ(UpdateGuard::reasonNotToWrite(edited(kBefore, {{kResolution, broken}}), kBefore,
+                                                instancesOf(allNames())),
+                  "it would lose a line of ZrMaxSupportedResolution")
+            << broken;
+    }
+}
+
 TEST(UpdateGuard, WhatAnUpdaterThatDidNotRunOwnsIsNotToChange) {
     EXPECT_EQ(reasonAfter({{kResolution, "*ZrMaxSupportedResolution: 1200\n"}},
                           {"OrbPPDCustomMediaUpdater"}),

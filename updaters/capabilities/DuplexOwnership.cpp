@@ -48,18 +48,18 @@ IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
 /// Whether the statement is a constraint that names the option in the words that the updater
 /// searches for: the option ends with a blank, or with the line.
 bool constrainsDuplex(const PPDStatement& statement) {
-    const std::string_view value = statement.value;
-    std::size_t start = statement.lines.starts_with(kConstraint) ? value.find(kConstrainedOption)
-                                                                 : std::string_view::npos;
+    const std::string_view lines = statement.lines;
+    std::size_t start = lines.starts_with(kConstraint)
+                            ? lines.find(kConstrainedOption, kConstraint.size())
+                            : std::string_view::npos;
     while (start != std::string_view::npos) {
         const std::size_t end = start + kConstrainedOption.size();
-        const bool isWord = start == 0 || kBlanks.find(value[start - 1]) != std::string_view::npos;
-        const bool hasEnd =
-            end == value.size() ? statement.lines.ends_with(kConstrainedOption) : value[end] == ' ';
-        if (isWord && hasEnd) {
+        const bool isWord =
+            start == kConstraint.size() || kBlanks.find(lines[start - 1]) != std::string_view::npos;
+        if (isWord && (end == lines.size() || lines[end] == ' ')) {
             return true;
         }
-        start = value.find(kConstrainedOption, end);
+        start = lines.find(kConstrainedOption, end);
     }
     return false;
 }

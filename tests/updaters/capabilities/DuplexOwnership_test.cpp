@@ -85,13 +85,13 @@ TEST(DuplexOwnership, NothingOfAGroupThatIsStillThereGoes) {
 }
 
 TEST(DuplexOwnership, ConstraintsThatNameDuplexAndTheCommentAboveThemGo) {
-    const Lines going = {"*% Duplex <-> MediaType",
-                         "*UIConstraints: *Duplex DuplexNoTumble *MediaType Felt",
-                         "*UIConstraints: *MediaType Felt *Duplex",
-                         "*UIConstraints: *MediaType\t*Duplex Tumble",
-                         "*UIConstraints:*Duplex Tumble *MediaType",
-                         "*UIConstraints: *Duplexes A *Duplex B",
-                         "*UIConstraints: *MediaType Felt  *Duplex Tumble"};
+    const Lines going = {
+        "*% Duplex <-> MediaType", "*UIConstraints: *Duplex DuplexNoTumble *MediaType Felt",
+        "*UIConstraints: *MediaType Felt *Duplex",
+        // PPDs of some printers have a blank at the end.
+        "*UIConstraints: *MediaType Felt *Duplex ", "*UIConstraints: *MediaType\t*Duplex Tumble",
+        "*UIConstraints:*Duplex Tumble *MediaType", "*UIConstraints: *Duplexes A *Duplex B",
+        "*UIConstraints: *MediaType Felt  *Duplex Tumble"};
     const Lines staying = {"*% Duplexer <-> MediaType", "*% MediaType: % Duplex <-> MediaType",
                            "*UIConstraints: *DuplexUnit True *MediaType Felt",
                            "*UIConstraints: *MediaType Duplex *PageSize A4",
