@@ -10,6 +10,7 @@
 #include "ppd/PPDConstants.h"
 #include "ppd/PPDTextContents.h"
 #include "text/CaseFolding.h"
+#include "text/LargeString.h"
 
 namespace TkPPDUpdating {
 
@@ -282,8 +283,7 @@ std::string OrbPPDLines::bytes() const {
             room += line.size() + 1;
         }
     }
-    std::string text;
-    text.reserve(room);
+    std::string text = stringWithRoom(room);
     LineID line = 0;
     const RemovedLines& removed = changes_->removed;
     const auto copyKept = [&](LineID end) {

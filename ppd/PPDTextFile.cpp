@@ -12,6 +12,7 @@
 
 #include "ppd/PPDTextIndex.h"
 #include "text/FileDescriptor.h"
+#include "text/LargeString.h"
 
 namespace TkPPDUpdating {
 
@@ -27,8 +28,7 @@ std::string systemError() {
 /// Reads to the end of the file, which may be longer or shorter than it was said to be.
 std::optional<std::string> bytesOf(int descriptor, std::size_t expectedSize,
                                    std::size_t largestSize, std::string& reason) {
-    std::string bytes;
-    bytes.reserve(expectedSize + 1);
+    std::string bytes = stringWithRoom(expectedSize + 1);
     for (std::size_t length = 0; length <= largestSize;) {
         if (length == bytes.size()) {
             const std::size_t room = bytes.capacity() - length;
