@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -68,10 +69,12 @@ TEST(ASCIICharacters, HaveAValueAsHexadecimalDigits) {
 }
 
 TEST(ControlCharacters, AreThoseOfUnicode) {
-    for (const char32_t each : {0x00, 0x09, 0x0A, 0x1F, 0x7F, 0x80, 0x85, 0x9F}) {
+    for (const char32_t each :
+         std::initializer_list<char32_t>{0x00, 0x09, 0x0A, 0x1F, 0x7F, 0x80, 0x85, 0x9F}) {
         EXPECT_TRUE(isControlCharacter(each)) << static_cast<unsigned>(each);
     }
-    for (const char32_t each : {0x20, 0x41, 0x7E, 0xA0, 0xAD, 0x2028, 0x2029, 0x202E, 0x10FFFF}) {
+    for (const char32_t each : std::initializer_list<char32_t>{0x20, 0x41, 0x7E, 0xA0, 0xAD, 0x2028,
+                                                               0x2029, 0x202E, 0x10FFFF}) {
         EXPECT_FALSE(isControlCharacter(each)) << static_cast<unsigned>(each);
     }
 }
