@@ -26,8 +26,10 @@ class OrderedWalk {
         foreign,
     };
 
+    /// A thing that may be new is, where the same comes further on and may go: to pass over what
+    /// stands between would lose that.
     Step take(const Thing& thing, bool mayBeNew) {
-        if (goesTo(&thing)) {
+        if (goesTo(&thing, mayBeNew)) {
             ++next_;
             return Step::kept;
         }
@@ -35,12 +37,12 @@ class OrderedWalk {
     }
 
     /// What is lost when no more things come: the first that may not go, or null.
-    const Thing* lost() { return goesTo(nullptr) ? nullptr : firstInTheWay_; }
+    const Thing* lost() { return goesTo(nullptr, false) ? nullptr : firstInTheWay_; }
 
   private:
     /// Whether nothing but what may go stands before the thing (null: before the end); then it is
     /// the next.
-    bool goesTo(const Thing* thing) {
+    bool goesTo(const Thing* thing, bool mayBeNew) {
         const std::size_t start = next_;
         std::vector<const Thing*> counted;
         while (next_ < list_.size() && !(thing && list_[next_] == *thing)) {
@@ -57,14 +59,16 @@ class OrderedWalk {
         }
         const bool isThere =
             thing ? next_ < list_.size() && list_[next_] == *thing : next_ == list_.size();
-        if (!isThere) {
+        const bool isNew = isThere && mayBeNew && next_ != start && counted.empty() &&
+                           mayGo_(&list_[next_ - 1], list_[next_]);
+        if (!isThere || isNew) {
             firstInTheWay_ = next_ < list_.size() ? &list_[next_] : nullptr;
             for (const Thing* const each : counted) {
                 ++mayGoSoOften_[*each];
             }
             next_ = start;
         }
-        return isThere;
+        return isThere && !isNew;
     }
 
     const std::vector<Thing>& list_;

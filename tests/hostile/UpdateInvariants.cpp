@@ -79,11 +79,12 @@ std::vector<std::string> blocks() {
 }
 
 /// Takes the next line from the text. libcups takes a carriage return for its end, too: the one
-/// before a line feed is kept with the line, and one without is kept as two.
+/// before a line feed, or the end, is kept with the line, and one without is kept as two.
 std::string takenLine(std::string_view& text) {
     const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
     const bool isCarriageReturn = end < text.size() && text[end] == '\r';
-    const bool isBoth = isCarriageReturn && text.substr(end + 1).starts_with('\n');
+    const std::string_view rest = text.substr(std::min(end + 1, text.size()));
+    const bool isBoth = isCarriageReturn && (rest.empty() || rest.starts_with('\n'));
     std::string line(text.substr(0, end));
     line += isBoth ? "\r" : isCarriageReturn ? "\r\r" : "";
     text.remove_prefix(std::min(end + (isBoth ? 2 : 1), text.size()));
