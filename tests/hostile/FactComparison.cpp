@@ -131,7 +131,7 @@ FactDifference differenceOfFacts(const LibcupsFacts& before, const LibcupsFacts&
     };
     OrderedWalk<LibcupsFact> walk(before, mayGo, rules.mayGoSoOften);
     for (const LibcupsFact& fact : after) {
-        const Step step = walk.take(fact, rules.mayBeNew(fact));
+        const Step step = walk.take(fact, rules.mayBeNew(fact), false);
         if (step == Step::added) {
             added.add(fact);
         } else if (step == Step::foreign) {

@@ -26,10 +26,10 @@ class OrderedWalk {
         foreign,
     };
 
-    /// A thing that may be new is, where the same comes further on and may go: to pass over what
-    /// stands between would lose that.
-    Step take(const Thing& thing, bool mayBeNew) {
-        if (goesTo(&thing, mayBeNew)) {
+    /// With `mayHaveMoved`, a thing that may be new is, where the same comes further on and may go:
+    /// to pass over what stands between would lose that.
+    Step take(const Thing& thing, bool mayBeNew, bool mayHaveMoved) {
+        if (goesTo(&thing, mayBeNew && mayHaveMoved)) {
             ++next_;
             return Step::kept;
         }
@@ -41,8 +41,8 @@ class OrderedWalk {
 
   private:
     /// Whether nothing but what may go stands before the thing (null: before the end); then it is
-    /// the next.
-    bool goesTo(const Thing* thing, bool mayBeNew) {
+    /// the next; unless it has moved there, if it may have.
+    bool goesTo(const Thing* thing, bool mayHaveMoved) {
         const std::size_t start = next_;
         std::vector<const Thing*> counted;
         while (next_ < list_.size() && !(thing && list_[next_] == *thing)) {
@@ -59,16 +59,16 @@ class OrderedWalk {
         }
         const bool isThere =
             thing ? next_ < list_.size() && list_[next_] == *thing : next_ == list_.size();
-        const bool isNew = isThere && mayBeNew && next_ != start && counted.empty() &&
-                           mayGo_(&list_[next_ - 1], list_[next_]);
-        if (!isThere || isNew) {
+        const bool hasMoved = isThere && mayHaveMoved && next_ != start && counted.empty() &&
+                              mayGo_(&list_[next_ - 1], list_[next_]);
+        if (!isThere || hasMoved) {
             firstInTheWay_ = next_ < list_.size() ? &list_[next_] : nullptr;
             for (const Thing* const each : counted) {
                 ++mayGoSoOften_[*each];
             }
             next_ = start;
         }
-        return isThere && !isNew;
+        return isThere && !hasMoved;
     }
 
     const std::vector<Thing>& list_;

@@ -329,7 +329,7 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
             const bool owned = isOwned(line, names);
             const bool mayBeNew =
                 owned || (wasOwned && isEnd(line)) || kLinesOfBlocks.contains(line);
-            if (walk.take(line, mayBeNew) == OrderedWalk<std::string>::Step::foreign) {
+            if (walk.take(line, mayBeNew, true) == OrderedWalk<std::string>::Step::foreign) {
                 findings.push_back("a line that is new or another: " + line);
             }
             wasOwned = owned;
