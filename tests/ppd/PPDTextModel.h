@@ -269,7 +269,12 @@ class PPDTextModel {
     static bool take(std::string_view& line, std::string_view prefix) {
         std::string_view rest = line;
         while (!prefix.empty()) {
-            if (rest.empty() || folding(takeCharacter(rest)) != folding(takeCharacter(prefix))) {
+            if (rest.empty()) {
+                return false;
+            }
+            const char32_t character = takeCharacter(rest);
+            const char32_t wanted = takeCharacter(prefix);
+            if (character != wanted && folding(character) != folding(wanted)) {
                 return false;
             }
         }
