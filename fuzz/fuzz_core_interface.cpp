@@ -160,7 +160,8 @@ void requireURI(const std::string& URI) {
     DeviceStatusSchemes schemes;
     const auto status = std::make_shared<const Testing::FakeDeviceStatus>();
     std::size_t asked = 0;
-    const auto backend = [&](const std::string& deviceURI, const OrbDictionary*, OrbCSError&) {
+    const auto backend = [&](const std::string& deviceURI, const OrbDictionary*,
+                             OrbCSError&) -> std::shared_ptr<const OrbCSDeviceStatus> {
         asked += deviceURI == URI ? 1 : 0;
         return status;
     };

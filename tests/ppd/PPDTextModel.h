@@ -175,7 +175,7 @@ class PPDTextModel {
                 translations.push_back("*en" + rest);
             }
             for (const std::string& language : localizations()) {
-                translations.push_back("*" + language + rest);
+                translations.emplace_back("*").append(language).append(rest);
             }
         }
         line += ": " + *value;
