@@ -97,7 +97,8 @@ void skipBlanks(std::string_view& text) {
 
 void readValue(std::string_view rest, PPDStatement& statement) {
     constexpr std::string_view kEnd = "*End";
-    const bool hasEnd = rest.ends_with(kEnd) && rest.find_first_of("\r\n") != rest.npos;
+    const bool hasEnd =
+        rest.ends_with(kEnd) && rest.find_first_of("\r\n") != std::string_view::npos;
     rest.remove_suffix(hasEnd ? kEnd.size() : 0);
     rest = withoutBlanksAround(rest);
     statement.isQuoted = rest.size() > 1 && rest.starts_with('"') && rest.ends_with('"');

@@ -21,7 +21,7 @@ struct LibcupsFact {
     /// The code of a choice, the value of an attribute.
     std::string value;
 
-    auto operator<=>(const LibcupsFact&) const = default;
+    auto operator<=>(const LibcupsFact&) const = default;  // NOLINT(modernize-use-nullptr)
 
     /// For messages.
     std::string shown() const;

@@ -179,8 +179,8 @@ class Pair {
             }
         }
         lines_.erase(going);
-        for (auto index = indexes.rbegin(); index != indexes.rend(); ++index) {
-            plain_.lines.erase(plain_.lines.begin() + static_cast<std::ptrdiff_t>(*index));
+        for (; !indexes.empty(); indexes.pop_back()) {
+            plain_.lines.erase(plain_.lines.begin() + static_cast<std::ptrdiff_t>(indexes.back()));
         }
     }
 
