@@ -68,13 +68,11 @@ class Texts {
         return all;
     }
     std::string keyword() {
-        return oneOf({"", "A", "a", "Key", "KEY",
-                      "\xE2\x84\xAA"
-                      "ey",
-                      "ke", "Keys", "PageSize", "pagesize", "ImageableArea",
-                      "ThisKeywordIsVeryLong", "thiskeywordisverylong", "ThisKeywordIsVeryLonG2",
-                      "Sixteen_letters_", "Seventeen_letters", "\xC3\x89t\xC3\xA9",
-                      "\xC3\xA9T\xC3\x89"});
+        constexpr const char* kKelvinSignAndEy = "\xE2\x84\xAA\x65\x79";
+        return oneOf({"", "A", "a", "Key", "KEY", kKelvinSignAndEy, "ke", "Keys", "PageSize",
+                      "pagesize", "ImageableArea", "ThisKeywordIsVeryLong", "thiskeywordisverylong",
+                      "ThisKeywordIsVeryLonG2", "Sixteen_letters_", "Seventeen_letters",
+                      "\xC3\x89t\xC3\xA9", "\xC3\xA9T\xC3\x89"});
     }
 
   private:

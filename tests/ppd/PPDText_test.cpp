@@ -35,7 +35,7 @@ TEST(PPDText, AnEmptyTextIsNotNull) {
 
 TEST(PPDText, IsEqualToItselfAndToNoOtherOfTheSameBytes) {
     const PPDText text = makePPDText("*A: 1\n");
-    const PPDText copy = text;
+    const PPDText copy = text;  // NOLINT(performance-unnecessary-copy-initialization)
     EXPECT_EQ(text, copy);
     EXPECT_NE(text, makePPDText("*A: 1\n"));
 }
