@@ -102,6 +102,7 @@ class SchedulerTalk : public QueueTalk {
     bool setStateReasons(const std::vector<std::string>& reasons, QueueFailure& failure) override {
         const IPPMessage request = requestForQueue(IPP_OP_CUPS_ADD_MODIFY_PRINTER);
         std::vector<const char*> words;
+        words.reserve(reasons.size());
         for (const std::string& reason : reasons) {
             words.push_back(reason.c_str());
         }

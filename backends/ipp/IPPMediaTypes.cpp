@@ -62,7 +62,7 @@ class CustomMediaTypes {
         auto info = answer_.member(collection, "media-info", PrinterText::mediaTypeName, place);
         auto key = answer_.member(collection, "media-key", PrinterText::mediaID, place);
         if (!info.isRefused && !key.isRefused) {
-            add(*type.text, std::move(info.text), std::move(key.text), place);
+            add(*type.text, info.text, std::move(key.text), place);
         }
     }
 
@@ -85,7 +85,7 @@ class CustomMediaTypes {
         return isCustom && seen_.insert(type).second;
     }
 
-    void add(const std::string& type, std::optional<std::string> info,
+    void add(const std::string& type, const std::optional<std::string>& info,
              std::optional<std::string> key, const std::string& place) {
         if (types_.size() == kMostMediaTypes) {
             answer_.dropped().add(place, "there are more than " + std::to_string(kMostMediaTypes) +

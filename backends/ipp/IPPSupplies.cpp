@@ -107,12 +107,12 @@ std::optional<std::vector<Ink>> inksOfSupplies(IPPAnswer& answer) {
             comparableKeyword(fieldOfList(supply, "class")) == "receptaclethatisfilled") {
             continue;
         }
-        const std::string place = placeOf(kSupplies, index);
         const std::string colour(fieldOfList(supply, "colorantname"));
-        inks.push_back({place,
-                        {usableDyes(answer, colour, place + ", colorantname"),
-                         dyesOfName(answer, names[index], placeOf(kDescriptions, index)),
-                         isInkSufficient(wholeNumber(fieldOfList(supply, "level")))}});
+        Ink& ink = inks.emplace_back();
+        ink.place = placeOf(kSupplies, index);
+        ink.supply.ofColour = usableDyes(answer, colour, ink.place + ", colorantname");
+        ink.supply.ofName = dyesOfName(answer, names[index], placeOf(kDescriptions, index));
+        ink.supply.isSufficient = isInkSufficient(wholeNumber(fieldOfList(supply, "level")));
     }
     return inks;
 }
@@ -143,10 +143,11 @@ std::optional<std::vector<Ink>> inksOfMarkers(IPPAnswer& answer) {
         if (isInkOrToner(*types[index])) {
             const auto level =
                 levels.empty() ? std::nullopt : std::optional<std::int64_t>(levels[index]);
-            inks.push_back({placeOf(kTypes, index),
-                            {usableDyes(answer, colours[index], placeOf(kColours, index)),
-                             dyesOfName(answer, names[index], placeOf(kNames, index)),
-                             isInkSufficient(level)}});
+            Ink& ink = inks.emplace_back();
+            ink.place = placeOf(kTypes, index);
+            ink.supply.ofColour = usableDyes(answer, colours[index], placeOf(kColours, index));
+            ink.supply.ofName = dyesOfName(answer, names[index], placeOf(kNames, index));
+            ink.supply.isSufficient = isInkSufficient(level);
         }
     }
     return inks;
