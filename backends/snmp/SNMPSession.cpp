@@ -169,9 +169,10 @@ SNMPSession::End SNMPSession::ask(Clock::time_point until, const std::atomic<boo
 bool SNMPSession::send() {
     const auto lock = lockedLibrary();
     const bool isBulk = version_ == SNMPVersion::two && !question_.isExact;
-    netsnmp_pdu* const PDU = snmp_pdu_create(isBulk              ? SNMP_MSG_GETBULK
-                                             : question_.isExact ? SNMP_MSG_GET
-                                                                 : SNMP_MSG_GETNEXT);
+    const auto kind = isBulk              ? SNMP_MSG_GETBULK
+                      : question_.isExact ? SNMP_MSG_GET
+                                          : SNMP_MSG_GETNEXT;
+    netsnmp_pdu* const PDU = snmp_pdu_create(static_cast<int>(kind));
     if (!PDU) {
         return true;  // As if it had been lost on the way.
     }
