@@ -130,10 +130,11 @@ int TkPPDUpdatingStatus_value(const TkPPDUpdatingStatus* status, TkPPDUpdatingTe
         auto text = status && status->status && value
                         ? statusValue(*status->status, checkedName(entry, "entry"))
                         : std::nullopt;
-        if (text) {
-            *value = textForC(status->texts.emplace_back(*std::move(text)));
+        if (!text) {
+            return false;
         }
-        return text.has_value();
+        *value = textForC(status->texts.emplace_back(*std::move(text)));
+        return true;
     });
 }
 

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <string>
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -35,6 +36,25 @@ TEST(TestTimeLimit, IsTakenAway) {
             std::_Exit(0);
         },
         testing::ExitedWithCode(0), "^$");
+}
+
+TEST(TestTimeLimit, IsLongerForARunThatSaysSo) {
+    const auto longestWith = [](const char* value) {
+        (void)::setenv("TKPPDUPDATING_LONGEST_TEST", value, 1);
+        const auto longest = longestTest();
+        (void)::unsetenv("TKPPDUPDATING_LONGEST_TEST");
+        return longest;
+    };
+    const char* const given = std::getenv("TKPPDUPDATING_LONGEST_TEST");
+    const std::string kept = given ? given : "";
+    EXPECT_EQ(longestWith("3600"), std::chrono::seconds(3600));
+    for (const char* const wrong : {"", "0", "-1", "long"}) {
+        EXPECT_EQ(longestWith(wrong), std::chrono::seconds(90)) << wrong;
+    }
+    EXPECT_EQ(longestTest(), std::chrono::seconds(90));
+    if (given) {
+        (void)::setenv("TKPPDUPDATING_LONGEST_TEST", kept.c_str(), 1);
+    }
 }
 
 }  // namespace
