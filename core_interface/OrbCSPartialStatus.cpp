@@ -14,7 +14,9 @@ std::optional<OrbCSToldEntries> OrbCSPartialStatus::toldEntriesOf(const OrbCSDev
 }
 
 std::string OrbCSPartialStatus::entryForPart(std::string_view key, std::string_view part) {
-    std::string entry(key);
+    std::string entry;
+    entry.reserve(key.size() + 1 + part.size());
+    entry += key;
     entry += kPartSeparator;
     entry += part;
     return entry;
