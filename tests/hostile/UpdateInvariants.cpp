@@ -233,8 +233,9 @@ bool isConstraintOfDuplex(const LibcupsFact& fact) {
 /// Whether an earlier run of the custom media updater named it.
 bool isNamed(const LibcupsFact& fact, const Names& names) {
     const std::string_view spec = fact.optionKeyword;
+    const bool hasStops = spec.starts_with("..") && fact.keyword == "cupsICCProfile";
     const std::string name(spec.starts_with("MediaType.") ? spec.substr(10)
-                           : spec.starts_with("..")       ? spec.substr(2)
+                           : hasStops                     ? spec.substr(2)
                                                           : spec);
     const std::string_view keyword = withoutLanguage(fact.keyword);
     const bool isOfIts = keyword == "MediaType" || keyword == "ZrICCProfileId2" ||
@@ -259,7 +260,9 @@ bool isOwned(std::string_view line, const Names& names) {
         return spec.starts_with("MediaType.") && isOfType(spec.substr(10));
     }
     if (keyword == "ZrICCProfileId2" || keyword == "cupsICCProfile") {
-        return names.contains(std::string(spec.starts_with("..") ? spec.substr(2) : spec));
+        // A qualifier may itself be two full stops.
+        return names.contains(std::string(spec)) ||
+               (spec.starts_with("..") && names.contains(std::string(spec.substr(2))));
     }
     return keyword == "ZrMediaTypeCategory" && spec == "custom";
 }

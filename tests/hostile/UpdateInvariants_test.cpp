@@ -62,6 +62,18 @@ TEST(UpdateInvariants, LetWhatUpdatersDoPass) {
         IsEmpty());
 }
 
+TEST(UpdateInvariants, TakeTwoFullStopsForTheNameOfAProfileWhereSomethingNamesIt) {
+    const std::string head = "*PPD-Adobe: \"4.3\"\n*OpenUI *ZrICCProfileId2: PickOne\n";
+    const std::string choice = "*ZrICCProfileId2 ../felt: \"\"\n";
+    const std::string rest = "*CloseUI: *ZrICCProfileId2\n";
+    const std::string block =
+        "*cupsICCProfile ..../felt: \"/p/felt.icc\"\n"
+        "*ZrChoiceProperties MediaType.custom1: \"MediaID=f;ZrICCProfileId2=..;\"\n";
+    UpdateInvariants invariants(head + rest);
+    EXPECT_THAT(invariants.findingsInLines(head + choice + rest + block), IsEmpty());
+    EXPECT_THAT(invariants.findingsInLines(head + choice + rest), Contains(HasSubstr("../felt")));
+}
+
 TEST(UpdateInvariants, LetWhatGoesWithADuplexerGo) {
     EXPECT_THAT(findingsAfter({{"*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n"
                                 "*OpenUI *Duplex/Duplex: PickOne\n*DefaultDuplex: None\n"
