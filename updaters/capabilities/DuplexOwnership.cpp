@@ -54,8 +54,9 @@ bool constrainsDuplex(const PPDStatement& statement) {
                             : std::string_view::npos;
     while (start != std::string_view::npos) {
         const std::size_t end = start + kConstrainedOption.size();
-        const bool isWord =
-            start == kConstraint.size() || kBlanks.find(lines[start - 1]) != std::string_view::npos;
+        // The value may stand between quotes, or right behind the colon.
+        const bool isFirst = lines.data() + start == statement.value.data();
+        const bool isWord = isFirst || kBlanks.find(lines[start - 1]) != std::string_view::npos;
         if (isWord && (end == lines.size() || lines[end] == ' ')) {
             return true;
         }

@@ -91,7 +91,8 @@ TEST(DuplexOwnership, ConstraintsThatNameDuplexAndTheCommentAboveThemGo) {
         // PPDs of some printers have a blank at the end.
         "*UIConstraints: *MediaType Felt *Duplex ", "*UIConstraints: *MediaType\t*Duplex Tumble",
         "*UIConstraints:*Duplex Tumble *MediaType", "*UIConstraints: *Duplexes A *Duplex B",
-        "*UIConstraints: *MediaType Felt  *Duplex Tumble"};
+        "*UIConstraints: *MediaType Felt  *Duplex Tumble",
+        "*UIConstraints: \"*Duplex Tumble *MediaType Felt\""};
     const Lines staying = {"*% Duplexer <-> MediaType", "*% MediaType: % Duplex <-> MediaType",
                            "*UIConstraints: *DuplexUnit True *MediaType Felt",
                            "*UIConstraints: *MediaType Duplex *PageSize A4",
@@ -100,6 +101,8 @@ TEST(DuplexOwnership, ConstraintsThatNameDuplexAndTheCommentAboveThemGo) {
                            "*UIConstraints :*Duplex Tumble *MediaType Felt",
                            "*UIConstraints: *Duplex\tTumble *MediaType Felt",
                            "*UIConstraints: *MediaType Felt *Duplex\t",
+                           "*UIConstraints: \"*MediaType Felt *Duplex\"",
+                           "*UIConstraints: \"x\"*Duplex Tumble *MediaType Felt",
                            "*NonUIConstraints: *Duplex Tumble *MediaType Felt"};
     std::string text;
     for (const Lines& lines : {going, staying}) {
