@@ -138,6 +138,11 @@ std::optional<json> JSONWithText(std::string_view text, std::string& error, std:
         error = std::move(builder.error);
         return std::nullopt;
     }
+    // The parser takes a NUL for the end of the text, and what comes after it would not be read.
+    if (const std::size_t end = text.find('\0'); end != std::string_view::npos) {
+        error = "is not JSON at " + placeOfByte(text, end, firstLine) + ": a NUL byte";
+        return std::nullopt;
+    }
     // A newer library's JSON converts to anything, an optional included: say which is meant.
     return std::optional<json>(std::in_place, std::move(builder.root));
 }

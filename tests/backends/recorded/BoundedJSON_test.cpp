@@ -85,6 +85,12 @@ TEST(BoundedJSON, RefusesInvalidUTF8AndBadEscapesWithTheirPlace) {
     }
 }
 
+TEST(BoundedJSON, RefusesANULThatTheParserTakesForTheEnd) {
+    EXPECT_EQ(errorFor("[1]\0"sv), "is not JSON at line 1, column 4: a NUL byte");
+    EXPECT_EQ(errorFor("{}\n \0 and more"sv), "is not JSON at line 2, column 2: a NUL byte");
+    EXPECT_EQ(errorFor("[1,\0 2]"sv).substr(0, 32), "is not JSON at line 1, column 4:");
+}
+
 TEST(BoundedJSON, SaysWhatIsWrongButNotWhatItRead) {
     const std::string secret(100'000, 'x');
     const std::string error = errorFor("[\"" + secret);
