@@ -3,9 +3,11 @@
 // are, the only error is the documented one, the same run gives the same text, and what the guard
 // before writing lets pass is harmless, also as libcups reads it, and is not changed by what it
 // lets pass of a second run.
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "fuzz/UpdateInput.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
@@ -46,17 +48,28 @@ void requireText(const std::optional<PPDText>& result) {
     require(!result || !firstInvalidUTF8Byte(**result), "the result is UTF-8");
 }
 
-/// Whether the guard lets the result pass; then it is harmless.
-bool passes(const OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
-            const PPDText& result) {
-    if (UpdateGuard::reasonNotToWrite(*PPD->text(), *result,
-                                      manager.applicableUpdatersForPPDFile(PPD.get()))) {
-        return false;
+/// What is asked of the updates of a PPD.
+class Judge {
+  public:
+    Judge(const OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD)
+        : text_(PPD->text()),
+          updaters_(manager.applicableUpdatersForPPDFile(PPD.get())),
+          invariants_(*text_) {}
+
+    /// Whether the guard lets the result pass; then it is harmless.
+    bool passes(const PPDText& result) {
+        if (UpdateGuard::reasonNotToWrite(*text_, *result, updaters_)) {
+            return false;
+        }
+        requireNone(invariants_.findingsIn(*result), "what the guard lets pass is harmless");
+        return true;
     }
-    requireNone(Testing::UpdateInvariants(*PPD->text()).findingsIn(*result),
-                "what the guard lets pass is harmless");
-    return true;
-}
+
+  private:
+    PPDText text_;
+    std::vector<std::unique_ptr<ITkPPDUpdater>> updaters_;
+    Testing::UpdateInvariants invariants_;
+};
 
 /// Whether the PPD names its custom media more than once: a run takes what the first one names.
 bool namesCustomMediaTwice(const PPDText& text) {
@@ -66,7 +79,7 @@ bool namesCustomMediaTwice(const PPDText& text) {
 }
 
 void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
-                       const Status& status) {
+                       const Status& status, Judge& judge) {
     const auto result = updated(manager, PPD, status);
     requireText(result);
     const auto again = updated(manager, PPD, status);
@@ -77,7 +90,7 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
                                                                           "file:", PPD.get());
     });
     require(!values || values->has_value() == (status != nullptr), "values need a status");
-    if (!result || !passes(manager, PPD, *result) || namesCustomMediaTwice(PPD->text()) ||
+    if (!result || !judge.passes(*result) || namesCustomMediaTwice(PPD->text()) ||
         (status && Testing::isOfTwoMindsAboutTheDuplexer(*status))) {
         return;
     }
@@ -85,17 +98,17 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
     require(parsed != nullptr, "the result is a PPD");
     const auto second = updated(manager, parsed, status);
     // In a PPD that was broken before, an updater may not find again what it wrote.
-    require(second && (**second == **result || !passes(manager, parsed, *second)),
+    require(second && (**second == **result || !Judge(manager, parsed).passes(*second)),
             "a second run changes nothing that the guard lets pass");
 }
 
-void updateFromQueue(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD) {
+void updateFromQueue(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD, Judge& judge) {
     const auto result = resultOf([&] {
         return manager.updatedPPDContentsForContents_PPDFile_queueName(PPD->text(), *PPD, "queue");
     });
     requireText(result);
     if (result) {
-        (void)passes(manager, PPD, *result);
+        (void)judge.passes(*result);
     }
     (void)resultOf(
         [&] { return manager.PPDUpdatingValuesForQueueWithName_deviceURI("queue", "file:"); });
@@ -114,9 +127,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     setTheSameWorld(std::make_shared<const Testing::CoreWithQueue>(queue));
     static OrbPPDConcreteUpdatingManager manager;
     const auto classes = manager.registeredClasses();
-    updateFromPrinter(manager, PPD, *status);
+    Judge judge(manager, PPD);
+    updateFromPrinter(manager, PPD, *status, judge);
     if (queue) {
-        updateFromQueue(manager, PPD);
+        updateFromQueue(manager, PPD, judge);
     }
     require(manager.registeredClasses() == classes, "the manager is as it was");
     return 0;

@@ -217,14 +217,6 @@ bool isOfUpdaters(const LibcupsFact& fact) {
     return fact.kind == "default" && contains(kOptionsOfUpdaters, fact.keyword);
 }
 
-/// Whether the fact is a group that a block opens, too: libcups takes the text of the first
-/// opening.
-bool isGroupOfBlocks(const LibcupsFact& fact, const std::set<LibcupsFact>& ofBlocks) {
-    return fact.kind == "group" && std::ranges::any_of(ofBlocks, [&](const LibcupsFact& each) {
-               return each.kind == "group" && each.keyword == fact.keyword;
-           });
-}
-
 /// What goes with an absent duplexer, wherever it stands.
 bool isConstraintOfDuplex(const LibcupsFact& fact) {
     return fact.kind == "constraint" && (fact.keyword == "Duplex" || fact.text == "Duplex");
@@ -366,8 +358,7 @@ UpdateInvariants::Findings UpdateInvariants::findingsInFacts(const std::string& 
         [&](const LibcupsFacts& base, const std::map<LibcupsFact, int>& mayGoSoOften) {
             const FactRules rules = {[&](const LibcupsFact& fact) {
                                          return isOfUpdaters(fact) || isNamed(fact, names_) ||
-                                                isConstraintOfDuplex(fact) ||
-                                                isGroupOfBlocks(fact, kFactsOfBlocks);
+                                                isConstraintOfDuplex(fact);
                                      },
                                      mayGoSoOften,
                                      [](const LibcupsFact& fact) {
