@@ -202,8 +202,8 @@ class PPDTextIndex::Reader {
             return;
         }
         const auto run = static_cast<std::uint32_t>(index_.runs_.size());
-        index_.runs_.push_back({line, kNone, readNewKeyword(start)});
-        index_.link(run);
+        index_.runs_.push_back({line});
+        index_.link(run, readNewKeyword(start));
     }
 
     /// Nearly all keywords are short and have no language.
@@ -299,20 +299,20 @@ PPDTextIndex::Key PPDTextIndex::keyOfName(std::string_view name) {
 std::size_t PPDTextIndex::slotOf(Key key) const {
     const std::size_t mask = slots_.size() - 1;
     std::size_t slot = key & mask;
-    while (slots_[slot].firstRun != kNone && runs_[slots_[slot].firstRun].key != key) {
+    while (slots_[slot].firstRun != kNone && slots_[slot].key != key) {
         slot = (slot + 1) & mask;
     }
     return slot;
 }
 
-void PPDTextIndex::link(std::uint32_t run) {
-    Slot& slot = slots_[slotOf(runs_[run].key)];
+void PPDTextIndex::link(std::uint32_t run, Key key) {
+    Slot& slot = slots_[slotOf(key)];
     if (slot.firstRun != kNone) {
         runs_[slot.lastRun].next = run;
         slot.lastRun = run;
         return;
     }
-    slot = {run, run};
+    slot = {key, run, run};
     if (++keys_ > slots_.size() / 2) {
         growTable();
     }
@@ -322,7 +322,7 @@ void PPDTextIndex::growTable() {
     const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(slots_.size() * 2));
     for (const Slot& slot : old) {
         if (slot.firstRun != kNone) {
-            slots_[slotOf(runs_[slot.firstRun].key)] = slot;
+            slots_[slotOf(slot.key)] = slot;
         }
     }
 }

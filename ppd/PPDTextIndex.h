@@ -125,9 +125,10 @@ class PPDTextIndex {
         Line first = 0;
         /// The next run of that key.
         std::uint32_t next = kNone;
-        Key key = 0;
     };
+    /// The key stands here, so that a look-up touches no run but those that it is for.
     struct Slot {
+        Key key = 0;
         std::uint32_t firstRun = kNone;
         std::uint32_t lastRun = kNone;
     };
@@ -139,7 +140,7 @@ class PPDTextIndex {
     bool hasKeyword(const StoredRun& run) const { return (*text_)[starts_[run.first]] == '*'; }
     std::uint32_t firstRun(std::string_view keyword) const;
     Run runAt(std::uint32_t run) const;
-    void link(std::uint32_t run);
+    void link(std::uint32_t run, Key key);
     void growTable();
     std::size_t slotOf(Key key) const;
 
