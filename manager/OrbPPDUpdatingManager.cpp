@@ -31,6 +31,7 @@ OrbPPDUpdatingManager::PPDUpdatingValuesForQueueWithName_deviceURI(
 
 std::optional<OrbPPDUpdatingValues>
 OrbPPDUpdatingManager::PPDUpdatingValuesForDeviceStatus_deviceURI_PPDFile(
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): what overrides it may keep the status.
     std::shared_ptr<const OrbCSDeviceStatus> /*deviceStatus*/,
     std::optional<std::string_view> /*deviceURI*/, const OrbPPDFile* /*PPDFile*/) {
     throw notImplemented("PPDUpdatingValuesForDeviceStatus_deviceURI_PPDFile");

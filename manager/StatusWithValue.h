@@ -14,8 +14,8 @@ class StatusWithValue : public OrbCSDeviceStatus {
   public:
     /// `status` is not null. `key` lives as long as the process.
     StatusWithValue(std::shared_ptr<const OrbCSDeviceStatus> status, std::string_view key,
-                    const OrbCSStatusValue& value)
-        : status_(std::move(status)), key_(key), value_(value) {}
+                    OrbCSStatusValue value)
+        : status_(std::move(status)), key_(key), value_(std::move(value)) {}
 
     const OrbCSStatusValue* statusValueForKey_error(std::string_view key,
                                                     std::string* error) const override {

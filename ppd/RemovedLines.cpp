@@ -64,8 +64,8 @@ RemovedLines::Line RemovedLines::lineAt(Line index) const {
         return std::min(index, lineCount_);
     }
     Line line = 0;
-    for (std::size_t block = 0; block < counts_.size(); ++block) {
-        const Line there = kBlock - counts_[block];
+    for (const Line removed : counts_) {
+        const Line there = kBlock - removed;
         if (index < there) {
             break;
         }

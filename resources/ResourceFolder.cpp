@@ -59,10 +59,12 @@ std::optional<std::string> ResourceFolder::pathForObjectAt(std::string_view obje
     if (!objectPath.empty()) {
         // The way is left to the file system to walk: a folder on it may be a symbolic link, as
         // /lib is on Debian.
+        // NOLINTBEGIN(bugprone-branch-clone): the two ways may be the same.
         const fs::path installed =
             fs::path(objectPath).parent_path() / (objectPath == ObjectFile::pathOfThisProgram()
                                                       ? TKPPDUPDATING_WAY_FROM_PROGRAM_TO_DATA
                                                       : TKPPDUPDATING_WAY_FROM_LIBRARY_TO_DATA);
+        // NOLINTEND(bugprone-branch-clone)
         if (isFolder(installed)) {
             return installed.string();
         }

@@ -44,7 +44,8 @@ bool handsPostScriptOn(const Statements& statements) {
     }
     std::string_view line = commands->value;
     const auto dropBlanks = [&line] {
-        while (!line.empty() && (kBlanks.find(line.back()) != kBlanks.npos || line.back() == ';')) {
+        while (!line.empty() &&
+               (kBlanks.find(line.back()) != std::string_view::npos || line.back() == ';')) {
             line.remove_suffix(1);
         }
     };

@@ -126,10 +126,11 @@ bool PPDUpdate::completeMediaTypes() {
     const auto* const types = mediaTypes();
     auto completed =
         completedMediaTypes(customMediaBlock(*PPD_), types ? *types : OrbCustomMediaTypes());
-    if (completed) {
-        setMediaTypes(*std::move(completed));
+    if (!completed) {
+        return false;
     }
-    return completed.has_value();
+    setMediaTypes(*std::move(completed));
+    return true;
 }
 
 void PPDUpdate::placeMediaTypes() {

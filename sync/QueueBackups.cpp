@@ -59,6 +59,7 @@ std::unique_ptr<QueueBackups> QueueBackups::open(const std::string& path, bool k
         reason = "cannot be made: " + systemError();
         return nullptr;
     }
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the pointer owns it.
     auto backups = openExisting(path, reason);
     if (backups) {
         backups->keepsAll_ = keepsAll;

@@ -299,6 +299,7 @@ class QueueSync::Work::Steps {
     template <typename Questions>
     static std::vector<std::string> optionsAsked(const Questions& questions) {
         std::vector<std::string> options;
+        options.reserve(questions.size());
         for (const auto& question : questions) {
             options.push_back(question.option);
         }

@@ -84,6 +84,7 @@ class Start {
     /// number of the error when it cannot be started.
     int run(const std::vector<std::string>& command, int& error) const {
         std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
         for (const std::string& argument : command) {
             arguments.push_back(const_cast<char*>(argument.c_str()));
         }

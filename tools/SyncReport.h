@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "sync/QueueSyncRun.h"
 #include "tools/Journal.h"
@@ -26,8 +27,8 @@ class SyncReport {
         const Journal* journal = nullptr;
     };
 
-    SyncReport(const Options& options, std::size_t queueCount)
-        : options_(options), queueCount_(queueCount) {}
+    SyncReport(Options options, std::size_t queueCount)
+        : options_(std::move(options)), queueCount_(queueCount) {}
 
     /// Shows how many are done; before the first is, without the name of the last: its printer may
     /// take its time.
