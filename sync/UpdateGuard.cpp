@@ -1,8 +1,11 @@
 #include "sync/UpdateGuard.h"
 
 #include <cstddef>
+#include <memory>
+#include <string>
 
 #include "ppd/PPDStatements.h"
+#include "ppd/PPDTextIndex.h"
 #include "sync/OwnedLines.h"
 #include "sync/StatementComparison.h"
 
@@ -32,7 +35,16 @@ std::size_t groupsInGroups(const std::vector<PPDStatement>& statements) {
     return count;
 }
 
-/// Why libcups would not open the text any more, which its statements alone do not tell.
+/// Whether a quoted value never closes, by the lines that the parsed model knows, which end with a
+/// line feed. libcups ends them with a carriage return, too, so that its statements do not tell.
+bool leavesValueOpen(std::string_view text) {
+    const PPDTextIndex index(std::make_shared<const std::string>(text));
+    const auto values = index.longValues();
+    return !values.empty() && values.back().closes == index.size();
+}
+
+/// Why libcups, or the next update, would not open the text any more, which its statements alone do
+/// not tell.
 std::optional<std::string> reasonOfStructure(std::string_view before, std::string_view after,
                                              const std::vector<PPDStatement>& had,
                                              const std::vector<PPDStatement>& has) {
@@ -42,8 +54,11 @@ std::optional<std::string> reasonOfStructure(std::string_view before, std::strin
     if (!keepsBeginning) {
         return "another line would stand before its first one";
     }
-    return groupsInGroups(has) > groupsInGroups(had)
-               ? std::optional<std::string>("a group would open where another one is open")
+    if (groupsInGroups(has) > groupsInGroups(had)) {
+        return "a group would open where another one is open";
+    }
+    return leavesValueOpen(after) && !leavesValueOpen(before)
+               ? std::optional<std::string>("a quoted value would never close")
                : std::nullopt;
 }
 

@@ -23,8 +23,8 @@ class UpdateGuard {
     /// `applicableUpdatersForPPDFile`).
     ///
     /// It may when
-    /// - it begins with the same line, and no group opens inside of another one, unless `before`
-    ///   has that: libcups would open it no more;
+    /// - it begins with the same line, no group opens inside of another one, and no quoted value
+    ///   stays open, unless `before` has that: libcups, or the next update, would open it no more;
     /// - every statement of `before` is there, in its order, its option and its group, but those
     ///   that an updater owns (`manager/ITkPPDLineOwnership.h`);
     /// - every other statement of `after` is one that an updater owns, is a line of the scheduler's

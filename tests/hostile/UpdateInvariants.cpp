@@ -157,8 +157,13 @@ bool isEnd(std::string_view line) {
     return line.substr(0, line.find('\r')) == "*End";
 }
 
+/// libcups passes over it.
+bool isBlank(std::string_view line) {
+    return line.find_first_not_of('\r') == std::string_view::npos;
+}
+
 Names linesOfBlocks() {
-    Names lines = {"", "\r"};
+    Names lines;
     for (const std::string& block : blocks()) {
         for (std::string& line : statementsOf(block)) {
             lines.insert(std::move(line));
@@ -193,17 +198,40 @@ std::map<typename Things::value_type, int> countsOf(const Things& more, const Th
     return counts;
 }
 
+/// The text without the first group of the duplexer as libcups reads it: another one than that in
+/// the text, where that stands within a value.
+std::string withoutGroupOfLibcups(const std::string& text) {
+    Lines lines = statementsOf(text);
+    const auto opens = std::ranges::find_if(lines, [](const std::string& line) {
+        return line.starts_with("*OpenGroup: ZrTwoSidedPrinting");
+    });
+    const auto closes = std::find_if(opens, lines.end(), [](const std::string& line) {
+        return line.starts_with("*CloseGroup: ZrTwoSidedPrinting");
+    });
+    if (closes != lines.end()) {
+        lines.erase(opens, closes + 1);
+    }
+    std::string left;
+    for (const std::string& line : lines) {
+        const bool endsWithCarriageReturn = line.ends_with("\r\r");
+        left += endsWithCarriageReturn ? line.substr(0, line.size() - 1) : line + "\n";
+    }
+    return left;
+}
+
 /// The text without what goes with an absent duplexer: its group, the constraints of "Duplex", page
 /// sizes; all of them first, then what may go alone. Of a text whose last line has no end: what
 /// other updaters insert gives it one.
-std::array<std::string, 4> textsWithoutDuplexer(std::string text) {
+std::vector<std::string> textsWithoutDuplexer(std::string text) {
     text += text.ends_with('\n') ? "" : "\n";
     const std::string expression = resource("TkPPDDuplexSafeRegularExpression");
-    std::string group = withoutGroup(text, "ZrTwoSidedPrinting");
-    std::string constraints = ConstraintRemovalModel::removed(group, "Duplex");
-    std::string all = withoutMatchingLines(constraints, expression);
-    return {std::move(all), std::move(constraints), std::move(group),
-            withoutMatchingLines(text, expression)};
+    const auto withoutRest = [&](const std::string& withoutGroup) {
+        return withoutMatchingLines(ConstraintRemovalModel::removed(withoutGroup, "Duplex"),
+                                    expression);
+    };
+    const std::string group = withoutGroup(text, "ZrTwoSidedPrinting");
+    return {withoutRest(group), ConstraintRemovalModel::removed(group, "Duplex"), group,
+            withoutMatchingLines(text, expression), withoutRest(withoutGroupOfLibcups(text))};
 }
 
 bool isOfUpdaters(const LibcupsFact& fact) {
@@ -303,8 +331,15 @@ UpdateInvariants::Findings UpdateInvariants::findingsAmong(Things<Thing>& things
     if (!std::ranges::all_of(without, isFoundFrom)) {
         return {};
     }
-    return findingsFrom(*things.all,
-                        without.empty() ? Counts() : countsOf(*things.all, without.front()));
+    // Some of what may go has.
+    Findings findings = findingsFrom(*things.all, Counts());
+    for (const auto& each : without) {
+        findings = findingsFrom(*things.all, countsOf(*things.all, each));
+        if (findings.empty()) {
+            break;
+        }
+    }
+    return findings;
 }
 
 std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& after) {
@@ -314,7 +349,7 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
     const Lines linesAfter = statementsOf(after);
     const auto mayGo = [&](const std::string* previous, const std::string& line) {
         return isOwned(line, names_) || (isEnd(line) && previous && isOwned(*previous, names_)) ||
-               line.starts_with("*% Duplex <-> ");
+               line.starts_with("*% Duplex <-> ") || isBlank(line);
     };
     const auto findingsFrom = [&](const Lines& base, std::map<std::string, int> mayGoSoOften) {
         OrderedWalk<std::string> walk(base, mayGo, std::move(mayGoSoOften));
@@ -322,8 +357,8 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
         bool wasOwned = false;
         for (const std::string& line : linesAfter) {
             const bool owned = isOwned(line, names);
-            const bool mayBeNew =
-                owned || (wasOwned && isEnd(line)) || kLinesOfBlocks.contains(line);
+            const bool mayBeNew = owned || (wasOwned && isEnd(line)) || isBlank(line) ||
+                                  kLinesOfBlocks.contains(line);
             if (walk.take(line, mayBeNew, true) == OrderedWalk<std::string>::Step::foreign) {
                 findings.push_back("a line that is new or another: " + line);
             }

@@ -24,8 +24,9 @@ bool isOfTwoMindsAboutTheDuplexer(const OrbCSDeviceStatus& status);
 /// - libcups opens what it opened before, and knows what it knew before, but what updaters own;
 /// - what is new is harmless: no code but a custom media type's own, no control character.
 ///
-/// What goes with an absent duplexer (its group, the constraints of "Duplex", page sizes) may go,
-/// and what the library's property list has for a present one may come.
+/// Blank lines, which libcups passes over, may come and go. What goes with an absent duplexer (its
+/// group, the constraints of "Duplex", page sizes) may go, and what the library's property list has
+/// for a present one may come.
 class UpdateInvariants {
   public:
     explicit UpdateInvariants(std::string before);

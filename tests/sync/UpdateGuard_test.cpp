@@ -456,6 +456,20 @@ TEST(UpdateGuard, AValueThatGoesOnOverLinesOfOthersDoesNotGo) {
     }
 }
 
+TEST(UpdateGuard, NoValueMayStayOpenForTheNextUpdate) {
+    // To libcups the constraint is a line of its own. What goes with it is a line feed, and with
+    // that the place where the value of the next line opens.
+    const std::string head = "*PPD-Adobe: \"4.3\"\n*Note: one\r";
+    const std::string constraint = "*UIConstraints: *Duplex None *MediaType Photo\n";
+    const std::string value = "*Text: \"0\n*Other: \"1\n";
+    const auto updaters = instancesOf(allNames());
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(head + constraint + value, head + value, updaters),
+              "a quoted value would never close");
+    const std::string ended = "*PPD-Adobe: \"4.3\"\n*Note: one\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(ended + constraint + value, ended + value, updaters),
+              std::nullopt);
+}
+
 TEST(UpdateGuard, WhatAnUpdaterThatDidNotRunOwnsIsNotToChange) {
     EXPECT_EQ(reasonAfter({{kResolution, "*ZrMaxSupportedResolution: 1200\n"}},
                           {"OrbPPDCustomMediaUpdater"}),
