@@ -264,6 +264,7 @@ extern "C" int faultyPosixMemalign(void** block, std::size_t alignment, std::siz
         return fault == Kind::error ? -1 : transferred(fault, next arguments); \
     }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): parameters and arguments bring theirs.
 /// One with an argument more where there is a need for it, which an integer register holds.
 #define WITH_OPTIONAL_ARGUMENT(name, parameters, arguments)             \
     extern "C" int faulty_##name parameters __asm__(#name);             \
@@ -271,6 +272,7 @@ extern "C" int faultyPosixMemalign(void** block, std::size_t alignment, std::siz
         static auto* const next = nextFunction<int parameters>(#name);  \
         return faultOfCall(#name) == Kind::error ? -1 : next arguments; \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 // NOLINTBEGIN
 TRANSFER(read, (int file, void* bytes, std::size_t size), (file, bytes, size))

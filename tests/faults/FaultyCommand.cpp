@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include "tests/support/FileContents.h"
 
@@ -121,7 +122,7 @@ std::string complaintAboutBackup(const std::string& queue, const Files& before, 
 
 /// The time is part of a name.
 bool isKeptWithTime(const std::string& name) {
-    return name.starts_with("kept/") && name.find("Z") != std::string::npos;
+    return name.starts_with("kept/") && name.find('Z') != std::string::npos;
 }
 
 Files withoutTimes(const Files& files) {
@@ -222,7 +223,7 @@ bool isEveryFaultTried() {
     return value && *value != '\0';
 }
 
-FaultyRuns::FaultyRuns(const FaultyCommand& command) : command_(command) {
+FaultyRuns::FaultyRuns(FaultyCommand command) : command_(std::move(command)) {
     makeFiles();
     const TemporaryDirectory elsewhere;
     const std::string report = (elsewhere.path() / "report").string();

@@ -54,7 +54,7 @@ bool isEveryFaultTried();
 /// Runs a command once without a fault, and then as often as one likes with one.
 class FaultyRuns {
   public:
-    explicit FaultyRuns(const FaultyCommand& command);
+    explicit FaultyRuns(FaultyCommand command);
 
     /// Of the run without a fault.
     long allocationCount() const { return allocationCount_; }

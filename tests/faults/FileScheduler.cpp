@@ -40,7 +40,7 @@ std::optional<std::string> contentsOf(const std::string& path) {
 
 class FileTalk : public QueueTalk {
   public:
-    FileTalk(std::string folder, std::string name)
+    FileTalk(const std::string& folder, std::string name)
         : place_(folder + "/" + name),
           deviceURI_("file:" + folder + "/" + name + ".json"),
           name_(std::move(name)) {}

@@ -102,7 +102,7 @@ TEST_F(HostileTexts, OfRecordingsDoNoHarm) {
     tryAll([&]() -> Status {
         std::string error;
         const std::string recording = statuses.recording();
-        const Status status = RecordedDeviceStatus::statusWithJSON(recording, error);
+        Status status = RecordedDeviceStatus::statusWithJSON(recording, error);
         EXPECT_NE(status, nullptr) << error << "\n" << recording;
         return status;
     });

@@ -45,7 +45,7 @@ TEST(MissingResourceWatch, IsForItsOwnScope) {
 
 TEST(MissingResourceWatch, LearnsAgainOnceTheInnerOneIsGone) {
     EXPECT_EQ(watched([] {
-                  const std::string inner = watched([] { return "result"; });
+                  std::string inner = watched([] { return "result"; });
                   MissingResourceWatch::tell("outer");
                   return inner;
               }),

@@ -33,6 +33,9 @@ using testing::Pair;
 using testing::SizeIs;
 using Cause = OrbCSError::Cause;
 
+/// More bytes than any answer may have.
+constexpr std::size_t kFlood = std::size_t{10} * 1000 * 1000;
+
 OrbCSPostScriptQuestions twoQuestions() {
     return {
         "",
@@ -181,7 +184,7 @@ TEST(PostScriptInquiry, APrinterThatSendsBackWhatItIsSentIsNoInterpreter) {
 }
 
 TEST(PostScriptInquiry, TenMillionBytesAreNoAnswer) {
-    const std::string flood(10'000'000, 'x');
+    const std::string flood(kFlood, 'x');
     const SocketPrinter early([&flood](const SocketTalk& talk) { (void)talk.send(flood); });
     const Result result = ask(early.URI());
     EXPECT_EQ(result.status, nullptr);
@@ -258,7 +261,7 @@ TEST(PostScriptInquiry, ThePPDsProductAndOneThatSaysNothingAreAsked) {
 
 TEST(PostScriptInquiry, AProductWithoutEndIsNoAnswer) {
     const SocketPrinter printer(
-        PlayedInterpreter({kReady, {"product", answer("product", std::string(10'000'000, 'x'))}}));
+        PlayedInterpreter({kReady, {"product", answer("product", std::string(kFlood, 'x'))}}));
     const Result result = ask(printer.URI(), patient(), questionsOfOffice());
     EXPECT_THAT(result.installed(), IsEmpty());
     EXPECT_THAT(result.reasons(), ElementsAre("Option1: the printer answers more than 16384 bytes, "

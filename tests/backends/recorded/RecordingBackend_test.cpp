@@ -15,7 +15,6 @@ namespace TkPPDUpdating {
 namespace {
 
 using testing::ElementsAre;
-using testing::EndsWith;
 
 constexpr std::string_view kRecording = R"({"MaxSupportedResolution": 1200})";
 
@@ -98,7 +97,7 @@ TEST_F(RecordingBackend, SaysWhichFileMayNotBeRead) {
 }
 
 TEST_F(RecordingBackend, ReadsFourMebibytesAndNoMore) {
-    constexpr std::uintmax_t kLargest = 4 * 1024 * 1024;
+    constexpr auto kLargest = std::uintmax_t{4} * 1024 * 1024;
     const std::string path = directory.write(
         "large.json", std::string(kLargest - kRecording.size(), ' ') + std::string(kRecording));
     EXPECT_TRUE(givesTheRecording(fileURLFromPath(path))) << error.reason;

@@ -42,7 +42,7 @@ class ConfiguredCommunity : public testing::Test {
         return SNMPCommunity::configured(warning_);
     }
 
-    const CoreInterfaceScope scope_;
+    CoreInterfaceScope scope_;
     TemporaryDirectory root_;
     std::string warning_;
 };
