@@ -114,7 +114,7 @@ class HostileSNMPPrinters : public testing::Test {
         });
     }
 
-    const CoreInterfaceScope scope_;
+    CoreInterfaceScope scope_;
     TemporaryDirectory root_;
 };
 
@@ -465,7 +465,7 @@ TEST_F(HostileSNMPPrinters, StringsOfEveryLengthAndEncodingAreDroppedOrHarmless)
                                             std::string(256, 'x'),
                                             "cy\xE0n",
                                             std::string("\0c\0y", 4),
-                                            "\xFE\xFF\0c",
+                                            std::string("\xFE\xFF\0c", 4),
                                             "\x83\x43\x83\x93\x83\x4E",
                                             "\xC0\xAF",
                                             "\xED\xA0\x80",

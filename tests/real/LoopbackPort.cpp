@@ -23,7 +23,7 @@ int freeLoopbackPort() {
     const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = loopback(0);
     socklen_t length = sizeof(address);
-    bind(listener, reinterpret_cast<sockaddr*>(&address), length);
+    (void)bind(listener, reinterpret_cast<sockaddr*>(&address), length);
     getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
     close(listener);
     return ntohs(address.sin_port);

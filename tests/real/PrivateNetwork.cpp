@@ -47,7 +47,7 @@ std::string setLoopbackUp() {
     std::strncpy(request.ifr_name, "lo", sizeof(request.ifr_name) - 1);
     request.ifr_flags = IFF_UP | IFF_RUNNING | IFF_LOOPBACK | IFF_MULTICAST;
     const bool isUp = ioctl(anySocket, SIOCSIFFLAGS, &request) == 0;
-    const std::string wrong = isUp ? "" : failure("the loopback interface stays down");
+    std::string wrong = isUp ? "" : failure("the loopback interface stays down");
     close(anySocket);
     return wrong;
 }

@@ -170,6 +170,7 @@ TEST(BrokenSchedulers, WhatTheySayOfAnInstallationIsToldInOneLanguage) {
         const QueueSyncCause& cause;
         std::string reason;
     };
+    constexpr std::size_t kTooLong = 9'999'999;
     const std::vector<Case> cases = {
         {"HTTP/1.1 403 Verboten\r\nContent-Length: 0\r\n\r\n", queueSyncCause("scheduler-refuses"),
          "the scheduler refuses it (HTTP status 403); run this as root, or as a member of the "
@@ -183,8 +184,8 @@ TEST(BrokenSchedulers, WhatTheySayOfAnInstallationIsToldInOneLanguage) {
         {HostileIPPResponder::HTTPAnswer("not IPP"), queueSyncCause("no-scheduler"),
          "the scheduler's answer is not IPP"},
         {"", queueSyncCause("no-scheduler"), "the scheduler closed the connection"},
-        {"HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\nContent-Length: 9999999\r\n\r\n" +
-             std::string(9'999'999, 'x'),
+        {"HTTP/1.1 200 OK\r\nContent-Type: application/ipp\r\nContent-Length: " +
+             std::to_string(kTooLong) + "\r\n\r\n" + std::string(kTooLong, 'x'),
          queueSyncCause("no-scheduler"), "the answer is longer than 8388608 bytes"}};
     // Side by side: the client waits a second for each to say that it may go on.
     std::vector<std::jthread> threads;

@@ -108,7 +108,7 @@ bool SNMPPrinter::answers(const std::string& community) const {
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(static_cast<in_port_t>(port_));
-    connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+    (void)connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
     const std::string question =
         SNMPBytes::message(1, 1,
                            SNMPBytes::variable(SNMPBytes::name("1.3.6.1.2.1.1"),

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/real/LoopbackPort.h"
@@ -28,8 +29,8 @@ std::string SimulatedPrinter::missingPrograms() {
     return missing.empty() ? missing : "not installed: " + missing;
 }
 
-SimulatedPrinter::SimulatedPrinter(const std::string& attributes, const Place& place)
-    : place_(place) {
+SimulatedPrinter::SimulatedPrinter(const std::string& attributes, Place place)
+    : place_(std::move(place)) {
     if (place_.busAddress.empty()) {
         bus_ = std::make_unique<MessageBus>();
         place_.busAddress = bus_->address();

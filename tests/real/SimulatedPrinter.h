@@ -28,7 +28,7 @@ class SimulatedPrinter {
     /// `attributes` in the format of ippeveprinter's attributes file: "ATTR SYNTAX NAME VALUES";
     /// those that ippeveprinter makes up when empty.
     explicit SimulatedPrinter(const std::string& attributes) : SimulatedPrinter(attributes, {}) {}
-    SimulatedPrinter(const std::string& attributes, const Place& place);
+    SimulatedPrinter(const std::string& attributes, Place place);
 
     /// "ipp://localhost:PORT/ipp/print", the same for the life of the object.
     std::string URI() const { return URIWithScheme("ipp"); }

@@ -447,7 +447,7 @@ std::vector<std::string> resultsIn(const std::string& output) {
         // What changed is indented, and the summary begins with a count.
         if (colon != std::string::npos && !std::isdigit(static_cast<unsigned char>(line[0])) &&
             line[0] != ' ') {
-            results.push_back(line.substr(0, line.find_first_of(":", colon + 2)));
+            results.push_back(line.substr(0, line.find(':', colon + 2)));
         }
     }
     return results;

@@ -14,11 +14,10 @@ namespace TkPPDUpdating::Testing {
 class SlowPrinter {
   public:
     SlowPrinter()
-        : responder_([this](const ResponderConnection& c) {
+        : responder_([this](const ResponderConnection& /*connection*/) {
               for (int tries = 0; tries < 2000 && !mayPrint; ++tries) {
                   std::this_thread::sleep_for(std::chrono::milliseconds(10));
               }
-              (void)c;
           }) {}
 
     /// Without SNMP, which the scheduler's backend waits for in vain.
