@@ -112,7 +112,8 @@ Lines statementsOf(std::string_view text) {
     return lines;
 }
 
-/// "*KEYWORD SPEC/..." or "*KEYWORD: ..."; what separates them from the rest may be missing.
+/// "*KEYWORD SPEC/..." or "*KEYWORD: ..."; what separates them from the rest may be missing. To
+/// libcups a "/" does not end a keyword.
 struct Parts {
     std::string_view keyword;
     std::string_view spec;
@@ -121,11 +122,12 @@ struct Parts {
 Parts partsOf(std::string_view line) {
     Parts parts;
     if (line.starts_with('*')) {
-        line = line.substr(1, std::min(line.find_first_of("/:"), line.size()) - 1);
+        line = line.substr(1, std::min(line.find(':'), line.size()) - 1);
         const std::size_t blank = std::min(line.find_first_of(" \t"), line.size());
         parts.keyword = line.substr(0, blank);
         line.remove_prefix(blank);
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+        line = line.substr(0, line.find('/'));
         parts.spec = line.substr(0, line.find_last_not_of(" \t") + 1);
     }
     return parts;

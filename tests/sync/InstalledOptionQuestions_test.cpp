@@ -14,7 +14,6 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 constexpr const char* kOptions =
     "*OpenGroup: InstallableOptions/Installable Options\n"

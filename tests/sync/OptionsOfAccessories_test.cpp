@@ -15,9 +15,6 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// An installable option of that text, with lines of its choices.
 std::string PPDWithOption(const std::string& text, const std::string& choices,
                           const std::string& group = "InstallableOptions") {

@@ -8,8 +8,6 @@
 namespace TkPPDUpdating::Testing {
 namespace {
 
-using ::testing::ElementsAre;
-
 struct Locale {
     std::map<std::string, std::string> environment;
     std::vector<std::string> languages;

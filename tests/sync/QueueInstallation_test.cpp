@@ -26,7 +26,7 @@ class QueueInstallationTest : public testing::Test {
     }
 
     /// Does something before the operation is asked for the nth time.
-    void atTime(int count, const std::string& operation, std::function<void()> action) {
+    void atTime(int count, const std::string& operation, const std::function<void()>& action) {
         scheduler.before = [this, count, operation, action](const std::string& asked) {
             if (asked == operation && scheduler.count(operation) == count) {
                 action();

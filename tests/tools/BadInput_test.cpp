@@ -118,7 +118,7 @@ TEST(BadInputTest, ADirectoryEndsWithOneLine) {
 
 /// Writes `start` and a hundred megabytes of the letter x, without a line feed.
 std::string writeHundredMegabytes(const TemporaryDirectory& directory, const std::string& start) {
-    const std::string path = directory.write("large.ppd", start);
+    std::string path = directory.write("large.ppd", start);
     std::ofstream file(path, std::ios::binary | std::ios::app);
     const std::string megabyte(1'000'000, 'x');
     for (int count = 0; count < 100; ++count) {
