@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fuzz/UpdateInput.h"
@@ -78,6 +79,16 @@ bool namesCustomMediaTwice(const PPDText& text) {
     return first != std::string::npos && text->find(kCategory, first + 1) != std::string::npos;
 }
 
+/// Whether the texts are the same but for the end of the last line. Where a constraint went that
+/// stood behind a lone carriage return, that one is the last byte, and a further run adds a line
+/// feed; to libcups it ended the line before.
+bool isSameText(std::string_view text, std::string_view other) {
+    const auto withoutLineFeed = [](std::string_view each) {
+        return each.substr(0, each.size() - (each.ends_with('\n') ? 1 : 0));
+    };
+    return withoutLineFeed(text) == withoutLineFeed(other);
+}
+
 void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& PPD,
                        const Status& status, Judge& judge) {
     const auto result = updated(manager, PPD, status);
@@ -98,7 +109,7 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
     require(parsed != nullptr, "the result is a PPD");
     const auto second = updated(manager, parsed, status);
     // In a PPD that was broken before, an updater may not find again what it wrote.
-    require(second && (**second == **result || !Judge(manager, parsed).passes(*second)),
+    require(second && (isSameText(**second, **result) || !Judge(manager, parsed).passes(*second)),
             "a second run changes nothing that the guard lets pass");
 }
 

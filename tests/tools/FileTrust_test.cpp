@@ -14,7 +14,6 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
 
 class FileTrust : public testing::Test {
   protected:

@@ -17,7 +17,6 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsSubsetOf;
 using ::testing::Not;
@@ -192,6 +191,7 @@ const std::vector<std::string> kHostileTexts = {
     "</title></style><script>",
     "\x1B[2J",
     std::string("\0", 1),
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): what it is about.
     "\xE2\x80\xAE"
     "reversed",
     "\xF0\x9F\x96\xA8",

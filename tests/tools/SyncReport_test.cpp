@@ -16,8 +16,6 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 using nlohmann::json;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 class SyncReportTest : public ::testing::Test {
   protected:

@@ -106,7 +106,7 @@ TEST(PosixRegularExpression, GivesWhatMatchingEachLineGivesForTextsThatUpdatersH
             (base += line()) += lines > 1 || number(1) == 0 ? "\n" : "";
         }
         const PPDText text = changedText(base, number, line);
-        const std::string before = *text;
+        const std::string& before = *text;
         for (const char* const expression : {"S", "^S$", "S.*S|b", "^$", "^a?$"}) {
             const std::string expected = withoutMatchingLines(before, expression);
             ASSERT_EQ(*removed(text, expression), expected) << before << "\n" << expression;
