@@ -83,8 +83,8 @@ const OrbClass* UpdaterSelection::classNamed(const std::string& option,
     throw Failure(ExitStatus::usage, std::nullopt,
                   option + ": no updater class is named \"" + name + "\"" +
                       questionForUpdaterClass(name, names) +
-                      "; \"tkppdupdate updaters\" lists them (\"tkppdupdate " + commandName_ +
-                      " --help\" tells the usage)");
+                      R"(; "tkppdupdate updaters" lists them ("tkppdupdate )" + commandName_ +
+                      R"( --help" tells the usage))");
 }
 
 void UpdaterSelection::takeClasses(const std::vector<const OrbClass*>& added) {

@@ -30,9 +30,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace SNMPBytes;
-using testing::AnyOf;
 using testing::Contains;
-using testing::Each;
 using testing::HasSubstr;
 using testing::IsEmpty;
 

@@ -30,10 +30,12 @@ TEST(ExplanationReport, EachLineStandsBelowItsUpdaterWithWhatWasRead) {
 }
 
 TEST(ExplanationReport, NothingOfAPrinterReachesTheTerminalAsItIs) {
+    // NOLINTBEGIN(misc-misleading-bidirectional): what it is about.
     const PPDUpdateStep hostile = {"Own\nUpdater",
                                    {{"E\x1B", "v\n+x", {{"E", "a\r", "\xFF\xE2\x80\xAE"}}}},
                                    {"-\x07"},
                                    {"\t"}};
+    // NOLINTEND(misc-misleading-bidirectional)
     EXPECT_EQ(ExplanationReport::lines({hostile}, ""),
               "Own\\x0AUpdater\n"
               "  E\\x1B: v\\x0A+x\n"
