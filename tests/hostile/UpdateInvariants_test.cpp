@@ -12,6 +12,7 @@ namespace TkPPDUpdating::Testing {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -165,6 +166,34 @@ TEST(UpdateInvariants, TakeACarriageReturnForTheEndOfALine) {
     UpdateInvariants invariantsOfTwo("*A: 1\r*B: 2\r\n");
     EXPECT_THAT(invariantsOfTwo.findingsInLines("*A: 1\r\n*B: 2\r\n"),
                 Contains(HasSubstr("*A: 1")));
+}
+
+TEST(UpdateInvariants, LetBlankLinesComeAndGo) {
+    // The second of two carriage returns ends a line in which nothing stands.
+    const std::string with = "*PPD-Adobe: \"4.3\"\n*A: 1\r\r\n*B: 2\n";
+    const std::string without = "*PPD-Adobe: \"4.3\"\n*A: 1\r*B: 2\n";
+    EXPECT_THAT(UpdateInvariants(with).findingsInLines(without), IsEmpty());
+    EXPECT_THAT(UpdateInvariants(without).findingsInLines(with), IsEmpty());
+    EXPECT_THAT(UpdateInvariants(with).findingsInLines("*PPD-Adobe: \"4.3\"\n*A: 1\r*C: 3\n"),
+                ElementsAre("a line that is new or another: *C: 3", "a line is lost: *B: 2"));
+}
+
+TEST(UpdateInvariants, KnowTheGroupThatStandsInNoValue) {
+    const std::string group =
+        "*OpenGroup: ZrTwoSidedPrinting/Two\n*A: 1\n*CloseGroup: ZrTwoSidedPrinting\n";
+    const std::string head = "*PPD-Adobe: \"4.3\"\n*Note: \"\n" + group + "\"\n";
+    UpdateInvariants invariants(head + group + "*B: 2\n");
+    EXPECT_THAT(invariants.findingsInLines(head + "*B: 2\n"), IsEmpty());
+    EXPECT_THAT(invariants.findingsInLines(head), Contains("a line is lost: *B: 2"));
+}
+
+TEST(UpdateInvariants, EndNoKeywordWithASlash) {
+    const std::string head = "*PPD-Adobe: \"4.3\"\n";
+    UpdateInvariants invariants(head);
+    EXPECT_THAT(invariants.findingsInLines(head + "*en/de.MediaType custom1/Felt: \"\"\n"),
+                IsEmpty());
+    EXPECT_THAT(invariants.findingsInLines(head + "*MediaType/de custom1: \"\"\n"),
+                Contains(HasSubstr("a line that is new or another")));
 }
 
 TEST(UpdateInvariants, SeeATextThatLibcupsDoesNotOpen) {
