@@ -4,11 +4,15 @@
 #   tkppdupdating_harden(<target>)
 include(CheckCXXCompilerFlag)
 include(CheckPIESupported)
+include(CMakePushCheckState)
 if(TKPPDUPDATING_HARDENING)
     check_pie_supported(LANGUAGES CXX)
 endif()
 
 set(TKPPDUPDATING_HARDENING_FLAGS "")
+# clang++ takes a flag of another processor, with a warning for every file.
+cmake_push_check_state()
+set(CMAKE_REQUIRED_FLAGS -Werror)
 foreach(flag IN ITEMS
         -fstack-protector-strong    # a buffer that is overrun on the stack ends the process
         -fstack-clash-protection    # a stack does not grow into something else unseen
@@ -20,6 +24,7 @@ foreach(flag IN ITEMS
         list(APPEND TKPPDUPDATING_HARDENING_FLAGS "${flag}")
     endif()
 endforeach()
+cmake_pop_check_state()
 
 function(tkppdupdating_harden target)
     target_compile_options(${target} PRIVATE ${TKPPDUPDATING_HARDENING_FLAGS})

@@ -56,7 +56,9 @@ struct HarmfulType {
     /// How many media types of a recording are left.
     std::size_t mediaTypesLeft = 0;
 
-    friend void PrintTo(const HarmfulType& type, std::ostream* stream) { *stream << type.name; }
+    friend void PrintTo(const HarmfulType& harmful, std::ostream* stream) {
+        *stream << harmful.name;
+    }
 };
 
 class PrinterTextsInLibcups : public testing::Test {

@@ -45,7 +45,7 @@ TEST(OneAnswerServicesTest, AnAnswerToALimitedWaitIsForNobodyElse) {
     const OneAnswerServices services(device);
     const OrbDictionary limited = {{std::string(kTkCSTimeLimitKey), std::chrono::milliseconds(1)}};
     OrbCSError error;
-    for (const std::size_t requests : {1, 2}) {
+    for (const std::size_t requests : {1U, 2U}) {
         EXPECT_EQ(services.deviceStatusWithURI_parameters_error("x:1", &limited, &error), nullptr);
         EXPECT_EQ(device->requests.size(), requests);
         EXPECT_EQ(error.reason, "switched off");

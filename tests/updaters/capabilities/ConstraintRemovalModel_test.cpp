@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -101,7 +102,7 @@ TEST(ConstraintRemoval, GivesTheSameForRandomTextsThatUpdatersHaveChanged) {
     const unsigned long count = numberOfTexts() / 5;
     for (unsigned long i = 0; i < count; ++i) {
         const PPDText text = changedText(
-            randomText(random), [&](auto most) { return random() % (most + 1); },
+            randomText(random), [&](std::size_t most) { return random() % (most + 1); },
             [&] { return oneOf(kLines, random); });
         const std::string& before = *text;
         const std::string expected = ConstraintRemovalModel::removed(before, "Duplex");
