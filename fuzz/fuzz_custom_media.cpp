@@ -7,6 +7,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core_interface/TkCSKeys.h"
@@ -38,12 +39,37 @@ bool passes(const PPDText& before, const PPDText& after) {
     return after && !UpdateGuard::reasonNotToWrite(*before, *after, updaters);
 }
 
-/// Whether the text still has lines that look like those of an earlier run: of a second category,
-/// as a run takes what the first one names, or of a name that types get ("custom1"), though no
-/// category has it, which go with the type of that name.
-bool hasLinesOfEarlierRun(const PPDText& text) {
-    return text->find("MediaType custom") != std::string::npos ||
-           text->find("*ZrMediaTypeCategory custom") != std::string::npos;
+/// As a look-up reads it: it ignores case, and spaces may be many.
+std::string asLookedUp(std::string_view text) {
+    std::string result;
+    for (const char each : text) {
+        if (each != ' ' || !result.ends_with(' ')) {
+            result += each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each;
+        }
+    }
+    return result;
+}
+
+/// Whether the text has lines that look like those of the block already: of a second category, as a
+/// run takes what the first one names; of a name that types get ("custom1"), though no category has
+/// it; or of a profile of the types. A run takes back the first line of a name, which may be such a
+/// one.
+bool hasLinesOfBlock(const PPDText& text, const std::vector<OrbCustomMediaTypes>& lists) {
+    const std::string all = asLookedUp(*text);
+    const auto has = [&all](const std::string& part) {
+        return all.find(part) != std::string::npos;
+    };
+    const auto hasProfileOf = [&has](const auto& type) {
+        const auto qualifier =
+            OrbPPDCustomMediaUpdater::PPDProfileQualifierForProfile(type->ICCProfile().get());
+        return qualifier && (has("zriccprofileid2 " + asLookedUp(*qualifier)) ||
+                             has("cupsiccprofile .." + asLookedUp(*qualifier)));
+    };
+    return has("mediatype custom") || has("mediatype.custom") ||
+           has("*zrmediatypecategory custom") ||
+           std::any_of(lists.begin(), lists.end(), [&hasProfileOf](const auto& types) {
+               return std::any_of(types.begin(), types.end(), hasProfileOf);
+           });
 }
 
 /// Whether each type has what a reading back needs, and each profile a qualifier of its own.
@@ -91,7 +117,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const PPDText start = makePPDText(*updated(PPD->text(), {}));
         const PPDText afterFirst = updated(start, typesOf(*first));
         const PPDText alone = updated(start, types);
-        if (hasLinesOfEarlierRun(start) || !passes(start, afterFirst) || !passes(start, alone)) {
+        if (hasLinesOfBlock(start, {typesOf(*first), types}) || !passes(start, afterFirst) ||
+            !passes(start, alone)) {
             return 0;
         }
         const PPDText both = updated(afterFirst, types);

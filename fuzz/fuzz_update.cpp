@@ -79,6 +79,18 @@ bool namesCustomMediaTwice(const PPDText& text) {
     return first != std::string::npos && text->find(kCategory, first + 1) != std::string::npos;
 }
 
+/// Whether a comment on the duplexer's constraints stands behind something else in its line. It
+/// goes with the line feed, so that the next line, which may be one that was just written, stands
+/// behind that something then, and goes too where that is a constraint.
+bool hasCommentBehindSomething(std::string_view text) {
+    constexpr std::string_view kComment = "*% Duplex <-> ";
+    std::size_t place = text.find(kComment);
+    while (place != std::string_view::npos && (place == 0 || text[place - 1] == '\n')) {
+        place = text.find(kComment, place + 1);
+    }
+    return place != std::string_view::npos;
+}
+
 /// Whether the texts are the same but for the end of the last line. Where a constraint went that
 /// stood behind a lone carriage return, that one is the last byte, and a further run adds a line
 /// feed; to libcups it ended the line before.
@@ -102,6 +114,7 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
     });
     require(!values || values->has_value() == (status != nullptr), "values need a status");
     if (!result || !judge.passes(*result) || namesCustomMediaTwice(PPD->text()) ||
+        hasCommentBehindSomething(*PPD->text()) ||
         (status && Testing::isOfTwoMindsAboutTheDuplexer(*status))) {
         return;
     }
