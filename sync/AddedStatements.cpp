@@ -12,9 +12,10 @@ namespace TkPPDUpdating {
 
 namespace {
 
-/// Of a line (PPD specification 4.3, section 3.6) and of a keyword (section 3.2).
-constexpr std::size_t kLongestLine = 255;
+/// PPD specification 4.3, section 3.2.
 constexpr std::size_t kLongestKeyword = 40;
+/// The scheduler's library reads no value that is longer (CUPS: ppd.c, 256 KiB).
+constexpr std::size_t kLongestStatement = 262143;
 
 constexpr std::array<std::string_view, 5> kProgramKeywords = {
     "cupsfilter", "cupsprefilter", "cupsportmonitor", "apprinterpreset", "foomaticrip"};
@@ -29,6 +30,11 @@ bool isKeyword(std::string_view text) {
     return text.size() <= kLongestKeyword &&
            std::all_of(text.begin(), text.end(),
                        [](char character) { return character > ' ' && character <= '~'; });
+}
+
+/// One with a slash stops the scheduler's library; behind an option keyword it begins a text.
+bool isMainKeyword(std::string_view text) {
+    return isKeyword(text) && text.find('/') == std::string_view::npos;
 }
 
 bool hasControlCharacter(std::string_view text) {
@@ -54,7 +60,7 @@ std::optional<std::string> firstReasonOfLines(std::string_view lines, const Reas
 }
 
 std::optional<std::string> reasonOfLine(std::string_view line) {
-    if (line.size() > kLongestLine) {
+    if (line.size() > kLongestPPDLine) {
         return "would be " + std::to_string(line.size()) + " bytes long";
     }
     return hasControlCharacter(line) ? std::optional<std::string>("would hold a control character")
@@ -62,8 +68,14 @@ std::optional<std::string> reasonOfLine(std::string_view line) {
 }
 
 std::optional<std::string> reasonOfForm(const PPDStatement& statement, const OwnedLines& owned) {
-    if (!isKeyword(statement.keyword) || !isKeyword(statement.optionKeyword)) {
+    if (!isMainKeyword(statement.keyword) || !isKeyword(statement.optionKeyword)) {
         return "would have a keyword that is none";
+    }
+    if (!statement.keyword.empty() && statement.lines.find(':') == std::string_view::npos) {
+        return "would have no value";
+    }
+    if (statement.lines.size() > kLongestStatement) {
+        return "would be " + std::to_string(statement.lines.size()) + " bytes long";
     }
     if (hasControlCharacter(decodedPPDTranslation(statement.text))) {
         return "would hold a control character";

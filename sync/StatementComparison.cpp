@@ -1,6 +1,7 @@
 #include "sync/StatementComparison.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 #include "sync/AddedStatements.h"
@@ -41,6 +42,13 @@ Names optionsOf(std::span<const PPDStatement> statements) {
         }
     }
     return options;
+}
+
+bool tellsOfPageSize(const PPDStatement& statement) {
+    constexpr std::array<std::string_view, 4> kKeywords = {"PageSize", "PageRegion",
+                                                           "ImageableArea", "PaperDimension"};
+    return !statement.optionKeyword.empty() &&
+           std::ranges::find(kKeywords, statement.keyword) != kKeywords.end();
 }
 
 std::string lostDefault(std::string_view option) {
@@ -326,6 +334,25 @@ std::optional<std::string> StatementComparison::reasonOfGroups() const {
     return std::nullopt;
 }
 
+/// A size of which libcups does not read all has no width, no height or no margins.
+std::optional<std::string> StatementComparison::reasonOfPageSizes() const {
+    std::map<std::string_view, const PPDStatement*> sizes;
+    for (const PPDStatement* const statement : gone_) {
+        if (tellsOfPageSize(*statement)) {
+            sizes.emplace(statement->optionKeyword, statement);
+        }
+    }
+    for (const PPDStatement& statement : has_) {
+        const auto gone = sizes.empty() || !tellsOfPageSize(statement)
+                              ? sizes.end()
+                              : sizes.find(statement.optionKeyword);
+        if (gone != sizes.end()) {
+            return lostLine(*gone->second) + ", and keep one of " + std::string(statement.keyword);
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> StatementComparison::reasonOfChoicesAndDefaults() const {
     const auto statements = statementsOfInterest();
     auto reason = reasonOfDoubles(statements);
@@ -337,6 +364,9 @@ std::optional<std::string> StatementComparison::reasonOfChoicesAndDefaults() con
     }
     if (!reason) {
         reason = reasonOfNumberOfDefaults();
+    }
+    if (!reason) {
+        reason = reasonOfPageSizes();
     }
     if (!reason) {
         reason = reasonOfNewDefaults(statements);

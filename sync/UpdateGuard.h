@@ -23,16 +23,20 @@ class UpdateGuard {
     /// `applicableUpdatersForPPDFile`).
     ///
     /// It may when
-    /// - it begins with the same line, no group opens inside of another one, and no quoted value
-    ///   stays open, unless `before` has that: libcups, or the next update, would open it no more;
+    /// - it begins with the same line, no group opens inside of another one, no quoted value stays
+    ///   open, and no line of blanks is longer than a line may be, unless `before` has that:
+    ///   libcups, or the next update, would open it no more;
+    /// - no line, as lines end with a line feed, goes on behind a carriage return, unless `before`
+    ///   has the same line: libcups and the updaters would read it differently;
     /// - every statement of `before` is there, in its order, its option and its group, but those
     ///   that an updater owns (`manager/ITkPPDLineOwnership.h`);
-    /// - every other statement of `after` is one that an updater owns, is a line of the scheduler's
-    ///   length (255 bytes) without control characters, and names no program (cupsFilter,
-    ///   cupsPreFilter, cupsPortMonitor, APPrinterPreset, FoomaticRIP);
+    /// - every other statement of `after` is one that an updater owns, has a keyword that libcups
+    ///   reads and a colon, lines of its length (255 bytes) without control characters, and names
+    ///   no program (cupsFilter, cupsPreFilter, cupsPortMonitor, APPrinterPreset, FoomaticRIP);
     /// - no choice comes to stand twice in an option, no option opens twice, and no attribute of an
     ///   updater is there twice; identical new choices may (two media types share a profile); and
     ///   no attribute is lost;
+    /// - of a page size all goes, or nothing;
     /// - each default that changed names a choice that there is, none is missing, and none that
     ///   stayed has lost its choice.
     ///

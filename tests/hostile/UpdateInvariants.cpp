@@ -112,8 +112,8 @@ Lines statementsOf(std::string_view text) {
     return lines;
 }
 
-/// "*KEYWORD SPEC/..." or "*KEYWORD: ..."; what separates them from the rest may be missing. To
-/// libcups a "/" does not end a keyword.
+/// "*KEYWORD SPEC/..." or "*KEYWORD: ..."; what separates them from the rest may be missing. A
+/// "/" does not end a keyword: libcups opens no PPD with such a one.
 struct Parts {
     std::string_view keyword;
     std::string_view spec;
@@ -359,8 +359,9 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
         bool wasOwned = false;
         for (const std::string& line : linesAfter) {
             const bool owned = isOwned(line, names);
-            const bool mayBeNew = owned || (wasOwned && isEnd(line)) || isBlank(line) ||
-                                  kLinesOfBlocks.contains(line);
+            const bool mayBeRead = partsOf(line).keyword.find('/') == std::string_view::npos;
+            const bool mayBeNew = (owned && mayBeRead) || (wasOwned && isEnd(line)) ||
+                                  isBlank(line) || kLinesOfBlocks.contains(line);
             if (walk.take(line, mayBeNew, true) == OrderedWalk<std::string>::Step::foreign) {
                 findings.push_back("a line that is new or another: " + line);
             }

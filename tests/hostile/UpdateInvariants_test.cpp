@@ -187,13 +187,16 @@ TEST(UpdateInvariants, KnowTheGroupThatStandsInNoValue) {
     EXPECT_THAT(invariants.findingsInLines(head), Contains("a line is lost: *B: 2"));
 }
 
-TEST(UpdateInvariants, EndNoKeywordWithASlash) {
+TEST(UpdateInvariants, TakeNoNewKeywordWithASlash) {
     const std::string head = "*PPD-Adobe: \"4.3\"\n";
-    UpdateInvariants invariants(head);
-    EXPECT_THAT(invariants.findingsInLines(head + "*en/de.MediaType custom1/Felt: \"\"\n"),
-                IsEmpty());
-    EXPECT_THAT(invariants.findingsInLines(head + "*MediaType/de custom1: \"\"\n"),
-                Contains(HasSubstr("a line that is new or another")));
+    for (const std::string line :
+         {"*en/de.MediaType custom1/Felt: \"\"\n", "*MediaType/de custom1: \"\"\n"}) {
+        EXPECT_THAT(UpdateInvariants(head).findingsInLines(head + line),
+                    Contains(HasSubstr("a line that is new or another")));
+    }
+    EXPECT_THAT(
+        UpdateInvariants(head + "*en/de.MediaType custom1/Felt: \"\"\n").findingsInLines(head),
+        IsEmpty());
 }
 
 TEST(UpdateInvariants, SeeATextThatLibcupsDoesNotOpen) {

@@ -253,6 +253,9 @@ INSTANTIATE_TEST_SUITE_P(
         Change{"AnAttributeIsLost",
                {{"*ZrMaxSupportedResolution: 600\n", ""}},
                "it would lose a line of ZrMaxSupportedResolution"},
+        Change{"AnAttributeWithoutAColon",
+               {{kResolution, "*ZrMaxSupportedResolution\n"}},
+               "a new line of ZrMaxSupportedResolution would have no value"},
         Change{"ATabInAValue",
                {{kResolution, "*ZrMaxSupportedResolution: 6\t0\n"}},
                "a new line of ZrMaxSupportedResolution would hold a control character"},
@@ -468,6 +471,77 @@ TEST(UpdateGuard, NoValueMayStayOpenForTheNextUpdate) {
     const std::string ended = "*PPD-Adobe: \"4.3\"\n*Note: one\n";
     EXPECT_EQ(UpdateGuard::reasonNotToWrite(ended + constraint + value, ended + value, updaters),
               std::nullopt);
+}
+
+TEST(UpdateGuard, ALineWithACarriageReturnInItStaysAsItIs) {
+    // To libcups the constraint is a line of its own, and goes. The updaters read the line as one:
+    // what follows then stands behind the carriage return, and its quote in another line.
+    const std::string constraint = "*UIConstraints: *Duplex None *MediaType Photo";
+    const std::string head = "*PPD-Adobe: \"4.3\"\n";
+    const std::string value = "*Text: \"0\n*Other: \"1\n*X: \"a\"\n";
+    const auto updaters = instancesOf(allNames());
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(head + "*Note: one\r" + constraint + "\n" + value,
+                                            head + "*Note: one\r" + value, updaters),
+              "a line with a carriage return in it would be another");
+    for (const std::string lines : {"*Note: one\r\n", "*Note: one\r\r\n", "*Note: one\r*A: 2\n"}) {
+        EXPECT_EQ(UpdateGuard::reasonNotToWrite(head + lines + constraint + "\r\n" + value,
+                                                head + lines + value, updaters),
+                  std::nullopt)
+            << lines;
+    }
+    const std::string lineFeeds = edited(kBefore, {{"first\nsecond", "first"}});
+    std::string carriageReturns = lineFeeds;
+    std::ranges::replace(carriageReturns, '\n', '\r');
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(lineFeeds, carriageReturns, updaters),
+              "a line with a carriage return in it would be another");
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(carriageReturns, carriageReturns + "\n", updaters),
+              std::nullopt);
+}
+
+TEST(UpdateGuard, ALineOfBlanksIsNoLongerThanALine) {
+    const std::string longest = std::string(254, ' ') + "\t\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, kBefore + longest, {}), std::nullopt);
+    const std::string longer = " " + longest;
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore, kBefore + longer, {}),
+              "a line of blanks would be 256 bytes long");
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore + longer, kBefore + longer + longer, {}),
+              std::nullopt);
+    // Not of blanks alone.
+    const std::string comment = "*%" + std::string(300, ' ') + "x\n";
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(kBefore + comment, kBefore + comment + "\n", {}),
+              std::nullopt);
+}
+
+TEST(UpdateGuard, ATranslationInALanguageThatIsNoneIsRefused) {
+    const std::string languages = "*cupsLanguages: \"de fr\"";
+    const std::string before = edited(kBefore, {{languages, "*cupsLanguages: \"de fr en/de\""}});
+    const auto withTranslation = [&](const std::string& language) {
+        auto edits = newBlock();
+        edits.emplace_back(kCloseMedia,
+                           "*" + language + ".MediaType custom1/Silk: \"\"\n" + kCloseMedia);
+        return edits;
+    };
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(before, edited(before, withTranslation("en/de")),
+                                            instancesOf(allNames())),
+              "a new line of en/de.MediaType custom1 would have a keyword that is none");
+}
+
+TEST(UpdateGuard, OnlyTheCategoryOfMediaGoesOnOverLines) {
+    EXPECT_EQ(reasonAfter(newBlock({{"\"/p/silk.icc\"", "\"/p/silk\n.icc\""}})),
+              "it would get a new line of cupsICCProfile ..q1");
+}
+
+TEST(UpdateGuard, OfAPageSizeAllGoesOrNothing) {
+    const std::string size = "*PageSize A4.ZrDuplex/A4 (Duplex): \"\"\n";
+    const std::string dimension = "*PaperDimension A4.ZrDuplex/A4 (Duplex): \"595 842\"\n";
+    const auto updaters = instancesOf(allNames());
+    const std::string before = kBefore + dimension;
+    const std::string without = edited(kBefore, {{size, ""}});
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(before, without, updaters), std::nullopt);
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(before, kBefore, updaters),
+              "it would lose a line of PaperDimension A4.ZrDuplex, and keep one of PageSize");
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(before, without + dimension, updaters),
+              "it would lose a line of PageSize A4.ZrDuplex, and keep one of PaperDimension");
 }
 
 TEST(UpdateGuard, WhatAnUpdaterThatDidNotRunOwnsIsNotToChange) {

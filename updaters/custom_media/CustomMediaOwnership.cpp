@@ -138,8 +138,13 @@ bool areOwnProperties(std::string_view value) {
            });
 }
 
-/// Whether the value is one that a run writes, and stands where it writes it.
+/// Whether the value is one that a run writes, and stands where it writes it. Only the category
+/// goes on over lines.
 bool isOwnValue(std::string_view keyword, const PPDStatement& statement) {
+    if (keyword != kZrMediaTypeCategory &&
+        statement.value.find_first_of("\r\n") != std::string_view::npos) {
+        return false;
+    }
     if (keyword == kMediaType) {
         return statement.option == kMediaType && isGivenName(statement.optionKeyword) &&
                statement.value == PPDFormatted(kChoiceValueFormat, {statement.optionKeyword});

@@ -147,6 +147,8 @@ INSTANTIATE_TEST_SUITE_P(
         Deviation{"ProfileOutsideOfItsOption", &Block::end, "*ZrICCProfileId2 q1/again: \"\""},
         Deviation{"ProfileInAnotherOption", &Block::choice, "*ZrICCProfileId2 q1/again: \"\""},
         Deviation{"RelativePath", &Block::profile, "*cupsICCProfile ..q1/gloss: \"gloss.icc\""},
+        Deviation{"PathOverTwoLines", &Block::profile,
+                  "*cupsICCProfile ..q1/gloss: \"/profiles\n/gloss.icc\""},
         Deviation{"NoPath", &Block::profile, "*cupsICCProfile ..q1/gloss: \"\""},
         Deviation{"FileOfAnotherQualifier", &Block::profile,
                   "*cupsICCProfile ..q2/gloss: \"/profiles/gloss.icc\""},
