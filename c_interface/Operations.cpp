@@ -61,7 +61,7 @@ void giveValues(const OrbPPDUpdatingValues& values, TkPPDUpdatingValue** given,
     char* place = reinterpret_cast<char*>(array + values.size());
     const auto placed = [&place](const std::string& text) {
         std::memcpy(place, text.c_str(), text.size() + 1);
-        const TkPPDUpdatingText copy{place, text.size()};
+        const TkPPDUpdatingText copy = {place, text.size()};
         place += text.size() + 1;
         return copy;
     };
