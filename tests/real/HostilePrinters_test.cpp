@@ -25,6 +25,7 @@
 #include "core_interface/TkCSKeys.h"
 #include "tests/real/LoopbackPort.h"
 #include "tests/support/HostileIPPResponder.h"
+#include "tests/support/SanitizerInUse.h"
 
 namespace TkPPDUpdating::Testing {
 namespace {
@@ -986,7 +987,7 @@ TEST(HostilePrinters, AManyValuedAnswerIsBoundedInMemory) {
     EXPECT_FALSE(hasDuplexer(answer));  // It came after the values that are kept.
     ASSERT_NE(answer.status, nullptr) << answer.error;
     EXPECT_LE(dropped(answer).size(), 101U);
-#if !defined(__SANITIZE_ADDRESS__)
+#if !TKPPDUPDATING_ADDRESS_SANITIZER
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024);  // Kilobytes.
 #endif
 }

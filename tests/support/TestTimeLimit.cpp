@@ -10,6 +10,8 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "tests/support/SanitizerInUse.h"
+
 namespace TkPPDUpdating::Testing {
 namespace {
 
@@ -32,7 +34,7 @@ class TimeLimitOfTests : public testing::EmptyTestEventListener {
 /// An allocation beyond it raises std::bad_alloc, which fails the test. The sanitizers take memory
 /// of their own, and have a limit of their own.
 void limitMemory() {
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if !TKPPDUPDATING_ADDRESS_SANITIZER && !TKPPDUPDATING_THREAD_SANITIZER
     constexpr rlim_t kMost = rlim_t{4} << 30U;
     rlimit limit{};
     if (::getrlimit(RLIMIT_DATA, &limit) == 0 && limit.rlim_cur > kMost) {

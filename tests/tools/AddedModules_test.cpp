@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/FileContents.h"
+#include "tests/support/SanitizerInUse.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/tools/SmallPPD.h"
 #include "tests/tools/ToolRun.h"
@@ -223,7 +224,7 @@ TEST_P(RefusedModule, IsNamedWithTheCauseAndNothingIsWritten) {
     EXPECT_EQ(contentsOfFile(directory_.path() / "office.ppd"), kSmallPPD);
 }
 
-#if !defined(__SANITIZE_ADDRESS__)  // which needs memory of its own
+#if !TKPPDUPDATING_ADDRESS_SANITIZER  // which needs memory of its own
 /// An exception crosses from the module's C++ library to the tool's.
 TEST_F(AddedModules, OneThatRaisesWithoutMemoryEndsTheRunWithAnError) {
     add(TKPPDUPDATING_TEST_MODULES "/GreedyModule.so", "Greedy.so");
