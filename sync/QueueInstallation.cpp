@@ -103,6 +103,8 @@ void QueueInstallation::install(QueueTalk& talk) {
         return fail("", *objection);
     }
     QueueFailure failure;
+    // Where there is no memory left for the answer, the scheduler may have done it.
+    delivery_ = QueueTalk::Delivery::unknown;
     delivery_ = talk.install(*wish_.after, failure);
     if (delivery_ == QueueTalk::Delivery::taken) {
         lookAfter(talk);

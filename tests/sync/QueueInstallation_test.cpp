@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -194,6 +195,20 @@ TEST_F(QueueInstallationTest, WhatCannotBeKnownIsToldSo) {
     EXPECT_EQ(one.failure().reason,
               "it is not known whether the updated PPD was installed: the scheduler is gone");
     EXPECT_TRUE(one.mayBeInstalled());
+}
+
+TEST_F(QueueInstallationTest, WhatEndsInTheMidstOfAnInstallationMayHaveInstalledIt) {
+    QueueInstallation one = installation();
+    atTime(1, "install", [] { throw std::bad_alloc(); });
+    EXPECT_THROW(one.attempt(), std::bad_alloc);
+    EXPECT_TRUE(one.mayBeInstalled());
+}
+
+TEST_F(QueueInstallationTest, WhatEndsBeforeTheInstallationHasInstalledNothing) {
+    QueueInstallation one = installation();
+    atTime(1, "PPD", [] { throw std::bad_alloc(); });
+    EXPECT_THROW(one.attempt(), std::bad_alloc);
+    EXPECT_FALSE(one.mayBeInstalled());
 }
 
 TEST_F(QueueInstallationTest, ASchedulerThatIsGoneIsToldSo) {
