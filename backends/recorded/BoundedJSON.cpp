@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "text/CLocaleScope.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -134,6 +136,8 @@ std::optional<json> JSONWithText(std::string_view text, std::string& error, std:
         return std::nullopt;
     }
     Builder builder(text, firstLine);
+    // The parser looks for the locale's decimal point, of which it takes one byte.
+    const CLocaleScope locale;
     if (!json::sax_parse(text.begin(), text.end(), &builder)) {
         error = std::move(builder.error);
         return std::nullopt;

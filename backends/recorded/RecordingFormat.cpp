@@ -12,6 +12,7 @@
 #include "backends/schemes/PlainCustomMediaType.h"
 #include "backends/schemes/PlainICCProfile.h"
 #include "core_interface/TkCSKeys.h"
+#include "text/CLocaleScope.h"
 
 namespace TkPPDUpdating {
 
@@ -38,6 +39,7 @@ Written written(const OrbCSNumberOrString& value) {
     if (value.isString()) {
         return value.stringValue();
     }
+    const CLocaleScope locale;
     const Written number = Written::parse(value.stringValue(), nullptr, false);
     return number.is_discarded() ? Written() : number;
 }

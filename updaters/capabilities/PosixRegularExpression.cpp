@@ -1,35 +1,18 @@
 #include "updaters/capabilities/PosixRegularExpression.h"
 
 #include <cerrno>
-#include <clocale>
 #include <limits>
 #include <new>
 #include <numeric>
 #include <utility>
 
 #include "ppd/PPDTextIndex.h"
+#include "text/CLocaleScope.h"
 #include "updaters/capabilities/RequiredText.h"
 
 namespace TkPPDUpdating {
 
 namespace {
-
-/// Puts the calling thread into the C locale until the end of the scope.
-class CLocaleScope {
-  public:
-    CLocaleScope() : before_(::uselocale(cLocale())) {}
-    CLocaleScope(const CLocaleScope&) = delete;
-    CLocaleScope& operator=(const CLocaleScope&) = delete;
-    ~CLocaleScope() { ::uselocale(before_); }
-
-  private:
-    static locale_t cLocale() {
-        static const locale_t locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
-        return locale;
-    }
-
-    locale_t before_;
-};
 
 /// A line is none that does not match only because there was no room to find out. Of a match, the
 /// GNU C library tells that by the error number of the allocation alone.
