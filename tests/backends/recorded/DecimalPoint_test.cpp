@@ -10,10 +10,9 @@
 
 namespace {
 
-char arabicDecimalSeparator[] =
-    "\xD9\xAB";         // NOLINT(*-avoid-c-arrays, *-avoid-non-const-global-variables)
-char fullStop[] = ".";  // NOLINT(*-avoid-c-arrays, *-avoid-non-const-global-variables)
-char none[] = "";       // NOLINT(*-avoid-c-arrays, *-avoid-non-const-global-variables)
+char arabicDecimalSeparator[] = "\xD9\xAB";
+char fullStop[] = ".";
+char none[] = "";
 
 }  // namespace
 
