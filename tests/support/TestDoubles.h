@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,7 +34,8 @@ class FakeDeviceStatus : public OrbCSDeviceStatus {
     Values values_;
 };
 
-/// Gives the same status, or none and why, for every URI, and remembers what it was asked.
+/// Gives the same status, or none and why, for every URI, and remembers what it was asked. May be
+/// asked by several threads at once.
 class FakeCommunicationServices : public TkCommunicationServices {
   public:
     struct Request {
@@ -49,6 +51,7 @@ class FakeCommunicationServices : public TkCommunicationServices {
     std::shared_ptr<const OrbCSDeviceStatus> deviceStatusWithURI_parameters_error(
         std::optional<std::string_view> deviceURI, const OrbDictionary* parameters,
         OrbCSError* error) const override {
+        const std::lock_guard lock(mutex_);
         requests.push_back({deviceURI ? std::optional<std::string>(*deviceURI) : std::nullopt,
                             parameters ? std::optional(*parameters) : std::nullopt,
                             error != nullptr});
@@ -63,6 +66,7 @@ class FakeCommunicationServices : public TkCommunicationServices {
   private:
     std::shared_ptr<const OrbCSDeviceStatus> status_;
     std::optional<OrbCSError> failure_;
+    mutable std::mutex mutex_;
 };
 
 /// A status that does not report one of its keys.
