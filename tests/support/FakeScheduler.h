@@ -45,7 +45,10 @@ class FakeScheduler : public QueueScheduler {
     bool talkAbout(const std::string& queueName, const std::function<void(QueueTalk& queue)>& talk,
                    Patience patience, QueueFailure& failure) const override {
         note("talk");
-        lastPatience = patience;
+        {
+            const std::lock_guard lock(mutex_);
+            lastPatience = patience;
+        }
         if (isGone) {
             failure = {&queueSyncCause("no-scheduler"), "the scheduler is gone"};
             return false;
