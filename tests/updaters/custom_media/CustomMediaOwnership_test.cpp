@@ -174,6 +174,12 @@ INSTANTIATE_TEST_SUITE_P(
         Deviation{"AnotherKeyword", &Block::end, "*ZrTail custom/Custom: \"custom1\""}),
     [](const auto& deviation) { return deviation.param.name; });
 
+TEST(CustomMediaOwnership, ACategoryMayGoOnOverLines) {
+    Block block;
+    block.category = "*ZrMediaTypeCategory custom/Custom: \"custom1\ncustom2\"";
+    EXPECT_THAT(added(block.text()), Contains(block.category));
+}
+
 TEST(CustomMediaOwnership, OnlyNamesThatARunGivesMayBeAdded) {
     for (const char* name : {"custom1", "custom9", "custom10", "custom256"}) {
         Block block;
