@@ -531,6 +531,20 @@ TEST(UpdateGuard, OnlyTheCategoryOfMediaGoesOnOverLines) {
               "it would get a new line of cupsICCProfile ..q1");
 }
 
+TEST(UpdateGuard, ACategoryIsNoLongerThanLibcupsReads) {
+    const auto reasonOfLines = [](std::size_t count) {
+        std::string category = "*ZrMediaTypeCategory custom/Custom: \"custom1";
+        for (std::size_t line = 0; line < count; ++line) {
+            category += "\n" + std::string(249, 'x');
+        }
+        return reasonAfter(newBlock(
+            {{"*ZrMediaTypeCategory custom/Custom: \"custom1\"\n", category + "\"\n*End\n"}}));
+    };
+    EXPECT_EQ(reasonOfLines(1048), "accepted");
+    // 250 bytes each, which with the first line are more than 256 KiB.
+    EXPECT_THAT(reasonOfLines(1049), testing::HasSubstr("bytes long"));
+}
+
 TEST(UpdateGuard, OfAPageSizeAllGoesOrNothing) {
     const std::string size = "*PageSize A4.ZrDuplex/A4 (Duplex): \"\"\n";
     const std::string dimension = "*PaperDimension A4.ZrDuplex/A4 (Duplex): \"595 842\"\n";
