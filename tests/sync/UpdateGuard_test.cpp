@@ -592,6 +592,22 @@ TEST(UpdateGuard, OnlyTheGroupOfThatNameGoes) {
               "it would lose a line of OpenGroup");
 }
 
+TEST(UpdateGuard, AGroupThatEndsWithAnotherNameStays) {
+    // Each of two updaters takes the first such group away.
+    const std::string start = kBefore;
+    const std::size_t opens = start.find("*OpenGroup:");
+    const std::string group = start.substr(opens, start.find("*OpenUI *PageSize") - opens);
+    const auto reasonForName = [&](const std::string& name, const std::string& goes) {
+        const std::string first = "*OpenGroup: ZrTwoSidedPrinting/Two\n*CloseGroup: " + name + "\n";
+        return UpdateGuard::reasonNotToWrite(edited(start, {{"*% a comment\n", first}}),
+                                             edited(start, {{"*% a comment\n", ""}, {goes, ""}}),
+                                             instancesOf(allNames()));
+    };
+    EXPECT_EQ(reasonForName("ZrTwoSidedPrintingMore", group), "it would lose a line of OpenGroup");
+    EXPECT_EQ(reasonForName("ZrTwoSidedPrintingMore", ""), "it would lose a line of OpenGroup");
+    EXPECT_EQ(reasonForName("ZrTwoSidedPrinting", ""), std::nullopt);
+}
+
 TEST(UpdateGuard, AnOptionMayNotLoseItsEndWithTheGroup) {
     // The group closes before the option that it opened does.
     const std::string before = edited(

@@ -27,22 +27,31 @@ struct IndexRange {
     std::size_t end = 0;
 };
 
-/// Whether the statement opens or closes the group in the words that the updater searches for.
-bool namesTwoSidedGroup(const PPDStatement& statement, std::string_view words) {
+/// Whether the statement is one at which the updater begins or ends to take away: behind the words
+/// stands the name of the group, which may go on.
+bool isLineOfTwoSidedGroup(const PPDStatement& statement, std::string_view words) {
     return statement.lines.starts_with(words) &&
-           statement.value.substr(0, statement.value.find('/')) == kTwoSidedGroup;
+           statement.lines.substr(words.size()).starts_with(kTwoSidedGroup);
+}
+
+/// Whether the name of the group does not go on.
+bool namesTwoSidedGroup(const PPDStatement& statement) {
+    return statement.value.substr(0, statement.value.find('/')) == kTwoSidedGroup;
 }
 
 bool opensTwoSidedGroup(const PPDStatement& statement) {
-    return namesTwoSidedGroup(statement, "*OpenGroup: ");
+    return isLineOfTwoSidedGroup(statement, "*OpenGroup: ");
 }
 
+/// What the updater takes away, where that is the group and not one whose name only begins so.
 IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
     const auto opens = std::find_if(statements.begin(), statements.end(), opensTwoSidedGroup);
     const auto closes = std::find_if(opens, statements.end(), [](const auto& each) {
-        return namesTwoSidedGroup(each, "*CloseGroup: ");
+        return isLineOfTwoSidedGroup(each, "*CloseGroup: ");
     });
-    return closes == statements.end() ? IndexRange() : IndexRange{opens->index, closes->index + 1};
+    const bool isGroup =
+        closes != statements.end() && namesTwoSidedGroup(*opens) && namesTwoSidedGroup(*closes);
+    return isGroup ? IndexRange{opens->index, closes->index + 1} : IndexRange();
 }
 
 /// Whether the statement is a constraint that names the option in the words that the updater
