@@ -25,8 +25,8 @@ struct OrbPPDOwnedLines {
     std::vector<std::string> defaultsOfOptions;
 
     /// Main keywords (no asterisk) of attributes without an option keyword, "*KEYWORD: value". They
-    /// may get another value, lose their translations and be added, one of each; they may not get
-    /// fewer.
+    /// may get another value, lose their translations (CUPS PPD extensions: cupsLanguages) and be
+    /// added, one of each; they may not get fewer.
     std::vector<std::string> attributes;
 
     /// May be added with just that code, and be taken away.

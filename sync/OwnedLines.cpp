@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "ppd/PPDConstants.h"
+
 namespace TkPPDUpdating {
 
 namespace {
@@ -26,6 +28,21 @@ OwnedLines::OwnedLines(const Updaters& updaters, std::span<const PPDStatement> b
             ownsAllDefaults_ = true;
         }
     }
+    readLanguages(before);
+}
+
+void OwnedLines::readLanguages(std::span<const PPDStatement> before) {
+    for (const PPDStatement& statement : before) {
+        if (statement.keyword == kTkPPDCUPSLanguagesAttributeName) {
+            std::string_view rest = statement.value;
+            while (!rest.empty()) {
+                const std::size_t end = std::min(rest.find(' '), rest.size());
+                languages_.insert(rest.substr(0, end));
+                rest.remove_prefix(std::min(end + 1, rest.size()));
+            }
+        }
+    }
+    languages_.erase(std::string_view());
 }
 
 void OwnedLines::add(OrbPPDOwnedLines lines) {
@@ -51,6 +68,7 @@ bool OwnedLines::isAttribute(const PPDStatement& statement) const {
 bool OwnedLines::isTranslationOfAttribute(const PPDStatement& statement) const {
     const std::size_t stop = statement.keyword.find('.');
     return stop != std::string_view::npos && statement.optionKeyword.empty() &&
+           languages_.contains(statement.keyword.substr(0, stop)) &&
            attributes_.contains(statement.keyword.substr(stop + 1));
 }
 

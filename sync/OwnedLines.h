@@ -43,6 +43,7 @@ class OwnedLines {
     using Choice = std::pair<std::string, std::string>;
 
     void add(OrbPPDOwnedLines lines);
+    void readLanguages(std::span<const PPDStatement> before);
     bool isTranslationOfAttribute(const PPDStatement& statement) const;
     const std::string* codeOfChoice(const PPDStatement& statement) const;
 
@@ -50,6 +51,9 @@ class OwnedLines {
     /// Whether an updater does not say what it owns, so that any default may be its own.
     bool ownsAllDefaults_ = false;
     std::set<std::string, std::less<>> attributes_;
+    /// Those that updaters take for the languages of translation lines: of `cupsLanguages` (CUPS
+    /// PPD extensions) in the text before, and "en". Views into that text.
+    std::set<std::string_view> languages_ = {"en"};
     std::map<Choice, std::string> codes_;
     std::vector<Test> mayTakeAway_;
     std::vector<Test> mayAdd_;

@@ -608,6 +608,22 @@ TEST(UpdateGuard, AGroupThatEndsWithAnotherNameStays) {
     EXPECT_EQ(reasonForName("ZrTwoSidedPrinting", ""), std::nullopt);
 }
 
+TEST(UpdateGuard, AnAttributeLosesItsTranslationsInTheLanguagesOfThePPD) {
+    const auto reasonForLanguage = [](const std::string& language) {
+        const std::string line = "*" + language + ".ZrMaxSupportedResolution: x\n";
+        return UpdateGuard::reasonNotToWrite(edited(kBefore, {{kResolution, kResolution + line}}),
+                                             kBefore, instancesOf(allNames()));
+    };
+    for (const std::string language : {"de", "fr", "en"}) {
+        EXPECT_EQ(reasonForLanguage(language), std::nullopt) << language;
+    }
+    for (const std::string language : {"it", "", "d", "de fr"}) {
+        EXPECT_EQ(reasonForLanguage(language).value_or("accepted").substr(0, 23),
+                  "it would lose a line of")
+            << language;
+    }
+}
+
 TEST(UpdateGuard, AnOptionMayNotLoseItsEndWithTheGroup) {
     // The group closes before the option that it opened does.
     const std::string before = edited(
