@@ -3,16 +3,20 @@
 // are, the only error is the documented one, the same run gives the same text, and what the guard
 // before writing lets pass is harmless, also as libcups reads it, and is not changed by what it
 // lets pass of a second run.
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "fuzz/UpdateInput.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "manager/OrbPPDUpdatingContext.h"
+#include "ppd/PPDStatements.h"
 #include "sync/UpdateGuard.h"
 #include "tests/hostile/UpdateInvariants.h"
 #include "tests/support/CoreWithQueue.h"
@@ -72,11 +76,19 @@ class Judge {
     Testing::UpdateInvariants invariants_;
 };
 
-/// Whether the PPD names its custom media more than once: a run takes what the first one names.
+/// Whether a line of custom media, or one that could be taken for such, is there more than once: a
+/// run takes the first of them away.
 bool namesCustomMediaTwice(const PPDText& text) {
-    constexpr std::string_view kCategory = "\n*ZrMediaTypeCategory custom";
-    const std::size_t first = text->find(kCategory);
-    return first != std::string::npos && text->find(kCategory, first + 1) != std::string::npos;
+    static const std::set<std::string_view> kKeywords = {"MediaType", "ZrICCProfileId2",
+                                                         "cupsICCProfile", "ZrChoiceProperties",
+                                                         "ZrMediaTypeCategory"};
+    std::set<std::pair<std::string_view, std::string_view>> names;
+    const auto statements = PPDStatementsOfText(*text);
+    return std::ranges::any_of(statements, [&](const PPDStatement& statement) {
+        return !statement.optionKeyword.empty() &&
+               kKeywords.contains(Testing::withoutLanguage(statement.keyword)) &&
+               !names.emplace(statement.keyword, statement.optionKeyword).second;
+    });
 }
 
 /// Whether a comment on the duplexer's constraints stands behind something else in its line. It
