@@ -608,6 +608,31 @@ TEST(UpdateGuard, AGroupThatEndsWithAnotherNameStays) {
     EXPECT_EQ(reasonForName("ZrTwoSidedPrinting", ""), std::nullopt);
 }
 
+TEST(UpdateGuard, TheGroupGoesAsAWhole) {
+    // A second opening, so that what is behind it stays in the group when one of them goes.
+    const std::string opening = "*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n";
+    const std::string before =
+        edited(kBefore, {{"*DefaultDuplex: None\n", opening + "*Mine: 1\n*DefaultDuplex: None\n"}});
+    const auto reasonWithout = [&](const std::string& line) {
+        return UpdateGuard::reasonNotToWrite(before, edited(before, {{opening, ""}, {line, ""}}),
+                                             instancesOf(allNames()));
+    };
+    EXPECT_EQ(reasonWithout("*Mine: 1\n"), "it would lose a line of OpenGroup");
+    EXPECT_EQ(reasonWithout(""), "it would lose a line of OpenGroup");
+    // A line of it may stand outside, too.
+    const std::string comment = "*% a comment\n";
+    const std::string twice = edited(kBefore, {{opening, opening + comment}});
+    const std::size_t opens = twice.find(opening);
+    const std::size_t end = twice.find("*OpenUI *PageSize");
+    EXPECT_EQ(UpdateGuard::reasonNotToWrite(twice, twice.substr(0, opens) + twice.substr(end),
+                                            instancesOf(allNames())),
+              std::nullopt);
+    EXPECT_EQ(
+        UpdateGuard::reasonNotToWrite(twice, twice.substr(0, opens) + comment + twice.substr(end),
+                                      instancesOf(allNames())),
+        "it would lose a line of OpenGroup");
+}
+
 TEST(UpdateGuard, AnAttributeLosesItsTranslationsInTheLanguagesOfThePPD) {
     const auto reasonForLanguage = [](const std::string& language) {
         const std::string line = "*" + language + ".ZrMaxSupportedResolution: x\n";

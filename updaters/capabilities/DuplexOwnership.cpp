@@ -6,6 +6,7 @@
 #include <memory>
 #include <set>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "ppd/PPDConstants.h"
@@ -54,6 +55,32 @@ IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
     return isGroup ? IndexRange{opens->index, closes->index + 1} : IndexRange();
 }
 
+/// Whether all of the range has gone, not only a part of it: of each of its lines there are as many
+/// less as it has.
+bool isGone(const IndexRange& range, std::span<const PPDStatement> before,
+            std::span<const PPDStatement> after) {
+    if (std::ranges::count_if(after, opensTwoSidedGroup) >=
+        std::ranges::count_if(before, opensTwoSidedGroup)) {
+        return false;
+    }
+    std::unordered_map<std::string_view, std::ptrdiff_t> left;
+    for (const PPDStatement& statement : before.subspan(range.begin, range.end - range.begin)) {
+        left.try_emplace(statement.lines, 0);
+    }
+    const auto add = [&](std::span<const PPDStatement> statements, std::ptrdiff_t count) {
+        for (const PPDStatement& statement : statements) {
+            const auto found = left.find(statement.lines);
+            if (found != left.end()) {
+                found->second += count;
+            }
+        }
+    };
+    add(before.first(range.begin), 1);
+    add(before.subspan(range.end), 1);
+    add(after, -1);
+    return std::ranges::all_of(left, [](const auto& each) { return each.second >= 0; });
+}
+
 /// Whether the statement is a constraint that names the option in the words that the updater
 /// searches for: the option ends with a blank, or with the line.
 bool constrainsDuplex(const PPDStatement& statement) {
@@ -100,10 +127,8 @@ std::unique_ptr<const Block> blockOfText(std::string text) {
 
 std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDStatement> before,
                                                             std::span<const PPDStatement> after) {
-    // Where as many are opened as before, none has gone, and nothing of one may.
-    const bool isGone = std::ranges::count_if(after, opensTwoSidedGroup) <
-                        std::ranges::count_if(before, opensTwoSidedGroup);
-    const IndexRange group = isGone ? rangeOfTwoSidedGroup(before) : IndexRange();
+    const IndexRange range = rangeOfTwoSidedGroup(before);
+    const IndexRange group = isGone(range, before, after) ? range : IndexRange();
     return [group](const PPDStatement& statement) {
         const bool isInGroup = statement.index >= group.begin && statement.index < group.end;
         return isInGroup || statement.lines.starts_with(kConstraintComment) ||
