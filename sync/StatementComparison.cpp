@@ -353,6 +353,24 @@ std::optional<std::string> StatementComparison::reasonOfPageSizes() const {
     return std::nullopt;
 }
 
+/// A choice in front of its option makes that to libcups, with another order than the one that the
+/// opening makes.
+std::optional<std::string> StatementComparison::reasonOfChoicesOutside() const {
+    std::optional<Names> options;
+    for (const PPDStatement* const statement : gone_) {
+        if (statement->optionKeyword.empty() || statement->option == statement->keyword) {
+            continue;
+        }
+        if (!options) {
+            options = optionsOf(had_);
+        }
+        if (options->contains(statement->keyword)) {
+            return lostLine(*statement) + " that stands outside of its option";
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> StatementComparison::reasonOfChoicesAndDefaults() const {
     const auto statements = statementsOfInterest();
     auto reason = reasonOfDoubles(statements);
@@ -367,6 +385,9 @@ std::optional<std::string> StatementComparison::reasonOfChoicesAndDefaults() con
     }
     if (!reason) {
         reason = reasonOfPageSizes();
+    }
+    if (!reason) {
+        reason = reasonOfChoicesOutside();
     }
     if (!reason) {
         reason = reasonOfNewDefaults(statements);

@@ -56,6 +56,7 @@ class StatementComparison {
     std::optional<std::string> reasonOfLostDefaults(const StatementsOfKeys& statements) const;
     std::optional<std::string> reasonOfNumberOfDefaults() const;
     std::optional<std::string> reasonOfPageSizes() const;
+    std::optional<std::string> reasonOfChoicesOutside() const;
     std::map<std::string_view, std::string_view> defaultsAfter() const;
 
     std::span<const PPDStatement> had_;

@@ -608,6 +608,21 @@ TEST(UpdateGuard, AGroupThatEndsWithAnotherNameStays) {
     EXPECT_EQ(reasonForName("ZrTwoSidedPrinting", ""), std::nullopt);
 }
 
+TEST(UpdateGuard, AChoiceOutsideOfItsOptionStays) {
+    const std::string choice = "*PageSize A5.ZrDuplex/A5 (Duplex): \"\"\n";
+    const std::string opening = "*OpenUI *PageSize/Size: PickOne\n";
+    const auto reasonWithChoice = [&](const std::string& place, const std::string& replaced) {
+        const std::string before = edited(kBefore, {{place, replaced}});
+        return UpdateGuard::reasonNotToWrite(before, edited(before, {{choice, ""}}),
+                                             instancesOf(allNames()));
+    };
+    EXPECT_EQ(reasonWithChoice(opening, choice + opening),
+              "it would lose a line of PageSize A5.ZrDuplex that stands outside of its option");
+    EXPECT_EQ(reasonWithChoice(opening, opening + choice), std::nullopt);
+    // Where no line opens the option, all its choices stand outside.
+    EXPECT_EQ(reasonWithChoice(opening, choice), std::nullopt);
+}
+
 TEST(UpdateGuard, TheGroupGoesAsAWhole) {
     // A second opening, so that what is behind it stays in the group when one of them goes.
     const std::string opening = "*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n";
