@@ -12,6 +12,7 @@
 
 #include "core_interface/TkCSKeys.h"
 #include "fuzz/UpdateInput.h"
+#include "ppd/PPDTextIndex.h"
 #include "sync/UpdateGuard.h"
 #include "updaters/custom_media/OrbPPDCustomMediaUpdater.h"
 
@@ -87,11 +88,20 @@ bool isComplete(const OrbCustomMediaTypes& types) {
     });
 }
 
-void requireReadBack(const PPDText& written, const OrbCustomMediaTypes& types) {
+/// Whether a value goes on to the end of the text, as the parsed model reads it: lines that are
+/// added belong to it up to their first quote.
+bool leavesValueOpen(const PPDText& text) {
+    const PPDTextIndex index(std::make_shared<const std::string>(*text));
+    const auto values = index.longValues();
+    return !values.empty() && values.back().closes == index.size();
+}
+
+void requireReadBack(const PPDText& start, const PPDText& written,
+                     const OrbCustomMediaTypes& types) {
     const auto parsed = PPDModelFile::fileWithText(written);
     require(parsed != nullptr, "the result is a PPD");
     // Without the option (what opens it may be no statement) there is no choice to be read.
-    if (!isComplete(types) || !parsed->optionForName("MediaType")) {
+    if (!isComplete(types) || !parsed->optionForName("MediaType") || leavesValueOpen(start)) {
         return;
     }
     OrbPPDCustomMediaUpdater updater;
@@ -126,7 +136,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const PPDText taken = updated(alone, {});
         const std::string whole = *start + (start->ends_with('\n') ? "" : "\n");
         require(taken && *taken == whole, "no list takes back what was written");
-        requireReadBack(alone, types);
+        requireReadBack(start, alone, types);
     } catch (const std::out_of_range&) {
         // How a look-up ends at an attribute that has nothing after its colon.
     }
