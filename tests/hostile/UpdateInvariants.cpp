@@ -200,6 +200,26 @@ std::map<typename Things::value_type, int> countsOf(const Things& more, const Th
     return counts;
 }
 
+/// Lines of `statementsOf` as a text.
+std::string textOf(const Lines& statements) {
+    std::string text;
+    for (const std::string& line : statements) {
+        const bool endsWithCarriageReturn = line.ends_with("\r\r");
+        text += endsWithCarriageReturn ? line.substr(0, line.size() - 1) : line + "\n";
+    }
+    return text;
+}
+
+/// The text without the lines that match and stand within no value.
+std::string withoutMatchingStatements(const std::string& text, const std::string& expression) {
+    const LineExpression compiled(expression);
+    Lines statements = statementsOf(text);
+    std::erase_if(statements, [&](const std::string& statement) {
+        return statement.find('\n') == std::string::npos && compiled.matches(statement);
+    });
+    return textOf(statements);
+}
+
 /// The text without the first group of the duplexer as libcups reads it: another one than that in
 /// the text, where that stands within a value.
 std::string withoutGroupOfLibcups(const std::string& text) {
@@ -213,12 +233,7 @@ std::string withoutGroupOfLibcups(const std::string& text) {
     if (closes != lines.end()) {
         lines.erase(opens, closes + 1);
     }
-    std::string left;
-    for (const std::string& line : lines) {
-        const bool endsWithCarriageReturn = line.ends_with("\r\r");
-        left += endsWithCarriageReturn ? line.substr(0, line.size() - 1) : line + "\n";
-    }
-    return left;
+    return textOf(lines);
 }
 
 /// The text without what goes with an absent duplexer: its group, the constraints of "Duplex", page
@@ -232,8 +247,13 @@ std::vector<std::string> textsWithoutDuplexer(std::string text) {
                                     expression);
     };
     const std::string group = withoutGroup(text, "ZrTwoSidedPrinting");
-    return {withoutRest(group), ConstraintRemovalModel::removed(group, "Duplex"), group,
-            withoutMatchingLines(text, expression), withoutRest(withoutGroupOfLibcups(text))};
+    return {
+        withoutRest(group), ConstraintRemovalModel::removed(group, "Duplex"), group,
+        withoutMatchingLines(text, expression), withoutRest(withoutGroupOfLibcups(text)),
+        // And as far as they stand in no value.
+        withoutMatchingStatements(text, expression),
+        withoutMatchingStatements(
+            ConstraintRemovalModel::removed(withoutGroupOfLibcups(text), "Duplex"), expression)};
 }
 
 bool isOfUpdaters(const LibcupsFact& fact) {

@@ -187,6 +187,17 @@ TEST(UpdateInvariants, KnowTheGroupThatStandsInNoValue) {
     EXPECT_THAT(invariants.findingsInLines(head), Contains("a line is lost: *B: 2"));
 }
 
+TEST(UpdateInvariants, KnowThePageSizesThatStandInNoValue) {
+    const std::string head = "*PPD-Adobe: \"4.3\"\n";
+    const std::string other = "*A: 1\n";
+    const std::string size = "*PageSize A4.ZrDuplex/A4 D: \"\"\n";
+    // Without the line in the value nothing ends that.
+    const std::string rest = "*Note: \"\n*PageSize A5.ZrDuplex/A5 D: \"\n*B: 2\n";
+    UpdateInvariants invariants(head + other + size + rest);
+    EXPECT_THAT(invariants.findingsIn(head + other + rest), IsEmpty());
+    EXPECT_THAT(invariants.findingsIn(head + rest), Contains("a line is lost: *A: 1"));
+}
+
 TEST(UpdateInvariants, TakeNoNewKeywordWithASlash) {
     const std::string head = "*PPD-Adobe: \"4.3\"\n";
     for (const std::string line :
