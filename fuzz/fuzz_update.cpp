@@ -77,18 +77,26 @@ class Judge {
 };
 
 /// Whether a line of custom media, or one that could be taken for such, is there more than once: a
-/// run takes the first of them away.
-bool namesCustomMediaTwice(const PPDText& text) {
+/// run takes the first of them away. Or a translation of a line that is not there: it goes with the
+/// line that a run writes, in the next one.
+bool hasStrayLinesOfCustomMedia(const PPDText& text) {
     static const std::set<std::string_view> kKeywords = {"MediaType", "ZrICCProfileId2",
                                                          "cupsICCProfile", "ZrChoiceProperties",
                                                          "ZrMediaTypeCategory"};
-    std::set<std::pair<std::string_view, std::string_view>> names;
-    const auto statements = PPDStatementsOfText(*text);
-    return std::ranges::any_of(statements, [&](const PPDStatement& statement) {
-        return !statement.optionKeyword.empty() &&
-               kKeywords.contains(Testing::withoutLanguage(statement.keyword)) &&
-               !names.emplace(statement.keyword, statement.optionKeyword).second;
-    });
+    using Names = std::set<std::pair<std::string_view, std::string_view>>;
+    Names names;
+    Names translated;
+    for (const PPDStatement& statement : PPDStatementsOfText(*text)) {
+        const std::string_view keyword = Testing::withoutLanguage(statement.keyword);
+        if (statement.optionKeyword.empty() || !kKeywords.contains(keyword)) {
+            continue;
+        }
+        if (!names.emplace(statement.keyword, statement.optionKeyword).second) {
+            return true;
+        }
+        translated.emplace(keyword, statement.optionKeyword);
+    }
+    return !std::ranges::includes(names, translated);
 }
 
 /// Whether a comment on the duplexer's constraints stands behind something else in its line. It
@@ -145,7 +153,7 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
                                                                           "file:", PPD.get());
     });
     require(!values || values->has_value() == (status != nullptr), "values need a status");
-    if (!result || !judge.passes(*result) || namesCustomMediaTwice(PPD->text()) ||
+    if (!result || !judge.passes(*result) || hasStrayLinesOfCustomMedia(PPD->text()) ||
         hasCommentBehindSomething(*PPD->text()) || hasLinesOfOthersInGroup(*PPD->text()) ||
         (status && Testing::isOfTwoMindsAboutTheDuplexer(*status))) {
         return;
