@@ -608,6 +608,19 @@ TEST(UpdateGuard, AGroupThatEndsWithAnotherNameStays) {
     EXPECT_EQ(reasonForName("ZrTwoSidedPrinting", ""), std::nullopt);
 }
 
+TEST(UpdateGuard, AConstraintThatEndsWithTheOptionGoesInFrontOfALineFeedOnly) {
+    const std::string constraint = "*UIConstraints: *MediaType Photo *Duplex";
+    const auto reasonWithEnd = [&](const std::string& end, const std::string& rest) {
+        const std::string start = kBefore;
+        return UpdateGuard::reasonNotToWrite(start + constraint + end + rest, start + rest,
+                                             instancesOf(allNames()));
+    };
+    EXPECT_EQ(reasonWithEnd("\n", "*A: 1\n"), std::nullopt);
+    EXPECT_EQ(reasonWithEnd(" None\r\n", "*A: 1\r\n"), std::nullopt);
+    EXPECT_EQ(reasonWithEnd("\r\n", "*A: 1\r\n"), "it would lose a line of UIConstraints");
+    EXPECT_EQ(reasonWithEnd("\r\n", ""), "it would lose a line of UIConstraints");
+}
+
 TEST(UpdateGuard, AChoiceOutsideOfItsOptionStays) {
     const std::string choice = "*PageSize A5.ZrDuplex/A5 (Duplex): \"\"\n";
     const std::string opening = "*OpenUI *PageSize/Size: PickOne\n";

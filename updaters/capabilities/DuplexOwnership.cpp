@@ -81,9 +81,16 @@ bool isGone(const IndexRange& range, std::span<const PPDStatement> before,
     return std::ranges::all_of(left, [](const auto& each) { return each.second >= 0; });
 }
 
+/// Whether a line feed, and no carriage return, ends the last line of the statement. Not told of
+/// the last statement: only another one shows that the text goes on.
+bool endsWithLineFeed(const PPDStatement& statement, std::span<const PPDStatement> statements) {
+    return statement.index + 1 < statements.size() &&
+           *(statement.lines.data() + statement.lines.size()) == '\n';
+}
+
 /// Whether the statement is a constraint that names the option in the words that the updater
-/// searches for: the option ends with a blank, or with the line.
-bool constrainsDuplex(const PPDStatement& statement) {
+/// searches for: the option ends with a blank, or with the line, in front of its line feed.
+bool constrainsDuplex(const PPDStatement& statement, std::span<const PPDStatement> statements) {
     const std::string_view lines = statement.lines;
     std::size_t start = lines.starts_with(kConstraint)
                             ? lines.find(kConstrainedOption, kConstraint.size())
@@ -93,7 +100,9 @@ bool constrainsDuplex(const PPDStatement& statement) {
         // The value may stand between quotes, or right behind the colon.
         const bool isFirst = lines.data() + start == statement.value.data();
         const bool isWord = isFirst || kBlanks.find(lines[start - 1]) != std::string_view::npos;
-        if (isWord && (end == lines.size() || lines[end] == ' ')) {
+        const bool isEnded =
+            end == lines.size() ? endsWithLineFeed(statement, statements) : lines[end] == ' ';
+        if (isWord && isEnded) {
             return true;
         }
         start = lines.find(kConstrainedOption, end);
@@ -129,10 +138,10 @@ std::function<bool(const PPDStatement&)> statementsOfDuplex(std::span<const PPDS
                                                             std::span<const PPDStatement> after) {
     const IndexRange range = rangeOfTwoSidedGroup(before);
     const IndexRange group = isGone(range, before, after) ? range : IndexRange();
-    return [group](const PPDStatement& statement) {
+    return [group, before](const PPDStatement& statement) {
         const bool isInGroup = statement.index >= group.begin && statement.index < group.end;
         return isInGroup || statement.lines.starts_with(kConstraintComment) ||
-               constrainsDuplex(statement);
+               constrainsDuplex(statement, before);
     };
 }
 
