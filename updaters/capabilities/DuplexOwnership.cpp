@@ -59,10 +59,6 @@ IndexRange rangeOfTwoSidedGroup(std::span<const PPDStatement> statements) {
 /// less as it has.
 bool isGone(const IndexRange& range, std::span<const PPDStatement> before,
             std::span<const PPDStatement> after) {
-    if (std::ranges::count_if(after, opensTwoSidedGroup) >=
-        std::ranges::count_if(before, opensTwoSidedGroup)) {
-        return false;
-    }
     std::unordered_map<std::string_view, std::ptrdiff_t> left;
     for (const PPDStatement& statement : before.subspan(range.begin, range.end - range.begin)) {
         left.try_emplace(statement.lines, 0);

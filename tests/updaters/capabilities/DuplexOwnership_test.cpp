@@ -55,12 +55,44 @@ TEST(DuplexOwnership, OnlyAPairOfLinesMakesTheGroup) {
     EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSided\n*CloseGroup: ZrTwoSided\n"), IsEmpty());
     EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSidedPrintingToo\n*CloseGroup: ZrTwoSidedPrintingToo\n"),
                 IsEmpty());
+    EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSidedPrintingToo\n*CloseGroup: ZrTwoSidedPrinting\n"),
+                IsEmpty());
+    EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSidedPrinting\n*CloseGroup: ZrTwoSidedPrintingToo\n"),
+                IsEmpty());
     // In other words than those that the updater searches for.
     EXPECT_THAT(ofDuplex("*OpenGroup:ZrTwoSidedPrinting\n*CloseGroup: ZrTwoSidedPrinting\n"),
                 IsEmpty());
     EXPECT_THAT(ofDuplex("*OpenGroup: ZrTwoSidedPrinting\n*CloseGroup :ZrTwoSidedPrinting\n"),
                 IsEmpty());
     EXPECT_THAT(ofDuplex(""), IsEmpty());
+}
+
+TEST(DuplexOwnership, TheGroupGoesAsAWhole) {
+    const std::string group =
+        "*OpenGroup: ZrTwoSidedPrinting\n*A: 1\n*CloseGroup: ZrTwoSidedPrinting\n";
+    const std::string line = "*A: 1\n";
+    const auto linesThatGo = [](const std::string& before, const std::string& after) {
+        const Statements statements = PPDStatementsOfText(before);
+        return linesThat(statementsOfDuplex(statements, PPDStatementsOfText(after)), statements);
+    };
+    const auto all =
+        ElementsAre("*OpenGroup: ZrTwoSidedPrinting", "*A: 1", "*CloseGroup: ZrTwoSidedPrinting");
+    EXPECT_THAT(linesThatGo(line + group + line, line + line), all);
+    EXPECT_THAT(linesThatGo(line + group, line), all);
+    EXPECT_THAT(linesThatGo(group + line, line), all);
+    // One of its lines is left.
+    EXPECT_THAT(linesThatGo(line + group, line + line), IsEmpty());
+    EXPECT_THAT(linesThatGo(group + line, line + line), IsEmpty());
+    EXPECT_THAT(linesThatGo(group, line), IsEmpty());
+}
+
+TEST(DuplexOwnership, AConstraintThatEndsWithTheOptionEndsWithALineFeed) {
+    const std::string constraint = "*UIConstraints: *A B *Duplex";
+    EXPECT_THAT(ofDuplex(constraint + "\n*Z: 1\n"), ElementsAre(constraint));
+    EXPECT_THAT(ofDuplex(constraint + "\r\n*Z: 1\r\n"), IsEmpty());
+    // Nothing behind it shows what ends it.
+    EXPECT_THAT(ofDuplex("*Z: 1\n" + constraint + "\n"), IsEmpty());
+    EXPECT_THAT(ofDuplex(constraint), IsEmpty());
 }
 
 TEST(DuplexOwnership, TheFirstLineThatClosesTheGroupEndsIt) {
