@@ -91,9 +91,7 @@ bool isComplete(const OrbCustomMediaTypes& types) {
 /// Whether a value goes on to the end of the text, as the parsed model reads it: lines that are
 /// added belong to it up to their first quote.
 bool leavesValueOpen(const PPDText& text) {
-    const PPDTextIndex index(std::make_shared<const std::string>(*text));
-    const auto values = index.longValues();
-    return !values.empty() && values.back().closes == index.size();
+    return PPDTextIndex(std::make_shared<const std::string>(*text)).endsInLongValue();
 }
 
 void requireReadBack(const PPDText& start, const PPDText& written,

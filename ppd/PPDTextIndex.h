@@ -95,6 +95,10 @@ class PPDTextIndex {
     };
     /// In line order; none begins in another.
     std::span<const LongValue> longValues() const { return longValues_; }
+    /// Whether the last value never closes, so that lines behind the text would belong to it.
+    bool endsInLongValue() const {
+        return !longValues_.empty() && longValues_.back().closes == size_;
+    }
     /// The long value that opens on the line, or goes on there; null when there is none.
     const LongValue* longValueAt(Line line) const;
 

@@ -42,9 +42,7 @@ std::size_t groupsInGroups(const std::vector<PPDStatement>& statements) {
 /// Whether a quoted value never closes, by the lines that the parsed model knows, which end with a
 /// line feed. libcups ends them with a carriage return, too, so that its statements do not tell.
 bool leavesValueOpen(std::string_view text) {
-    const PPDTextIndex index(std::make_shared<const std::string>(text));
-    const auto values = index.longValues();
-    return !values.empty() && values.back().closes == index.size();
+    return PPDTextIndex(std::make_shared<const std::string>(text)).endsInLongValue();
 }
 
 /// Of the lines as they end with a line feed, those that go on behind a carriage return. To libcups
