@@ -131,6 +131,13 @@ bool hasLinesOfOthersInGroup(const std::string& text) {
     return false;
 }
 
+/// Whether the default of the duplexer's option stands there without the option. A run adds the
+/// option behind it, with a default of its own, and the next one changes the first of the two.
+bool hasDefaultWithoutItsOption(const PPDModelFile& PPD) {
+    return !PPD.optionForName("ZrAutoDuplexerInstalled") &&
+           PPD.text()->find("*DefaultZrAutoDuplexerInstalled") != std::string::npos;
+}
+
 /// Whether the texts are the same but for the end of the last line. Where a constraint went that
 /// stood behind a lone carriage return, that one is the last byte, and a further run adds a line
 /// feed; to libcups it ended the line before.
@@ -155,6 +162,7 @@ void updateFromPrinter(OrbPPDConcreteUpdatingManager& manager, const ParsedPPD& 
     require(!values || values->has_value() == (status != nullptr), "values need a status");
     if (!result || !judge.passes(*result) || hasStrayLinesOfCustomMedia(PPD->text()) ||
         hasCommentBehindSomething(*PPD->text()) || hasLinesOfOthersInGroup(*PPD->text()) ||
+        hasDefaultWithoutItsOption(*PPD) ||
         (status && Testing::isOfTwoMindsAboutTheDuplexer(*status))) {
         return;
     }
