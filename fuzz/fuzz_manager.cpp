@@ -14,6 +14,7 @@
 #include "core_interface/OrbCSPartialStatus.h"
 #include "core_interface/OrbInvalidOperationError.h"
 #include "core_interface/TkCSKeys.h"
+#include "fuzz/BrokenLines.h"
 #include "fuzz/ManagerInput.h"
 #include "manager/ITkPPDLineOwnership.h"
 #include "manager/ITkPPDStatusReading.h"
@@ -192,11 +193,18 @@ std::set<std::string> ownDefaults(ITkPPDUpdater& updater, const std::string& tex
     return {own.begin(), own.end()};
 }
 
+/// Whether what goes with an absent duplexer stands behind something else in its line. It goes with
+/// the line feed, and a default with it or not, as the updaters before have left its line.
+bool hasDuplexLineBehindSomething(const std::string& text) {
+    return standsBehindSomething(text, "*% Duplex <-> ") ||
+           standsBehindSomething(text, "*UIConstraints:");
+}
+
 /// What an updater that sets defaults only makes of a text is its own, in the text before or when
 /// others have moved the ends of a group.
 void requireOwnDefaults(ITkPPDUpdater& updater, const std::string& text,
                         const Outcome<std::string>& without, const Outcome<std::string>& with) {
-    if (!with.result || !without.result) {
+    if (!with.result || !without.result || hasDuplexLineBehindSomething(text)) {
         return;
     }
     const auto options = optionsThatDiffer(*without.result, *with.result);

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "fuzz/BrokenLines.h"
 #include "fuzz/UpdateInput.h"
 #include "manager/OrbPPDConcreteUpdatingManager.h"
 #include "manager/OrbPPDUpdatingContext.h"
@@ -103,12 +104,7 @@ bool hasStrayLinesOfCustomMedia(const PPDText& text) {
 /// goes with the line feed, so that the next line, which may be one that was just written, stands
 /// behind that something then, and goes too where that is a constraint.
 bool hasCommentBehindSomething(std::string_view text) {
-    constexpr std::string_view kComment = "*% Duplex <-> ";
-    std::size_t place = text.find(kComment);
-    while (place != std::string_view::npos && (place == 0 || text[place - 1] == '\n')) {
-        place = text.find(kComment, place + 1);
-    }
-    return place != std::string_view::npos;
+    return standsBehindSomething(text, "*% Duplex <-> ");
 }
 
 /// Whether something that an updater changes stands within the group of the duplexer. Where it does
