@@ -44,6 +44,10 @@ Names optionsOf(std::span<const PPDStatement> statements) {
     return options;
 }
 
+bool isPageSizeOption(std::string_view keyword) {
+    return keyword == "PageSize" || keyword == "PageRegion";
+}
+
 bool tellsOfPageSize(const PPDStatement& statement) {
     constexpr std::array<std::string_view, 4> kKeywords = {"PageSize", "PageRegion",
                                                            "ImageableArea", "PaperDimension"};
@@ -353,8 +357,9 @@ std::optional<std::string> StatementComparison::reasonOfPageSizes() const {
     return std::nullopt;
 }
 
-/// A choice in front of its option makes that to libcups, with another order than the one that the
-/// opening makes.
+/// A choice outside of its option may make that to libcups: in front of it, with another order than
+/// the one that the opening makes, and without an opening at all, where the option is the page
+/// size, which libcups knows by itself.
 std::optional<std::string> StatementComparison::reasonOfChoicesOutside() const {
     std::optional<Names> options;
     for (const PPDStatement* const statement : gone_) {
@@ -364,7 +369,7 @@ std::optional<std::string> StatementComparison::reasonOfChoicesOutside() const {
         if (!options) {
             options = optionsOf(had_);
         }
-        if (options->contains(statement->keyword)) {
+        if (options->contains(statement->keyword) || isPageSizeOption(statement->keyword)) {
             return lostLine(*statement) + " that stands outside of its option";
         }
     }
