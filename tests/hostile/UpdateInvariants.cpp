@@ -159,9 +159,13 @@ bool isEnd(std::string_view line) {
     return line.substr(0, line.find('\r')) == "*End";
 }
 
-/// libcups passes over it.
-bool isBlank(std::string_view line) {
-    return line.find_first_not_of('\r') == std::string_view::npos;
+/// The lines of a text without the blank ones, which libcups passes over.
+Lines linesThatCount(const std::string& text) {
+    Lines lines = statementsOf(text);
+    std::erase_if(lines, [](const std::string& line) {
+        return line.find_first_not_of('\r') == std::string::npos;
+    });
+    return lines;
 }
 
 Names linesOfBlocks() {
@@ -204,8 +208,13 @@ std::map<typename Things::value_type, int> countsOf(const Things& more, const Th
 std::string textOf(const Lines& statements) {
     std::string text;
     for (const std::string& line : statements) {
-        const bool endsWithCarriageReturn = line.ends_with("\r\r");
-        text += endsWithCarriageReturn ? line.substr(0, line.size() - 1) : line + "\n";
+        text += line + "\n";
+    }
+    // A lone carriage return ends a line within a value, too.
+    constexpr std::string_view kLoneCarriageReturn = "\r\r\n";
+    for (std::size_t place = text.find(kLoneCarriageReturn); place != std::string::npos;
+         place = text.find(kLoneCarriageReturn, place + 1)) {
+        text.replace(place, kLoneCarriageReturn.size(), "\r");
     }
     return text;
 }
@@ -325,7 +334,7 @@ bool isOfTwoMindsAboutTheDuplexer(const OrbCSDeviceStatus& status) {
 
 UpdateInvariants::UpdateInvariants(std::string before)
     : before_(std::move(before)), names_(namesOfCustomMedia(before_)) {
-    lines_.all = statementsOf(before_);
+    lines_.all = linesThatCount(before_);
 }
 
 /// What `findingsFrom(list, mayGoSoOften)` finds when nothing, all or some has gone of what goes
@@ -368,10 +377,10 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
     static const Names kLinesOfBlocks = linesOfBlocks();
     Names names = namesOfCustomMedia(after);
     names.insert(names_.begin(), names_.end());
-    const Lines linesAfter = statementsOf(after);
+    const Lines linesAfter = linesThatCount(after);
     const auto mayGo = [&](const std::string* previous, const std::string& line) {
         return isOwned(line, names_) || (isEnd(line) && previous && isOwned(*previous, names_)) ||
-               line.starts_with("*% Duplex <-> ") || isBlank(line);
+               line.starts_with("*% Duplex <-> ");
     };
     const auto findingsFrom = [&](const Lines& base, std::map<std::string, int> mayGoSoOften) {
         OrderedWalk<std::string> walk(base, mayGo, std::move(mayGoSoOften));
@@ -380,8 +389,8 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
         for (const std::string& line : linesAfter) {
             const bool owned = isOwned(line, names);
             const bool mayBeRead = partsOf(line).keyword.find('/') == std::string_view::npos;
-            const bool mayBeNew = (owned && mayBeRead) || (wasOwned && isEnd(line)) ||
-                                  isBlank(line) || kLinesOfBlocks.contains(line);
+            const bool mayBeNew =
+                (owned && mayBeRead) || (wasOwned && isEnd(line)) || kLinesOfBlocks.contains(line);
             if (walk.take(line, mayBeNew, true) == OrderedWalk<std::string>::Step::foreign) {
                 findings.push_back("a line that is new or another: " + line);
             }
@@ -393,7 +402,7 @@ std::vector<std::string> UpdateInvariants::findingsInLines(const std::string& af
         return findings;
     };
     return findingsAmong(
-        lines_, [](const std::string& text) { return std::optional(statementsOf(text)); },
+        lines_, [](const std::string& text) { return std::optional(linesThatCount(text)); },
         findingsFrom);
 }
 
