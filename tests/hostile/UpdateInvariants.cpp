@@ -219,14 +219,28 @@ std::string textOf(const Lines& statements) {
     return text;
 }
 
-/// The text without the lines that match and stand within no value.
+/// The text without the statements that may go.
+template <typename MayGo>
+std::string withoutStatements(const std::string& text, const MayGo& mayGo) {
+    Lines statements = statementsOf(text);
+    std::erase_if(statements, mayGo);
+    return textOf(statements);
+}
+
+/// Without the lines that match and stand within no value.
 std::string withoutMatchingStatements(const std::string& text, const std::string& expression) {
     const LineExpression compiled(expression);
-    Lines statements = statementsOf(text);
-    std::erase_if(statements, [&](const std::string& statement) {
+    return withoutStatements(text, [&](const std::string& statement) {
         return statement.find('\n') == std::string::npos && compiled.matches(statement);
     });
-    return textOf(statements);
+}
+
+/// Without the constraints of "Duplex" that stand within no value and behind nothing else.
+std::string withoutConstraintStatements(const std::string& text) {
+    return withoutStatements(text, [](const std::string& statement) {
+        return statement.starts_with("*UIConstraints:") &&
+               ConstraintRemovalModel::removed(statement + "\n", "Duplex").empty();
+    });
 }
 
 /// The text without the first group of the duplexer as libcups reads it: another one than that in
@@ -260,7 +274,7 @@ std::vector<std::string> textsWithoutDuplexer(std::string text) {
         withoutRest(group), ConstraintRemovalModel::removed(group, "Duplex"), group,
         withoutMatchingLines(text, expression), withoutRest(withoutGroupOfLibcups(text)),
         // And as far as they stand in no value.
-        withoutMatchingStatements(text, expression),
+        withoutMatchingStatements(withoutConstraintStatements(text), expression),
         withoutMatchingStatements(
             ConstraintRemovalModel::removed(withoutGroupOfLibcups(text), "Duplex"), expression)};
 }
