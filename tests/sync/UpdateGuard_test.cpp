@@ -637,6 +637,26 @@ TEST(UpdateGuard, AChoiceOutsideOfItsOptionStays) {
     EXPECT_EQ(reasonWithChoice(opening, choice), outside);
 }
 
+TEST(UpdateGuard, AChoiceOfThePageRegionOutsideOfItsOptionStays) {
+    const std::string option =
+        "*OpenUI *PageRegion/Region: PickOne\n*DefaultPageRegion: A4\n"
+        "*PageRegion A4/A4: \"\"\n";
+    const std::string closing = "*CloseUI: *PageRegion\n";
+    const std::string choice = "*PageRegion A5.ZrDuplex/A5 (Duplex): \"\"\n";
+    const std::string place = "*OpenUI *MediaType";
+    const auto reasonWithLines = [&](const std::string& lines) {
+        const std::string before = edited(kBefore, {{place, lines + place}});
+        return UpdateGuard::reasonNotToWrite(before, edited(before, {{choice, ""}}),
+                                             instancesOf(allNames()));
+    };
+    const std::string outside =
+        "it would lose a line of PageRegion A5.ZrDuplex that stands outside of its option";
+    EXPECT_EQ(reasonWithLines(option + choice + closing), std::nullopt);
+    EXPECT_EQ(reasonWithLines(choice + option + closing), outside);
+    EXPECT_EQ(reasonWithLines(option + closing + choice), outside);
+    EXPECT_EQ(reasonWithLines(choice), outside);
+}
+
 TEST(UpdateGuard, TheGroupGoesAsAWhole) {
     // A second opening, so that what is behind it stays in the group when one of them goes.
     const std::string opening = "*OpenGroup: ZrTwoSidedPrinting/Two-Sided\n";
