@@ -166,6 +166,7 @@ void expectItsLongValues(const PPDTextIndex& index, const std::vector<std::strin
         ASSERT_EQ(index.longValues()[i].opens, values[i].opens);
         ASSERT_EQ(index.longValues()[i].closes, values[i].closes);
     }
+    ASSERT_EQ(index.endsInLongValue(), !values.empty() && values.back().closes == lines.size());
     for (Line line = 0; line < index.size(); ++line) {
         const auto found = std::find_if(values.begin(), values.end(), [&](const auto& each) {
             return each.opens <= line && line <= each.closes;
@@ -356,6 +357,17 @@ TEST(PPDTextIndex, QuotesOnLinesWithoutAColonTakeLinearTime) {
         text += "*A \"\n";
     }
     EXPECT_TRUE(indexOf(std::move(text)).longValues().empty());
+}
+
+TEST(PPDTextIndex, EndsInALongValueWhenTheLastOneNeverCloses) {
+    for (const char* const text : {"", "*A: 1\n", "*A: \"b\"\n", "*A: \"b\nc\"\n", "*A: \"b\nc\"",
+                                   "*A: \"b\nc\"\n*B: \"d\"\n"}) {
+        EXPECT_FALSE(indexOf(text).endsInLongValue()) << text;
+    }
+    for (const char* const text :
+         {"*A: \"", "*A: \"b\n", "*A: \"b\nc\n*B: 1\n", "*A: \"b\nc\"\n*B: \"d\ne\n"}) {
+        EXPECT_TRUE(indexOf(text).endsInLongValue()) << text;
+    }
 }
 
 TEST(PPDTextIndex, VisitsRunsUntilOneIsAccepted) {
