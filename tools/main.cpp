@@ -1,7 +1,6 @@
 // tkppdupdate: the command line of the library.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
@@ -15,6 +14,7 @@
 #include "tools/Backends.h"
 #include "tools/Command.h"
 #include "tools/Diagnostics.h"
+#include "tools/EndWithoutMemory.h"
 #include "tools/Failure.h"
 #include "tools/RunFacts.h"
 #include "tools/StandardOutput.h"
@@ -150,23 +150,6 @@ ExitStatus runReportingFailures(int argumentCount, char** arguments) {
         Diagnostics::error("", error.what());
     }
     return ExitStatus::noResult;
-}
-
-/// What a library raises where nothing may be raised (in a destructor, for example) ends the
-/// process. Without memory that is an error like any other; what is being written is left to the
-/// next run, which tidies up.
-[[noreturn]] void endWithoutMemory() {
-    try {
-        if (std::current_exception()) {
-            std::rethrow_exception(std::current_exception());
-        }
-    } catch (const std::bad_alloc&) {
-        Diagnostics::outOfMemory();
-        std::_Exit(static_cast<int>(ExitStatus::noResult));
-    } catch (...) {
-        std::abort();
-    }
-    std::abort();
 }
 
 /// The end of the memory may also come while another failure is told.
